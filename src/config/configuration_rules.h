@@ -1,0 +1,66 @@
+// What may be saved and downloaded, and which option makes which other option visible or editable.
+#pragma once
+
+#include "config/panel_configuration.h"
+#include "serial_strings/message.h"
+
+#include <optional>
+
+namespace qdm {
+
+// The check before saving and downloading: nothing when the configuration may go, else what to tell the user.
+// Trims the projector's names in the record.
+std::optional<Message> CheckConfiguration(PanelConfiguration& configuration);
+
+// What is selected in the option controls. A group in which nothing is selected has the value -1.
+struct OptionSelections {
+  int ControllerType = kQdm7;
+  int OutputsOption = kOutputsDisabled;
+  int ControlInputOption = kControlInputDisabled;
+  bool TurnOffNoButton = false;
+  bool AudioTurnsOn = false;
+  bool LockOnFrontPanel = false;
+  bool LockOnRoomEmpty = false;
+};
+
+// The height of the "Lock Control" frame, in twips (1/1440 inch).
+inline constexpr int kLockFrameTwipsAmplifier = 1935;
+inline constexpr int kLockFrameTwipsPanel = 3135;
+
+struct OptionStates {
+  // Target device
+  bool AmplifierLayout =
+      false;  // shows the amplifier's frames instead of "Outputs", "Control Input" and two lock controls
+  int LockFrameTwips = kLockFrameTwipsPanel;
+  // Power down
+  bool NoButtonTimeOut = false;
+  bool LockNoButton = false;
+  // Amplifier
+  bool PowerDownTime = false;
+  // Outputs
+  bool ScreenTimes = false;
+  bool ScreenUseVolume = false;
+  bool LiftTimes = false;
+  bool PowerAndScreenTimes = false;
+  bool AllowVolumeWhenOff = false;
+  // Control input
+  bool RoomSensor = false;  // threshold, occupied state, room timeout, the room-empty lock
+  bool LockOnRoomEmptyPeriod = false;
+  // Lock
+  bool LockOnFrontPanelPeriod = false;
+
+  friend bool operator==(const OptionStates&, const OptionStates&) = default;
+};
+
+OptionStates StatesFor(const OptionSelections& selected);
+
+// The labels that the time entries use in their range messages for a use of the outputs. Showing a record and
+// editing a value write the lift label differently; both are kept.
+struct OutputTimeLabels {
+  std::string_view Up;
+  std::string_view Down;
+};
+OutputTimeLabels LabelsWhenShown(int outputsOption);
+OutputTimeLabels LabelsWhenEdited(int outputsOption);
+
+}  // namespace qdm

@@ -1,0 +1,50 @@
+// Finding panels: which port are they on, at which of the 15 line settings do they listen, which model and
+// firmware are they. All ports are asked at once, setting by setting, 500 ms each.
+#pragma once
+
+#include "download/identification.h"
+#include "download/serial_port.h"
+#include "download/waiting.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qdm {
+
+inline constexpr Microseconds kReplyTimeout = std::chrono::milliseconds(500);
+
+struct SearchSlot {
+  std::unique_ptr<SerialPort> Port;
+  bool Present = false;
+  std::string Status;  // "Please Wait", "No Port", a search text, "No QDM found" or the identification text
+  std::optional<Identification> Panel;  // whoever answered, of the wanted type or not
+  std::string Settings;                 // where it answered; empty unless it is of the wanted type
+
+  bool Choosable() const { return !Settings.empty(); }
+};
+
+// Told after every change of a slot.
+using SlotChanged = std::function<void(std::size_t slot)>;
+
+// Searches on every slot whose port opens. `controllerType` is the wanted one, nothing means any. Every port
+// is closed afterwards. Ends early when nobody is left to ask, or at the next line setting after `stop` is
+// set; slots that have not answered then read "No QDM found".
+void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controllerType, Waiting& time,
+                    const StopRequest& stop, const SlotChanged& changed);
+
+// One slot for each of COM1..COM16.
+std::vector<SearchSlot> AllSlots(SerialPorts& ports);
+
+// Search on one port, up to 1 s a setting; knows the three panel models by name but not the amplifier.
+// `status` is told each text that is to be shown. The port is closed afterwards.
+struct OnePortResult {
+  std::optional<Identification> Panel;
+  std::string Settings;
+};
+OnePortResult SearchOnePort(SerialPort& port, Waiting& time, const StopRequest& stop,
+                            const std::function<void(const std::string& text)>& status);
+
+}  // namespace qdm

@@ -1,0 +1,47 @@
+// Time, as procedures on the line see it. Every wait is a loop over Now() and Yield(), so that the editor
+// stays usable while it waits and tests and simulations jump through time.
+#pragma once
+
+#include <chrono>
+
+namespace qdm {
+
+using Microseconds = std::chrono::microseconds;
+
+class Waiting {
+ public:
+  virtual ~Waiting() = default;
+
+  // Monotonic, from an arbitrary start.
+  virtual Microseconds Now() const = 0;
+  // Lets everything else run; returns as soon as something happened (input on a line, a click, a WakeAt time)
+  // and at `until` at the latest. May return early for no reason: callers look again.
+  virtual void Yield(Microseconds until) = 0;
+  // A simulated line promises that something happens at `when`: no Yield runs past it.
+  virtual void WakeAt(Microseconds when) = 0;
+};
+
+class Deadline {
+ public:
+  Deadline(const Waiting& time, Microseconds period) : time_(time), at_(time.Now() + period) {}
+
+  bool Passed() const { return time_.Now() >= at_; }
+  Microseconds At() const { return at_; }
+
+ private:
+  const Waiting& time_;
+  Microseconds at_;
+};
+
+// Set by whoever wants a procedure to end; the procedure looks at it where a step begins and in its waits.
+class StopRequest {
+ public:
+  void Set() { set_ = true; }
+  void Clear() { set_ = false; }
+  bool IsSet() const { return set_; }
+
+ private:
+  bool set_ = false;
+};
+
+}  // namespace qdm

@@ -1,0 +1,154 @@
+#include "projectors/file_access.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace qdm {
+namespace fs = std::filesystem;
+namespace {
+
+struct Closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, Closer>;
+
+std::string ReasonOf(int error) { return std::generic_category().message(error); }
+
+File OpenFile(const fs::path& path, const char* mode) {
+#ifdef _WIN32
+  const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
+  return File(_wfopen(path.c_str(), wideMode.c_str()));
+#else
+  return File(std::fopen(path.c_str(), mode));
+#endif
+}
+
+bool FlushToDisk(std::FILE* file) {
+  if (std::fflush(file) != 0) return false;
+#ifdef _WIN32
+  return _commit(_fileno(file)) == 0;
+#else
+  return fsync(fileno(file)) == 0;
+#endif
+}
+
+// Where a link points, so that saving through a link replaces the file and not the link.
+fs::path TargetOf(const fs::path& path) {
+  std::error_code error;
+  const fs::path target = fs::weakly_canonical(path, error);
+  return error || !fs::is_symlink(path, error) ? path : target;
+}
+
+}  // namespace
+
+FileError::FileError(const fs::path& path, std::string_view operation, std::string_view reason)
+    : std::runtime_error("cannot " + std::string(operation) + " " + PathToUtf8(path) + ": " +
+                         std::string(reason)),
+      path_(path),
+      reason_(reason) {}
+
+std::string PathToUtf8(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+fs::path PathFromUtf8(std::string_view path) { return fs::path(std::u8string(path.begin(), path.end())); }
+
+Bytes ReadWholeFile(const fs::path& path) {
+  std::error_code error;
+  if (fs::is_directory(path, error)) throw FileError(path, "read", ReasonOf(EISDIR));
+  const File file = OpenFile(path, "rb");
+  if (!file) throw FileError(path, "read", ReasonOf(errno));
+  const std::uintmax_t size = fs::file_size(path, error);
+  Bytes bytes(error ? 0 : static_cast<std::size_t>(size));
+  std::size_t filled = 0;
+  for (;;) {
+    if (filled == bytes.size()) bytes.resize(filled + 65536);
+    const std::size_t got = std::fread(bytes.data() + filled, 1, bytes.size() - filled, file.get());
+    filled += got;
+    if (got == 0) break;
+  }
+  if (std::ferror(file.get()) != 0) throw FileError(path, "read", ReasonOf(errno));
+  bytes.resize(filled);
+  return bytes;
+}
+
+void WriteAndFlush(const fs::path& path, ByteView bytes) {
+  File file = OpenFile(path, "wb");
+  if (!file) throw FileError(path, "write", ReasonOf(errno));
+  const bool written =
+      (bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size()) &&
+      FlushToDisk(file.get());
+  int error = written ? 0 : errno;
+  if (std::fclose(file.release()) != 0 && error == 0) error = errno;
+  if (error != 0) throw FileError(path, "write", ReasonOf(error));
+}
+
+void RenameFile(const fs::path& from, const fs::path& to) {
+#ifdef _WIN32
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+    const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
+    throw FileError(to, "replace", error.message());
+  }
+#else
+  std::error_code error;
+  fs::rename(from, to, error);
+  if (error) throw FileError(to, "replace", error.message());
+#endif
+}
+
+void RemoveFile(const fs::path& path) {
+  std::error_code error;
+  fs::remove(path, error);
+  if (error) throw FileError(path, "delete", error.message());
+}
+
+void FlushFolder(const fs::path& folder) {
+#ifndef _WIN32
+  const fs::path opened = folder.empty() ? fs::path(".") : folder;
+  const int descriptor = open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;
+  static_cast<void>(fsync(descriptor));
+  close(descriptor);
+#else
+  static_cast<void>(folder);  // renames are written through there
+#endif
+}
+
+void WriteFileSafely(const fs::path& path, ByteView bytes, OldTail tail) {
+  const fs::path target = TargetOf(path);
+  std::error_code error;
+  const bool exists = fs::exists(target, error);
+  if (exists && fs::is_directory(target, error)) throw FileError(path, "write", ReasonOf(EISDIR));
+
+  Bytes withTail;
+  if (exists && tail == OldTail::Kept && fs::file_size(target, error) > bytes.size()) {
+    withTail = ReadWholeFile(target);
+    std::copy(bytes.begin(), bytes.end(), withTail.begin());
+    bytes = withTail;
+  }
+
+  fs::path beside = target;
+  beside += ".new";
+  try {
+    WriteAndFlush(beside, bytes);
+    if (exists) fs::permissions(beside, fs::status(target).permissions(), error);
+    RenameFile(beside, target);
+  } catch (const FileError& failure) {
+    fs::remove(beside, error);
+    throw FileError(path, "write", failure.Reason());
+  }
+  FlushFolder(target.parent_path());
+}
+
+}  // namespace qdm

@@ -1,0 +1,66 @@
+#include "projectors/projector_definition.h"
+
+namespace qdm {
+
+const std::array<std::string_view, kCommandSlots> CommandSlotNames = {"Serial enable",
+                                                                      "Power on",
+                                                                      "Data 1",
+                                                                      "Data 2",
+                                                                      "Video",
+                                                                      "Blank",
+                                                                      "Volume up",
+                                                                      "Volume down",
+                                                                      "Power off",
+                                                                      "Serial disable",
+                                                                      "Serial enable reply",
+                                                                      "Power on reply",
+                                                                      "Data 1 reply",
+                                                                      "Data 2 reply",
+                                                                      "Video reply",
+                                                                      "Blank reply",
+                                                                      "Volume up reply",
+                                                                      "Volume down reply",
+                                                                      "Power off reply",
+                                                                      "Serial disable reply",
+                                                                      "External on",
+                                                                      "External off",
+                                                                      "Blank Off reply",
+                                                                      "Video 2",
+                                                                      "Blank Off"};
+
+void ClearProjector(ProjectorDefinition& projector) {
+  ProjectorDefinition cleared;
+  cleared.Baudrate = projector.Baudrate;
+  cleared.UsePowerDown = projector.UsePowerDown;
+  projector = cleared;
+}
+
+bool CleanNames(ProjectorDefinition& projector) {
+  CleanName(projector.Manufacturer);
+  CleanName(projector.Model);
+  for (char16_t& c : projector.Manufacturer.Characters) c = UpperCase(c);
+  return HasBothNames(projector);
+}
+
+bool HasBothNames(const ProjectorDefinition& projector) {
+  return !projector.Manufacturer.Trimmed().empty() && !projector.Model.Trimmed().empty();
+}
+
+int SerialBytesUsed(const ProjectorDefinition& projector, const std::array<bool, kCommandSlots>& shown) {
+  int used = 0;
+  for (std::size_t slot = 0; slot < kCommandSlots; ++slot) {
+    if (!shown[slot]) continue;
+    const int count = projector.Strings[slot].Count;
+    used += count;
+    if (count > 0 && SlotHasIgnoreMask(slot)) used += kIgnoreMaskBytes;
+  }
+  return used;
+}
+
+int SerialBytesUsed(const ProjectorDefinition& projector) {
+  std::array<bool, kCommandSlots> available{};
+  for (std::size_t slot = 0; slot < kCommandSlots; ++slot) available[slot] = projector.Available[slot] != 0;
+  return SerialBytesUsed(projector, available);
+}
+
+}  // namespace qdm

@@ -1,0 +1,132 @@
+// One projector model as far as the wall panel needs it: names, line settings, delays and times, the 25
+// command and reply strings with their flags, and the format of its volume command. The same fixed-size
+// record is the element of the library, the record of an exported file, the working copy of the setup dialog
+// and part of every configuration. Working form 2,404 bytes in memory, stored form 2,084 bytes. Records come
+// from files: any field may hold any bits.
+#pragma once
+
+#include "projectors/fixed_text.h"
+#include "projectors/record_codec.h"
+#include "serial_strings/serial_string.h"
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+namespace qdm {
+
+// A stored flag: 0 is no, anything else yes; yes is written as -1.
+inline constexpr std::int16_t kFlagSet = -1;
+inline constexpr std::int16_t kFlagClear = 0;
+constexpr std::int16_t FlagOf(bool set) { return set ? kFlagSet : kFlagClear; }
+
+inline constexpr std::size_t kCommandSlots = 25;
+// Received strings, slots 10..22: the panel compares them with what it receives, `RequiresReply`[j] belongs
+// to slot 10 + j.
+inline constexpr std::size_t kFirstReceivedSlot = 10;
+inline constexpr std::size_t kReceivedSlots = 13;
+// The panel's room for the strings of one projector, in bytes.
+inline constexpr int kSerialByteBudget = 460;
+// What a received string costs besides its own bytes: its ignore mask.
+inline constexpr int kIgnoreMaskBytes = 4;
+
+struct ProjectorDefinition {
+  FixedText<32> Manufacturer;  // upper case in the library
+  FixedText<32> Model;
+  FixedText<256> Notes;
+  std::array<std::int16_t, kCommandSlots> Available{};
+  std::array<std::int16_t, kReceivedSlots> RequiresReply{};
+  std::array<SerialString, kCommandSlots> Strings{};
+  std::int16_t MaximumLevel = 1;
+  std::int16_t MinimumLevel = 0;
+  std::int16_t MessageFormat = 0;  // 0 "HEX in ASCII", 1 "Decimal in ASCII", 2 "Raw byte(s)"
+  std::int16_t FirstByteIsHigh = 0;
+  std::int16_t NumberOfBytes = 1;  // 1..4
+  std::int16_t UseLevels = 0;
+  std::int16_t LevelStep = 1;
+  std::int16_t FixedStartLevel = 0;
+  std::int16_t UsePowerDown = 0;
+  std::array<std::int16_t, 2> Reserved{};
+  std::int16_t Baudrate = 0;           // 1 = 19200, 2 = 38400, 3 = 57600, 4 = 115200, anything else 9600
+  std::int16_t InterCommandDelay = 0;  // 0..255
+  std::int16_t InterByteDelay = 0;     // milliseconds, 0..10
+  std::int16_t WarmUpTime = 1;         // 1..255
+  std::int16_t CoolDownTime = 1;       // 1..255
+  std::int16_t VolumeBytePosition =
+      -1;                     // 1-based place of the VAR byte in slot 6; 0 none, -1 not yet determined
+  std::int16_t Parity = 0;    // 0 none, 1 even, 2 odd
+  std::int16_t Stopbits = 0;  // 0 one, anything else two
+
+  friend bool operator==(const ProjectorDefinition&, const ProjectorDefinition&) = default;
+};
+
+// The record's fields, in stored order. Stored on disk: never reorder.
+template <class Visitor, class Definition>
+requires std::is_same_v<std::remove_const_t<Definition>, ProjectorDefinition>
+constexpr void Fields(Visitor& v, Definition& d) {
+  v.Text("Manufacturer", d.Manufacturer);
+  v.Text("Model", d.Model);
+  v.Text("Notes", d.Notes);
+  v.Flags("Available", d.Available);
+  v.Flags("RequiresReply", d.RequiresReply);
+  v.Strings("Strings", d.Strings);
+  v.Integer("MaximumLevel", d.MaximumLevel);
+  v.Integer("MinimumLevel", d.MinimumLevel);
+  v.Integer("MessageFormat", d.MessageFormat);
+  v.Flag("FirstByteIsHigh", d.FirstByteIsHigh);
+  v.Integer("NumberOfBytes", d.NumberOfBytes);
+  v.Flag("UseLevels", d.UseLevels);
+  v.Integer("LevelStep", d.LevelStep);
+  v.Integer("FixedStartLevel", d.FixedStartLevel);
+  v.Flag("UsePowerDown", d.UsePowerDown);
+  v.Integers("Reserved", d.Reserved);
+  v.Integer("Baudrate", d.Baudrate);
+  v.Integer("InterCommandDelay", d.InterCommandDelay);
+  v.Integer("InterByteDelay", d.InterByteDelay);
+  v.Integer("WarmUpTime", d.WarmUpTime);
+  v.Integer("CoolDownTime", d.CoolDownTime);
+  v.Integer("VolumeBytePosition", d.VolumeBytePosition);
+  v.Integer("Parity", d.Parity);
+  v.Integer("Stopbits", d.Stopbits);
+}
+
+inline constexpr std::size_t kStoredProjectorSize = 2084;
+static_assert(std::is_trivially_copyable_v<ProjectorDefinition>);
+static_assert(sizeof(ProjectorDefinition) == 2404);
+static_assert(StoredSize<ProjectorDefinition>() == kStoredProjectorSize);
+
+// Display names of the slots 0..24.
+extern const std::array<std::string_view, kCommandSlots> CommandSlotNames;
+
+// True for the received strings, which carry an ignore mask in the panel.
+constexpr bool SlotHasIgnoreMask(std::size_t slot) {
+  return slot >= kFirstReceivedSlot && slot < kFirstReceivedSlot + kReceivedSlots;
+}
+
+// Back to the defaults of a new definition; `Baudrate` and `UsePowerDown` are left as they were.
+void ClearProjector(ProjectorDefinition& projector);
+
+// A name as it is kept: characters below 32 removed, then blanks at both ends.
+template <std::size_t N>
+void CleanName(FixedText<N>& name) {
+  std::u16string kept;
+  for (const char16_t c : name.View()) {
+    if (c >= 32) kept.push_back(c);
+  }
+  name.Assign(TrimBlanks(kept));
+}
+
+// What a record goes through when it comes into the library: both names cleaned, the manufacturer in upper
+// case. False when a name is blank: such a record is not kept.
+bool CleanNames(ProjectorDefinition& projector);
+
+bool HasBothNames(const ProjectorDefinition& projector);
+
+// Bytes that the strings of the shown slots take in the panel, of kSerialByteBudget: each string's count, and
+// the mask of each received string that is not empty.
+int SerialBytesUsed(const ProjectorDefinition& projector, const std::array<bool, kCommandSlots>& shown);
+// The same over the slots marked `Available`.
+int SerialBytesUsed(const ProjectorDefinition& projector);
+
+}  // namespace qdm

@@ -1,0 +1,144 @@
+#include "projectors/projector_files.h"
+
+#include "projectors/record_difference.h"
+
+#include <system_error>
+
+namespace qdm {
+namespace fs = std::filesystem;
+namespace {
+
+const Message kRestoringBackup{
+    "Projector configuration file damaged!\r\nRestoring projector configuration backup!",
+    "Configuration damaged!", MessageIcon::Exclamation};
+const Message kAllLost{
+    "Projector configuration file damaged!\r\n all projector configurations have been lost!",
+    "Brevan QDM Editor", MessageIcon::None};
+
+bool Exists(const fs::path& path) {
+  std::error_code error;
+  return fs::exists(fs::symlink_status(path, error));
+}
+
+// A save ends with library -> backup, temporary -> library. Between the two there is no library, and the
+// temporary file is complete.
+void CompleteInterruptedSave(const ProjectorFiles& files) {
+  if (!Exists(files.Library) && Exists(files.Backup) && Exists(files.Temporary)) {
+    RenameFile(files.Temporary, files.Library);
+  }
+}
+
+void ReadLibrary(const fs::path& path, ProjectorLibrary& library) {
+  const Bytes stored = ReadWholeFile(path);
+  library.Reserve(stored.size() / kStoredProjectorSize);
+  ProjectorDefinition projector;
+  for (std::size_t at = 0; at + kStoredProjectorSize <= stored.size(); at += kStoredProjectorSize) {
+    Decode(ByteView(stored).subspan(at), projector);
+    if (CleanNames(projector)) library.Append(projector);
+  }
+}
+
+// Out of the way, under a name that nothing reads: the bytes may still be worth something to somebody.
+void SetAside(const fs::path& damaged) {
+  fs::path aside = damaged;
+  RenameFile(damaged, aside.replace_extension(".DAMAGED"));
+}
+
+void RestoreBackup(const ProjectorFiles& files) {
+  std::error_code error;
+  // A temporary file that an earlier save left behind must not pass for a finished one once the library is
+  // gone.
+  RemoveFile(files.Temporary);
+  if (fs::is_directory(files.Library, error)) SetAside(files.Library);
+  RenameFile(files.Backup, files.Library);
+}
+
+}  // namespace
+
+std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibrary& library) {
+  const ProjectorFiles files(folder);
+  std::vector<Message> messages;
+  CompleteInterruptedSave(files);
+  for (;;) {
+    library.Clear();
+    if (!Exists(files.Library)) return messages;
+    try {
+      ReadLibrary(files.Library, library);
+      return messages;
+    } catch (const FileError&) {
+      library.Clear();
+    }
+    // The backup is moved, not copied: a backup that is damaged itself finds none on the next pass.
+    if (!Exists(files.Backup)) break;
+    messages.push_back(kRestoringBackup);
+    RestoreBackup(files);
+  }
+  messages.push_back(kAllLost);
+  SetAside(files.Library);
+  return messages;
+}
+
+void SaveProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library) {
+  const ProjectorFiles files(folder);
+  RemoveFile(files.Temporary);
+  if (!library.Loaded()) {
+    RemoveFile(files.Library);
+    return;
+  }
+
+  const bool hasOld = Exists(files.Library);
+  // With a backup and no library, a temporary file reads as a finished save at the next start. An empty
+  // library keeps one that is still being written from being taken for that.
+  if (!hasOld && Exists(files.Backup)) WriteAndFlush(files.Library, {});
+
+  WriteAndFlush(files.Temporary, EncodeDefinitions(library.Elements()));
+  if (hasOld) RenameFile(files.Library, files.Backup);
+  RenameFile(files.Temporary, files.Library);
+  FlushFolder(folder);
+}
+
+Bytes EncodeDefinitions(const std::vector<ProjectorDefinition>& definitions) {
+  Bytes stored(definitions.size() * kStoredProjectorSize);
+  std::uint8_t* at = stored.data();
+  for (const ProjectorDefinition& definition : definitions) {
+    RecordWriter writer(at);
+    Fields(writer, definition);
+    at += kStoredProjectorSize;
+  }
+  return stored;
+}
+
+std::vector<ProjectorDefinition> ReadDefinitions(const fs::path& file) {
+  const Bytes stored = ReadWholeFile(file);
+  std::vector<ProjectorDefinition> definitions(stored.size() / kStoredProjectorSize);
+  for (std::size_t i = 0; i < definitions.size(); ++i) {
+    Decode(ByteView(stored).subspan(i * kStoredProjectorSize), definitions[i]);
+  }
+  return definitions;
+}
+
+void ExportDefinitions(const fs::path& file, const std::vector<ProjectorDefinition>& definitions) {
+  WriteFileSafely(file, EncodeDefinitions(definitions), OldTail::Kept);
+}
+
+ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, ProjectorLibrary& library,
+                               const SettleConflict& settle) {
+  ImportResult result;
+  for (ProjectorDefinition& incoming : definitions) {
+    if (!CleanNames(incoming)) continue;
+    const std::optional<std::size_t> found = library.FindProjector(incoming);
+    if (!found) {
+      library.Append(incoming);
+      result.LastAdded = library.Size() - 1;
+      ++result.Added;
+    } else if (ProjectorsEqual(incoming, library[*found])) {
+      ++result.Unchanged;
+    } else {
+      ++result.Conflicts;
+      settle(incoming, *found);
+    }
+  }
+  return result;
+}
+
+}  // namespace qdm

@@ -1,0 +1,177 @@
+// Records to their stored bytes and back. A record lists its fields once, in stored order, in a function
+//   Fields(Visitor&, Record&)
+// that calls Text, Integer, Integers, Flag, Flags, String, Strings, Record and Block on the visitor; the
+// reader, the writer and the size are such visitors, and so are the text form and the comparisons elsewhere.
+// Stored integers are 16-bit little-endian two's complement, texts Windows-1252; there is no padding. Byte
+// order and code page live here alone.
+#pragma once
+
+#include "projectors/fixed_text.h"
+#include "serial_strings/serial_string.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace qdm {
+
+using Bytes = std::vector<std::uint8_t>;
+using ByteView = std::span<const std::uint8_t>;
+
+template <class Record>
+constexpr std::size_t StoredSize();
+
+class RecordReader {
+ public:
+  // `stored` must hold at least the record's stored size.
+  explicit RecordReader(const std::uint8_t* stored) : at_(stored) {}
+
+  template <std::size_t N>
+  void Text(std::string_view, FixedText<N>& text) {
+    for (char16_t& character : text.Characters) character = CharacterOf(*at_++);
+  }
+  void Integer(std::string_view, std::int16_t& value) {
+    value = static_cast<std::int16_t>(static_cast<std::uint16_t>(at_[0] | at_[1] << 8));
+    at_ += 2;
+  }
+  void Flag(std::string_view name, std::int16_t& value) { Integer(name, value); }
+  template <std::size_t N>
+  void Integers(std::string_view name, std::array<std::int16_t, N>& values) {
+    for (std::int16_t& value : values) Integer(name, value);
+  }
+  template <std::size_t N>
+  void Flags(std::string_view name, std::array<std::int16_t, N>& values) {
+    Integers(name, values);
+  }
+  void String(std::string_view name, SerialString& string) {
+    Integer(name, string.Count);
+    Block(name, string.Values);
+    Block(name, string.Kinds);
+  }
+  template <std::size_t N>
+  void Strings(std::string_view name, std::array<SerialString, N>& strings) {
+    for (SerialString& string : strings) String(name, string);
+  }
+  template <std::size_t N>
+  void Block(std::string_view, std::array<std::uint8_t, N>& bytes) {
+    std::memcpy(bytes.data(), at_, N);
+    at_ += N;
+  }
+  template <class Nested>
+  void Record(std::string_view, Nested& record) {
+    Fields(*this, record);
+  }
+
+ private:
+  const std::uint8_t* at_;
+};
+
+class RecordWriter {
+ public:
+  // `stored` must have room for the record's stored size.
+  explicit RecordWriter(std::uint8_t* stored) : at_(stored) {}
+
+  template <std::size_t N>
+  void Text(std::string_view, const FixedText<N>& text) {
+    for (const char16_t character : text.Characters) *at_++ = StoredByteOf(character);
+  }
+  void Integer(std::string_view, const std::int16_t& value) {
+    const auto bits = static_cast<std::uint16_t>(value);
+    *at_++ = static_cast<std::uint8_t>(bits & 0xFF);
+    *at_++ = static_cast<std::uint8_t>(bits >> 8);
+  }
+  void Flag(std::string_view name, const std::int16_t& value) { Integer(name, value); }
+  template <std::size_t N>
+  void Integers(std::string_view name, const std::array<std::int16_t, N>& values) {
+    for (const std::int16_t& value : values) Integer(name, value);
+  }
+  template <std::size_t N>
+  void Flags(std::string_view name, const std::array<std::int16_t, N>& values) {
+    Integers(name, values);
+  }
+  void String(std::string_view name, const SerialString& string) {
+    Integer(name, string.Count);
+    Block(name, string.Values);
+    Block(name, string.Kinds);
+  }
+  template <std::size_t N>
+  void Strings(std::string_view name, const std::array<SerialString, N>& strings) {
+    for (const SerialString& string : strings) String(name, string);
+  }
+  template <std::size_t N>
+  void Block(std::string_view, const std::array<std::uint8_t, N>& bytes) {
+    std::memcpy(at_, bytes.data(), N);
+    at_ += N;
+  }
+  template <class Nested>
+  void Record(std::string_view, const Nested& record) {
+    Fields(*this, record);
+  }
+
+ private:
+  std::uint8_t* at_;
+};
+
+// Adds up the stored size of the fields that it is shown; their values are never read.
+class RecordSizer {
+ public:
+  template <std::size_t N>
+  constexpr void Text(std::string_view, const FixedText<N>&) {
+    size_ += N;
+  }
+  constexpr void Integer(std::string_view, const std::int16_t&) { size_ += 2; }
+  constexpr void Flag(std::string_view, const std::int16_t&) { size_ += 2; }
+  template <std::size_t N>
+  constexpr void Integers(std::string_view, const std::array<std::int16_t, N>&) {
+    size_ += 2 * N;
+  }
+  template <std::size_t N>
+  constexpr void Flags(std::string_view, const std::array<std::int16_t, N>&) {
+    size_ += 2 * N;
+  }
+  template <std::size_t N>
+  constexpr void Strings(std::string_view, const std::array<SerialString, N>&) {
+    size_ += N * sizeof(SerialString);
+  }
+  template <std::size_t N>
+  constexpr void Block(std::string_view, const std::array<std::uint8_t, N>&) {
+    size_ += N;
+  }
+  template <class Nested>
+  constexpr void Record(std::string_view, const Nested&) {
+    size_ += StoredSize<Nested>();
+  }
+
+  constexpr std::size_t Size() const { return size_; }
+
+ private:
+  std::size_t size_ = 0;
+};
+
+template <class Record>
+constexpr std::size_t StoredSize() {
+  RecordSizer sizer;
+  const Record record{};
+  Fields(sizer, record);
+  return sizer.Size();
+}
+
+template <class Record>
+Bytes Encode(const Record& record) {
+  Bytes stored(StoredSize<Record>());
+  RecordWriter writer(stored.data());
+  Fields(writer, record);
+  return stored;
+}
+
+// `stored` must hold at least the record's stored size; what lies behind it is not looked at.
+template <class Record>
+void Decode(ByteView stored, Record& record) {
+  RecordReader reader(stored.data());
+  Fields(reader, record);
+}
+
+}  // namespace qdm

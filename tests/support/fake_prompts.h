@@ -1,0 +1,53 @@
+// Answers boxes and file dialogs from lists, in order, and keeps what was shown. A question without an answer
+// fails the test.
+#pragma once
+
+#include "app/user_prompts.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qdm {
+
+class FakePrompts : public UserPrompts {
+ public:
+  std::vector<Message> Shown;                // boxes and questions, in order
+  std::deque<bool> Answers;                  // to AskYesNo
+  std::deque<std::optional<QString>> Files;  // to OpenFile and SaveFile
+  std::function<void()> WhileShowing;        // what the user does to other windows while a box is open
+
+  void Show(QWidget*, const Message& message) override {
+    Shown.push_back(message);
+    if (WhileShowing) WhileShowing();
+  }
+  bool AskYesNo(QWidget*, const Message& question) override {
+    Shown.push_back(question);
+    return Next(Answers, "a question: " + question.Text).value_or(false);
+  }
+  std::optional<QString> OpenFile(QWidget*, const char*) override {
+    return Next(Files, "an open dialog").value_or(std::nullopt);
+  }
+  std::optional<QString> SaveFile(QWidget*, const char*) override {
+    return Next(Files, "a save dialog").value_or(std::nullopt);
+  }
+
+  std::string LastText() const { return Shown.empty() ? std::string() : Shown.back().Text; }
+
+ private:
+  template <class T>
+  static std::optional<T> Next(std::deque<T>& answers, const std::string& asked) {
+    if (answers.empty()) {
+      ADD_FAILURE() << "nobody answers " << asked;
+      return std::nullopt;
+    }
+    T answer = std::move(answers.front());
+    answers.pop_front();
+    return answer;
+  }
+};
+
+}  // namespace qdm
