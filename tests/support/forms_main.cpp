@@ -1,3 +1,5 @@
+#include "app/resources.h"
+
 #include <QApplication>
 
 #include <gmock/gmock.h>
@@ -8,5 +10,6 @@ int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
+  qdm::InitialiseResources();
   return RUN_ALL_TESTS();
 }

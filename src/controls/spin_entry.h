@@ -1,0 +1,88 @@
+// The family of small entry controls: a number that is typed into `Text1` or stepped with `Up` and `Down`.
+// A held button steps at once, again after 1 s and then every 100 ms. `Changed` tells the owner, once per
+// action of the user, to read the value: on mouse up, Enter, a key step and on losing focus, also when the
+// text is as it was. Text that cannot be read stands for the last value. The mouse wheel changes nothing.
+#pragma once
+
+#include <QWidget>
+
+#include <optional>
+
+class QLineEdit;
+class QTimer;
+class QToolButton;
+
+namespace qdm {
+
+class SpinEntry : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit SpinEntry(QWidget* parent = nullptr);
+
+  // What the number is: accessible name and beginning of the tool tip.
+  void SetLabel(const QString& label);
+
+  // Takes what has been typed, as Enter does, but without telling the owner.
+  void StoreText();
+
+  void Up_MouseDown();
+  void Down_MouseDown();
+  // Of either button.
+  void Button_MouseUp();
+  void Timer1_Timer();
+
+ Q_SIGNALS:
+  void Changed();
+
+ protected:
+  // The value with its limits applied, as every way of setting it does. Values of all three controls are
+  // exact in a double.
+  virtual double Limited(double value) const = 0;
+  virtual QString TextOf(double value) const = 0;
+  // Trimmed text; nothing when it cannot be read.
+  virtual std::optional<double> Parse(const QString& text) const = 0;
+  virtual QString RangeText() const = 0;
+  virtual QString WidestText() const = 0;
+
+  struct Steps {
+    double Size;
+    double Floor;    // a step down ends here
+    double Ceiling;  // a step up ends here
+  };
+  virtual Steps StepRule() const = 0;
+
+  void SetCurrent(double value);
+  // What the text says, limits applied, typed but not yet entered text included.
+  double Current() const;
+  // To be called at the end of each constructor of the family and whenever the range has changed.
+  void ShowRange();
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  enum class Held { None, Up, Down };
+
+  bool Text1_KeyDown(int key);
+  bool Text1_KeyUp(int key);
+  void HoldButton(Held button);
+  void StopRepeat();
+  void StepBy(int steps);
+  void StoreAndRaise();
+  void RaiseChanged();
+  void ExplainRange();
+  void FitText();
+
+  QLineEdit* Text1;
+  QToolButton* Up;
+  QToolButton* Down;
+  QTimer* Timer1;
+  QString label_;
+  double value_ = 0;
+  Held held_ = Held::None;
+  bool raising_ = false;
+};
+
+}  // namespace qdm
