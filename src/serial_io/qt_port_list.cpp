@@ -1,0 +1,93 @@
+#include "serial_io/port_list.h"
+#include "serial_io/qt_serial_port.h"
+
+#include <QSerialPortInfo>
+
+#include <algorithm>
+#include <fstream>
+
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace qdm {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The kernel makes ttyS0..ttyS3 and more on every machine; the port type 0 stands for "nothing there".
+bool HasHardware(const fs::path& portFolder) {
+  std::ifstream file(portFolder / "type");
+  int type = 0;
+  return file >> type && type != 0;
+}
+
+bool IsPort(const std::string& name, const fs::path& classFolder) {
+  if (name.starts_with("ttyUSB") || name.starts_with("ttyACM")) return true;
+  return name.starts_with("ttyS") && HasHardware(classFolder / name);
+}
+
+// A device as the file system shows it, without a folder: in /dev.
+std::string FileOf(const std::string& device) {
+  return device.empty() || device.find('/') != std::string::npos ? device : "/dev/" + device;
+}
+
+std::string GroupName(gid_t group) {
+  const ::group* entry = ::getgrgid(group);
+  return entry != nullptr ? entry->gr_name : std::to_string(group);
+}
+
+}  // namespace
+
+PortDevices DevicesListedIn(const fs::path& deviceFolder, const fs::path& classFolder) {
+  PortDevices devices;
+  std::error_code unreadable;  // a folder that cannot be read lists no port
+  for (const fs::directory_entry& entry : fs::directory_iterator(deviceFolder, unreadable)) {
+    if (IsPort(entry.path().filename().string(), classFolder)) devices.push_back(entry.path().string());
+  }
+  std::sort(devices.begin(), devices.end(), NaturallyBefore);
+  devices.resize(std::min<std::size_t>(devices.size(), kPortSlots));
+  return devices;
+}
+
+#ifdef __linux__
+
+PortDevices SystemDevices() { return DevicesListedIn("/dev", "/sys/class/tty"); }
+
+#else
+
+PortDevices SystemDevices() {
+  PortDevices devices;
+  for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
+    const std::string device = port.systemLocation().toStdString();
+    // macOS names each port twice; opening a "tty" one waits for a caller on a modem.
+    if (!device.starts_with("/dev/tty.")) devices.push_back(device);
+  }
+  std::sort(devices.begin(), devices.end(), NaturallyBefore);
+  devices.resize(std::min<std::size_t>(devices.size(), kPortSlots));
+  return devices;
+}
+
+#endif
+
+bool DeviceExists(const std::string& device) {
+  struct stat found {};
+  return ::stat(FileOf(device).c_str(), &found) == 0;
+}
+
+std::unique_ptr<SerialPort> PortAt(const std::string& device) {
+  return std::make_unique<QtSerialPort>(device);
+}
+
+std::optional<ClosedToUser> DeviceClosedToUser(const std::string& device) {
+  const std::string file = FileOf(device);
+  struct stat found {};
+  if (::stat(file.c_str(), &found) != 0) return std::nullopt;
+  if (::faccessat(AT_FDCWD, file.c_str(), R_OK | W_OK, AT_EACCESS) == 0) return std::nullopt;
+  const bool groupMay = (found.st_mode & (S_IRGRP | S_IWGRP)) == (S_IRGRP | S_IWGRP);
+  return ClosedToUser{device, groupMay ? GroupName(found.st_gid) : std::string()};
+}
+
+}  // namespace qdm

@@ -1,0 +1,39 @@
+// A serial port of this machine, by its device path: an adapter, a port on the board, a pseudo-terminal.
+// Nobody else can open it meanwhile. It counts and reads what has arrived whether or not an event loop runs;
+// with one, its input ends a wait. A setting that the device refuses is left as it was. When the device goes
+// away (adapter pulled out, the other end of a pseudo-terminal closed) the port reads as closed.
+#pragma once
+
+#include "download/serial_port.h"
+#include "serial_io/line_settings.h"
+
+class QSerialPort;
+
+namespace qdm {
+
+class QtSerialPort : public SerialPort {
+ public:
+  // "/dev/ttyUSB0"; a name without a slash is looked for in /dev. Links are followed when it is opened.
+  explicit QtSerialPort(std::string device);
+  ~QtSerialPort() override;
+
+  void SetSettings(std::string_view settings) override;
+  bool Open() override;
+  void Close() override;
+  bool IsOpen() const override;
+  std::size_t BytesWaiting() override;
+  Bytes ReadAll() override;
+  bool Write(ByteView bytes) override;
+
+ private:
+  void ApplySettings();
+  void TakeInWhatArrived();
+  void LookWhetherGone();
+
+  std::string device_;
+  LineSettings settings_;
+  std::unique_ptr<QSerialPort> port_;  // from Open to Close
+  bool gone_ = false;
+};
+
+}  // namespace qdm
