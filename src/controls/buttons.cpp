@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QToolButton>
 
 #include <algorithm>
@@ -25,6 +26,33 @@ constexpr std::array<Picture, Buttons::kButtons> kPictures = {{{"button_volume_u
                                                                {"button_video", "Video"},
                                                                {"button_power", "Power"}}};
 
+// Styles tell a pressed picture from a raised one by a shade, which drowns beside the picture: the chosen one
+// stands on the selection's colour, and the focus is drawn around it.
+class PictureButton : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
+    const bool lit = isChecked() && isEnabled();
+    painter.setPen(QPen(palette().color(isChecked() ? QPalette::Highlight : QPalette::Mid), 1));
+    painter.setBrush(lit ? palette().brush(QPalette::Highlight) : palette().brush(QPalette::Button));
+    painter.drawRoundedRect(frame, 4, 4);
+    if (hasFocus()) {
+      painter.setPen(
+          QPen(palette().color(lit ? QPalette::HighlightedText : QPalette::ButtonText), 1, Qt::DotLine));
+      painter.setBrush(Qt::NoBrush);
+      painter.drawRoundedRect(frame.adjusted(2, 2, -2, -2), 3, 3);
+    }
+    const int size = iconSize().width();
+    icon().paint(&painter, (width() - size) / 2, (height() - size) / 2, size, size, Qt::AlignCenter,
+                 isEnabled() ? QIcon::Normal : QIcon::Disabled);
+  }
+};
+
 }  // namespace
 
 Buttons::Buttons(QWidget* parent) : QWidget(parent) {
@@ -33,10 +61,11 @@ Buttons::Buttons(QWidget* parent) : QWidget(parent) {
   row->setSpacing(2);
   for (int i = 0; i < kButtons; ++i) {
     const Picture& picture = kPictures[static_cast<std::size_t>(i)];
-    auto* button = new QToolButton(this);
+    auto* button = new PictureButton(this);
     button->setObjectName(QStringLiteral("Option1_%1").arg(i));
     button->setIcon(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(picture.Icon))));
     button->setIconSize({kPictureSize, kPictureSize});
+    button->setFixedSize(kPictureSize + 12, kPictureSize + 12);
     button->setToolTip(QLatin1String(picture.Name));
     button->setAccessibleName(QLatin1String(picture.Name));
     button->setCheckable(true);
