@@ -1,0 +1,35 @@
+// A COM port of Windows, overlapped. One byte is always being asked for: its arrival ends a wait of the event
+// loop, and the rest of what arrived with it is fetched at once. When the adapter is pulled out the port
+// reads as closed.
+#pragma once
+
+#include "download/serial_port.h"
+#include "serial_io/line_settings.h"
+
+#include <string>
+
+namespace qdm {
+
+class Win32SerialPort : public SerialPort {
+ public:
+  // "COM3", "COM12".
+  explicit Win32SerialPort(std::string device);
+  ~Win32SerialPort() override;
+
+  void SetSettings(std::string_view settings) override;
+  bool Open() override;
+  void Close() override;
+  bool IsOpen() const override;
+  std::size_t BytesWaiting() override;
+  Bytes ReadAll() override;
+  bool Write(ByteView bytes) override;
+
+ private:
+  struct Line;  // the open handle and its pending operations
+
+  std::string device_;
+  LineSettings settings_;
+  std::unique_ptr<Line> line_;
+};
+
+}  // namespace qdm
