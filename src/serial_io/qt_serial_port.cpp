@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSerialPort>
+#include <QSocketNotifier>
 
 #include <poll.h>
 
@@ -28,9 +29,12 @@ QSerialPort::Parity QtParity(LineParity parity) {
   return QSerialPort::NoParity;
 }
 
-bool HungUp(int descriptor) {
-  pollfd line{.fd = descriptor, .events = POLLIN, .revents = 0};
-  return ::poll(&line, 1, 0) < 0 || (line.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+enum class LineState { Quiet, InputWaits, Gone };
+
+LineState StateOf(const QSerialPort& port) {
+  pollfd line{.fd = port.handle(), .events = POLLIN, .revents = 0};
+  if (::poll(&line, 1, 0) < 0 || (line.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) return LineState::Gone;
+  return line.revents != 0 ? LineState::InputWaits : LineState::Quiet;
 }
 
 }  // namespace
@@ -57,19 +61,31 @@ bool QtSerialPort::Open() {
     port_.reset();
     return false;
   }
-  gone_ = false;
-  QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(),
-                   [this](QSerialPort::SerialPortError error) {
-                     if (error == QSerialPort::ResourceError) LookWhetherGone();
-                   });
+  ListenForTrouble();
   // Only now: a setting that is refused while it opens would keep the port closed.
   ApplySettings();
-  return IsOpen();
+  return true;
 }
 
-void QtSerialPort::Close() { port_.reset(); }
+void QtSerialPort::Close() {
+  unplugged_.reset();
+  port_.reset();
+}
 
-bool QtSerialPort::IsOpen() const { return port_ && !gone_; }
+bool QtSerialPort::IsOpen() const { return port_ && port_->isOpen(); }
+
+// QSerialPort goes on reading nothing from a device that has gone, again and again.
+void QtSerialPort::ListenForTrouble() {
+  unplugged_ = std::make_unique<QSocketNotifier>(port_->handle(), QSocketNotifier::Exception);
+  QObject::connect(unplugged_.get(), &QSocketNotifier::activated, unplugged_.get(),
+                   [this] { CloseWhenGone(); });
+  // It also stops listening when it was told of input that somebody read in the same turn of the event loop.
+  QObject::connect(port_.get(), &QSerialPort::errorOccurred, port_.get(),
+                   [this](QSerialPort::SerialPortError error) {
+                     const bool stoppedListening = error == QSerialPort::ResourceError;
+                     if (stoppedListening && StateOf(*port_) != LineState::Gone) port_->setReadBufferSize(0);
+                   });
+}
 
 // One call for each setting, so that a refused one keeps none of the others from taking effect.
 void QtSerialPort::ApplySettings() {
@@ -96,21 +112,22 @@ bool QtSerialPort::Write(ByteView bytes) {
   const auto count = static_cast<qint64>(bytes.size());
   const qint64 taken = port_->write(reinterpret_cast<const char*>(bytes.data()), count);
   port_->flush();
+  CloseWhenGone();
   return IsOpen() && taken == count;
 }
 
 // QSerialPort moves bytes from the system's buffer to its own when an event loop tells it to; without one it
 // has to be asked.
 void QtSerialPort::TakeInWhatArrived() {
-  while (IsOpen() && port_->waitForReadyRead(0)) {
+  CloseWhenGone();
+  while (IsOpen() && StateOf(*port_) == LineState::InputWaits && port_->waitForReadyRead(0)) {
   }
 }
 
-// QSerialPort also reports this error, and stops listening, when it was told of input that has been read in
-// the meantime, in the same turn of the event loop. Then the device is still there.
-void QtSerialPort::LookWhetherGone() {
-  gone_ = HungUp(port_->handle());
-  if (!gone_) port_->setReadBufferSize(0);  // unlimited, as it is; listens again
+void QtSerialPort::CloseWhenGone() {
+  if (!IsOpen() || StateOf(*port_) != LineState::Gone) return;
+  unplugged_->setEnabled(false);
+  port_->close();
 }
 
 }  // namespace qdm

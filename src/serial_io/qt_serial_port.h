@@ -8,6 +8,7 @@
 #include "serial_io/line_settings.h"
 
 class QSerialPort;
+class QSocketNotifier;
 
 namespace qdm {
 
@@ -27,13 +28,15 @@ class QtSerialPort : public SerialPort {
 
  private:
   void ApplySettings();
+  void ListenForTrouble();
   void TakeInWhatArrived();
-  void LookWhetherGone();
+  void CloseWhenGone();
 
   std::string device_;
   LineSettings settings_;
-  std::unique_ptr<QSerialPort> port_;  // from Open to Close
-  bool gone_ = false;
+  // From Open to Close; closed in between when the device goes away.
+  std::unique_ptr<QSerialPort> port_;
+  std::unique_ptr<QSocketNotifier> unplugged_;
 };
 
 }  // namespace qdm

@@ -1,0 +1,149 @@
+#include "serial_io/port_list.h"
+#include "serial_io/pseudo_terminal.h"
+
+#include <QTemporaryDir>
+#include <QtGlobal>
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace qdm {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// QDM_PORTS for the length of a test.
+struct PortsVariable {
+  explicit PortsVariable(const char* value) {
+    if (value != nullptr) {
+      qputenv("QDM_PORTS", value);
+    } else {
+      qunsetenv("QDM_PORTS");
+    }
+  }
+  ~PortsVariable() { qunsetenv("QDM_PORTS"); }
+};
+
+fs::path FolderOf(const QTemporaryDir& folder) { return folder.path().toStdString(); }
+
+void MakeFile(const fs::path& file, const char* text = "") {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file) << text;
+}
+
+TEST(PortList, TheVariableNamesTheDevicesInTheOrderOfTheirNumbers) {
+  const struct {
+    const char* Value;
+    std::optional<PortDevices> Expected;
+  } cases[] = {
+      {nullptr, std::nullopt},
+      {"", PortDevices{}},
+      {"  ", PortDevices{}},
+      {"/dev/ttyUSB0", PortDevices{"/dev/ttyUSB0"}},
+      {"/dev/ttyUSB0, /dev/pts/7 ", PortDevices{"/dev/ttyUSB0", "/dev/pts/7"}},
+      {"/dev/a,,/dev/c", PortDevices{"/dev/a", "", "/dev/c"}},
+      {",/dev/b,", PortDevices{"", "/dev/b", ""}},
+      {"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18",
+       PortDevices{"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12", "13", "14", "15", "16"}},
+  };
+  for (const auto& [value, expected] : cases) {
+    const PortsVariable variable(value);
+    EXPECT_EQ(DevicesFromEnvironment(), expected) << (value != nullptr ? value : "not set");
+  }
+}
+
+TEST(PortList, NumbersInNamesSortAsNumbers) {
+  const char* const inOrder[] = {"ttyACM0",  "ttyS1",     "ttyUSB",  "ttyUSB2",
+                                 "ttyUSB10", "ttyUSB10a", "ttyUSB11"};
+  for (std::size_t i = 0; i < std::size(inOrder); ++i) {
+    for (std::size_t j = 0; j < std::size(inOrder); ++j) {
+      EXPECT_EQ(NaturallyBefore(inOrder[i], inOrder[j]), i < j) << inOrder[i] << " " << inOrder[j];
+    }
+  }
+}
+
+TEST(PortList, ListsAdaptersAndThosePortsOnTheBoardThatHaveHardware) {
+  const QTemporaryDir folder;
+  const fs::path devices = FolderOf(folder) / "dev";
+  const fs::path classes = FolderOf(folder) / "class";
+  for (const char* name :
+       {"ttyUSB10", "ttyUSB2", "ttyACM0", "ttyS0", "ttyS1", "ttyS2", "tty1", "null", "ptmx"}) {
+    MakeFile(devices / name);
+  }
+  MakeFile(classes / "ttyS0" / "type", "0\n");
+  MakeFile(classes / "ttyS1" / "type", "4\n");
+  const auto listed = [&] { return DevicesListedIn(devices, classes); };
+  const auto path = [&](const char* name) { return (devices / name).string(); };
+  EXPECT_THAT(listed(), ElementsAre(path("ttyACM0"), path("ttyS1"), path("ttyUSB2"), path("ttyUSB10")));
+
+  for (int i = 20; i < 40; ++i) MakeFile(devices / ("ttyUSB" + std::to_string(i)));
+  EXPECT_EQ(listed().size(), std::size_t{kPortSlots});
+  EXPECT_THAT(DevicesListedIn(devices / "missing", classes), IsEmpty());
+}
+
+TEST(PortList, PortsAreThoseOfTheMomentTheyAreAskedFor) {
+  const auto ports = MakeSystemPorts();
+  const PseudoTerminal first;
+  const PseudoTerminal second;
+  const PortsVariable variable((first.Device() + ",," + second.Device() + ",/dev/missing").c_str());
+  EXPECT_EQ("/dev/" + ports->DeviceName(1), first.Device());
+  EXPECT_EQ("/dev/" + ports->DeviceName(3), second.Device());
+  for (const int number : {1, 3}) EXPECT_TRUE(ports->Port(number)->Open()) << number;
+  for (const int number : {2, 4, 5, 16}) {
+    EXPECT_EQ(ports->DeviceName(number), "") << number;
+    EXPECT_FALSE(ports->Port(number)->Open()) << number;
+  }
+  qputenv("QDM_PORTS", second.Device().c_str());
+  EXPECT_EQ("/dev/" + ports->DeviceName(1), second.Device());
+  EXPECT_EQ(ports->DeviceName(3), "");
+}
+
+// Root may open everything; elsewhere this changes nothing.
+struct AsOrdinaryUser {
+  static constexpr uid_t kNobody = 65534;
+
+  AsOrdinaryUser() {
+    if (wasRoot) {
+      EXPECT_EQ(::seteuid(kNobody), 0);
+    }
+  }
+  ~AsOrdinaryUser() {
+    if (wasRoot) {
+      EXPECT_EQ(::seteuid(0), 0);
+    }
+  }
+  const bool wasRoot = ::geteuid() == 0;
+};
+
+TEST(PortList, TellsWhichGroupOpensAPortThatIsClosedToTheUser) {
+  const QTemporaryDir folder;
+  ASSERT_EQ(::chmod(FolderOf(folder).c_str(), 0755), 0);
+  const fs::path device = FolderOf(folder) / "ttyUSB0";
+  MakeFile(device);
+  if (::geteuid() == 0) {
+    ASSERT_EQ(::chown(device.c_str(), AsOrdinaryUser::kNobody, ::getegid()), 0);
+  }
+  const AsOrdinaryUser user;
+  // Closed to its owner, to whom this test belongs, open to its group.
+  ASSERT_EQ(::chmod(device.c_str(), 0060), 0);
+  const auto closed = DeviceClosedToUser(device.string());
+  ASSERT_TRUE(closed);
+  EXPECT_EQ(closed->Device, device.string());
+  EXPECT_EQ(closed->Group, ::getgrgid(::getegid())->gr_name);
+
+  ASSERT_EQ(::chmod(device.c_str(), 0), 0);
+  EXPECT_EQ(DeviceClosedToUser(device.string()).value().Group, "") << "no group may open it either";
+  ASSERT_EQ(::chmod(device.c_str(), 0600), 0);
+  EXPECT_FALSE(DeviceClosedToUser(device.string()));
+  EXPECT_FALSE(DeviceClosedToUser((FolderOf(folder) / "missing").string()));
+}
+
+}  // namespace
+}  // namespace qdm
