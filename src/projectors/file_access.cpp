@@ -49,6 +49,13 @@ fs::path TargetOf(const fs::path& path) {
   return error || !fs::is_symlink(path, error) ? path : target;
 }
 
+bool IsWriteProtected(const fs::path& path) {
+  constexpr fs::perms kAnyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  std::error_code error;
+  const fs::perms permissions = fs::status(path, error).permissions();
+  return !error && permissions != fs::perms::unknown && (permissions & kAnyWrite) == fs::perms::none;
+}
+
 }  // namespace
 
 FileError::FileError(const fs::path& path, std::string_view operation, std::string_view reason)
@@ -70,7 +77,7 @@ Bytes ReadWholeFile(const fs::path& path) {
   const File file = OpenFile(path, "rb");
   if (!file) throw FileError(path, "read", ReasonOf(errno));
   const std::uintmax_t size = fs::file_size(path, error);
-  Bytes bytes(error ? 0 : static_cast<std::size_t>(size));
+  Bytes bytes(error ? 0 : static_cast<std::size_t>(size) + 1);  // one more, to meet the end without growing
   std::size_t filled = 0;
   for (;;) {
     if (filled == bytes.size()) bytes.resize(filled + 65536);
@@ -110,7 +117,10 @@ void RenameFile(const fs::path& from, const fs::path& to) {
 void RemoveFile(const fs::path& path) {
   std::error_code error;
   fs::remove(path, error);
-  if (error) throw FileError(path, "delete", error.message());
+  if (!error) return;
+  // Where nothing may be deleted, some systems refuse before they look whether there is anything.
+  std::error_code ignored;
+  if (fs::exists(fs::symlink_status(path, ignored))) throw FileError(path, "delete", error.message());
 }
 
 void FlushFolder(const fs::path& folder) {
@@ -130,6 +140,8 @@ void WriteFileSafely(const fs::path& path, ByteView bytes, OldTail tail) {
   std::error_code error;
   const bool exists = fs::exists(target, error);
   if (exists && fs::is_directory(target, error)) throw FileError(path, "write", ReasonOf(EISDIR));
+  // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
+  if (exists && IsWriteProtected(target)) throw FileError(path, "write", ReasonOf(EACCES));
 
   Bytes withTail;
   if (exists && tail == OldTail::Kept && fs::file_size(target, error) > bytes.size()) {

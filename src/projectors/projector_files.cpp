@@ -80,6 +80,8 @@ std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibr
 
 void SaveProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library) {
   const ProjectorFiles files(folder);
+  // After a save that failed between its renames the temporary file is the library: it must not be deleted.
+  CompleteInterruptedSave(files);
   RemoveFile(files.Temporary);
   if (!library.Loaded()) {
     RemoveFile(files.Library);
@@ -91,7 +93,15 @@ void SaveProjectorDatabase(const fs::path& folder, const ProjectorLibrary& libra
   // library keeps one that is still being written from being taken for that.
   if (!hasOld && Exists(files.Backup)) WriteAndFlush(files.Library, {});
 
-  WriteAndFlush(files.Temporary, EncodeDefinitions(library.Elements()));
+  try {
+    WriteAndFlush(files.Temporary, EncodeDefinitions(library.Elements()));
+  } catch (const FileError& failure) {
+    std::error_code ignored;
+    fs::remove(files.Temporary, ignored);  // a full disk needs the room
+    throw FileError(files.Library, "write", failure.Reason());
+  }
+  // The temporary file's name has to be on the disk before the library's own is taken away.
+  FlushFolder(folder);
   if (hasOld) RenameFile(files.Library, files.Backup);
   RenameFile(files.Temporary, files.Library);
   FlushFolder(folder);
