@@ -64,6 +64,12 @@ FileError::FileError(const fs::path& path, std::string_view operation, std::stri
       path_(path),
       reason_(reason) {}
 
+Message SorryAbout(const FileError& error) {
+  std::string text = error.what();
+  text.front() = 'C';
+  return {text + ".", "Sorry", MessageIcon::Exclamation};
+}
+
 std::string PathToUtf8(const fs::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
@@ -71,22 +77,24 @@ std::string PathToUtf8(const fs::path& path) {
 
 fs::path PathFromUtf8(std::string_view path) { return fs::path(std::u8string(path.begin(), path.end())); }
 
-Bytes ReadWholeFile(const fs::path& path) {
+void ReadInPieces(const fs::path& path, std::size_t size, const std::function<void(ByteView)>& take) {
   std::error_code error;
   if (fs::is_directory(path, error)) throw FileError(path, "read", ReasonOf(EISDIR));
   const File file = OpenFile(path, "rb");
   if (!file) throw FileError(path, "read", ReasonOf(errno));
-  const std::uintmax_t size = fs::file_size(path, error);
-  Bytes bytes(error ? 0 : static_cast<std::size_t>(size) + 1);  // one more, to meet the end without growing
-  std::size_t filled = 0;
-  for (;;) {
-    if (filled == bytes.size()) bytes.resize(filled + 65536);
-    const std::size_t got = std::fread(bytes.data() + filled, 1, bytes.size() - filled, file.get());
-    filled += got;
-    if (got == 0) break;
+  Bytes piece(size);
+  for (std::size_t got = size; got == size;) {
+    got = std::fread(piece.data(), 1, size, file.get());
+    if (std::ferror(file.get()) != 0) throw FileError(path, "read", ReasonOf(errno));
+    if (got != 0) take(ByteView(piece).first(got));
   }
-  if (std::ferror(file.get()) != 0) throw FileError(path, "read", ReasonOf(errno));
-  bytes.resize(filled);
+}
+
+Bytes ReadWholeFile(const fs::path& path) {
+  constexpr std::size_t kPiece = 65536;
+  Bytes bytes;
+  ReadInPieces(path, kPiece,
+               [&bytes](ByteView piece) { bytes.insert(bytes.end(), piece.begin(), piece.end()); });
   return bytes;
 }
 

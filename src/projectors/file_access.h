@@ -4,8 +4,10 @@
 #pragma once
 
 #include "projectors/record_codec.h"
+#include "serial_strings/message.h"
 
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -25,10 +27,16 @@ class FileError : public std::runtime_error {
   std::string reason_;
 };
 
+// What the user is told: file and reason, titled "Sorry".
+Message SorryAbout(const FileError& error);
+
 std::string PathToUtf8(const std::filesystem::path& path);
 std::filesystem::path PathFromUtf8(std::string_view path);
 
 Bytes ReadWholeFile(const std::filesystem::path& path);
+// Hands over the file in pieces of `size` bytes, the last one shorter. A piece is gone with the next one.
+void ReadInPieces(const std::filesystem::path& path, std::size_t size,
+                  const std::function<void(ByteView)>& take);
 
 enum class OldTail {
   Dropped,

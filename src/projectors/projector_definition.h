@@ -110,11 +110,10 @@ void ClearProjector(ProjectorDefinition& projector);
 // A name as it is kept: characters below 32 removed, then blanks at both ends.
 template <std::size_t N>
 void CleanName(FixedText<N>& name) {
-  std::u16string kept;
-  for (const char16_t c : name.View()) {
-    if (c >= 32) kept.push_back(c);
-  }
-  name.Assign(TrimBlanks(kept));
+  std::array<char16_t, N> kept;
+  const auto end = std::copy_if(name.Characters.begin(), name.Characters.end(), kept.begin(),
+                                [](char16_t c) { return c >= 32; });
+  name.Assign(TrimBlanks({kept.begin(), end}));
 }
 
 // What a record goes through when it comes into the library: both names cleaned, the manufacturer in upper

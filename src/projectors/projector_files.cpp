@@ -28,14 +28,30 @@ void CompleteInterruptedSave(const ProjectorFiles& files) {
   }
 }
 
-void ReadLibrary(const fs::path& path, ProjectorLibrary& library) {
-  const Bytes stored = ReadWholeFile(path);
-  library.Reserve(stored.size() / kStoredProjectorSize);
+std::size_t DefinitionsIn(const fs::path& path) {
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(path, error);
+  return error ? 0 : static_cast<std::size_t>(size) / kStoredProjectorSize;
+}
+
+// The whole records of a file, in pieces that stay in the processor's cache.
+template <class Take>
+void ForEachDefinition(const fs::path& path, const Take& take) {
+  constexpr std::size_t kPiece = 64 * kStoredProjectorSize;
   ProjectorDefinition projector;
-  for (std::size_t at = 0; at + kStoredProjectorSize <= stored.size(); at += kStoredProjectorSize) {
-    Decode(ByteView(stored).subspan(at), projector);
+  ReadInPieces(path, kPiece, [&](ByteView piece) {
+    for (; piece.size() >= kStoredProjectorSize; piece = piece.subspan(kStoredProjectorSize)) {
+      Decode(piece, projector);
+      take(projector);
+    }
+  });
+}
+
+void ReadLibrary(const fs::path& path, ProjectorLibrary& library) {
+  library.Reserve(DefinitionsIn(path));
+  ForEachDefinition(path, [&library](ProjectorDefinition& projector) {
     if (CleanNames(projector)) library.Append(projector);
-  }
+  });
 }
 
 // Out of the way, under a name that nothing reads: the bytes may still be worth something to somebody.
@@ -119,11 +135,10 @@ Bytes EncodeDefinitions(const std::vector<ProjectorDefinition>& definitions) {
 }
 
 std::vector<ProjectorDefinition> ReadDefinitions(const fs::path& file) {
-  const Bytes stored = ReadWholeFile(file);
-  std::vector<ProjectorDefinition> definitions(stored.size() / kStoredProjectorSize);
-  for (std::size_t i = 0; i < definitions.size(); ++i) {
-    Decode(ByteView(stored).subspan(i * kStoredProjectorSize), definitions[i]);
-  }
+  std::vector<ProjectorDefinition> definitions;
+  definitions.reserve(DefinitionsIn(file));
+  ForEachDefinition(
+      file, [&definitions](const ProjectorDefinition& projector) { definitions.push_back(projector); });
   return definitions;
 }
 
@@ -139,13 +154,19 @@ ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, Pro
     const std::optional<std::size_t> found = library.FindProjector(incoming);
     if (!found) {
       library.Append(incoming);
-      result.LastAdded = library.Size() - 1;
+      result.LastTaken = library.Size() - 1;
       ++result.Added;
     } else if (ProjectorsEqual(incoming, library[*found])) {
       ++result.Unchanged;
     } else {
       ++result.Conflicts;
+      const std::size_t before = library.Size();
       settle(incoming, *found);
+      if (library.Size() > before) {
+        result.LastTaken = library.Size() - 1;
+      } else if (library[*found] == incoming) {
+        result.LastTaken = *found;
+      }
     }
   }
   return result;

@@ -55,7 +55,7 @@ struct ImportResult {
   std::size_t Added = 0;
   std::size_t Unchanged = 0;
   std::size_t Conflicts = 0;
-  std::optional<std::size_t> LastAdded;  // index of the last element that was appended
+  std::optional<std::size_t> LastTaken;  // index of the element that was appended or replaced last
 };
 ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, ProjectorLibrary& library,
                                const SettleConflict& settle);

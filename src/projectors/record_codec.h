@@ -31,7 +31,8 @@ class RecordReader {
 
   template <std::size_t N>
   void Text(std::string_view, FixedText<N>& text) {
-    for (char16_t& character : text.Characters) character = CharacterOf(*at_++);
+    ToCharacters(at_, text.Characters);
+    at_ += N;
   }
   void Integer(std::string_view, std::int16_t& value) {
     value = static_cast<std::int16_t>(static_cast<std::uint16_t>(at_[0] | at_[1] << 8));
@@ -76,7 +77,8 @@ class RecordWriter {
 
   template <std::size_t N>
   void Text(std::string_view, const FixedText<N>& text) {
-    for (const char16_t character : text.Characters) *at_++ = StoredByteOf(character);
+    ToStoredBytes(text.Characters, at_);
+    at_ += N;
   }
   void Integer(std::string_view, const std::int16_t& value) {
     const auto bits = static_cast<std::uint16_t>(value);

@@ -74,6 +74,29 @@ std::uint8_t StoredByteOf(char16_t character) {
   return ByteOf(character).value_or(static_cast<std::uint8_t>('?'));
 }
 
+// Texts are plain Latin but for a few characters: first all at once, then those that are not their own code
+// point one by one. Ten thousand definitions have three million characters.
+void ToCharacters(const std::uint8_t* stored, std::span<char16_t> characters) {
+  unsigned upperControls = 0;
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    characters[i] = stored[i];
+    upperControls |= (stored[i] & 0xE0U) == 0x80U ? 1U : 0U;
+  }
+  if (upperControls == 0) return;
+  for (char16_t& character : characters) character = CharacterOf(static_cast<std::uint8_t>(character));
+}
+
+void ToStoredBytes(std::span<const char16_t> characters, std::uint8_t* stored) {
+  unsigned others = 0;
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    const unsigned character = characters[i];
+    stored[i] = static_cast<std::uint8_t>(character & 0xFFU);
+    others |= character > 0xFFU || (character & 0xE0U) == 0x80U ? 1U : 0U;
+  }
+  if (others == 0) return;
+  for (std::size_t i = 0; i < characters.size(); ++i) stored[i] = StoredByteOf(characters[i]);
+}
+
 char16_t UpperCase(char16_t c) {
   if (c < 0x80) return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
   if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return static_cast<char16_t>(c - 0x20);

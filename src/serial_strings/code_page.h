@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,10 @@ std::optional<std::uint8_t> ByteOf(char16_t character);
 
 // The stored byte of a character: "?" stands for one that the page has no code for.
 std::uint8_t StoredByteOf(char16_t character);
+
+// `characters.size()` of them from or to as many stored bytes.
+void ToCharacters(const std::uint8_t* stored, std::span<char16_t> characters);
+void ToStoredBytes(std::span<const char16_t> characters, std::uint8_t* stored);
 
 // Upper case within the page, so that a name stays as long as it was; letters without a capital in it stay.
 char16_t UpperCase(char16_t character);

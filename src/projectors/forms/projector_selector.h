@@ -1,0 +1,83 @@
+// The window in which the user browses and maintains the projector library: manufacturers and their models in a
+// tree, and the commands of the toolbar. Works on Globals: the library, the one-definition clipboard, and
+// CurrentProjector, through which it hands a definition to the setup dialog. However it is closed, it writes the
+// library first, changed or not; when that fails, the user decides whether it stays open.
+#pragma once
+
+#include "app/globals.h"
+#include "app/user_prompts.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QAction;
+
+namespace Ui {
+class ProjectorSelector;
+}
+
+namespace qdm {
+
+class ProjectorTreeModel;
+
+class ProjectorSelector : public QDialog {
+  Q_OBJECT
+
+ public:
+  // Edits Globals::CurrentProjector and, on Done, stores it in the library.
+  using SetupDialog = std::function<void(QWidget* parent)>;
+
+  // Without a setup dialog, NEW and EDIT are disabled.
+  ProjectorSelector(Globals& globals, UserPrompts& prompts, SetupDialog setUp, QWidget* parent = nullptr);
+  ~ProjectorSelector() override;
+
+  // Every way to close the window comes through here.
+  void done(int result) override;
+
+ private:
+  struct Command;
+  static const std::vector<Command>& Commands();
+
+  void FillToolbar();
+  void Form_Load();
+  void Filter_Change(const QString& text);
+  void UpdateToolbar();
+
+  void New();
+  void Copy();
+  void Cut();
+  void Paste();
+  void Delete();
+  void Edit();
+  void Import();
+  void Export();
+  void Exit();
+
+  void SetUpCurrentProjector();
+  bool Confirm(const char* question) const;
+  void RemoveSelected();
+  bool SaveLibrary();
+
+  QAction* ActionOf(const char* key) const;
+  QModelIndex SelectedIndex() const;
+  // The library's index of the selected model; nothing for a manufacturer.
+  std::optional<std::size_t> SelectedElement() const;
+  void RebuildTree();
+  // Empties the filter when it hides the element.
+  void Select(std::size_t element);
+
+  Globals& globals_;
+  UserPrompts& prompts_;
+  SetupDialog setUp_;
+  std::unique_ptr<Ui::ProjectorSelector> ui_;
+  ProjectorTreeModel* model_ = nullptr;
+};
+
+// Opens the selector modally.
+void OpenProjectorSelector(Globals& globals, UserPrompts& prompts, QWidget* parent);
+
+}  // namespace qdm
