@@ -1,0 +1,82 @@
+// The library as two levels of tree: manufacturers in upper case in the order of the library, their models
+// below them sorted by text. A node stands for all elements with its names without regard to case and leads
+// to the first of them. Holds texts and element numbers, not definitions: whoever changes the library calls
+// Rebuild before the next look. A filter text hides what does not contain it; a manufacturer that does shows
+// all its models.
+#pragma once
+
+#include "projectors/projector_library.h"
+
+#include <QAbstractItemModel>
+#include <QHash>
+#include <QIcon>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace qdm {
+
+class ProjectorTreeModel : public QAbstractItemModel {
+  Q_OBJECT
+
+ public:
+  // "MACME" of a manufacturer, "SACME#X 100" of a model, upper case.
+  static constexpr int KeyRole = Qt::UserRole;
+
+  explicit ProjectorTreeModel(const ProjectorLibrary& library, QObject* parent = nullptr);
+
+  void Rebuild();
+  void SetFilter(const QString& text);
+  const QString& Filter() const { return filter_; }
+
+  static bool IsModel(const QModelIndex& index) { return index.isValid() && index.internalId() != 0; }
+  // The library element of a model node; nothing for a manufacturer.
+  std::optional<std::size_t> ElementOf(const QModelIndex& index) const;
+  // Every element of a manufacturer node in the tree's order, those that the filter hides included; the one
+  // of a model node.
+  std::vector<std::size_t> ElementsOf(const QModelIndex& index) const;
+  // Invalid when there is no such node or the filter hides it. A blank model finds the manufacturer.
+  QModelIndex IndexOf(const FixedText<32>& manufacturer, const FixedText<32>& model) const;
+  QModelIndex IndexOf(const ProjectorDefinition& projector) const {
+    return IndexOf(projector.Manufacturer, projector.Model);
+  }
+  QModelIndex IndexOfKey(const QString& key) const;
+
+  QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+  QModelIndex parent(const QModelIndex& child) const override;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+ private:
+  struct Model {
+    QString Text;
+    QString Key;
+    std::size_t Element;
+  };
+  struct Manufacturer {
+    QString Text;
+    QString Key;
+    std::vector<Model> Models;
+  };
+  // What the filter lets through: places in manufacturers_ and in their Models.
+  struct Shown {
+    std::size_t Manufacturer;
+    std::vector<std::size_t> Models;
+  };
+
+  void ReadLibrary();
+  void ApplyFilter();
+  const Manufacturer& ManufacturerOf(const QModelIndex& index) const;
+  const Model& ModelOf(const QModelIndex& index) const;
+
+  const ProjectorLibrary& library_;
+  QString filter_;
+  std::vector<Manufacturer> manufacturers_;
+  std::vector<Shown> shown_;
+  QIcon manufacturerIcon_;
+  QIcon modelIcon_;
+};
+
+}  // namespace qdm
