@@ -47,13 +47,6 @@ std::string TestLineSettings(const ProjectorDefinition& projector) {
   return settings;
 }
 
-std::int16_t VariableBytePositionOf(const SerialString& string) {
-  for (std::size_t i = kMaximumStringBytes; i > 0; --i) {
-    if (string.Kinds[i - 1] == static_cast<std::uint8_t>(ByteKind::VAR)) return static_cast<std::int16_t>(i);
-  }
-  return 0;
-}
-
 void SendString(SerialPort& port, const StringTest& test, Waiting& time, const StopRequest& stop) {
   const auto send = [&](std::uint8_t byte) {
     port.Write({&byte, 1});

@@ -19,9 +19,6 @@ inline constexpr Microseconds kTestReplyTime = std::chrono::milliseconds(1000);
 // one that it had.
 std::string TestLineSettings(const ProjectorDefinition& projector);
 
-// 1-based place of the last byte of kind VAR among all 32, whatever the count; 0 when there is none.
-std::int16_t VariableBytePositionOf(const SerialString& string);
-
 // Sends the bytes in use, each followed by `interByteDelay`. With `level` the byte at the 1-based
 // `variablePosition` goes out as those bytes, each followed by the delay of its own. A port that is closed,
 // or closes in the middle, sends nothing and says nothing.

@@ -140,6 +140,13 @@ EditText EditByteText(std::int16_t value, std::uint8_t kind) {
   return {};
 }
 
+std::int16_t VariableBytePositionOf(const SerialString& string) {
+  for (std::size_t i = kMaximumStringBytes; i > 0; --i) {
+    if (string.Kinds[i - 1] == static_cast<std::uint8_t>(ByteKind::VAR)) return static_cast<std::int16_t>(i);
+  }
+  return 0;
+}
+
 std::array<std::uint8_t, 4> IgnoreMask(const SerialString& string) {
   std::array<std::uint8_t, 4> mask{};
   for (std::size_t i = 0; i < kMaximumStringBytes; ++i) {

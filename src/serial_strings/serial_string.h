@@ -73,6 +73,9 @@ struct EditText {
 };
 EditText EditByteText(std::int16_t value, std::uint8_t kind);
 
+// 1-based place of the last byte of kind VAR among all 32, whatever the count; 0 when there is none.
+std::int16_t VariableBytePositionOf(const SerialString& string);
+
 // Four bytes for the panel; bit i of byte g is set when byte 8g+i is of kind IGN. All 32 positions count,
 // whatever `Count` is.
 std::array<std::uint8_t, 4> IgnoreMask(const SerialString& string);
