@@ -36,12 +36,14 @@ struct Identification {
   friend bool operator==(const Identification&, const Identification&) = default;
 };
 
+inline constexpr std::size_t kIdentReplyBytes = 4;
+
 // Nothing unless there are exactly 4 bytes and their sum is right.
 std::optional<Identification> ParseIdentReply(ByteView reply);
-std::array<std::uint8_t, 4> IdentReplyOf(const Identification& panel);
+std::array<std::uint8_t, kIdentReplyBytes> IdentReplyOf(const Identification& panel);
 
 // "QDM7 1.3", "TL-VOX 1.2". A model code outside 1..`knownModels` has no name: the text is the version alone.
-inline constexpr int kModels = 4;
-std::string IdentificationText(const Identification& panel, int knownModels = kModels);
+inline constexpr std::size_t kModels = 4;
+std::string IdentificationText(const Identification& panel, int knownModels = static_cast<int>(kModels));
 
 }  // namespace qdm

@@ -38,13 +38,15 @@ void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controlle
 // One slot for each of COM1..COM16.
 std::vector<SearchSlot> AllSlots(SerialPorts& ports);
 
-// Search on one port, up to 1 s a setting; knows the three panel models by name but not the amplifier.
-// `status` is told each text that is to be shown. The port is closed afterwards.
+// What a search on one port found; `Settings` is where it answered.
 struct OnePortResult {
   std::optional<Identification> Panel;
   std::string Settings;
 };
-OnePortResult SearchOnePort(SerialPort& port, Waiting& time, const StopRequest& stop,
-                            const std::function<void(const std::string& text)>& status);
+// The exchange that every search is made of. Opens the port at `settings`, discards what waits there and
+// asks. False when the port does not open or is gone.
+bool AskForIdentification(SerialPort& port, std::string_view settings);
+// The answer that waits: exactly 4 bytes with the right sum, else nothing.
+std::optional<Identification> AnswerWaiting(SerialPort& port);
 
 }  // namespace qdm

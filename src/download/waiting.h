@@ -33,7 +33,15 @@ class Deadline {
   Microseconds at_;
 };
 
-// Set by whoever wants a procedure to end; the procedure looks at it where a step begins and in its waits.
+// Waits until `happened()` holds, `period` at the most.
+template <class Condition>
+void WaitUntil(Waiting& time, Microseconds period, Condition happened) {
+  const Deadline deadline(time, period);
+  while (!happened() && !deadline.Passed()) time.Yield(deadline.At());
+}
+
+// Set by whoever wants a procedure to end; the procedure looks at it where a step begins, so that
+// an exchange that has begun is always finished.
 class StopRequest {
  public:
   void Set() { set_ = true; }

@@ -1,25 +1,3 @@
-// A port's settings text, "9600,n,8,2": speed, parity letter, data bits, stop bits. A piece that is missing
-// or not understood ("19200,0,8,1" has a digit where the letter belongs) is a setting that no port accepts:
-// it stays empty, and the port keeps what it had for it.
 #pragma once
 
-#include <optional>
-#include <string_view>
-
-namespace qdm {
-
-enum class LineParity { None, Even, Odd };
-
-struct LineSettings {
-  std::optional<int> Speed;  // baud, above 0
-  std::optional<LineParity> Parity;
-  std::optional<int> DataBits;  // 5..8
-  std::optional<int> StopBits;  // 1 or 2
-
-  friend bool operator==(const LineSettings&, const LineSettings&) = default;
-};
-
-// Letters in either case, blanks around a piece ignored.
-LineSettings ParseLineSettings(std::string_view settings);
-
-}  // namespace qdm
+#include "download/line_settings.h"

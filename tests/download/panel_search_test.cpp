@@ -1,0 +1,181 @@
+#include "download/panel_search.h"
+
+#include "download/simulated_line.h"
+#include "support/virtual_time.h"
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+Bytes VectorOf(const std::array<std::uint8_t, 4>& bytes) { return {bytes.begin(), bytes.end()}; }
+
+TEST(Identification, RepliesSumToOneAndNothingElseIsAReply) {
+  const Identification panel{.Model = 1, .Major = 1, .Minor = 3};
+  const Bytes reply = VectorOf(IdentReplyOf(panel));
+  EXPECT_THAT(reply, ElementsAre(0x01, 0x01, 0x03, 0xFC));
+  EXPECT_EQ(ParseIdentReply(reply), panel);
+
+  const std::vector<Bytes> refused = {
+      {}, {1, 1, 3}, {1, 1, 3, 0xFD}, {1, 1, 3, 0xFB}, {1, 1, 3, 0xFC, 0}, {0, 0, 0, 0}};
+  for (const Bytes& bytes : refused) EXPECT_FALSE(ParseIdentReply(bytes)) << testing::PrintToString(bytes);
+
+  const Identification highest{.Model = 4, .Major = 255, .Minor = 255};
+  EXPECT_EQ(ParseIdentReply(VectorOf(IdentReplyOf(highest))), highest);
+}
+
+TEST(Identification, TextNamesTheModelsThatTheSearchKnows) {
+  EXPECT_EQ(IdentificationText({.Model = 1, .Major = 1, .Minor = 3}), "QDM7 1.3");
+  EXPECT_EQ(IdentificationText({.Model = 2, .Major = 0, .Minor = 12}), "QDM6 0.12");
+  EXPECT_EQ(IdentificationText({.Model = 3, .Major = 2, .Minor = 255}), "QDM4 2.255");
+  EXPECT_EQ(IdentificationText({.Model = 4, .Major = 1, .Minor = 2}), "TL-VOX 1.2");
+  EXPECT_EQ(IdentificationText({.Model = 4, .Major = 1, .Minor = 2}, 3), "1.2");
+  EXPECT_EQ(IdentificationText({.Model = 0, .Major = 1, .Minor = 2}), "1.2");
+  EXPECT_EQ(IdentificationText({.Model = 200, .Major = 1, .Minor = 2}), "1.2");
+}
+
+// Slots with simulated lines, in virtual time.
+class PanelSearch : public testing::Test {
+ protected:
+  SimulatedPanel::Description A(std::uint8_t model, std::string settings,
+                                std::vector<std::string> faults = {}) {
+    SimulatedPanel::Description description{
+        .Panel = {.Model = model, .Major = 1, .Minor = 3}, .Settings = std::move(settings), .Faults = {}};
+    for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
+    return description;
+  }
+  SimulatedPanel& Attach(SimulatedPanel::Description description) {
+    return ports.AttachPanel(++attached, "simulated", SimulatedPanel(std::move(description)));
+  }
+  void Search(std::optional<int> controllerType = std::nullopt) {
+    slots = AllSlots(ports);
+    const Microseconds start = time.Now();
+    SearchAllPorts(slots, controllerType, time, stop,
+                   [this](std::size_t slot) { shown[slot].push_back(slots[slot].Status); });
+    took = time.Now() - start;
+  }
+
+  VirtualTime time;
+  SimulatedPorts ports{time};
+  StopRequest stop;
+  std::vector<SearchSlot> slots;
+  std::map<std::size_t, std::vector<std::string>> shown;
+  Microseconds took{};
+  int attached = 0;
+};
+
+TEST_F(PanelSearch, FindsAPanelAtEachOfTheLineSettings) {
+  for (std::size_t i = 0; i < LineSettingsTable.size(); ++i) {
+    const std::string settings(LineSettingsTable[i].Settings);
+    attached = 0;
+    Attach(A(1, settings));
+    Search();
+    EXPECT_EQ(slots[0].Settings, settings);
+    EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+    EXPECT_EQ(took, milliseconds(500) * (i + 1));
+  }
+}
+
+TEST_F(PanelSearch, ShowsEachSettingAndLeavesEveryPortClosed) {
+  Attach(A(1, "19200,e,8,2"));
+  ports.AttachLine(2, "silent");
+  Search();
+  EXPECT_THAT(shown[0], ElementsAre("Search 9K6,none", "Search 9K6,even", "Search 9K6,odd",
+                                    "Search 19K2,none", "Search 19K2,even", "QDM7 1.3"));
+  EXPECT_EQ(shown[1].size(), 16u);
+  EXPECT_EQ(shown[1].back(), "No QDM found");
+  EXPECT_THAT(shown[2], ElementsAre("No Port"));
+  EXPECT_FALSE(slots[2].Present);
+  for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
+}
+
+TEST_F(PanelSearch, WhateverIsNotExactlyOneReplyIsNoAnswer) {
+  struct Case {
+    const char* Fault;
+    const char* Settings;
+  };
+  // The first exchange at 9600,n fails and the panel is never asked there again.
+  for (const char* fault :
+       {"wrong-ident:1", "long-ident:1", "noise-ident:1", "lose-ident:1", "late-ident:1:501"}) {
+    SCOPED_TRACE(fault);
+    attached = 0;
+    Attach(A(1, "9600,n,8,2", {fault}));
+    Search();
+    EXPECT_FALSE(slots[0].Panel);
+    EXPECT_FALSE(slots[0].Choosable());
+    EXPECT_EQ(slots[0].Status, "No QDM found");
+    EXPECT_EQ(took, milliseconds(15 * 500));
+  }
+  attached = 0;
+  Attach(A(1, "9600,n,8,2", {"late-ident:1:499"}));
+  Search();
+  EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+}
+
+TEST_F(PanelSearch, ShowsAPanelOfAnotherTypeButDoesNotOfferIt) {
+  Attach(A(1, "9600,n,8,2"));
+  Attach(A(4, "9600,e,8,2"));
+  Search(kTlVox);
+  EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+  EXPECT_TRUE(slots[0].Panel);
+  EXPECT_FALSE(slots[0].Choosable());
+  EXPECT_EQ(slots[1].Status, "TL-VOX 1.3");
+  EXPECT_EQ(slots[1].Settings, "9600,e,8,2");
+}
+
+TEST_F(PanelSearch, EndsAtOnceWhenNobodyIsLeftToAsk) {
+  Search();
+  EXPECT_EQ(took, Microseconds(0));
+  Attach(A(1, "9600,n,8,2"));
+  Attach(A(2, "9600,o,8,2"));
+  Search();
+  EXPECT_EQ(took, milliseconds(3 * 500));
+}
+
+TEST_F(PanelSearch, SixteenPortsTakeAsLongAsOne) {
+  ports.AttachLine(1, "silent");
+  Search();
+  const Microseconds one = took;
+  for (int number = 2; number <= kPortSlots; ++number) ports.AttachLine(number, "silent");
+  Search();
+  EXPECT_EQ(took, one);
+  EXPECT_EQ(took, milliseconds(15 * 500));
+}
+
+TEST_F(PanelSearch, StopsBeforeTheNextSettingAndKeepsWhatAnswered) {
+  Attach(A(1, "9600,e,8,2"));
+  Attach(A(2, "9600,o,8,2"));
+  time.At(time.Now() + milliseconds(700), [this] { stop.Set(); });
+  Search();
+  EXPECT_EQ(took, milliseconds(1000));
+  EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+  EXPECT_EQ(slots[1].Status, "No QDM found");
+}
+
+TEST_F(PanelSearch, APortThatIsPulledOutDropsOutOfTheSearch) {
+  auto line = std::make_unique<SimulatedLine>(nullptr, time);
+  line->UnplugAt(time.Now() + milliseconds(1200));
+  slots.resize(1);
+  slots[0].Port = std::move(line);
+  const Microseconds start = time.Now();
+  SearchAllPorts(slots, std::nullopt, time, stop, nullptr);
+  EXPECT_EQ(slots[0].Status, "No Port");
+  EXPECT_FALSE(slots[0].Present);
+  EXPECT_EQ(time.Now() - start, milliseconds(1200));
+}
+
+TEST_F(PanelSearch, ASecondSearchForgetsTheFirst) {
+  Attach(A(1, "9600,n,8,2", {"lose-ident:2"}));
+  Search();
+  EXPECT_TRUE(slots[0].Choosable());
+  SearchAllPorts(slots, std::nullopt, time, stop, nullptr);
+  EXPECT_FALSE(slots[0].Choosable());
+  EXPECT_FALSE(slots[0].Panel);
+  EXPECT_EQ(slots[0].Status, "No QDM found");
+}
+
+}  // namespace
+}  // namespace qdm
