@@ -4,9 +4,9 @@ namespace qdm {
 namespace {
 
 #ifdef _WIN32
-constexpr const char* kSeparators = "\\/";
+constexpr const char16_t* kSeparators = u"\\/";
 #else
-constexpr const char* kSeparators = "/";
+constexpr const char16_t* kSeparators = u"/";
 #endif
 constexpr std::size_t kExtensionLength = 4;
 
@@ -30,9 +30,11 @@ void WriteConfiguration(const std::filesystem::path& file, const PanelConfigurat
 }
 
 std::string TitleOfFile(std::string_view fileName) {
-  const std::size_t separator = fileName.find_last_of(kSeparators);
-  const std::string_view base = fileName.substr(separator == std::string_view::npos ? 1 : separator + 1);
-  return std::string(base.substr(0, base.size() - std::min(base.size(), kExtensionLength)));
+  const std::u16string name = FromUtf8(fileName);
+  const std::size_t separator = name.find_last_of(kSeparators);
+  const std::size_t start = separator == std::u16string::npos ? 1 : separator + 1;
+  if (start + kExtensionLength >= name.size()) return {};
+  return ToUtf8(std::u16string_view(name).substr(start, name.size() - kExtensionLength - start));
 }
 
 std::string ProjectorLabelText(const ProjectorDefinition& projector) {

@@ -19,7 +19,7 @@ void WriteConfiguration(const std::filesystem::path& file, const PanelConfigurat
                         OldTail tail);
 
 // What the title bar shows of a file name: the text after the last separator without its last four
-// characters. A name without a separator loses its first character.
+// characters. A name without a separator loses its first character. UTF-8.
 std::string TitleOfFile(std::string_view fileName);
 
 // Projector, "Manufacturer = ...", line feed, "Model = ...".

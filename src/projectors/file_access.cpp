@@ -38,7 +38,8 @@ bool FlushToDisk(std::FILE* file) {
 #ifdef _WIN32
   return _commit(_fileno(file)) == 0;
 #else
-  return fsync(fileno(file)) == 0;
+  // A device, a pipe and some network file systems have nothing to flush and say so.
+  return fsync(fileno(file)) == 0 || errno == EINVAL || errno == ENOTSUP;
 #endif
 }
 
@@ -104,9 +105,10 @@ void WriteAndFlush(const fs::path& path, ByteView bytes) {
   const bool written =
       (bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size()) &&
       FlushToDisk(file.get());
-  int error = written ? 0 : errno;
-  if (std::fclose(file.release()) != 0 && error == 0) error = errno;
-  if (error != 0) throw FileError(path, "write", ReasonOf(error));
+  const int writeError = errno;
+  const bool closed = std::fclose(file.release()) == 0;
+  if (!written) throw FileError(path, "write", ReasonOf(writeError));
+  if (!closed) throw FileError(path, "write", ReasonOf(errno));
 }
 
 void RenameFile(const fs::path& from, const fs::path& to) {
@@ -151,11 +153,16 @@ void WriteFileSafely(const fs::path& path, ByteView bytes, OldTail tail) {
   // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
   if (exists && IsWriteProtected(target)) throw FileError(path, "write", ReasonOf(EACCES));
 
+  // A device or a pipe is written to, not replaced by a file.
+  if (exists && !fs::is_regular_file(target, error)) return WriteAndFlush(target, bytes);
+
   Bytes withTail;
-  if (exists && tail == OldTail::Kept && fs::file_size(target, error) > bytes.size()) {
+  if (exists && tail == OldTail::Kept) {
     withTail = ReadWholeFile(target);
-    std::copy(bytes.begin(), bytes.end(), withTail.begin());
-    bytes = withTail;
+    if (withTail.size() > bytes.size()) {
+      std::copy(bytes.begin(), bytes.end(), withTail.begin());
+      bytes = withTail;
+    }
   }
 
   fs::path beside = target;

@@ -1,11 +1,13 @@
 // A record's text of exactly N characters: a shorter value is padded on the right with blanks, a longer one
-// is cut. In memory a character is 16 bits wide, stored it is one Windows-1252 byte.
+// is cut. In memory a character is 16 bits wide, stored it is one Windows-1252 byte; a character that has no
+// such byte becomes "?" at once, so that a name means the same before and after it has been in a file.
 #pragma once
 
 #include "serial_strings/code_page.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -22,12 +24,15 @@ struct FixedText {
 
   void Assign(std::u16string_view text) {
     const std::size_t kept = std::min(text.size(), N);
-    std::copy_n(text.begin(), kept, Characters.begin());
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(kept), Characters.begin(),
+                   [](char16_t c) { return c < 0x80 ? c : CharacterOf(StoredByteOf(c)); });
     std::fill(Characters.begin() + static_cast<std::ptrdiff_t>(kept), Characters.end(), u' ');
   }
   void AssignUtf8(std::string_view text) { Assign(FromUtf8(text)); }
 
   std::u16string_view View() const { return {Characters.data(), N}; }
+  // Without the blanks that fill the text up.
+  std::u16string_view Unpadded() const { return View().substr(0, View().find_last_not_of(u' ') + 1); }
   // Without the blanks at both ends.
   std::u16string_view Trimmed() const { return TrimBlanks(View()); }
   std::string TrimmedUtf8() const { return ToUtf8(Trimmed()); }

@@ -23,7 +23,8 @@ bool Exists(const fs::path& path) {
 // A save ends with library -> backup, temporary -> library. Between the two there is no library, and the
 // temporary file is complete.
 void CompleteInterruptedSave(const ProjectorFiles& files) {
-  if (!Exists(files.Library) && Exists(files.Backup) && Exists(files.Temporary)) {
+  std::error_code error;
+  if (!Exists(files.Library) && Exists(files.Backup) && fs::is_regular_file(files.Temporary, error)) {
     RenameFile(files.Temporary, files.Library);
   }
 }
@@ -54,18 +55,20 @@ void ReadLibrary(const fs::path& path, ProjectorLibrary& library) {
   });
 }
 
-// Out of the way, under a name that nothing reads: the bytes may still be worth something to somebody.
+// Out of the way, under a free name that nothing reads: the bytes may still be worth something to somebody.
 void SetAside(const fs::path& damaged) {
   fs::path aside = damaged;
-  RenameFile(damaged, aside.replace_extension(".DAMAGED"));
+  aside.replace_extension(".DAMAGED");
+  for (int n = 2; Exists(aside); ++n) aside.replace_extension(".DAMAGED" + std::to_string(n));
+  RenameFile(damaged, aside);
 }
 
 void RestoreBackup(const ProjectorFiles& files) {
   std::error_code error;
   // A temporary file that an earlier save left behind must not pass for a finished one once the library is
   // gone.
-  RemoveFile(files.Temporary);
-  if (fs::is_directory(files.Library, error)) SetAside(files.Library);
+  if (fs::is_regular_file(files.Temporary, error)) RemoveFile(files.Temporary);
+  SetAside(files.Library);
   RenameFile(files.Backup, files.Library);
 }
 

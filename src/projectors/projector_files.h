@@ -30,8 +30,8 @@ struct ProjectorFiles {
 
 // Replaces the library by what the folder holds: names cleaned, manufacturers in upper case, records with a
 // blank name dropped. First completes a save that was cut off between its two renames. A missing file is an
-// empty library. A file that cannot be opened or read is replaced by its backup, or given up when there is
-// none (what is left of it is set aside as Projectors.DAMAGED); the messages about that are returned.
+// empty library. A file that cannot be opened or read is set aside as Projectors.DAMAGED (DAMAGED2, ...) and
+// replaced by its backup, or given up when there is none; the messages about that are returned.
 std::vector<Message> LoadProjectorDatabase(const std::filesystem::path& folder, ProjectorLibrary& library);
 
 // Writes the whole library. An empty one removes Projectors.DEF and leaves the backup.

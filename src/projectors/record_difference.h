@@ -34,13 +34,16 @@ template <class Visited, class Rules>
 class DifferenceVisitor {
  public:
   DifferenceVisitor(const Visited& first, const Visited& second, const Rules& rules)
-      : distance_(reinterpret_cast<const std::byte*>(&second) - reinterpret_cast<const std::byte*>(&first)),
+      : first_(reinterpret_cast<const std::byte*>(&first)),
+        second_(reinterpret_cast<const std::byte*>(&second)),
         rules_(rules) {}
 
   template <std::size_t N>
   void Text(std::string_view name, const FixedText<N>& text) {
     const FixedText<N>& other = Counterpart(text);
-    if (!rules_.Same(name, text, other)) Add(PathOf(name), ToUtf8(text.View()), ToUtf8(other.View()));
+    if (!rules_.Same(name, text, other)) {
+      Add(PathOf(name), ToUtf8(text.Unpadded()), ToUtf8(other.Unpadded()));
+    }
   }
   void Integer(std::string_view name, const std::int16_t& value) {
     const std::int16_t& other = Counterpart(value);
@@ -94,7 +97,7 @@ class DifferenceVisitor {
  private:
   template <class Field>
   const Field& Counterpart(const Field& field) const {
-    return *reinterpret_cast<const Field*>(reinterpret_cast<const std::byte*>(&field) + distance_);
+    return *reinterpret_cast<const Field*>(second_ + (reinterpret_cast<const std::byte*>(&field) - first_));
   }
   std::string PathOf(std::string_view name) const { return prefix_ + std::string(name); }
   std::string PathOf(std::string_view name, std::size_t index) const {
@@ -104,7 +107,8 @@ class DifferenceVisitor {
     differences_.push_back({std::move(path), std::move(first), std::move(second)});
   }
 
-  std::ptrdiff_t distance_;
+  const std::byte* first_;
+  const std::byte* second_;
   const Rules& rules_;
   std::string prefix_;
   std::vector<FieldDifference> differences_;

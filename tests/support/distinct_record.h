@@ -1,0 +1,149 @@
+// Records with a distinct value in every field, and the places where the stored form has the fields. The
+// places are written down here from the description of the files, not taken from the code.
+#pragma once
+
+#include "config/panel_configuration.h"
+
+#include <random>
+#include <string_view>
+#include <vector>
+
+namespace qdm {
+
+template <class Record>
+struct WordPlace {
+  std::size_t Offset;
+  std::string_view Name;
+  std::int16_t Record::*Member;
+  bool IsFlag = false;
+};
+
+inline const std::vector<WordPlace<ProjectorDefinition>> kProjectorWords = {
+    {2046, "MaximumLevel", &ProjectorDefinition::MaximumLevel},
+    {2048, "MinimumLevel", &ProjectorDefinition::MinimumLevel},
+    {2050, "MessageFormat", &ProjectorDefinition::MessageFormat},
+    {2052, "FirstByteIsHigh", &ProjectorDefinition::FirstByteIsHigh, true},
+    {2054, "NumberOfBytes", &ProjectorDefinition::NumberOfBytes},
+    {2056, "UseLevels", &ProjectorDefinition::UseLevels, true},
+    {2058, "LevelStep", &ProjectorDefinition::LevelStep},
+    {2060, "FixedStartLevel", &ProjectorDefinition::FixedStartLevel},
+    {2062, "UsePowerDown", &ProjectorDefinition::UsePowerDown, true},
+    {2068, "Baudrate", &ProjectorDefinition::Baudrate},
+    {2070, "InterCommandDelay", &ProjectorDefinition::InterCommandDelay},
+    {2072, "InterByteDelay", &ProjectorDefinition::InterByteDelay},
+    {2074, "WarmUpTime", &ProjectorDefinition::WarmUpTime},
+    {2076, "CoolDownTime", &ProjectorDefinition::CoolDownTime},
+    {2078, "VolumeBytePosition", &ProjectorDefinition::VolumeBytePosition},
+    {2080, "Parity", &ProjectorDefinition::Parity},
+    {2082, "Stopbits", &ProjectorDefinition::Stopbits},
+};
+
+inline const std::vector<WordPlace<PanelConfiguration>> kConfigurationWords = {
+    {0, "ControllerType", &PanelConfiguration::ControllerType},
+    {2, "OutputsOption", &PanelConfiguration::OutputsOption},
+    {4, "UpTime", &PanelConfiguration::UpTime},
+    {6, "DownTime", &PanelConfiguration::DownTime},
+    {8, "ScreenUseVolume", &PanelConfiguration::ScreenUseVolume, true},
+    {10, "AllowVolumeWhenOff", &PanelConfiguration::AllowVolumeWhenOff, true},
+    {12, "ControlInputOption", &PanelConfiguration::ControlInputOption},
+    {14, "ControlInputActiveHigh", &PanelConfiguration::ControlInputActiveHigh, true},
+    {16, "RoomTimeout", &PanelConfiguration::RoomTimeout},
+    {18, "ThresholdVoltage", &PanelConfiguration::ThresholdVoltage},
+    {2104, "LockOnFrontPanel", &PanelConfiguration::LockOnFrontPanel, true},
+    {2106, "LockOnExternalPowerDown", &PanelConfiguration::LockOnExternalPowerDown, true},
+    {2108, "LockOnRoomEmpty", &PanelConfiguration::LockOnRoomEmpty, true},
+    {2110, "LockUsingButtons", &PanelConfiguration::LockUsingButtons, true},
+    {2112, "LockAfterProjectorOffPeriod", &PanelConfiguration::LockAfterProjectorOffPeriod},
+    {2114, "LockAfterRoomEmptyPeriod", &PanelConfiguration::LockAfterRoomEmptyPeriod},
+    {2124, "EditorMajor", &PanelConfiguration::EditorMajor},
+    {2126, "EditorMinor", &PanelConfiguration::EditorMinor},
+    {2128, "Reserved1", &PanelConfiguration::Reserved1},
+    {2130, "NoButtonPowerDown", &PanelConfiguration::NoButtonPowerDown},
+    {2132, "VolumeMin", &PanelConfiguration::VolumeMin},
+    {2134, "VolumeMax", &PanelConfiguration::VolumeMax},
+    {2136, "VolumeStep", &PanelConfiguration::VolumeStep},
+    {2138, "PowerUpVolume", &PanelConfiguration::PowerUpVolume},
+    {2140, "AudioTurnsOnAmplifier", &PanelConfiguration::AudioTurnsOnAmplifier, true},
+    {2142, "TLVOXpowerDownTime", &PanelConfiguration::TLVOXpowerDownTime},
+    {2144, "AudioRouting", &PanelConfiguration::AudioRouting},
+    {2146, "UsePC1", &PanelConfiguration::UsePC1, true},
+    {2148, "UsePC2", &PanelConfiguration::UsePC2, true},
+    {2150, "UseVideo", &PanelConfiguration::UseVideo, true},
+    {2152, "LockOnNoButton", &PanelConfiguration::LockOnNoButton, true},
+};
+
+// The word that the distinct records hold at a stored offset: never 0, both signs, both bytes in use.
+constexpr std::int16_t DistinctWord(std::size_t offset) {
+  return static_cast<std::int16_t>((static_cast<int>(offset) * 7 + 301) * (offset % 4 == 0 ? 1 : -1));
+}
+constexpr std::uint8_t DistinctByte(std::size_t offset) {
+  return static_cast<std::uint8_t>(offset * 31 + offset / 256 + 1);
+}
+
+template <std::size_t N>
+void FillDistinct(FixedText<N>& text, std::size_t offset) {
+  for (std::size_t i = 0; i < N; ++i) text.Characters[i] = CharacterOf(DistinctByte(offset + i));
+}
+
+inline ProjectorDefinition DistinctProjector() {
+  ProjectorDefinition projector;
+  FillDistinct(projector.Manufacturer, 0);
+  FillDistinct(projector.Model, 32);
+  FillDistinct(projector.Notes, 64);
+  for (std::size_t i = 0; i < 25; ++i) projector.Available[i] = DistinctWord(320 + 2 * i);
+  for (std::size_t i = 0; i < 13; ++i) projector.RequiresReply[i] = DistinctWord(370 + 2 * i);
+  for (std::size_t slot = 0; slot < 25; ++slot) {
+    SerialString& string = projector.Strings[slot];
+    const std::size_t offset = 396 + 66 * slot;
+    string.Count = DistinctWord(offset);
+    for (std::size_t i = 0; i < 32; ++i) {
+      string.Values[i] = DistinctByte(offset + 2 + i);
+      string.Kinds[i] = DistinctByte(offset + 34 + i);
+    }
+  }
+  projector.Reserved = {DistinctWord(2064), DistinctWord(2066)};
+  for (const auto& word : kProjectorWords) projector.*word.Member = DistinctWord(word.Offset);
+  return projector;
+}
+
+inline PanelConfiguration DistinctConfiguration() {
+  PanelConfiguration configuration;
+  configuration.Projector = DistinctProjector();
+  for (const auto& word : kConfigurationWords) configuration.*word.Member = DistinctWord(word.Offset);
+  for (std::size_t i = 0; i < 4; ++i) configuration.LockSequence[i] = DistinctWord(2116 + 2 * i);
+  for (std::size_t i = 0; i < 1007; ++i) configuration.Spare[i] = DistinctByte(2154 + i);
+  return configuration;
+}
+
+// The stored form of DistinctProjector(), laid out by offset.
+inline Bytes DistinctProjectorBytes() {
+  Bytes bytes(2084);
+  const auto putWord = [&bytes](std::size_t offset) {
+    bytes[offset] = static_cast<std::uint8_t>(DistinctWord(offset) & 0xFF);
+    bytes[offset + 1] = static_cast<std::uint8_t>(DistinctWord(offset) >> 8 & 0xFF);
+  };
+  for (std::size_t offset = 0; offset < 320; ++offset) bytes[offset] = DistinctByte(offset);
+  for (std::size_t offset = 320; offset < 396; offset += 2) putWord(offset);
+  for (std::size_t offset = 396; offset < 2046; offset += 66) {
+    putWord(offset);
+    for (std::size_t i = 2; i < 66; ++i) bytes[offset + i] = DistinctByte(offset + i);
+  }
+  for (std::size_t offset = 2046; offset < 2084; offset += 2) putWord(offset);
+  return bytes;
+}
+
+inline Bytes RandomBytes(std::mt19937& random, std::size_t size) {
+  Bytes bytes(size);
+  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random() >> 8);
+  return bytes;
+}
+
+// A plain valid definition.
+inline ProjectorDefinition NamedProjector(std::string_view manufacturer, std::string_view model) {
+  ProjectorDefinition projector;
+  projector.Manufacturer.AssignUtf8(manufacturer);
+  projector.Model.AssignUtf8(model);
+  return projector;
+}
+
+}  // namespace qdm
