@@ -1,8 +1,8 @@
-// Records with a distinct value in every field, and the places where the stored form has the fields. The
+// A definition with a distinct value in every field, and the places where the stored form has the fields. The
 // places are written down here from the description of the files, not taken from the code.
 #pragma once
 
-#include "config/panel_configuration.h"
+#include "projectors/projector_definition.h"
 
 #include <random>
 #include <string_view>
@@ -38,40 +38,6 @@ inline const std::vector<WordPlace<ProjectorDefinition>> kProjectorWords = {
     {2082, "Stopbits", &ProjectorDefinition::Stopbits},
 };
 
-inline const std::vector<WordPlace<PanelConfiguration>> kConfigurationWords = {
-    {0, "ControllerType", &PanelConfiguration::ControllerType},
-    {2, "OutputsOption", &PanelConfiguration::OutputsOption},
-    {4, "UpTime", &PanelConfiguration::UpTime},
-    {6, "DownTime", &PanelConfiguration::DownTime},
-    {8, "ScreenUseVolume", &PanelConfiguration::ScreenUseVolume, true},
-    {10, "AllowVolumeWhenOff", &PanelConfiguration::AllowVolumeWhenOff, true},
-    {12, "ControlInputOption", &PanelConfiguration::ControlInputOption},
-    {14, "ControlInputActiveHigh", &PanelConfiguration::ControlInputActiveHigh, true},
-    {16, "RoomTimeout", &PanelConfiguration::RoomTimeout},
-    {18, "ThresholdVoltage", &PanelConfiguration::ThresholdVoltage},
-    {2104, "LockOnFrontPanel", &PanelConfiguration::LockOnFrontPanel, true},
-    {2106, "LockOnExternalPowerDown", &PanelConfiguration::LockOnExternalPowerDown, true},
-    {2108, "LockOnRoomEmpty", &PanelConfiguration::LockOnRoomEmpty, true},
-    {2110, "LockUsingButtons", &PanelConfiguration::LockUsingButtons, true},
-    {2112, "LockAfterProjectorOffPeriod", &PanelConfiguration::LockAfterProjectorOffPeriod},
-    {2114, "LockAfterRoomEmptyPeriod", &PanelConfiguration::LockAfterRoomEmptyPeriod},
-    {2124, "EditorMajor", &PanelConfiguration::EditorMajor},
-    {2126, "EditorMinor", &PanelConfiguration::EditorMinor},
-    {2128, "Reserved1", &PanelConfiguration::Reserved1},
-    {2130, "NoButtonPowerDown", &PanelConfiguration::NoButtonPowerDown},
-    {2132, "VolumeMin", &PanelConfiguration::VolumeMin},
-    {2134, "VolumeMax", &PanelConfiguration::VolumeMax},
-    {2136, "VolumeStep", &PanelConfiguration::VolumeStep},
-    {2138, "PowerUpVolume", &PanelConfiguration::PowerUpVolume},
-    {2140, "AudioTurnsOnAmplifier", &PanelConfiguration::AudioTurnsOnAmplifier, true},
-    {2142, "TLVOXpowerDownTime", &PanelConfiguration::TLVOXpowerDownTime},
-    {2144, "AudioRouting", &PanelConfiguration::AudioRouting},
-    {2146, "UsePC1", &PanelConfiguration::UsePC1, true},
-    {2148, "UsePC2", &PanelConfiguration::UsePC2, true},
-    {2150, "UseVideo", &PanelConfiguration::UseVideo, true},
-    {2152, "LockOnNoButton", &PanelConfiguration::LockOnNoButton, true},
-};
-
 // The word that the distinct records hold at a stored offset: never 0, both signs, both bytes in use.
 constexpr std::int16_t DistinctWord(std::size_t offset) {
   return static_cast<std::int16_t>((static_cast<int>(offset) * 7 + 301) * (offset % 4 == 0 ? 1 : -1));
@@ -104,15 +70,6 @@ inline ProjectorDefinition DistinctProjector() {
   projector.Reserved = {DistinctWord(2064), DistinctWord(2066)};
   for (const auto& word : kProjectorWords) projector.*word.Member = DistinctWord(word.Offset);
   return projector;
-}
-
-inline PanelConfiguration DistinctConfiguration() {
-  PanelConfiguration configuration;
-  configuration.Projector = DistinctProjector();
-  for (const auto& word : kConfigurationWords) configuration.*word.Member = DistinctWord(word.Offset);
-  for (std::size_t i = 0; i < 4; ++i) configuration.LockSequence[i] = DistinctWord(2116 + 2 * i);
-  for (std::size_t i = 0; i < 1007; ++i) configuration.Spare[i] = DistinctByte(2154 + i);
-  return configuration;
 }
 
 // The stored form of DistinctProjector(), laid out by offset.

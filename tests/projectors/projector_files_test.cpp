@@ -1,0 +1,171 @@
+#include "projectors/projector_files.h"
+
+#include "support/distinct_projector.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const Message kRestored{"Projector configuration file damaged!\r\nRestoring projector configuration backup!",
+                        "Configuration damaged!", MessageIcon::Exclamation};
+const Message kLost{"Projector configuration file damaged!\r\n all projector configurations have been lost!",
+                    "Brevan QDM Editor", MessageIcon::None};
+
+Bytes Stored(std::initializer_list<ProjectorDefinition> definitions) {
+  Bytes bytes;
+  for (const ProjectorDefinition& definition : definitions) {
+    const Bytes record = Encode(definition);
+    bytes.insert(bytes.end(), record.begin(), record.end());
+  }
+  return bytes;
+}
+
+ProjectorLibrary LibraryOf(std::initializer_list<ProjectorDefinition> definitions) {
+  ProjectorLibrary library;
+  for (const ProjectorDefinition& definition : definitions) library.Append(definition);
+  return library;
+}
+
+std::vector<std::string> Names(const ProjectorLibrary& library) {
+  std::vector<std::string> names;
+  for (const ProjectorDefinition& p : library.Elements()) {
+    names.push_back(ToUtf8(p.Manufacturer.Unpadded()) + "/" + ToUtf8(p.Model.Unpadded()));
+  }
+  return names;
+}
+
+class ProjectorFilesTest : public testing::Test {
+ protected:
+  std::vector<Message> Load() { return LoadProjectorDatabase(folder.Path(), library); }
+
+  const TempFolder folder;
+  const ProjectorFiles files{folder.Path()};
+  ProjectorLibrary library = LibraryOf({NamedProjector("OLD", "content")});
+  const ProjectorDefinition one = NamedProjector("ACME", "One");
+  const ProjectorDefinition two = NamedProjector("ACME", "Two");
+  const ProjectorDefinition three = NamedProjector("ZETA", "Three");
+};
+
+TEST_F(ProjectorFilesTest, AMissingFileIsAnEmptyLibrary) {
+  WriteAndFlush(files.Backup, Stored({one}));
+  EXPECT_THAT(Load(), IsEmpty());
+  EXPECT_FALSE(library.Loaded());
+  EXPECT_TRUE(fs::exists(files.Backup));
+}
+
+TEST_F(ProjectorFilesTest, LoadingCleansNamesDropsBlankOnesAndKeepsOrderAndDoubles) {
+  ProjectorDefinition dirty = DistinctProjector();
+  dirty.Manufacturer.Assign(std::u16string(u"  acme\0\0", 8));
+  dirty.Model.Assign(u"\r\nz 1 ");
+  WriteAndFlush(files.Library, Stored({two, dirty, NamedProjector("ACME", ""), NamedProjector(" \x01", "x"),
+                                       one, NamedProjector("acme", "TWO")}));
+  EXPECT_THAT(Load(), IsEmpty());
+  EXPECT_THAT(Names(library), ElementsAre("ACME/Two", "ACME/z 1", "ACME/One", "ACME/TWO"));
+  dirty.Manufacturer = FixedText<32>(u"ACME");
+  dirty.Model = FixedText<32>(u"z 1");
+  EXPECT_EQ(library[1], dirty) << "everything but the names comes as it is stored";
+}
+
+TEST_F(ProjectorFilesTest, AFragmentAtTheEndIsIgnoredWhereverTheFileIsCut) {
+  const Bytes whole = Stored({one, two});
+  for (std::size_t length = 0; length <= whole.size();
+       length += length % 2084 < 3 || length % 2084 > 2080 ? 1 : 97) {
+    WriteFileSafely(files.Library, ByteView(whole).first(length));
+    EXPECT_THAT(Load(), IsEmpty());
+    ASSERT_EQ(library.Size(), length / 2084) << length << " bytes";
+  }
+}
+
+TEST_F(ProjectorFilesTest, ADamagedLibraryIsReplacedByItsBackup) {
+  fs::create_directories(files.Library / "something");  // not readable as a file
+  WriteAndFlush(files.Backup, Stored({one}));
+  WriteAndFlush(files.Temporary, Bytes{1, 2, 3});
+  EXPECT_THAT(Load(), ElementsAre(kRestored));
+  EXPECT_THAT(Names(library), ElementsAre("ACME/One"));
+  EXPECT_EQ(ReadWholeFile(files.Library), Stored({one}));
+  EXPECT_FALSE(fs::exists(files.Backup));
+  EXPECT_TRUE(fs::exists(folder / "Projectors.DAMAGED"));
+  EXPECT_THAT(Load(), IsEmpty()) << "the second start finds nothing to repair";
+}
+
+TEST_F(ProjectorFilesTest, WithTheBackupDamagedTooAllIsLostAndSaidOnce) {
+  for (int damage = 0; damage < 2; ++damage) {  // the second time beside what was set aside the first time
+    fs::create_directories(files.Library / "something");
+    fs::create_directories(files.Backup / "something");
+    EXPECT_THAT(Load(), ElementsAre(kRestored, kLost));
+    EXPECT_FALSE(library.Loaded());
+    EXPECT_FALSE(fs::exists(files.Library));
+    EXPECT_FALSE(fs::exists(files.Backup));
+  }
+  fs::create_directory(files.Library);
+  EXPECT_THAT(Load(), ElementsAre(kLost));
+  EXPECT_FALSE(library.Loaded());
+}
+
+TEST_F(ProjectorFilesTest, SavingKeepsThePreviousStateAsBackup) {
+  SaveProjectorDatabase(folder.Path(), LibraryOf({one}));
+  EXPECT_FALSE(fs::exists(files.Backup));
+  SaveProjectorDatabase(folder.Path(), LibraryOf({two, one}));
+  SaveProjectorDatabase(folder.Path(), LibraryOf({three}));
+  EXPECT_EQ(ReadWholeFile(files.Library), Stored({three}));
+  EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one}));
+  EXPECT_FALSE(fs::exists(files.Temporary));
+
+  SaveProjectorDatabase(folder.Path(), ProjectorLibrary());
+  EXPECT_FALSE(fs::exists(files.Library));
+  EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one}));
+
+  SaveProjectorDatabase(folder.Path(), LibraryOf({one}));
+  EXPECT_EQ(ReadWholeFile(files.Library), Stored({one}));
+  EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one})) << "there was no library to become the backup";
+}
+
+TEST_F(ProjectorFilesTest, ALeftoverTemporaryFileIsNoLibrary) {
+  WriteAndFlush(files.Temporary, Stored({one}));
+  EXPECT_THAT(Load(), IsEmpty());
+  EXPECT_FALSE(library.Loaded()) << "without a backup there was nothing to complete";
+  WriteAndFlush(files.Library, Stored({two}));
+  EXPECT_THAT(Load(), IsEmpty());
+  EXPECT_THAT(Names(library), ElementsAre("ACME/Two"));
+  SaveProjectorDatabase(folder.Path(), ProjectorLibrary());
+  EXPECT_TRUE(fs::is_empty(folder.Path()));
+}
+
+TEST_F(ProjectorFilesTest, ExportKeepsTheLaterRecordsOfALongerFile) {
+  const fs::path file = folder / "x.BVD";
+  ExportDefinitions(file, {one, two, three});
+  ExportDefinitions(file, {three});
+  EXPECT_EQ(ReadWholeFile(file), Stored({three, two, three}));
+  EXPECT_EQ(ReadDefinitions(file), (std::vector{three, two, three}));
+}
+
+TEST_F(ProjectorFilesTest, ImportAppendsNewSkipsEqualAndAsksAboutDifferentOnes) {
+  library = LibraryOf({one, two});
+  ProjectorDefinition sameButNotes = NamedProjector(" acme\x01", "One");
+  sameButNotes.Notes.Assign(u"a note");
+  ProjectorDefinition different = NamedProjector("acme", "two");
+  different.CoolDownTime = 99;
+  std::vector<std::pair<std::string, std::size_t>> asked;
+  const ImportResult result = ImportDefinitions(
+      {NamedProjector("", "x"), three, sameButNotes, different, NamedProjector("zeta", "Four"), three},
+      library, [&](const ProjectorDefinition& incoming, std::size_t index) {
+        asked.emplace_back(ToUtf8(incoming.Manufacturer.Unpadded()) + "/" + incoming.Model.TrimmedUtf8(),
+                           index);
+        library.Replace(index, incoming);
+      });
+  EXPECT_THAT(asked, ElementsAre(std::pair("ACME/two", 1U)));
+  EXPECT_THAT(Names(library), ElementsAre("ACME/One", "ACME/two", "ZETA/Three", "ZETA/Four"));
+  EXPECT_EQ(library[1].CoolDownTime, 99);
+  EXPECT_EQ(library[0].Notes, one.Notes);
+  EXPECT_EQ(result.Added, 2U);
+  EXPECT_EQ(result.Unchanged, 2U);
+  EXPECT_EQ(result.Conflicts, 1U);
+}
+
+}  // namespace
+}  // namespace qdm
