@@ -44,7 +44,7 @@ TEST_F(EventLoopWaitingTest, AnEventEndsTheWait) {
   bool clicked = false;
   QTimer::singleShot(5, [&] { clicked = true; });
   const Microseconds before = time.Now();
-  EXPECT_TRUE(WaitUntil(time, [&] { return clicked; }));
+  EXPECT_TRUE(Eventually(time, [&] { return clicked; }));
   EXPECT_LT(time.Now() - before, kFarLimit / 2);
 }
 

@@ -46,7 +46,7 @@ struct QtSerialPortTest : testing::Test {
   }
   // Bytes take a moment to pass through the system.
   bool Waiting(std::size_t count) {
-    return WaitUntil(time, [&] { return port.BytesWaiting() == count; });
+    return Eventually(time, [&] { return port.BytesWaiting() == count; });
   }
 
   EventLoopWaiting time;
@@ -92,7 +92,7 @@ TEST_F(QtSerialPortTest, DiscardsWhatTheSystemHoldsToo) {
   ASSERT_TRUE(Waiting(100));
   otherEnd->Write(Bytes(3000, 0x55));
   Bytes discarded;
-  ASSERT_TRUE(WaitUntil(time, [&] {
+  ASSERT_TRUE(Eventually(time, [&] {
     const Bytes more = port.ReadAll();
     discarded.insert(discarded.end(), more.begin(), more.end());
     return discarded.size() == 3100;
@@ -140,7 +140,7 @@ TEST_F(QtSerialPortTest, ReadsAsClosedWhenTheDeviceGoesAway) {
       },
       [](QtSerialPort& gone) { return gone.BytesWaiting() == 0; },
       [](QtSerialPort& gone) { return gone.ReadAll().empty(); },
-      [this](QtSerialPort& gone) { return WaitUntil(time, [&] { return !gone.IsOpen(); }); },
+      [this](QtSerialPort& gone) { return Eventually(time, [&] { return !gone.IsOpen(); }); },
   };
   for (const Notices& notices : ways) {
     otherEnd = std::make_unique<PseudoTerminal>();

@@ -8,7 +8,7 @@ namespace qdm {
 inline constexpr Microseconds kFarLimit = std::chrono::seconds(10);
 
 template <class Condition>
-bool WaitUntil(Waiting& time, Condition condition, Microseconds limit = kFarLimit) {
+bool Eventually(Waiting& time, Condition condition, Microseconds limit = kFarLimit) {
   const Deadline deadline(time, limit);
   while (!condition()) {
     if (deadline.Passed()) return false;
