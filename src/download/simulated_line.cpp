@@ -24,6 +24,11 @@ void SimulatedLine::SetSettings(std::string_view settings) {
   if (wanted.StopBits) settings_.StopBits = wanted.StopBits;
 }
 
+void SimulatedLine::SetSettings(const LineSettings& settings) {
+  TakeDeliveries();
+  settings_ = settings;
+}
+
 bool SimulatedLine::Open() {
   if (IsUnplugged()) return false;
   TakeDeliveries();
@@ -61,6 +66,11 @@ bool SimulatedLine::Write(ByteView bytes) {
   freeAt_ = start + TimeFor(bytes.size(), settings_);
   if (written_) written_(bytes, freeAt_);
   return true;
+}
+
+std::optional<Microseconds> SimulatedLine::NextDelivery() const {
+  if (onTheirWay_.empty()) return std::nullopt;
+  return onTheirWay_.front().Due;
 }
 
 void SimulatedLine::UnplugAt(Microseconds when) {

@@ -30,6 +30,8 @@ class SimulatedLine : public SerialPort {
   SimulatedLine(SimulatedPanel* panel, Waiting& time, Pacing pacing = Pacing::None);
 
   void SetSettings(std::string_view settings) override;
+  // Exactly these: what is empty is not known.
+  void SetSettings(const LineSettings& settings);
   bool Open() override;
   void Close() override;
   bool IsOpen() const override { return open_ && !IsUnplugged(); }
@@ -37,6 +39,8 @@ class SimulatedLine : public SerialPort {
   Bytes ReadAll() override;
   bool Write(ByteView bytes) override;
 
+  // When the next byte of the panel arrives, of those that are on their way.
+  std::optional<Microseconds> NextDelivery() const;
   // From then on the port is gone: an open one reads as closed, a closed one does not open.
   void UnplugAt(Microseconds when);
   // Bytes that appear on the line by themselves.

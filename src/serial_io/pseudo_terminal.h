@@ -3,8 +3,8 @@
 // is full; then they are lost.
 #pragma once
 
+#include "download/line_settings.h"
 #include "projectors/record_codec.h"
-#include "serial_io/line_settings.h"
 
 #include <string>
 

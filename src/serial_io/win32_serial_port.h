@@ -3,8 +3,8 @@
 // reads as closed.
 #pragma once
 
+#include "download/line_settings.h"
 #include "download/serial_port.h"
-#include "serial_io/line_settings.h"
 
 #include <string>
 

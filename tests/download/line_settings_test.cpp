@@ -1,4 +1,4 @@
-#include "serial_io/line_settings.h"
+#include "download/line_settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,0 @@
-#pragma once
-
-#include "download/line_settings.h"
