@@ -49,6 +49,7 @@ NewNameForm::~NewNameForm() = default;
 void NewNameForm::Form_Load() {
   ui_->Text1->setText(ToQString(globals_.ClipboardProjector.Manufacturer.Trimmed()));
   ui_->Text2->setText(ToQString(globals_.ClipboardProjector.Model.Trimmed()));
+  Text_Change();
   ui_->Text2->selectAll();
   ui_->Text2->setFocus();
 }

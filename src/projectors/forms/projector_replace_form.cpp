@@ -31,8 +31,11 @@ ReplaceDialog::~ReplaceDialog() = default;
 QPushButton* ReplaceDialog::AddButton(const char* name, const QString& caption) {
   auto* button = new QPushButton(caption, this);
   button->setObjectName(QLatin1String(name));
-  button->setAutoDefault(false);
   ui_->Buttons->addWidget(button);
+  if (button->objectName() == QLatin1String("DoNothing")) {  // what a hasty Enter means
+    button->setDefault(true);
+    button->setFocus();
+  }
   return button;
 }
 

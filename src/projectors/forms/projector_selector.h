@@ -1,7 +1,7 @@
-// The window in which the user browses and maintains the projector library: manufacturers and their models in a
-// tree, and the commands of the toolbar. Works on Globals: the library, the one-definition clipboard, and
-// CurrentProjector, through which it hands a definition to the setup dialog. However it is closed, it writes the
-// library first, changed or not; when that fails, the user decides whether it stays open.
+// The window in which the user browses and maintains the projector library: manufacturers and their models in
+// a tree, and the commands of the toolbar. Works on Globals: the library, the one-definition clipboard, and
+// CurrentProjector, through which it hands a definition to the setup dialog. However it is closed, it writes
+// the library first, changed or not; when that fails, the user decides whether it stays open.
 #pragma once
 
 #include "app/globals.h"
@@ -11,7 +11,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 class QAction;
@@ -21,8 +20,6 @@ class ProjectorSelector;
 }
 
 namespace qdm {
-
-class ProjectorTreeModel;
 
 class ProjectorSelector : public QDialog {
   Q_OBJECT
@@ -44,7 +41,7 @@ class ProjectorSelector : public QDialog {
 
   void FillToolbar();
   void Form_Load();
-  void Filter_Change(const QString& text);
+  void Filter_Return();
   void UpdateToolbar();
 
   void New();
@@ -58,23 +55,19 @@ class ProjectorSelector : public QDialog {
   void Exit();
 
   void SetUpCurrentProjector();
-  bool Confirm(const char* question) const;
+  bool Confirm(const char* question);
   void RemoveSelected();
   bool SaveLibrary();
 
   QAction* ActionOf(const char* key) const;
-  QModelIndex SelectedIndex() const;
-  // The library's index of the selected model; nothing for a manufacturer.
-  std::optional<std::size_t> SelectedElement() const;
-  void RebuildTree();
-  // Empties the filter when it hides the element.
-  void Select(std::size_t element);
+  const ProjectorDefinition& SelectedProjector() const;
+  // Rebuilds the tree and selects a definition; empties the filter when that hides it.
+  void ShowProjector(const ProjectorDefinition& projector);
 
   Globals& globals_;
   UserPrompts& prompts_;
   SetupDialog setUp_;
   std::unique_ptr<Ui::ProjectorSelector> ui_;
-  ProjectorTreeModel* model_ = nullptr;
 };
 
 // Opens the selector modally.

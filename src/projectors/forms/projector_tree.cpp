@@ -29,7 +29,7 @@ void ProjectorTree::SetFilter(const QString& text) {
 // A reset model forgets what was open and current: both are found again by their keys.
 template <class Change>
 void ProjectorTree::KeepingNodes(Change change) {
-  const QString current = currentIndex().data(ProjectorTreeModel::KeyRole).toString();
+  const QString selected = SelectedIndex().data(ProjectorTreeModel::KeyRole).toString();
   if (model_->Filter().isEmpty()) {
     openKeys_.clear();
     for (int row = 0; row < model_->rowCount(); ++row) {
@@ -46,7 +46,7 @@ void ProjectorTree::KeepingNodes(Change change) {
       if (openKeys_.contains(top.data(ProjectorTreeModel::KeyRole).toString())) expand(top);
     }
   }
-  if (const QModelIndex index = model_->IndexOfKey(current); index.isValid()) {
+  if (const QModelIndex index = model_->IndexOfKey(selected); index.isValid()) {
     setCurrentIndex(index);
     scrollTo(index);
   }
@@ -60,16 +60,21 @@ void ProjectorTree::SelectProjector(const ProjectorDefinition& projector) {
 }
 
 std::optional<std::size_t> ProjectorTree::SelectedElement() const {
-  return model_->ElementOf(currentIndex());
+  return model_->ElementOf(SelectedIndex());
 }
 
 std::vector<std::size_t> ProjectorTree::SelectedElements() const {
-  return model_->ElementsOf(currentIndex());
+  return model_->ElementsOf(SelectedIndex());
 }
 
 void ProjectorTree::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
   QTreeView::selectionChanged(selected, deselected);
   Q_EMIT SelectionChanged();
+}
+
+QModelIndex ProjectorTree::SelectedIndex() const {
+  const QModelIndexList selected = selectionModel()->selectedIndexes();
+  return selected.isEmpty() ? QModelIndex() : selected.constFirst();
 }
 
 void ProjectorTree::Choose(const QModelIndex& index) {

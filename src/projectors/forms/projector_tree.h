@@ -25,7 +25,7 @@ class ProjectorTree : public QTreeView {
   // Makes the node of these names current, its manufacturer open and itself seen; clears the selection when
   // there is none.
   void SelectProjector(const ProjectorDefinition& projector);
-  // The element of the current node; nothing while none or a manufacturer is current.
+  // The element of the selected node; nothing while none or a manufacturer is selected.
   std::optional<std::size_t> SelectedElement() const;
   // In the tree's order; see ProjectorTreeModel::ElementsOf.
   std::vector<std::size_t> SelectedElements() const;
@@ -45,6 +45,8 @@ class ProjectorTree : public QTreeView {
   template <class Change>
   void KeepingNodes(Change change);
   void Choose(const QModelIndex& index);
+  // A view that gets the focus makes its first node current; the user has chosen nothing with that.
+  QModelIndex SelectedIndex() const;
 
   ProjectorTreeModel* model_ = nullptr;
   QSet<QString> openKeys_;  // manufacturers that the user left open
