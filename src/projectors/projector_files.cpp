@@ -55,12 +55,12 @@ void ReadLibrary(const fs::path& path, ProjectorLibrary& library) {
   });
 }
 
-// Out of the way, under a free name that nothing reads: the bytes may still be worth something to somebody.
-void SetAside(const fs::path& damaged) {
+// A free name that nothing reads: the bytes may still be worth something to somebody.
+fs::path AsideOf(const fs::path& damaged) {
   fs::path aside = damaged;
   aside.replace_extension(".DAMAGED");
   for (int n = 2; Exists(aside); ++n) aside.replace_extension(".DAMAGED" + std::to_string(n));
-  RenameFile(damaged, aside);
+  return aside;
 }
 
 void RestoreBackup(const ProjectorFiles& files) {
@@ -68,7 +68,11 @@ void RestoreBackup(const ProjectorFiles& files) {
   // A temporary file that an earlier save left behind must not pass for a finished one once the library is
   // gone.
   if (fs::is_regular_file(files.Temporary, error)) RemoveFile(files.Temporary);
-  SetAside(files.Library);
+  // A second name for the damaged file, so that there is no moment without a library: cut off there, the next
+  // start would take it for an empty one. A directory has no second name and has to go first.
+  const fs::path aside = AsideOf(files.Library);
+  fs::create_hard_link(files.Library, aside, error);
+  if (error) RenameFile(files.Library, aside);
   RenameFile(files.Backup, files.Library);
 }
 
@@ -93,7 +97,7 @@ std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibr
     RestoreBackup(files);
   }
   messages.push_back(kAllLost);
-  SetAside(files.Library);
+  RenameFile(files.Library, AsideOf(files.Library));
   return messages;
 }
 
