@@ -4,6 +4,12 @@
 
 #include <gmock/gmock.h>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace qdm {
 namespace {
 namespace fs = std::filesystem;
@@ -76,13 +82,17 @@ TEST(FileAccess, LinksAndPermissionsOutliveASave) {
   EXPECT_EQ(fs::status(folder / "real").permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-TEST(FileAccess, ADeviceIsWrittenToAndNotReplaced) {
+TEST(FileAccess, APipeOrDeviceIsWrittenToAndNotReplaced) {
   const TempFolder folder;
-  fs::create_symlink("/dev/null", folder / "null");
-  WriteFileSafely(folder / "null", Bytes{1, 2, 3}, OldTail::Kept);
-  WriteFileSafely(folder / "null", Bytes{1, 2, 3});
-  EXPECT_TRUE(fs::is_character_file("/dev/null"));
-  EXPECT_FALSE(fs::exists("/dev/null.new"));
+  const fs::path pipe = folder / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+  WriteFileSafely(pipe, Bytes{1, 2, 3});
+  Bytes received(10);
+  EXPECT_EQ(read(reader, received.data(), received.size()), 3);
+  close(reader);
+  EXPECT_TRUE(fs::is_fifo(pipe));
+  EXPECT_EQ(FilesIn(folder.Path()), 1U);
 }
 #endif
 
