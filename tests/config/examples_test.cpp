@@ -4,6 +4,7 @@
 #include "config/configuration_rules.h"
 #include "examples/example_data.h"
 #include "projectors/projector_files.h"
+#include "projectors/projector_volume.h"
 
 #include <gmock/gmock.h>
 
@@ -57,6 +58,7 @@ void ExpectPassesSetup(const ProjectorDefinition& projector) {
       }
     }
   }
+  EXPECT_EQ(VolumeFormatError(VolumeFormatOf(projector)), "");
   EXPECT_LE(SerialBytesUsed(projector), kSerialByteBudget);
   EXPECT_TRUE(HasBothNames(projector));
   EXPECT_GE(projector.VolumeBytePosition, 0);
