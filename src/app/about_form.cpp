@@ -1,5 +1,6 @@
 #include "app/about_form.h"
 
+#include "config/maker.h"
 #include "config/version.h"
 #include "projectors/file_access.h"
 #include "ui_about_form.h"
@@ -10,6 +11,13 @@
 #include <QUrl>
 
 namespace qdm {
+namespace {
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
 
 AboutForm::AboutForm(const std::filesystem::path& programFolder, UserPrompts& prompts, QWidget* parent)
     : QDialog(parent),
@@ -24,10 +32,9 @@ AboutForm::AboutForm(const std::filesystem::path& programFolder, UserPrompts& pr
   title.setBold(true);
   ui_->ProgramName->setFont(title);
   ui_->VersionLabel->setText(tr("Version %1").arg(QString::fromStdString(VersionText())));
-  ui_->MakerLabel->setText(tr("Made by %1").arg(QLatin1String(kMaker)));
-  ui_->WebLabel->setText(QStringLiteral("<a href=\"https://%1\">%1</a>").arg(QLatin1String(kWebAddress)));
-  ui_->SupportLabel->setText(
-      QStringLiteral("<a href=\"mailto:%1\">%1</a>").arg(QLatin1String(kSupportAddress)));
+  ui_->MakerLabel->setText(tr("Made by %1").arg(Text(kMakerName)));
+  ui_->WebLabel->setText(QStringLiteral("<a href=\"https://%1\">%1</a>").arg(Text(kMakerWebAddress)));
+  ui_->SupportLabel->setText(QStringLiteral("<a href=\"mailto:%1\">%1</a>").arg(Text(kMakerSupportAddress)));
 
   connect(ui_->Licence, &QPushButton::clicked, this, &AboutForm::Licence_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &QDialog::accept);

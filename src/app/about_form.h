@@ -15,11 +15,6 @@ class AboutForm;
 
 namespace qdm {
 
-// The maker's addresses, for every place that shows one.
-inline constexpr const char* kMaker = "Brevan";
-inline constexpr const char* kWebAddress = "www.brevan.example";
-inline constexpr const char* kSupportAddress = "support@brevan.example";
-
 class AboutForm : public QDialog {
   Q_OBJECT
 

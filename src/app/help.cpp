@@ -33,7 +33,7 @@ constexpr std::array<FormPage, 11> kFormPages = {{
     {"qdm::VolumeEditorForm", "volume-format.html"},
     {"qdm::SerialTestForm", "test-console.html"},
     {"qdm::Download", "download.html"},
-    {"qdm::FindPanelForm", "find-panel.html"},
+    {"qdm::FindPanel", "find-panel.html"},
 }};
 
 Message CannotOpen(const std::string& file) {
@@ -73,6 +73,12 @@ QString Help::PageFor(const QWidget* window) {
     }
   }
   return {};
+}
+
+QStringList Help::Pages() {
+  QStringList pages;
+  for (const FormPage& entry : kFormPages) pages.append(QString::fromLatin1(entry.Page));
+  return pages;
 }
 
 void Help::ShowFor(QWidget* window) { Show(window, PageFor(window)); }

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <filesystem>
 
@@ -27,6 +28,8 @@ class Help : public QObject {
 
   // The page about a window; empty when it has none.
   static QString PageFor(const QWidget* window);
+  // Every page that PageFor can name.
+  static QStringList Pages();
 
  protected:
   // F1 in any window of the program; the filter is for the application.
