@@ -66,6 +66,8 @@ TEST(HelpWindow, FindsPagesByTheirWordsAndGoesBackAndForward) {
   HelpWindow window(OpenHelp());
   window.ShowPage(QStringLiteral("download.html"));
   window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   const auto* browser = window.findChild<QTextBrowser*>(QStringLiteral("Browser"));
   const auto* contents = window.findChild<QTreeWidget*>(QStringLiteral("Contents"));
   EXPECT_THAT(browser->toPlainText().toStdString(), testing::HasSubstr("64 records"));
