@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace qdm {
 namespace {
@@ -56,6 +57,23 @@ bool QtPrompts::AskYesNo(QWidget* parent, const Message& question) {
   box.setDefaultButton(QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;
+}
+
+SaveAnswer QtPrompts::AskSave(QWidget* parent, const Message& question) {
+  QMessageBox box(parent);
+  SetUp(box, question);
+  box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  box.button(QMessageBox::Discard)->setText(QStringLiteral("&Don't save"));
+  box.setDefaultButton(QMessageBox::Save);
+  box.setEscapeButton(QMessageBox::Cancel);
+  switch (box.exec()) {
+    case QMessageBox::Save:
+      return SaveAnswer::Save;
+    case QMessageBox::Discard:
+      return SaveAnswer::DontSave;
+    default:
+      return SaveAnswer::Cancel;
+  }
 }
 
 std::optional<QString> QtPrompts::OpenFile(QWidget* parent, const char* filter) {

@@ -12,6 +12,8 @@ class QWidget;
 
 namespace qdm {
 
+enum class SaveAnswer { Save, DontSave, Cancel };
+
 class UserPrompts {
  public:
   virtual ~UserPrompts() = default;
@@ -19,6 +21,8 @@ class UserPrompts {
   virtual void Show(QWidget* parent, const Message& message) = 0;
   // Yes and No buttons; closing the box is No.
   virtual bool AskYesNo(QWidget* parent, const Message& question) = 0;
+  // Whether to save before something unsaved is given up; closing the box is Cancel.
+  virtual SaveAnswer AskSave(QWidget* parent, const Message& question) = 0;
   // Nothing when the user cancelled. `filter` is in the form "Caption (*.EXT)|*.EXT".
   virtual std::optional<QString> OpenFile(QWidget* parent, const char* filter) = 0;
   // Asks before an existing file is chosen; a name without ending gets the filter's.

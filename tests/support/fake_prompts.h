@@ -17,6 +17,7 @@ class FakePrompts : public UserPrompts {
  public:
   std::vector<Message> Shown;                // boxes and questions, in order
   std::deque<bool> Answers;                  // to AskYesNo
+  std::deque<SaveAnswer> SaveAnswers;        // to AskSave
   std::deque<std::optional<QString>> Files;  // to OpenFile and SaveFile
   std::function<void()> WhileShowing;        // what the user does to other windows while a box is open
 
@@ -27,6 +28,10 @@ class FakePrompts : public UserPrompts {
   bool AskYesNo(QWidget*, const Message& question) override {
     Shown.push_back(question);
     return Next(Answers, "a question: " + question.Text).value_or(false);
+  }
+  SaveAnswer AskSave(QWidget*, const Message& question) override {
+    Shown.push_back(question);
+    return Next(SaveAnswers, "a question: " + question.Text).value_or(SaveAnswer::Cancel);
   }
   std::optional<QString> OpenFile(QWidget*, const char*) override {
     return Next(Files, "an open dialog").value_or(std::nullopt);

@@ -1,0 +1,48 @@
+#include "app/demonstration.h"
+
+#include "projectors/file_access.h"
+#include "projectors/forms/qt_text.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+namespace qdm {
+namespace {
+
+// Installed beside the program, or in the source tree of a development build.
+QDir FindExamples() {
+  const QDir program(QCoreApplication::applicationDirPath());
+  for (const QString& folder : {program.filePath(QStringLiteral("examples")),
+                                program.filePath(QStringLiteral("../share/qdm-editor/examples")),
+                                QStringLiteral(QDM_EXAMPLES_FOLDER)}) {
+    if (QFileInfo::exists(folder + QStringLiteral("/Projectors.DEF"))) return QDir(folder);
+  }
+  throw FileError(ToPath(program.filePath(QStringLiteral("examples"))), "find", "the examples are missing");
+}
+
+QString CopyInto(const QTemporaryDir& folder, const QString& file) {
+  const QString copy = folder.filePath(QFileInfo(file).fileName());
+  WriteFileSafely(ToPath(copy), ReadWholeFile(ToPath(file)));
+  return copy;
+}
+
+}  // namespace
+
+Demonstration::Demonstration(const QString& file) {
+  if (!folder_.isValid())
+    throw FileError(ToPath(folder_.path()), "make", folder_.errorString().toStdString());
+  const QDir examples = FindExamples();
+  for (const QString& name : examples.entryList(QDir::Files, QDir::Name)) {
+    const QString suffix = QFileInfo(name).suffix();
+    if (suffix != QLatin1String("DEF") && suffix != QLatin1String("BVC") && suffix != QLatin1String("BVD")) {
+      continue;
+    }
+    const QString copy = CopyInto(folder_, examples.filePath(name));
+    if (suffix == QLatin1String("BVC") && configuration_.isEmpty()) configuration_ = copy;
+  }
+  if (!file.isEmpty()) configuration_ = CopyInto(folder_, file);
+}
+
+std::filesystem::path Demonstration::Folder() const { return ToPath(folder_.path()); }
+
+}  // namespace qdm

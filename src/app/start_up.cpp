@@ -1,0 +1,127 @@
+#include "app/start_up.h"
+
+#include "app/about_form.h"
+#include "app/demonstration.h"
+#include "app/help.h"
+#include "app/qt_prompts.h"
+#include "app/resources.h"
+#include "config/forms/projector_panel_editor.h"
+#include "config/version.h"
+#include "download/forms/download_form.h"
+#include "download/forms/find_panel_form.h"
+#include "download/simulated_line.h"
+#include "projectors/forms/projector_selector.h"
+#include "projectors/forms/qt_text.h"
+#include "serial_io/event_loop_waiting.h"
+#include "serial_io/port_list.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+#include <QSettings>
+
+namespace qdm {
+namespace {
+
+void NameProgram(QApplication& application) {
+  QApplication::setOrganizationName(QStringLiteral("Brevan"));
+  QApplication::setApplicationName(QStringLiteral("QDM Editor"));
+  QApplication::setApplicationDisplayName({});
+  QApplication::setApplicationVersion(QString::fromStdString(VersionText()));
+  QApplication::setDesktopFileName(QStringLiteral("qdm-editor"));
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+    icon.addFile(QStringLiteral(":/icons/qdm-editor-%1.png").arg(size), QSize(size, size));
+  }
+  application.setWindowIcon(icon);
+}
+
+std::unique_ptr<Demonstration> MakeDemonstration(const StartArguments& arguments, UserPrompts& prompts) {
+  if (!arguments.Demo) return nullptr;
+  try {
+    return std::make_unique<Demonstration>(arguments.File);
+  } catch (const FileError& error) {
+    prompts.Show(nullptr, SorryAbout(error));
+    return nullptr;
+  }
+}
+
+// The library lies where the user says, else beside the program.
+std::filesystem::path DataFolderOf(const StartArguments& arguments,
+                                   const std::filesystem::path& programFolder) {
+  if (arguments.DataFolder) return *arguments.DataFolder;
+  const QString named = qEnvironmentVariable("QDM_DATA");
+  return named.isEmpty() ? programFolder : ToPath(named);
+}
+
+// A demonstration neither reads nor leaves traces in the user's settings.
+std::unique_ptr<QSettings> MakeSettings(const Demonstration* demonstration) {
+  if (demonstration == nullptr) return std::make_unique<QSettings>();
+  const QString file = QString::fromStdString(PathToUtf8(demonstration->Folder() / "settings.ini"));
+  return std::make_unique<QSettings>(file, QSettings::IniFormat);
+}
+
+}  // namespace
+
+StartArguments ReadArguments(const QStringList& arguments) {
+  const QCommandLineOption demo(QStringLiteral("demo"),
+                                QStringLiteral("Open the examples, with simulated panels on COM1 to COM4."));
+  const QCommandLineOption data(QStringLiteral("data"),
+                                QStringLiteral("Keep the projector library in this folder."),
+                                QStringLiteral("DIR"));
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Describes and programs QDM wall panels and TL-VOX amplifiers."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addOptions({demo, data});
+  parser.addPositionalArgument(QStringLiteral("file"),
+                               QStringLiteral("A *.BVC to open or a *.BVD to import."),
+                               QStringLiteral("[file]"));
+  parser.process(arguments);
+
+  StartArguments read;
+  read.Demo = parser.isSet(demo);
+  if (parser.isSet(data)) read.DataFolder = ToPath(parser.value(data));
+  // A path with blanks that nobody quoted comes in pieces.
+  read.File = parser.positionalArguments().join(QLatin1Char(' '));
+  return read;
+}
+
+int RunEditor(QApplication& application) {
+  NameProgram(application);
+  InitialiseResources();
+  const StartArguments arguments = ReadArguments(QApplication::arguments());
+  QtPrompts prompts;
+  const auto demonstration = MakeDemonstration(arguments, prompts);
+  if (arguments.Demo && !demonstration) return 1;
+  const auto settings = MakeSettings(demonstration.get());
+
+  Globals globals;
+  globals.ProgramFolder = ToPath(QApplication::applicationDirPath());
+  globals.DataFolder =
+      demonstration ? demonstration->Folder() : DataFolderOf(arguments, globals.ProgramFolder);
+  EventLoopWaiting time;
+  std::unique_ptr<SerialPorts> ports = MakeSystemPorts();
+  if (demonstration) ports = DemonstrationPorts(time);
+  Help help(globals.ProgramFolder, prompts);
+  application.installEventFilter(&help);
+
+  const EditorWindows windows{
+      .Selector = [&](QWidget* parent) { OpenProjectorSelector(globals, prompts, parent); },
+      .Download =
+          [&](QWidget* parent, const PanelConfiguration& configuration) {
+            Download(globals, configuration, *ports, time, prompts, parent).exec();
+          },
+      .FindPanel = [&](QWidget* parent) { FindPanel(*ports, time, parent).exec(); },
+      .Help = [&](QWidget* parent) { help.Show(parent, {}); },
+      .About = [&](QWidget* parent) { AboutForm(globals.ProgramFolder, prompts, parent).exec(); },
+  };
+  ProjectorPanelEditor editor(globals, prompts, *settings, windows);
+  editor.Form_Load();
+  editor.show();
+  editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File);
+  return QApplication::exec();
+}
+
+}  // namespace qdm

@@ -1,0 +1,28 @@
+// The program's start: reads the command line, makes what the windows share (records, ports, clock, prompts,
+// settings, help) and shows the main window until it is closed.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <filesystem>
+#include <optional>
+
+class QApplication;
+
+namespace qdm {
+
+struct StartArguments {
+  bool Demo = false;
+  std::optional<std::filesystem::path> DataFolder;
+  QString File;  // as it stands on the command line; empty for none
+};
+
+// `arguments` begins with the program's name. Ends the program for --help, --version and what it does not
+// know.
+StartArguments ReadArguments(const QStringList& arguments);
+
+// Exit status of the program.
+int RunEditor(QApplication& application);
+
+}  // namespace qdm

@@ -1,0 +1,88 @@
+// The framed groups of the main window in which every option of a configuration is shown and edited. Shows a
+// record and stores into one; owns nothing but its controls. Records may hold any bits: a choice that no
+// button stands for shows as nothing chosen, a number outside its range as the nearest that is within.
+#pragma once
+
+#include "config/configuration_rules.h"
+
+#include <QWidget>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+class QButtonGroup;
+class QCheckBox;
+
+namespace Ui {
+class OptionControls;
+}
+
+namespace qdm {
+
+class Buttons;
+class IntegerEntry;
+
+class OptionControls : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit OptionControls(QWidget* parent = nullptr);
+  ~OptionControls() override;
+
+  // Writes the editor's version into the record and converts what editors of the 1.1 series kept differently.
+  void ShowRecordInControls(PanelConfiguration& record);
+  // Typed but not yet entered numbers included. A use of the outputs or of the control input that is not
+  // chosen stays as it is in the record; a controller type that is not chosen is the last one, "TL-VOX".
+  void StoreControlsToRecord(PanelConfiguration& record) const;
+  // Brings what is visible and enabled in line with what is selected.
+  void UpdateOptionStates();
+
+ Q_SIGNALS:
+  void ControllerTypeChosen(int type);
+  // The user has changed something, or may have.
+  void Changed();
+
+ private:
+  struct Entry {
+    IntegerEntry* Control;
+    std::int16_t PanelConfiguration::*Field;
+    int Low;
+    int High;
+    const char* Label;
+  };
+  struct Check {
+    QCheckBox* Control;
+    std::int16_t PanelConfiguration::*Field;
+  };
+  // The two entries of one use of the outputs; all of them show the same two fields.
+  struct TimePair {
+    OutputsOptionValue Use;
+    IntegerEntry* Up;
+    IntegerEntry* Down;
+  };
+
+  void ListControls();
+  void ConnectControls();
+
+  void Option2_Click(int type);
+  void OutputsOption_Click();
+  void Time_Change(const TimePair& changed);
+
+  void ShowAudioRouting(std::int16_t routing);
+  std::int16_t SelectedAudioRouting() const;
+  void BindTimes(int up, int down, const OutputTimeLabels& labels);
+  const TimePair& CurrentTimes() const;
+  OptionSelections Selections() const;
+  void ApplyLayout(const OptionStates& states);
+  void Apply(const OptionStates& states);
+
+  std::unique_ptr<Ui::OptionControls> ui_;
+  std::vector<Entry> entries_;
+  std::vector<Check> checks_;
+  std::array<TimePair, 3> times_{};
+  std::array<Buttons*, 4> sequence_{};
+  std::array<QButtonGroup*, 3> audio_{};
+};
+
+}  // namespace qdm
