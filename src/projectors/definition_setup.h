@@ -1,0 +1,42 @@
+// The rules of the setup dialog: which strings a definition shows by its flags, what is refused, and how a
+// definition goes into the library. Knows no window.
+#pragma once
+
+#include "projectors/projector_library.h"
+#include "serial_strings/message.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace qdm {
+
+using SlotSet = std::array<bool, kCommandSlots>;
+
+// Slots that have an `Available` flag of their own; 0 brings 9 with it, 6 brings 7.
+inline constexpr std::array<std::size_t, 6> kOptionalSlots = {0, 3, 5, 6, 23, 24};
+
+// The slot of a command's expected reply; nothing for "Video 2" and for received strings.
+std::optional<std::size_t> ReplySlotOf(std::size_t slot);
+
+// The slots that the flags show. A string that is shown is in use.
+SlotSet ShownSlots(const ProjectorDefinition& projector);
+
+// The first rule that the definition breaks, in the rules' order; nothing when it may be stored.
+std::optional<Message> CheckDefinition(const ProjectorDefinition& projector);
+
+// What a definition goes through before it is stored: names cleaned, `Available` for each slot that is shown,
+// the place of the volume byte determined.
+void CompleteDefinition(ProjectorDefinition& projector);
+
+// What is asked before an element of the same names is overwritten; nothing when there is none.
+std::optional<Message> OverwriteQuestion(const ProjectorLibrary& library,
+                                         const ProjectorDefinition& projector);
+
+// Overwrites the element of the same names, or appends a new one.
+void StoreDefinition(ProjectorLibrary& library, const ProjectorDefinition& projector);
+
+// Takes a reply as what is expected after the command in `slot`, which has a reply slot, and requires it.
+void TakeAsExpectedReply(ProjectorDefinition& projector, std::size_t slot, const SerialString& reply);
+
+}  // namespace qdm
