@@ -60,9 +60,7 @@ HWND CallViewer(HWND owner, const char* file, UINT command, DWORD_PTR data) {
 }  // namespace
 
 Help::Help(const std::filesystem::path& programFolder, UserPrompts& prompts)
-    : file_(programFolder / "qdm.chm"), prompts_(prompts) {
-  qApp->installEventFilter(this);
-}
+    : file_(programFolder / "qdm.chm"), prompts_(prompts) {}
 
 Help::~Help() { CloseAll(); }
 
