@@ -63,6 +63,7 @@ FileError::FileError(const fs::path& path, std::string_view operation, std::stri
     : std::runtime_error("cannot " + std::string(operation) + " " + PathToUtf8(path) + ": " +
                          std::string(reason)),
       path_(path),
+      operation_(operation),
       reason_(reason) {}
 
 Message SorryAbout(const FileError& error) {

@@ -19,11 +19,13 @@ class FileError : public std::runtime_error {
   FileError(const std::filesystem::path& path, std::string_view operation, std::string_view reason);
 
   const std::filesystem::path& Path() const { return path_; }
+  const std::string& Operation() const { return operation_; }  // "read", "write", ...
   // The system's own words, or ours ("shorter than one record").
   const std::string& Reason() const { return reason_; }
 
  private:
   std::filesystem::path path_;
+  std::string operation_;
   std::string reason_;
 };
 

@@ -1,0 +1,93 @@
+// The commands of `qdm`: what the command line says of each, and the function that does it. Each answers the
+// exit status; trouble with files and other reasons to give up are exceptions that RunQdm reports.
+#pragma once
+
+#include "command_line/command_context.h"
+#include "download/panel_image.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qdm {
+
+struct ExportOptions {
+  std::string File;
+  std::string Output;  // empty: standard output
+};
+int Export(const ExportOptions& options, CommandContext& context);
+
+struct ImportOptions {
+  std::string Json;
+  std::string Output;
+};
+int Import(const ImportOptions& options, CommandContext& context);
+
+struct CheckOptions {
+  std::string File;
+};
+int Check(const CheckOptions& options, CommandContext& context);
+
+struct CompareOptions {
+  std::string First;
+  std::string Second;
+};
+int Compare(const CompareOptions& options, CommandContext& context);
+
+enum class ImageForm { Dump, Records, Explanation };
+struct ImageOptions {
+  std::string File;
+  std::string Output;  // empty: text on standard output
+  ImageForm Form = ImageForm::Dump;
+};
+// The image, or a CommandError that names the file, the field and the reason.
+PanelImage ImageOf(const std::string& file, const PanelConfiguration& configuration);
+int Image(const ImageOptions& options, CommandContext& context);
+
+// What to do with a definition that differs from the library's of the same names.
+enum class OnConflict { Report, Keep, Replace, Rename };
+
+struct LibraryOptions {
+  std::string Data;  // empty: the editor's own folder
+};
+struct AddOptions : LibraryOptions {
+  std::string File;
+  OnConflict Conflict = OnConflict::Report;
+};
+struct ExtractOptions : LibraryOptions {
+  std::string Manufacturer;
+  std::string Model;  // empty: all of the manufacturer's
+  std::string Output;
+};
+struct RemoveOptions : LibraryOptions {
+  std::string Manufacturer;
+  std::string Model;
+};
+int ListProjectors(const LibraryOptions& options, CommandContext& context);
+int AddProjectors(const AddOptions& options, CommandContext& context);
+int ExtractProjectors(const ExtractOptions& options, CommandContext& context);
+int RemoveProjector(const RemoveOptions& options, CommandContext& context);
+
+struct FindOptions {
+  std::optional<int> ControllerType;
+  std::vector<std::string> Ports;  // empty: all
+};
+int Find(const FindOptions& options, CommandContext& context);
+
+struct DownloadOptions {
+  std::string File;
+  std::string Port;  // empty: whichever has the panel
+};
+int Download(const DownloadOptions& options, CommandContext& context);
+
+struct SimulateOptions {
+  int ControllerType = 0;
+  std::string Firmware = "1.3";
+  std::string Settings = "9600,n,8,2";
+  std::string Memory;  // empty: kept nowhere
+  bool Pace = false;
+  std::vector<std::string> Faults;
+};
+int Simulate(const SimulateOptions& options, CommandContext& context);
+
+}  // namespace qdm

@@ -1,0 +1,133 @@
+#include "command_line/commands.h"
+#include "command_line/message_text.h"
+#include "command_line/panel_ports.h"
+#include "command_line/record_files.h"
+#include "command_line/signals.h"
+#include "config/configuration_rules.h"
+#include "download/programming.h"
+
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+
+namespace qdm {
+namespace {
+
+class ConsoleObserver : public ProgrammingObserver {
+ public:
+  explicit ConsoleObserver(CommandContext& context) : context_(context), progress_(context) {}
+
+  void Connecting() override { progress_.Show("Connecting"); }
+  void RecordsAcknowledged(int records) override {
+    progress_.Show("Programming: " + std::to_string(records) + " of " + std::to_string(kRecords) +
+                   " records");
+  }
+  void Tell(const Message& message) override {
+    progress_.Show("");
+    context_.Out << TextOf(message) << std::endl;
+    progress_.Show("Restarting");
+  }
+
+ private:
+  CommandContext& context_;
+  ProgressLine progress_;
+};
+
+class DownloadRun {
+ public:
+  DownloadRun(const DownloadOptions& options, CommandContext& context)
+      : options_(options), context_(context), configuration_(ReadConfigurationFile(options.File)) {}
+
+  int Run() {
+    Check();
+    const PanelImage image = ImageOf(options_.File, configuration_);
+    const StopOnSignals interruptible(context_.Stop);
+    const std::vector<std::string> ports =
+        options_.Port.empty() ? std::vector<std::string>() : std::vector{options_.Port};
+    PanelSearch search = SearchPanels(ports, configuration_.ControllerType, context_, context_.Out);
+    const std::size_t chosen = Choose(search);
+    PassFirmwareGate(search.Slots[chosen].Status);
+    context_.Out << search.Slots[chosen].Status << " on " << search.Names[chosen] << " at "
+                 << search.Slots[chosen].Settings << std::endl;
+    Program(search.Slots[chosen], image);
+    return kDone;
+  }
+
+ private:
+  void Check() {
+    const std::optional<Message> refusal = CheckConfiguration(configuration_);
+    if (!refusal) return;
+    context_.Out << TextOf(*refusal) << std::endl;
+    Fail("refused by the check: " + refusal->Text);
+  }
+
+  std::size_t Choose(const PanelSearch& search) const {
+    if (context_.Stop.IsSet()) Fail("interrupted, nothing was programmed");
+    std::vector<std::size_t> choosable;
+    for (std::size_t i = 0; i < search.Slots.size(); ++i) {
+      if (search.Slots[i].Choosable()) choosable.push_back(i);
+    }
+    if (choosable.size() == 1) return choosable.front();
+    if (choosable.empty()) {
+      context_.Out << "No QDM found" << std::endl;
+      Fail("no " + TypeName() + " found" + OthersIn(search));
+    }
+    for (const std::size_t slot : choosable) context_.Out << search.Line(slot) << "\n";
+    context_.Out << "Choose one with --port" << std::endl;
+    Fail(std::to_string(choosable.size()) + " of type " + TypeName() + " found");
+  }
+
+  void PassFirmwareGate(const std::string& identification) const {
+    const std::optional<Message> refusal = FirmwareGate(identification);
+    if (!refusal) return;
+    context_.Out << TextOf(*refusal) << std::endl;
+    Fail("the firmware of " + identification + " is too old");
+  }
+
+  void Program(SearchSlot& slot, const PanelImage& image) const {
+    ConsoleObserver observer(context_);
+    const Microseconds begin = context_.Time.Now();
+    const ProgrammingResult result = ProgramPanel(*slot.Port, slot.Settings, configuration_.ControllerType,
+                                                  image, context_.Time, context_.Stop, observer);
+    const std::chrono::duration<double> taken = context_.Time.Now() - begin;
+
+    const std::string records =
+        std::to_string(result.Records) + " of " + std::to_string(kRecords) + " records";
+    std::ostringstream summary;
+    summary << records << ", " << result.Retries << (result.Retries == 1 ? " retry, " : " retries, ")
+            << std::fixed << std::setprecision(1) << taken.count() << " s\n";
+    if (result.Connected) context_.Out << summary.str();
+    if (result.Programmed && result.Restarted) return;
+    if (result.Programmed) Fail("programmed, but the panel did not restart");
+    const std::string reason = context_.Stop.IsSet() ? "interrupted" : "failed";
+    Fail(result.Connected ? reason + " after " + records : reason + ", the panel does not answer");
+  }
+
+  std::string TypeName() const {
+    const auto type = static_cast<std::size_t>(configuration_.ControllerType);
+    return type < ControllerTypeNames.size()
+               ? std::string(ControllerTypeNames[type])
+               : "controller of type " + std::to_string(configuration_.ControllerType);
+  }
+  // "; QDM6 1.3 is on COM2".
+  std::string OthersIn(const PanelSearch& search) const {
+    std::string others;
+    for (std::size_t i = 0; i < search.Slots.size(); ++i) {
+      if (search.Slots[i].Panel) others += "; " + search.Slots[i].Status + " is on " + search.Names[i];
+    }
+    return others;
+  }
+  [[noreturn]] void Fail(const std::string& why) const { throw CommandError(kRefused, options_.File, why); }
+
+  const DownloadOptions& options_;
+  CommandContext& context_;
+  PanelConfiguration configuration_;
+};
+
+}  // namespace
+
+int Download(const DownloadOptions& options, CommandContext& context) {
+  return DownloadRun(options, context).Run();
+}
+
+}  // namespace qdm

@@ -1,0 +1,17 @@
+// Messages and other texts of the program as the lines of a terminal.
+#pragma once
+
+#include "serial_strings/message.h"
+
+#include <string>
+#include <string_view>
+
+namespace qdm {
+
+// The text of a message, its lines separated by line feeds.
+std::string TextOf(const Message& message);
+
+// On one line, whatever is in it: control characters as the escapes of JSON.
+std::string OneLine(std::string_view text);
+
+}  // namespace qdm

@@ -1,0 +1,93 @@
+#include "command_line/panel_ports.h"
+
+#include "command_line/message_text.h"
+#include "download/programming.h"
+#include "serial_io/port_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <ostream>
+
+namespace qdm {
+namespace {
+
+// Nothing for a device path; a number 1..16 for "COM1".."COM16" in either case.
+std::optional<int> PortNumber(const std::string& port) {
+  constexpr std::string_view kPrefix = "COM";
+  std::string upper = port;
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  if (!upper.starts_with(kPrefix)) return std::nullopt;
+  int number = 0;
+  const char* const end = upper.data() + upper.size();
+  const auto [stop, error] = std::from_chars(upper.data() + kPrefix.size(), end, number);
+  if (stop != end) return std::nullopt;
+  if (error != std::errc() || number < 1 || number > kPortSlots) {
+    throw CommandError(kUnusable, port, "there are COM1 to COM16");
+  }
+  return number;
+}
+
+void AddSlot(PanelSearch& search, std::string name, std::unique_ptr<SerialPort> port) {
+  search.Names.push_back(std::move(name));
+  search.Slots.emplace_back().Port = std::move(port);
+}
+
+void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, CommandContext& context) {
+  for (const std::string& port : ports) {
+    const std::optional<int> number = PortNumber(port);
+    const std::string name = number ? "COM" + std::to_string(*number) : port;
+    if (name.empty()) throw CommandError(kUnusable, "--port", "a port is COM1 to COM16 or a device's path");
+    if (std::find(search.Names.begin(), search.Names.end(), name) != search.Names.end()) continue;
+    AddSlot(search, name, number ? context.Ports.Port(*number) : context.PortAt(port));
+  }
+  for (int number = 1; ports.empty() && number <= kPortSlots; ++number) {
+    if (context.Ports.DeviceName(number).empty()) continue;
+    AddSlot(search, "COM" + std::to_string(number), context.Ports.Port(number));
+  }
+}
+
+void TellClosedDevices(const PanelSearch& search, CommandContext& context) {
+  for (std::size_t i = 0; i < search.Slots.size(); ++i) {
+    if (search.Slots[i].Present) continue;
+    const std::optional<int> number = PortNumber(search.Names[i]);
+    const auto closed = DeviceClosedToUser(number ? context.Ports.DeviceName(*number) : search.Names[i]);
+    if (!closed) continue;
+    context.Err << "qdm: " << search.Names[i] << ": you may not open " << closed->Device
+                << (closed->Group.empty() ? "" : "; members of the group " + closed->Group + " may") << "\n";
+  }
+}
+
+}  // namespace
+
+void ProgressLine::Show(const std::string& text) {
+  if (!context_.ErrIsTerminal || text == shown_) return;
+  const std::size_t leftOver = shown_.size() - std::min(shown_.size(), text.size());
+  context_.Err << '\r' << text << std::string(leftOver, ' ');
+  if (text.empty()) context_.Err << '\r';
+  context_.Err.flush();
+  shown_ = text;
+}
+
+std::string PanelSearch::Line(std::size_t slot) const {
+  std::string line = Names[slot] + "\t" + Slots[slot].Status;
+  if (Slots[slot].Choosable()) line += "\t" + Slots[slot].Settings;
+  return line;
+}
+
+PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
+                         CommandContext& context, std::ostream& told) {
+  PanelSearch search;
+  AddPorts(search, ports, context);
+  ProgressLine progress(context);
+  const auto show = [&](std::size_t slot) { progress.Show(search.Slots[slot].Status); };
+  SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop, show);
+  progress.Show("Restarting");
+  const std::vector<Message> failures = RestartFoundPanels(search.Slots, context.Time);
+  progress.Show("");
+  for (const Message& failure : failures) told << TextOf(failure) << std::endl;
+  TellClosedDevices(search, context);
+  return search;
+}
+
+}  // namespace qdm

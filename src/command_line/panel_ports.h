@@ -1,0 +1,44 @@
+// What find and download share: ports as the command line names them, the search, its lines, its progress.
+#pragma once
+
+#include "command_line/command_context.h"
+#include "download/panel_search.h"
+
+#include <string>
+#include <vector>
+
+namespace qdm {
+
+// One line of the terminal that is written again and again and is gone at the end; nothing at all where the
+// error stream is no terminal.
+class ProgressLine {
+ public:
+  explicit ProgressLine(CommandContext& context) : context_(context) {}
+  ~ProgressLine() { Show(""); }
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  // ASCII, shorter than a terminal is wide.
+  void Show(const std::string& text);
+
+ private:
+  CommandContext& context_;
+  std::string shown_;
+};
+
+struct PanelSearch {
+  // What a port is listed by: "COM3", or the device's path where that was given.
+  std::vector<std::string> Names;
+  std::vector<SearchSlot> Slots;
+
+  // "COM3<tab>QDM7 1.3<tab>19200,e,8,2"; "COM3<tab>No QDM found"; "COM3<tab>No Port".
+  std::string Line(std::size_t slot) const;
+};
+
+// Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
+// answered. `context.Stop` ends it early. Restarts that failed are told on `told`, ports that this user may
+// not open on the error stream. A name that can be no port is a CommandError.
+PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
+                         CommandContext& context, std::ostream& told);
+
+}  // namespace qdm

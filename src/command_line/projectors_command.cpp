@@ -1,0 +1,177 @@
+// The library's commands: list, add, extract, remove.
+#include "command_line/commands.h"
+#include "command_line/message_text.h"
+#include "command_line/record_files.h"
+#include "command_line/signals.h"
+#include "projectors/data_folder.h"
+#include "projectors/projector_files.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace qdm {
+namespace {
+
+constexpr const char* kLibraryName = "the projector library";
+
+DataFolder FolderOf(const LibraryOptions& options, const CommandContext& context) {
+  std::optional<std::filesystem::path> named = context.DataVariable;
+  if (!options.Data.empty()) named = PathOf(options.Data);
+  return FindDataFolder(named, context.ProgramFolder, context.UserFolder);
+}
+
+// The library of a folder, for reading; with what had to be said while it was loaded.
+ProjectorLibrary LoadFrom(const std::filesystem::path& folder, CommandContext& context) {
+  const HeldSignals uninterrupted;  // a damaged library may be recovered
+  ProjectorLibrary library;
+  for (const Message& message : LoadProjectorDatabase(folder, library)) {
+    context.Err << "qdm: " << PathToUtf8(ProjectorFiles(folder).Library) << ": " << OneLine(TextOf(message))
+                << "\n";
+  }
+  return library;
+}
+
+ProjectorLibrary LoadForReading(const LibraryOptions& options, CommandContext& context) {
+  const std::filesystem::path folder = FolderOf(options, context).ReadingFolder();
+  std::error_code error;
+  // The editor's own folder may not be there yet; one that was named by mistake is not an empty library.
+  if (!options.Data.empty() && !std::filesystem::is_directory(folder, error)) {
+    throw CommandError(kUnusable, PathToUtf8(folder), "no such folder");
+  }
+  return LoadFrom(folder, context);
+}
+
+std::string ShownNames(const ProjectorDefinition& projector) {
+  return projector.Manufacturer.TrimmedUtf8() + " / " + projector.Model.TrimmedUtf8();
+}
+
+// A name that the user typed, as the library keeps it. One that is too long or outside the code page is a
+// name that no definition has.
+std::optional<FixedText<32>> NameOf(const std::string& typed) {
+  const std::u16string characters = FromUtf8(typed);
+  const std::u16string_view name = TrimBlanks(characters);
+  const bool storable =
+      std::all_of(name.begin(), name.end(), [](char16_t character) { return ByteOf(character).has_value(); });
+  if (name.empty() || name.size() > FixedText<32>::kLength || !storable) return std::nullopt;
+  return FixedText<32>(name);
+}
+
+bool SameText(const FixedText<32>& first, const FixedText<32>& second) {
+  return UpperCase(first.View()) == UpperCase(second.View());
+}
+
+[[noreturn]] void NoSuchProjector(const std::string& manufacturer, const std::string& model) {
+  throw CommandError(kRefused, manufacturer + (model.empty() ? "" : " / " + model),
+                     std::string("not in ") + kLibraryName);
+}
+
+std::size_t FindOrRefuse(const ProjectorLibrary& library, const std::string& manufacturer,
+                         const std::string& model) {
+  const auto manufacturerName = NameOf(manufacturer);
+  const auto modelName = NameOf(model);
+  if (manufacturerName && modelName) {
+    if (const auto found = library.FindProjector(*manufacturerName, *modelName)) return *found;
+  }
+  NoSuchProjector(manufacturer, model);
+}
+
+// In the order of the selector's tree: the first element of each name, by model.
+std::vector<ProjectorDefinition> AllOf(const ProjectorLibrary& library, const std::string& manufacturer) {
+  std::vector<ProjectorDefinition> definitions;
+  const auto name = NameOf(manufacturer);
+  for (std::size_t i = 0; name && i < library.Size(); ++i) {
+    if (SameText(library[i].Manufacturer, *name) && library.FindProjector(library[i]) == i) {
+      definitions.push_back(library[i]);
+    }
+  }
+  if (definitions.empty()) NoSuchProjector(manufacturer, "");
+  std::sort(definitions.begin(), definitions.end(), [](const auto& first, const auto& second) {
+    return UpperCase(first.Model.Trimmed()) < UpperCase(second.Model.Trimmed());
+  });
+  return definitions;
+}
+
+// "Model (2)", "Model (3)", ...: the first that is free, cut where there is no room.
+void AppendRenamed(ProjectorDefinition projector, ProjectorLibrary& library) {
+  const std::u16string model(projector.Model.Trimmed());
+  for (int number = 2;; ++number) {
+    const std::u16string suffix = FromUtf8(" (" + std::to_string(number) + ")");
+    std::u16string name = model.substr(0, FixedText<32>::kLength - suffix.size());
+    name.erase(name.find_last_not_of(u' ') + 1);
+    projector.Model = FixedText<32>(name + suffix);
+    if (!library.FindProjector(projector)) break;
+  }
+  library.Append(projector);
+}
+
+std::string Counted(std::size_t count, const char* what) { return std::to_string(count) + " " + what; }
+
+}  // namespace
+
+int ListProjectors(const LibraryOptions& options, CommandContext& context) {
+  const ProjectorLibrary library = LoadForReading(options, context);
+  for (const ProjectorDefinition& projector : library.Elements()) {
+    context.Out << projector.Manufacturer.TrimmedUtf8() << '\t' << projector.Model.TrimmedUtf8() << '\t'
+                << SerialBytesUsed(projector) << '\n';
+  }
+  return kDone;
+}
+
+int AddProjectors(const AddOptions& options, CommandContext& context) {
+  std::vector<ProjectorDefinition> definitions = ReadDefinitionsFile(options.File);
+  const DataFolder folder = FolderOf(options, context);
+  const HeldSignals uninterrupted;
+  PrepareDataFolder(folder);
+  ProjectorLibrary library = LoadFrom(folder.Folder, context);
+
+  const auto settle = [&](const ProjectorDefinition& incoming, std::size_t index) {
+    switch (options.Conflict) {
+      case OnConflict::Keep:
+        break;
+      case OnConflict::Replace:
+        library.Replace(index, incoming);
+        break;
+      case OnConflict::Rename:
+        AppendRenamed(incoming, library);
+        break;
+      case OnConflict::Report:
+        context.Err << "qdm: " << options.File << ": " << ShownNames(incoming)
+                    << " differs from the library's and was not imported; --on-conflict keep, replace or "
+                       "rename decides\n";
+        break;
+    }
+  };
+  const ImportResult result = ImportDefinitions(std::move(definitions), library, settle);
+  SaveProjectorDatabase(folder.Folder, library);
+
+  constexpr const char* kConflictOutcome[] = {"not imported", "kept as they were", "replaced", "renamed"};
+  context.Out << Counted(result.Added, "added, ") << Counted(result.Unchanged, "unchanged, ")
+              << Counted(result.Conflicts, kConflictOutcome[static_cast<std::size_t>(options.Conflict)])
+              << "\n";
+  return options.Conflict == OnConflict::Report && result.Conflicts > 0 ? kRefused : kDone;
+}
+
+int ExtractProjectors(const ExtractOptions& options, CommandContext& context) {
+  DemandKind(options.Output, FileKind::Definitions);
+  const ProjectorLibrary library = LoadForReading(options, context);
+  const std::vector<ProjectorDefinition> definitions =
+      options.Model.empty()
+          ? AllOf(library, options.Manufacturer)
+          : std::vector{library[FindOrRefuse(library, options.Manufacturer, options.Model)]};
+  const HeldSignals uninterrupted;
+  ExportDefinitions(PathOf(options.Output), definitions);
+  return kDone;
+}
+
+int RemoveProjector(const RemoveOptions& options, CommandContext& context) {
+  const DataFolder folder = FolderOf(options, context);
+  // Looked for first: nothing is prepared or saved for a definition that is not there.
+  ProjectorLibrary library = LoadForReading(options, context);
+  library.Remove(FindOrRefuse(library, options.Manufacturer, options.Model));
+  const HeldSignals uninterrupted;
+  PrepareDataFolder(folder);
+  SaveProjectorDatabase(folder.Folder, library);
+  return kDone;
+}
+
+}  // namespace qdm

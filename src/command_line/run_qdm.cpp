@@ -1,0 +1,372 @@
+#include "command_line/run_qdm.h"
+
+#include "command_line/commands.h"
+#include "command_line/message_text.h"
+#include "config/version.h"
+#include "projectors/file_access.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <ostream>
+
+namespace qdm {
+namespace {
+
+// What the command line asks for; commands capture their options by reference, so that this must outlive
+// them.
+struct Request {
+  ExportOptions Export;
+  ImportOptions Import;
+  CheckOptions Check;
+  CompareOptions Compare;
+  ImageOptions Image;
+  LibraryOptions List;
+  AddOptions Add;
+  ExtractOptions Extract;
+  RemoveOptions Remove;
+  FindOptions Find;
+  DownloadOptions Download;
+  SimulateOptions Simulate;
+
+  std::function<int(CommandContext&)> Command;
+};
+
+CLI::App* AddCommand(CLI::App& parent, const std::string& name, const std::string& description,
+                     const std::string& more) {
+  CLI::App* command = parent.add_subcommand(name, description);
+  command->footer(more);
+  command->group("Commands");
+  return command;
+}
+
+// `run` is called when the command line names the command.
+template <class Options>
+void Runs(CLI::App* command, Request& request, int (*run)(const Options&, CommandContext&),
+          const Options& options) {
+  command->callback([&request, run, &options] {
+    request.Command = [run, &options](CommandContext& context) { return run(options, context); };
+  });
+}
+
+// "QDM 7", "qdm7", "tl-vox": case and blanks do not matter.
+int ControllerTypeOf(const std::string& text) {
+  const auto plain = [](std::string_view name) {
+    std::string kept;
+    for (const char c : name) {
+      if (c != ' ') kept += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return kept;
+  };
+  for (std::size_t type = 0; type < ControllerTypeNames.size(); ++type) {
+    if (plain(ControllerTypeNames[type]) == plain(text)) return static_cast<int>(type);
+  }
+  throw CLI::ValidationError("--type", "\"" + text + "\" is none of QDM 7, QDM 6, QDM 4, TL-VOX");
+}
+
+void AddFileCommands(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(app, "export", "Write a configuration or projector definitions as JSON text",
+                                 "Every field of the file becomes a key, so that the text can be edited, "
+                                 "compared and kept under version\n"
+                                 "control; \"qdm import\" makes the same file from it, byte for byte.\n\n"
+                                 "Examples:\n"
+                                 "  qdm export \"Room 101.BVC\"\n"
+                                 "  qdm export \"Room 101.BVC\" -o room-101.json\n"
+                                 "  qdm export Projectors.DEF -o library.json");
+  command->add_option("FILE", request.Export.File, "a configuration (.BVC) or definitions (.BVD, .DEF)")
+      ->required();
+  command->add_option("-o,--output", request.Export.Output, "the text file; standard output when left out")
+      ->type_name("OUT.json");
+  Runs(command, request, Export, request.Export);
+
+  command =
+      AddCommand(app, "import", "Make a configuration or projector definitions from JSON text",
+                 "Keys that are left out have the value of a new record. The rules of \"qdm check\" are not\n"
+                 "applied. What no record can hold is refused, and nothing is written.\n\n"
+                 "Examples:\n"
+                 "  qdm import room-101.json -o \"Room 101.BVC\"\n"
+                 "  jq '.configuration.RoomTimeout = 30' room.json | qdm import - -o room.BVC");
+  command->add_option("IN.json", request.Import.Json, "the text; - is standard input")->required();
+  command
+      ->add_option("-o,--output", request.Import.Output,
+                   "the file to write: .BVC for a configuration, .BVD or .DEF for definitions")
+      ->required()
+      ->type_name("FILE");
+  Runs(command, request, Import, request.Import);
+
+  command = AddCommand(app, "check", "Tell whether a configuration may be saved and downloaded",
+                       "Prints \"ok\", or what the editor would say; the exit status is 1 then.\n\n"
+                       "Example:\n"
+                       "  for room in *.BVC; do echo \"$room: $(qdm check \"$room\")\"; done");
+  command->add_option("FILE.BVC", request.Check.File, "the configuration")->required();
+  Runs(command, request, Check, request.Check);
+
+  command = AddCommand(
+      app, "compare", "Show the fields in which two files differ",
+      "One line a field: \"path: value in A -> value in B\". Definitions are paired by manufacturer "
+      "and\nmodel. Exit status: 0 when nothing differs, 1 when something does.\n\n"
+      "Examples:\n"
+      "  qdm compare \"Room 101.BVC\" \"Room 102.BVC\"\n"
+      "  qdm compare Projectors.BAK.BVD Projectors.DEF\n"
+      "  git show HEAD:room.json | qdm compare - room.BVC");
+  command
+      ->add_option("A", request.Compare.First,
+                   "a .BVC, .BVD, .DEF or .json file; - is JSON on standard input")
+      ->required();
+  command->add_option("B", request.Compare.Second, "another one of the same kind")->required();
+  Runs(command, request, Compare, request.Compare);
+
+  command =
+      AddCommand(app, "image", "Show or save the memory that a panel would be programmed with",
+                 "Without an option: the 512 bytes as a hexadecimal dump. The rules of \"qdm check\" are not "
+                 "applied;\na value that the memory has no room for is named, and the exit status is 1.\n\n"
+                 "Examples:\n"
+                 "  qdm image \"Room 101.BVC\" --explain\n"
+                 "  qdm image \"Room 101.BVC\" -o room-101.bin");
+  command->add_option("FILE.BVC", request.Image.File, "the configuration")->required();
+  CLI::Option* output =
+      command->add_option("-o,--output", request.Image.Output, "write the 512 bytes to a file")
+          ->type_name("IMAGE.bin");
+  CLI::Option* records = command->add_flag_callback(
+      "--records", [&request] { request.Image.Form = ImageForm::Records; },
+      "the 64 program records as they go over the wire");
+  CLI::Option* explain = command->add_flag_callback(
+      "--explain", [&request] { request.Image.Form = ImageForm::Explanation; },
+      "a table: offset, bytes, what they mean, from which fields");
+  records->excludes(explain)->excludes(output);
+  explain->excludes(output);
+  Runs(command, request, Image, request.Image);
+}
+
+void AddDataOption(CLI::App* command, LibraryOptions& options) {
+  command->add_option("--data", options.Data, "the folder of Projectors.DEF; the editor's own when left out")
+      ->type_name("DIR");
+}
+
+void AddProjectorsCommands(CLI::App& app, Request& request) {
+  CLI::App* projectors =
+      AddCommand(app, "projectors", "Look at the projector library and change it",
+                 "The library is the editor's; --data or the variable QDM_DATA names the folder of another.\n"
+                 "Do not change it while an editor is open: what is saved last stays.\n\n"
+                 "Examples:\n"
+                 "  qdm projectors list\n"
+                 "  qdm projectors add Visora.BVD --on-conflict keep\n"
+                 "  qdm projectors extract VISORA -o Visora.BVD\n"
+                 "  qdm projectors remove VISORA \"Grand 4\"");
+  projectors->require_subcommand(1);
+
+  CLI::App* command =
+      AddCommand(*projectors, "list", "List the library",
+                 "A line each, separated by tabs: manufacturer, model, bytes of serial strings of 460.\n\n"
+                 "Example:\n"
+                 "  qdm projectors list | sort");
+  AddDataOption(command, request.List);
+  Runs(command, request, ListProjectors, request.List);
+
+  command = AddCommand(
+      *projectors, "add", "Add the definitions of a file to the library",
+      "A definition whose names the library has, but with other contents, is a conflict: without\n"
+      "--on-conflict it is reported and not imported, and the exit status is 1; all others are. With it:\n"
+      "  keep      the library's definition stays, the file's is not imported\n"
+      "  replace   the file's takes the place of the library's\n"
+      "  rename    the file's is added as \"Model (2)\", the library's stays\n\n"
+      "Examples:\n"
+      "  qdm projectors add Visora.BVD\n"
+      "  qdm projectors add Visora.BVD --on-conflict rename");
+  command->add_option("FILE.BVD", request.Add.File, "the definitions")->required();
+  command
+      ->add_option_function<std::string>(
+          "--on-conflict",
+          [&request](const std::string& answer) {
+            request.Add.Conflict = answer == "keep"      ? OnConflict::Keep
+                                   : answer == "replace" ? OnConflict::Replace
+                                                         : OnConflict::Rename;
+          },
+          "what becomes of a conflict")
+      ->transform(CLI::IsMember({"keep", "replace", "rename"}).description(""))
+      ->type_name("keep|replace|rename");
+  AddDataOption(command, request.Add);
+  Runs(command, request, AddProjectors, request.Add);
+
+  command = AddCommand(
+      *projectors, "extract", "Copy definitions from the library into a file",
+      "Names in either case. Over a longer old file, its later definitions stay in place, as with the\n"
+      "editor's EXPORT.\n\n"
+      "Examples:\n"
+      "  qdm projectors extract VISORA -o Visora.BVD\n"
+      "  qdm projectors extract visora compact -o Compact.BVD");
+  command->add_option("MANUFACTURER", request.Extract.Manufacturer, "the manufacturer")->required();
+  command->add_option("MODEL", request.Extract.Model, "the model; all of the manufacturer's when left out");
+  command->add_option("-o,--output", request.Extract.Output, "the file to write (.BVD)")
+      ->required()
+      ->type_name("FILE.BVD");
+  AddDataOption(command, request.Extract);
+  Runs(command, request, ExtractProjectors, request.Extract);
+
+  command = AddCommand(*projectors, "remove", "Delete a definition from the library",
+                       "The library before that stays as Projectors.BAK.\n\n"
+                       "Example:\n"
+                       "  qdm projectors remove VISORA Compact");
+  command->add_option("MANUFACTURER", request.Remove.Manufacturer, "the manufacturer")->required();
+  command->add_option("MODEL", request.Remove.Model, "the model")->required();
+  AddDataOption(command, request.Remove);
+  Runs(command, request, RemoveProjector, request.Remove);
+}
+
+constexpr const char* kAboutPorts =
+    "Ports are COM1..COM16 or devices (/dev/ttyUSB0). On Linux the serial ports of the system, in their "
+    "order,\n"
+    "are COM1, COM2, ...; the variable QDM_PORTS names others: device paths separated by commas.\n\n";
+
+void AddPanelCommands(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
+      app, "find", "Search the serial ports for panels",
+      kAboutPorts + std::string("A line a port: port, panel with its firmware, line settings. Panels "
+                                "that answered are restarted. The\nexit status is 1 when none was "
+                                "found.\n\n"
+                                "Examples:\n"
+                                "  qdm find\n"
+                                "  qdm find --type \"QDM 7\" --port COM3 --port /dev/ttyUSB1"));
+  command
+      ->add_option_function<std::string>(
+          "--type",
+          [&request](const std::string& type) { request.Find.ControllerType = ControllerTypeOf(type); },
+          "what to look for: QDM 7, QDM 6, QDM 4 or TL-VOX; any when left out")
+      ->type_name("TYPE");
+  command->add_option("--port", request.Find.Ports, "search this port alone; may be repeated")
+      ->allow_extra_args(false)
+      ->type_name("PORT");
+  Runs(command, request, Find, request.Find);
+
+  command = AddCommand(
+      app, "download", "Program a configuration into a panel",
+      kAboutPorts + std::string("Checks the configuration, finds the panel, programs its memory in 64 "
+                                "records and restarts it. Ctrl-C\nstops at any time and leaves the "
+                                "panel running.\n\n"
+                                "Examples:\n"
+                                "  qdm download \"Room 101.BVC\"\n"
+                                "  qdm download \"Room 101.BVC\" --port COM3"));
+  command->add_option("FILE.BVC", request.Download.File, "the configuration")->required();
+  command
+      ->add_option("--port", request.Download.Port,
+                   "the panel's port; when left out, the one panel of the right type that is found")
+      ->type_name("PORT");
+  Runs(command, request, Download, request.Download);
+
+  command = AddCommand(
+      app, "simulate", "Be a panel, for practice and tests",
+      "Prints the path of a pseudo-terminal and answers there like a panel, until it is interrupted.\n"
+      "Faults, with N the how manieth (3 the third, %3 every third, left out all), REPLY ident, ack or "
+      "restart:\n"
+      "  lose-REPLY[:N], wrong-REPLY[:N], noise-REPLY[:N], long-REPLY[:N], late-REPLY:N:MS,\n"
+      "  drop:N[:BYTE], corrupt:N[:BYTE[:MASK]], die:N, restart:N\n\n"
+      "Examples:\n"
+      "  qdm simulate --type TL-VOX --settings 19200,n,8,2\n"
+      "  qdm simulate --fault lose-ack:%3     # then, elsewhere: QDM_PORTS=/dev/pts/7 qdm download room.BVC");
+  command
+      ->add_option_function<std::string>(
+          "--type",
+          [&request](const std::string& type) { request.Simulate.ControllerType = ControllerTypeOf(type); },
+          "QDM 7 (when left out), QDM 6, QDM 4 or TL-VOX")
+      ->type_name("TYPE");
+  command->add_option("--firmware", request.Simulate.Firmware, "its version; 1.3 when left out")
+      ->type_name("MAJOR.MINOR");
+  command->add_option("--settings", request.Simulate.Settings, "where it listens; 9600,n,8,2 when left out")
+      ->type_name("SPEED,PARITY,8,2");
+  command->add_option("--memory", request.Simulate.Memory, "keep its 512 bytes in this file across runs")
+      ->type_name("FILE");
+  command->add_flag("--pace", request.Simulate.Pace, "bytes take the time that they take on a real line");
+  command->add_option("--fault", request.Simulate.Faults, "something that goes wrong; may be repeated")
+      ->allow_extra_args(false)
+      ->type_name("FAULT");
+  Runs(command, request, Simulate, request.Simulate);
+}
+
+// An option's name and what stands for its value; everything else is for the description to say.
+class PlainFormatter : public CLI::Formatter {
+ public:
+  PlainFormatter() {
+    label("SUBCOMMAND", "COMMAND");
+    label("Positionals", "Arguments");
+    column_width(26);
+  }
+  std::string make_option_opts(const CLI::Option* option) const override {
+    return option->get_positional() || option->get_items_expected() == 0 ? "" : " " + option->get_type_name();
+  }
+};
+
+void Describe(CLI::App& app) {
+  app.name("qdm");
+  app.description("What the QDM editor does to files and panels, without a window");
+  app.footer(
+      "\"qdm COMMAND --help\" tells more about a command.\n\n"
+      "Files are told by their endings, in either case: .BVC a configuration, .BVD and .DEF projector\n"
+      "definitions, .json text.\n"
+      "Exit status: 0 done; 1 refused or failed (a rule, a panel, a reply); 2 wrong command line, or a file\n"
+      "that cannot be read, written or understood.");
+  app.set_version_flag("--version", "qdm " + VersionText(), "Print the version");
+  app.set_help_flag("-h,--help", "Print this help");
+  app.require_subcommand(1);
+  app.allow_windows_style_options(false);
+  app.formatter(std::make_shared<PlainFormatter>());
+}
+
+int Complain(CommandContext& context, const std::string& what, int status) {
+  context.Err << "qdm: " << OneLine(what) << "\n";
+  return status;
+}
+
+// The command named so far, for a hint: "qdm projectors add".
+std::string NamedCommand(const CLI::App& app) {
+  std::string name = app.get_name();
+  for (const CLI::App* chosen : app.get_subcommands()) name += " " + NamedCommand(*chosen);
+  return name;
+}
+
+int RunCommand(const Request& request, CommandContext& context) {
+  try {
+    return request.Command(context);
+  } catch (const CommandError& error) {
+    return Complain(context, error.what(), error.Status());
+  } catch (const FileError& error) {
+    return Complain(context,
+                    PathToUtf8(error.Path()) + ": cannot " + error.Operation() + ": " + error.Reason(),
+                    kUnusable);
+  } catch (const std::exception& error) {
+    return Complain(context, error.what(), kUnusable);
+  }
+}
+
+}  // namespace
+
+int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
+  Request request;
+  CLI::App app;
+  Describe(app);
+  AddFileCommands(app, request);
+  AddProjectorsCommands(app, request);
+  AddPanelCommands(app, request);
+
+  std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::CallForHelp&) {
+    std::string help = app.help();
+    help.erase(help.find_last_not_of('\n') + 1);
+    context.Out << help << "\n";
+    return kDone;
+  } catch (const CLI::CallForVersion& version) {
+    context.Out << version.what() << "\n";
+    return kDone;
+  } catch (const CLI::ParseError& error) {
+    return Complain(context, std::string(error.what()) + " (see " + NamedCommand(app) + " --help)",
+                    kUnusable);
+  }
+
+  const int status = RunCommand(request, context);
+  context.Out.flush();
+  if (!context.Out) return Complain(context, "standard output: cannot write", kUnusable);
+  return status;
+}
+
+}  // namespace qdm

@@ -1,0 +1,135 @@
+#include "command_line/signals.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <system_error>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#include <csignal>
+#endif
+
+namespace qdm {
+
+#ifdef _WIN32
+
+namespace {
+
+std::mutex consoleEvents;           // held by whoever must not be interrupted
+std::atomic<StopRequest*> asked{};  // the procedure that is asked to stop
+std::atomic<bool> ended{};
+
+// Runs on a thread of its own; the system ends the program when it returns FALSE, and for all events but
+// Ctrl-C and Ctrl-Break also when it returns TRUE.
+BOOL WINAPI OnConsoleEvent(DWORD event) {
+  StopRequest* const stop = asked;
+  if (stop == nullptr) {
+    const std::lock_guard wait(consoleEvents);
+    return FALSE;
+  }
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [stop] { stop->Set(); }, Qt::QueuedConnection);
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+    while (!ended) Sleep(10);
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+struct HeldSignals::Before {
+  std::unique_lock<std::mutex> Held{consoleEvents};
+};
+
+HeldSignals::HeldSignals() {
+  static const bool listening = SetConsoleCtrlHandler(OnConsoleEvent, TRUE) != 0;
+  static_cast<void>(listening);
+  before_ = std::make_unique<Before>();
+}
+HeldSignals::~HeldSignals() = default;
+
+struct StopOnSignals::Line {};
+
+StopOnSignals::StopOnSignals(StopRequest& stop) {
+  ended = false;
+  asked = &stop;
+  SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+}
+
+StopOnSignals::~StopOnSignals() {
+  SetConsoleCtrlHandler(OnConsoleEvent, FALSE);
+  asked = nullptr;
+  ended = true;
+}
+
+#else
+
+namespace {
+
+constexpr std::array<int, 3> kSignals = {SIGINT, SIGTERM, SIGHUP};
+
+// A signal handler may do next to nothing: it writes a byte, and the event loop does the rest.
+std::atomic<int> pipeToLoop{-1};
+
+void OnSignal(int) {
+  const int savedError = errno;
+  const char byte = 0;
+  [[maybe_unused]] const auto written = ::write(pipeToLoop, &byte, 1);
+  errno = savedError;
+}
+
+}  // namespace
+
+struct HeldSignals::Before {
+  sigset_t Mask;
+};
+
+HeldSignals::HeldSignals() : before_(std::make_unique<Before>()) {
+  sigset_t held;
+  sigemptyset(&held);
+  for (const int signal : kSignals) sigaddset(&held, signal);
+  pthread_sigmask(SIG_BLOCK, &held, &before_->Mask);
+}
+
+HeldSignals::~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_->Mask, nullptr); }
+
+struct StopOnSignals::Line {
+  std::array<int, 2> Pipe{};
+  std::array<struct sigaction, kSignals.size()> Before{};
+  std::unique_ptr<QSocketNotifier> Told;
+};
+
+StopOnSignals::StopOnSignals(StopRequest& stop) : line_(std::make_unique<Line>()) {
+  if (::pipe(line_->Pipe.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  for (const int end : line_->Pipe) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+  pipeToLoop = line_->Pipe[1];
+  line_->Told = std::make_unique<QSocketNotifier>(line_->Pipe[0], QSocketNotifier::Read);
+  QObject::connect(line_->Told.get(), &QSocketNotifier::activated, line_->Told.get(),
+                   [&stop, from = line_->Pipe[0]] {
+                     char byte = 0;
+                     [[maybe_unused]] const auto got = ::read(from, &byte, 1);
+                     stop.Set();
+                   });
+  struct sigaction action {};
+  action.sa_handler = OnSignal;
+  action.sa_flags = SA_RESTART;
+  for (std::size_t i = 0; i < kSignals.size(); ++i) ::sigaction(kSignals[i], &action, &line_->Before[i]);
+}
+
+StopOnSignals::~StopOnSignals() {
+  for (std::size_t i = 0; i < kSignals.size(); ++i) ::sigaction(kSignals[i], &line_->Before[i], nullptr);
+  line_->Told.reset();
+  pipeToLoop = -1;
+  for (const int end : line_->Pipe) ::close(end);
+}
+
+#endif
+
+}  // namespace qdm
