@@ -4,7 +4,7 @@
 //   wrong-REPLY[:N]          another first byte is sent instead; an identification then has a wrong sum
 //   noise-REPLY[:N]          a byte of noise comes before the reply
 //   long-REPLY[:N]           a byte follows the reply
-//   late-REPLY:N:MS          the reply comes MS milliseconds late
+//   late-REPLY:N:MS          the reply comes MS milliseconds late; of several, the longest counts
 //   drop:N[:BYTE]            byte BYTE (from 0, on the wire; 6 when left out) of a record is lost on its way
 //   corrupt:N[:BYTE[:MASK]]  its bits in MASK (1..255; 1 when left out) are inverted
 //   die:N                    from record N on the panel is silent

@@ -45,6 +45,8 @@ class PanelLink {
 
   // Opens the port for programming. False when it does not open.
   bool Open();
+  // Replies that were not waited for may come up to 2 s from now.
+  void ExpectLateReplies() { repliesUntil_ = time_.Now() + kLateReply; }
   // True when acknowledged. A request to stop is looked at before each attempt.
   bool SendAcknowledged(ByteView frame, const StopRequest& stop);
   // Until nothing late can come any more. False when the line does not fall silent or is gone.
@@ -111,12 +113,18 @@ bool Identifies(SerialPort& port, std::string_view settings, int controllerType,
   return panel && panel->IsOfType(controllerType);
 }
 
-bool Connect(SerialPort& port, const std::string& settings, int controllerType, Waiting& time,
-             const StopRequest& stop) {
-  if (!stop.IsSet() && Identifies(port, settings, controllerType, time)) return true;
-  return std::any_of(LineSettingsTable.begin(), LineSettingsTable.end(), [&](const LineSetting& setting) {
-    return !stop.IsSet() && Identifies(port, setting.Settings, controllerType, time);
-  });
+// How often the panel was asked until it answered; 0 when it did not.
+int Connect(SerialPort& port, const std::string& settings, int controllerType, Waiting& time,
+            const StopRequest& stop) {
+  int asked = 0;
+  const auto answersAt = [&](std::string_view at) {
+    ++asked;
+    return !stop.IsSet() && Identifies(port, at, controllerType, time);
+  };
+  const bool answered =
+      answersAt(settings) || std::any_of(LineSettingsTable.begin(), LineSettingsTable.end(),
+                                         [&](const LineSetting& entry) { return answersAt(entry.Settings); });
+  return answered ? asked : 0;
 }
 
 void SendRecords(PanelLink& link, const PanelImage& image, const StopRequest& stop,
@@ -164,7 +172,8 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
                                ProgrammingObserver& observer) {
   ProgrammingResult result;
   observer.Connecting();
-  result.Connected = Connect(port, settings, controllerType, time, stop);
+  const int asked = Connect(port, settings, controllerType, time, stop);
+  result.Connected = asked > 0;
   if (!result.Connected) {
     port.Close();
     observer.Tell(Failure("Could not connect to QDM panel"));
@@ -172,6 +181,7 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
   }
 
   PanelLink link(port, time);
+  if (asked > 1) link.ExpectLateReplies();
   if (link.Open()) SendRecords(link, image, stop, observer, result);
   observer.Tell(result.Programmed ? Message{"The QDM panel has been programed", "Done!", MessageIcon::None}
                                   : Failure("The QDM panel failed to program"));

@@ -218,7 +218,7 @@ void SimulatedPanel::Reply(Target what, Bytes data, const LineSettings& at,
         data.push_back(fault.Value);
         break;
       case Kind::Late:
-        after += fault.Delay;
+        after = std::max(after, fault.Delay);
         break;
       default:
         break;

@@ -1,9 +1,12 @@
 #include "download/panel_search.h"
 
 #include "download/simulated_line.h"
+#include "support/panel_descriptions.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
+
+#include <map>
 
 namespace qdm {
 namespace {
@@ -40,13 +43,6 @@ TEST(Identification, TextNamesTheModelsThatTheSearchKnows) {
 // Slots with simulated lines, in virtual time.
 class PanelSearch : public testing::Test {
  protected:
-  SimulatedPanel::Description A(std::uint8_t model, std::string settings,
-                                std::vector<std::string> faults = {}) {
-    SimulatedPanel::Description description{
-        .Panel = {.Model = model, .Major = 1, .Minor = 3}, .Settings = std::move(settings), .Faults = {}};
-    for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
-    return description;
-  }
   SimulatedPanel& Attach(SimulatedPanel::Description description) {
     return ports.AttachPanel(++attached, "simulated", SimulatedPanel(std::move(description)));
   }
@@ -71,7 +67,7 @@ TEST_F(PanelSearch, FindsAPanelAtEachOfTheLineSettings) {
   for (std::size_t i = 0; i < LineSettingsTable.size(); ++i) {
     const std::string settings(LineSettingsTable[i].Settings);
     attached = 0;
-    Attach(A(1, settings));
+    Attach(Described(kQdm7, settings));
     Search();
     EXPECT_EQ(slots[0].Settings, settings);
     EXPECT_EQ(slots[0].Status, "QDM7 1.3");
@@ -80,7 +76,7 @@ TEST_F(PanelSearch, FindsAPanelAtEachOfTheLineSettings) {
 }
 
 TEST_F(PanelSearch, ShowsEachSettingAndLeavesEveryPortClosed) {
-  Attach(A(1, "19200,e,8,2"));
+  Attach(Described(kQdm7, "19200,e,8,2"));
   ports.AttachLine(2, "silent");
   Search();
   EXPECT_THAT(shown[0], ElementsAre("Search 9K6,none", "Search 9K6,even", "Search 9K6,odd",
@@ -93,16 +89,12 @@ TEST_F(PanelSearch, ShowsEachSettingAndLeavesEveryPortClosed) {
 }
 
 TEST_F(PanelSearch, WhateverIsNotExactlyOneReplyIsNoAnswer) {
-  struct Case {
-    const char* Fault;
-    const char* Settings;
-  };
   // The first exchange at 9600,n fails and the panel is never asked there again.
   for (const char* fault :
        {"wrong-ident:1", "long-ident:1", "noise-ident:1", "lose-ident:1", "late-ident:1:501"}) {
     SCOPED_TRACE(fault);
     attached = 0;
-    Attach(A(1, "9600,n,8,2", {fault}));
+    Attach(Described(kQdm7, "9600,n,8,2", {fault}));
     Search();
     EXPECT_FALSE(slots[0].Panel);
     EXPECT_FALSE(slots[0].Choosable());
@@ -110,14 +102,14 @@ TEST_F(PanelSearch, WhateverIsNotExactlyOneReplyIsNoAnswer) {
     EXPECT_EQ(took, milliseconds(15 * 500));
   }
   attached = 0;
-  Attach(A(1, "9600,n,8,2", {"late-ident:1:499"}));
+  Attach(Described(kQdm7, "9600,n,8,2", {"late-ident:1:499"}));
   Search();
   EXPECT_EQ(slots[0].Status, "QDM7 1.3");
 }
 
 TEST_F(PanelSearch, ShowsAPanelOfAnotherTypeButDoesNotOfferIt) {
-  Attach(A(1, "9600,n,8,2"));
-  Attach(A(4, "9600,e,8,2"));
+  Attach(Described(kQdm7, "9600,n,8,2"));
+  Attach(Described(kTlVox, "9600,e,8,2"));
   Search(kTlVox);
   EXPECT_EQ(slots[0].Status, "QDM7 1.3");
   EXPECT_TRUE(slots[0].Panel);
@@ -129,8 +121,8 @@ TEST_F(PanelSearch, ShowsAPanelOfAnotherTypeButDoesNotOfferIt) {
 TEST_F(PanelSearch, EndsAtOnceWhenNobodyIsLeftToAsk) {
   Search();
   EXPECT_EQ(took, Microseconds(0));
-  Attach(A(1, "9600,n,8,2"));
-  Attach(A(2, "9600,o,8,2"));
+  Attach(Described(kQdm7, "9600,n,8,2"));
+  Attach(Described(kQdm6, "9600,o,8,2"));
   Search();
   EXPECT_EQ(took, milliseconds(3 * 500));
 }
@@ -146,8 +138,8 @@ TEST_F(PanelSearch, SixteenPortsTakeAsLongAsOne) {
 }
 
 TEST_F(PanelSearch, StopsBeforeTheNextSettingAndKeepsWhatAnswered) {
-  Attach(A(1, "9600,e,8,2"));
-  Attach(A(2, "9600,o,8,2"));
+  Attach(Described(kQdm7, "9600,e,8,2"));
+  Attach(Described(kQdm6, "9600,o,8,2"));
   time.At(time.Now() + milliseconds(700), [this] { stop.Set(); });
   Search();
   EXPECT_EQ(took, milliseconds(1000));
@@ -168,7 +160,7 @@ TEST_F(PanelSearch, APortThatIsPulledOutDropsOutOfTheSearch) {
 }
 
 TEST_F(PanelSearch, ASecondSearchForgetsTheFirst) {
-  Attach(A(1, "9600,n,8,2", {"lose-ident:2"}));
+  Attach(Described(kQdm7, "9600,n,8,2", {"lose-ident:2"}));
   Search();
   EXPECT_TRUE(slots[0].Choosable());
   SearchAllPorts(slots, std::nullopt, time, stop, nullptr);

@@ -1,6 +1,8 @@
 #include "download/programming.h"
 
 #include "download/simulated_line.h"
+#include "support/message_printer.h"
+#include "support/panel_descriptions.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
@@ -69,9 +71,7 @@ class Recorder : public ProgrammingObserver {
 class Download : public testing::Test {
  protected:
   void PanelWith(const std::vector<std::string>& faults, std::string settings = "19200,e,8,2") {
-    SimulatedPanel::Description description{.Settings = std::move(settings)};
-    for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
-    panel = std::make_unique<SimulatedPanel>(std::move(description));
+    panel = std::make_unique<SimulatedPanel>(Described(kQdm7, std::move(settings), faults));
     line = std::make_unique<SimulatedLine>(panel.get(), time, Pacing::TrueByteTime);
   }
   void Program(const std::string& settings = "19200,e,8,2", int controllerType = kQdm7) {
@@ -202,6 +202,18 @@ TEST_F(Download, ALateRestartAcknowledgementConfirmsNoRecord) {
   EXPECT_THAT(user.told, ElementsAre(kFailed));
 }
 
+// The check byte of version 1.15 is 0xF0: a reply to the search that comes late must not confirm a record.
+TEST_F(Download, ALateIdentificationConfirmsNoRecord) {
+  SimulatedPanel::Description description = Described(
+      kQdm7, "9600,n,8,2", {"late-ident:1:1010", "drop:1", "drop:2", "drop:3", "drop:4", "drop:5", "drop:6"});
+  description.Panel.Minor = 15;
+  panel = std::make_unique<SimulatedPanel>(std::move(description));
+  line = std::make_unique<SimulatedLine>(panel.get(), time, Pacing::TrueByteTime);
+  Program("9600,n,8,2");
+  EXPECT_TRUE(result.Connected);
+  EXPECT_EQ(result.Records, 0);
+}
+
 TEST_F(Download, NoiseOnAnIdleLineConfirmsNothing) {
   PanelWith({"drop:1", "drop:2", "drop:3", "drop:4", "drop:5", "drop:6"});
   user.OnProgress = [this] { line->NoiseAt(time.Now(), Bytes{kAcknowledge, kAcknowledge}); };
@@ -260,12 +272,9 @@ TEST_F(Download, SixtyFourRecordsTakeWhatTheirBytesTake) {
 
 TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
   SimulatedPorts ports(time);
-  for (int number = 1; number <= 3; ++number) {
-    SimulatedPanel::Description description{.Settings = "9600,n,8,2"};
-    description.Panel.Model = static_cast<std::uint8_t>(number);
-    if (number == 2) description.Faults.push_back(ParsePanelFault("no-restart-ack"));
-    ports.AttachPanel(number, "simulated", SimulatedPanel(std::move(description)));
-  }
+  ports.AttachPanel(1, "simulated", SimulatedPanel(Described(kQdm7, "9600,n,8,2")));
+  ports.AttachPanel(2, "simulated", SimulatedPanel(Described(kQdm6, "9600,n,8,2", {"no-restart-ack"})));
+  ports.AttachPanel(3, "simulated", SimulatedPanel(Described(kTlVox, "9600,n,8,2")));
   ports.AttachLine(4, "silent");
   std::vector<SearchSlot> slots = AllSlots(ports);
   SearchAllPorts(slots, kQdm7, time, stop, nullptr);

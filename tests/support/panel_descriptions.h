@@ -1,0 +1,20 @@
+// Simulated panels in a line: Described(kQdm7, "19200,e,8,2", {"lose-ack:3"}).
+#pragma once
+
+#include "download/simulated_panel.h"
+
+#include <string>
+#include <vector>
+
+namespace qdm {
+
+inline SimulatedPanel::Description Described(int controllerType, std::string settings,
+                                             const std::vector<std::string>& faults = {}) {
+  SimulatedPanel::Description description;
+  description.Panel.Model = static_cast<std::uint8_t>(controllerType + 1);
+  description.Settings = std::move(settings);
+  for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
+  return description;
+}
+
+}  // namespace qdm
