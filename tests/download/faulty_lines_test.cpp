@@ -5,11 +5,11 @@
 #include "download/simulated_line.h"
 #include "support/message_printer.h"
 #include "support/panel_descriptions.h"
+#include "support/random_seed.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <random>
 
@@ -183,16 +183,15 @@ class FaultyLine : public ProgrammingObserver {
 };
 
 TEST(FaultyLines, NeverSayProgramedWhenTheMemoryDiffers) {
-  const char* given = std::getenv("QDM_TEST_SEED");
-  const std::uint64_t seed = given != nullptr ? std::strtoull(given, nullptr, 10) : std::random_device{}();
-  std::cout << "QDM_TEST_SEED=" << seed << "\n";
+  const RandomSeed seed;
+  std::cout << seed.Text() << "\n";
 
   int programmed = 0;
   int repaired = 0;
   int deceived = 0;
   for (int i = 0; i < kLines && !testing::Test::HasFailure(); ++i) {
-    SCOPED_TRACE("QDM_TEST_SEED=" + std::to_string(seed) + ", line " + std::to_string(i));
-    FaultyLine line(seed + static_cast<std::uint64_t>(i) * 0x9E3779B97F4A7C15U);
+    SCOPED_TRACE(seed.Text() + ", line " + std::to_string(i));
+    FaultyLine line(seed.Value() + static_cast<std::uint64_t>(i) * 0x9E3779B97F4A7C15U);
     line.Program();
     line.Check();
     if (line.SaidProgrammed()) ++programmed;
