@@ -149,10 +149,13 @@ std::int16_t VariableBytePositionOf(const SerialString& string) {
 
 std::array<std::uint8_t, 4> IgnoreMask(const SerialString& string) {
   std::array<std::uint8_t, 4> mask{};
-  for (std::size_t i = 0; i < kMaximumStringBytes; ++i) {
-    if (string.Kinds[i] == static_cast<std::uint8_t>(ByteKind::IGN)) {
-      mask[i / 8] = static_cast<std::uint8_t>(mask[i / 8] | 1U << i % 8);
+  for (std::size_t group = 0; group < mask.size(); ++group) {
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < 8; ++i) {
+      const bool ignored = string.Kinds[8 * group + i] == static_cast<std::uint8_t>(ByteKind::IGN);
+      bits |= static_cast<unsigned>(ignored) << i;
     }
+    mask[group] = static_cast<std::uint8_t>(bits);
   }
   return mask;
 }
