@@ -1,30 +1,15 @@
 #include "projectors/forms/new_name_form.h"
 
+#include "projectors/forms/name_validator.h"
 #include "projectors/forms/qt_text.h"
 #include "serial_strings/code_page.h"
 #include "ui_new_name_form.h"
 
 #include <QLineEdit>
 #include <QPushButton>
-#include <QValidator>
-
-#include <algorithm>
 
 namespace qdm {
 namespace {
-
-// Takes what a name can hold on disk: printable characters of Windows-1252.
-class NameValidator : public QValidator {
- public:
-  using QValidator::QValidator;
-
-  State validate(QString& text, int&) const override {
-    const bool storable = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
-      return c.unicode() >= 32 && ByteOf(c.unicode()).has_value();
-    });
-    return storable ? Acceptable : Invalid;
-  }
-};
 
 FixedText<32> NameIn(const QLineEdit* box) { return FixedText<32>(TrimBlanks(box->text().toStdU16String())); }
 

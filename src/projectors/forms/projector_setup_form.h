@@ -1,0 +1,74 @@
+// The "Projector Setup" dialog: edits the definition in Globals::CurrentProjector and, on Done, stores it in
+// the library. Closed in any other way it puts CurrentProjector back and leaves the library as it was;
+// changes are dropped only after a question.
+#pragma once
+
+#include "projectors/projector_definition.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <memory>
+
+class QButtonGroup;
+
+namespace Ui {
+class ProjectorSetupForm;
+}
+
+namespace qdm {
+
+struct Globals;
+class IntegerEntry;
+class StringRows;
+class UserPrompts;
+
+// What the dialog opens for one string: both work on Globals::CurrentSlot of CurrentProjector and return when
+// they are closed.
+struct SlotWindows {
+  std::function<void(QWidget* parent, int firstByte)> Edit;
+  std::function<void(QWidget* parent)> Test;
+};
+
+class ProjectorSetupForm : public QDialog {
+  Q_OBJECT
+
+ public:
+  ProjectorSetupForm(Globals& globals, UserPrompts& prompts, SlotWindows windows, QWidget* parent = nullptr);
+  ~ProjectorSetupForm() override;
+
+  // Cancel, Escape and the close box.
+  void reject() override;
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void MakeGroups();
+  void ConnectControls();
+  void Load();
+  void LoadNumber(IntegerEntry* entry, int stored, int highest, const char* label);
+  void Store(ProjectorDefinition& projector) const;
+  // The definition as the controls have it.
+  ProjectorDefinition Edited() const;
+
+  void Done_Click();
+  void EditSlot(int slot, int firstByte);
+  void TestSlot(int slot);
+  void PrepareSlotWindow(int slot);
+  void ShowAfterSlotWindow();
+  void ShowBudget();
+
+  std::unique_ptr<Ui::ProjectorSetupForm> ui_;
+  Globals& globals_;
+  UserPrompts& prompts_;
+  SlotWindows windows_;
+  StringRows* Strings;
+  QButtonGroup* Baudrate;
+  QButtonGroup* ParityOption;
+  QButtonGroup* Stopbits;
+  const ProjectorDefinition opened_;
+  ProjectorDefinition loaded_;  // `opened_` as the controls show it
+};
+
+}  // namespace qdm
