@@ -116,6 +116,7 @@ void StringRows::MakeDisplay(std::size_t slot, const QString& name, int line, in
   KeepPlace(display);
   cells_[slot].Display = display;
   cells_[slot].Edit = MakeButton("Edit", slot, {}, tr("Edit %1 (Enter)").arg(name));
+  cells_[slot].Edit->setAutoRaise(true);
   cells_[slot].Edit->setIcon(QIcon(QStringLiteral(":/icons/edit.png")));
   grid_->addWidget(display, line, column);
   grid_->addWidget(cells_[slot].Edit, line, column + 1);
@@ -135,7 +136,6 @@ QToolButton* StringRows::MakeButton(const char* name, std::size_t slot, const QS
   button->setText(caption);
   button->setToolTip(toolTip);
   button->setAccessibleName(toolTip);
-  button->setAutoRaise(true);
   button->setFocusPolicy(Qt::NoFocus);
   KeepPlace(button);
   return button;
