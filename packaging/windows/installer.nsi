@@ -9,6 +9,14 @@ SetCompressor /SOLID lzma
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}"
 !define CLASSES "Software\Classes"
 
+VIProductVersion "${VERSION}.0"
+VIAddVersionKey "ProductName" "${PRODUCT}"
+VIAddVersionKey "CompanyName" "Brevan"
+VIAddVersionKey "FileDescription" "${PRODUCT} setup"
+VIAddVersionKey "FileVersion" "${VERSION}"
+VIAddVersionKey "ProductVersion" "${VERSION}"
+VIAddVersionKey "LegalCopyright" "GPL-3.0-or-later"
+
 Name "${PRODUCT} ${VERSION}"
 OutFile "${OUTPUT}"
 InstallDir "$PROGRAMFILES64\${PRODUCT}"
@@ -21,11 +29,18 @@ ManifestDPIAware true
 !insertmacro MUI_PAGE_LICENSE "${STAGE}/licence.txt"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
-!define MUI_FINISHPAGE_RUN "$INSTDIR\qdm-editor.exe"
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_FUNCTION StartAsUser
 !insertmacro MUI_PAGE_FINISH
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
+
+; Through the desktop's shell, without the rights of this setup program: started with them, the editor would take the program folder
+; for the place of the library.
+Function StartAsUser
+  Exec '"$WINDIR\explorer.exe" "$INSTDIR\qdm-editor.exe"'
+FunctionEnd
 
 ; FileType ENDING CLASS DESCRIPTION: files of that ending open with the editor.
 !macro FileType ENDING CLASS DESCRIPTION
@@ -38,7 +53,8 @@ ManifestDPIAware true
 !macro NoFileType ENDING CLASS
   ReadRegStr $0 HKLM "${CLASSES}\${ENDING}" ""
   StrCmp $0 "${CLASS}" 0 +2
-    DeleteRegKey HKLM "${CLASSES}\${ENDING}"
+    DeleteRegValue HKLM "${CLASSES}\${ENDING}" ""
+  DeleteRegKey /ifempty HKLM "${CLASSES}\${ENDING}"
   DeleteRegKey HKLM "${CLASSES}\${CLASS}"
 !macroend
 
@@ -62,7 +78,11 @@ Section
   WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
   WriteRegStr HKLM "${UNINSTALL_KEY}" "Publisher" "Brevan"
   WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\qdm-editor.exe"
+  WriteRegStr HKLM "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
   WriteRegStr HKLM "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+  WriteRegStr HKLM "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+  WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoModify" 1
+  WriteRegDWORD HKLM "${UNINSTALL_KEY}" "NoRepair" 1
   System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
 SectionEnd
 

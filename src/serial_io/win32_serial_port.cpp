@@ -66,6 +66,13 @@ struct Win32SerialPort::Line {
     GetOverlappedResult(File.Get(), &Reading, &count, TRUE);
   }
 
+  // Only a serial line has line settings.
+  bool IsSerial() const {
+    DCB control{};
+    control.DCBlength = sizeof(control);
+    return File.Valid() && GetCommState(File.Get(), &control) != 0;
+  }
+
   void Start() {
     COMMTIMEOUTS timeouts{kReadInterval, 0, kReadTotal, 0, kWriteTotal};
     SetCommTimeouts(File.Get(), &timeouts);
@@ -178,7 +185,7 @@ bool Win32SerialPort::Open() {
   Close();
   if (device_.empty()) return false;
   auto line = std::make_unique<Line>(device_);
-  if (!line->File.Valid()) return false;
+  if (!line->IsSerial()) return false;
   line_ = std::move(line);
   line_->Apply(settings_);
   line_->Start();
