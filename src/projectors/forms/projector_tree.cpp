@@ -39,7 +39,7 @@ void ProjectorTree::KeepingNodes(Change change) {
   }
   change();
   if (!model_->Filter().isEmpty()) {
-    expandAll();
+    expandToDepth(0);  // expandAll remembers every model by itself, which takes 100 ms for 10,000
   } else {
     for (int row = 0; row < model_->rowCount(); ++row) {
       const QModelIndex top = model_->index(row, 0);
