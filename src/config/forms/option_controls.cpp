@@ -20,6 +20,12 @@ void NumberButtons(QButtonGroup* group) {
   }
 }
 
+void NameButtons(QButtonGroup* group, const QString& subject) {
+  for (QAbstractButton* button : group->buttons()) {
+    button->setAccessibleName(subject + QStringLiteral(": ") + button->text());
+  }
+}
+
 void Select(QButtonGroup* group, int id) {
   if (QAbstractButton* button = group->button(id)) {
     button->setChecked(true);
@@ -91,6 +97,12 @@ void OptionControls::ListControls() {
 
   for (QButtonGroup* group : findChildren<QButtonGroup*>()) NumberButtons(group);
   ui_->integer5v1->SetLabel(QStringLiteral("Voltage threshold for PIR sensor"));
+  // What the frame says to the eye, the name has to say to a screen reader.
+  const std::array<QCheckBox*, 3> inputs = {ui_->UsePC1Check, ui_->UsePC2Check, ui_->UseVideoCheck};
+  for (std::size_t i = 0; i < audio_.size(); ++i) NameButtons(audio_[i], inputs[i]->text());
+  NameButtons(ui_->ControlInputOptionLowHighOption, ui_->OccupiedLabel->text());
+  NameButtons(ui_->OutputsOption, ui_->OutputsFrame->title());
+  NameButtons(ui_->ControlInputOption, ui_->ControlInputFrame->title());
   const std::array<const char*, 4> steps = {"First button", "Second button", "Third button", "Fourth button"};
   for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetLabel(QLatin1String(steps[i]));
 }

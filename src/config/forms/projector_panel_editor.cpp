@@ -85,6 +85,11 @@ void ProjectorPanelEditor::SetUpToolbar() {
   auto* open = qobject_cast<QToolButton*>(ui_->Toolbar1->widgetForAction(ui_->OPEN));
   open->setPopupMode(QToolButton::MenuButtonPopup);
   open->setMenu(recentFiles_);
+  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O), this), &QShortcut::activated, open,
+          &QToolButton::showMenu);
+  for (QAction* action : ui_->Toolbar1->actions()) {
+    ui_->Toolbar1->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+  }
   // An action without a tip shows its text as one.
   ui_->Toolbar1->widgetForAction(ui_->EXIT)->setToolTip({});
 
@@ -111,7 +116,7 @@ void ProjectorPanelEditor::SetUpStatusBar() {
   unsavedMark_->setObjectName(QStringLiteral("UnsavedMark"));
   auto* findPanel = new QToolButton(this);
   findPanel->setObjectName(QStringLiteral("FindPanel"));
-  findPanel->setText(tr("Find &panel"));
+  findPanel->setText(tr("&Find panel"));
   findPanel->setIcon(QIcon(QStringLiteral(":/icons/port.png")));
   findPanel->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   findPanel->setAutoRaise(true);
@@ -147,6 +152,8 @@ void ProjectorPanelEditor::ConnectControls() {
 }
 
 void ProjectorPanelEditor::RestoreWindow() {
+  // A dropped file is for the window, not its name for the entry that it falls on.
+  for (QLineEdit* entry : findChildren<QLineEdit*>()) entry->setAcceptDrops(false);
   ui_->Splitter->setStretchFactor(0, 0);
   ui_->Splitter->setStretchFactor(1, 1);
   resize(kFirstSize.boundedTo(screen()->availableSize()));
