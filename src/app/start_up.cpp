@@ -10,6 +10,7 @@
 #include "download/forms/download_form.h"
 #include "download/forms/find_panel_form.h"
 #include "download/simulated_line.h"
+#include "projectors/data_folder.h"
 #include "projectors/forms/projector_selector.h"
 #include "projectors/forms/qt_text.h"
 #include "serial_io/event_loop_waiting.h"
@@ -46,12 +47,17 @@ std::unique_ptr<Demonstration> MakeDemonstration(const StartArguments& arguments
   }
 }
 
-// The library lies where the user says, else beside the program.
-std::filesystem::path DataFolderOf(const StartArguments& arguments,
-                                   const std::filesystem::path& programFolder) {
-  if (arguments.DataFolder) return *arguments.DataFolder;
-  const QString named = qEnvironmentVariable("QDM_DATA");
-  return named.isEmpty() ? programFolder : ToPath(named);
+// A folder that cannot be prepared is told; the library is empty then, and saving it says so again.
+std::filesystem::path PreparedDataFolder(const StartArguments& arguments,
+                                         const std::filesystem::path& programFolder, UserPrompts& prompts) {
+  const auto named = arguments.DataFolder ? arguments.DataFolder : DataFolderVariable();
+  const DataFolder folder = FindDataFolder(named, programFolder, UserDataFolder());
+  try {
+    PrepareDataFolder(folder);
+  } catch (const FileError& error) {
+    prompts.Show(nullptr, SorryAbout(error));
+  }
+  return folder.Folder;
 }
 
 // A demonstration neither reads nor leaves traces in the user's settings.
@@ -100,7 +106,7 @@ int RunEditor(QApplication& application) {
   Globals globals;
   globals.ProgramFolder = ToPath(QApplication::applicationDirPath());
   globals.DataFolder =
-      demonstration ? demonstration->Folder() : DataFolderOf(arguments, globals.ProgramFolder);
+      demonstration ? demonstration->Folder() : PreparedDataFolder(arguments, globals.ProgramFolder, prompts);
   EventLoopWaiting time;
   std::unique_ptr<SerialPorts> ports = MakeSystemPorts();
   if (demonstration) ports = DemonstrationPorts(time);

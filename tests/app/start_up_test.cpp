@@ -1,0 +1,59 @@
+#include "app/start_up.h"
+
+#include "app/demonstration.h"
+#include "config/configuration_file.h"
+#include "projectors/projector_files.h"
+#include "support/temp_folder.h"
+
+#include <QFileInfo>
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+
+QStringList Line(std::initializer_list<const char*> words) {
+  QStringList line{QStringLiteral("qdm-editor")};
+  for (const char* word : words) line.append(QString::fromUtf8(word));
+  return line;
+}
+
+TEST(StartArguments, AreReadFromTheCommandLine) {
+  const StartArguments none = ReadArguments(Line({}));
+  EXPECT_FALSE(none.Demo);
+  EXPECT_FALSE(none.DataFolder);
+  EXPECT_EQ(none.File, QString());
+
+  const StartArguments all = ReadArguments(Line({"--demo", "--data", "/a b/ü", "\"/rooms/Board room.BVC\""}));
+  EXPECT_TRUE(all.Demo);
+  EXPECT_EQ(all.DataFolder, std::filesystem::path(u8"/a b/ü"));
+  EXPECT_EQ(all.File, QStringLiteral("\"/rooms/Board room.BVC\"")) << "the quotes are the window's business";
+  EXPECT_EQ(ReadArguments(Line({"/rooms/Board", "room.BVC"})).File, QStringLiteral("/rooms/Board room.BVC"));
+}
+
+TEST(Demonstration, WorksOnCopiesThatGoWithIt) {
+  std::filesystem::path folder;
+  {
+    const Demonstration demonstration((QString()));
+    folder = demonstration.Folder();
+    EXPECT_EQ(QFileInfo(demonstration.Configuration()).fileName(), QStringLiteral("Auditorium TL-VOX.BVC"));
+    EXPECT_EQ(ReadConfiguration(demonstration.Configuration().toStdString()).ControllerType, kTlVox);
+    ProjectorLibrary library;
+    LoadProjectorDatabase(folder, library);
+    EXPECT_GE(library.Size(), 20U);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST(Demonstration, TakesAFileThatIsNamed) {
+  const TempFolder elsewhere;
+  WriteConfiguration(elsewhere / "Mine.BVC", {}, OldTail::Dropped);
+  const Demonstration demonstration(QString::fromStdString((elsewhere / "Mine.BVC").string()));
+  EXPECT_EQ(QFileInfo(demonstration.Configuration()).fileName(), QStringLiteral("Mine.BVC"));
+  EXPECT_EQ(std::filesystem::path(demonstration.Configuration().toStdString()).parent_path(),
+            demonstration.Folder());
+  EXPECT_THROW(Demonstration(QStringLiteral("/no/such.BVC")), FileError);
+}
+
+}  // namespace
+}  // namespace qdm
