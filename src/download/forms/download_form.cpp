@@ -1,7 +1,7 @@
 #include "download/forms/download_form.h"
 
 #include "download/forms/find_panel_form.h"
-#include "serial_io/port_list.h"
+#include "download/forms/port_words.h"
 #include "ui_download_form.h"
 
 #include <QKeyEvent>
@@ -323,14 +323,7 @@ QString Download::WhyNotChoosable(const SearchSlot& slot, const std::string& dev
         .arg(TypeName(slot.Panel->Model - 1), TypeName(configuration_.ControllerType));
   }
   if (slot.Present) return QStringLiteral("Nobody answered at any line setting.");
-  if (device.empty()) return QStringLiteral("This computer has no such port.");
-  if (const std::optional<ClosedToUser> closed = DeviceClosedToUser(device);
-      closed && !closed->Group.empty()) {
-    return QStringLiteral("%1 is open to members of the group %2 only.")
-        .arg(QString::fromStdString(device), QString::fromStdString(closed->Group));
-  }
-  return QStringLiteral("%1 could not be opened: another program may be using it.")
-      .arg(QString::fromStdString(device));
+  return WhyPortIsClosed(device);
 }
 
 // Escape is Done, so it waits like Done while a panel is being programmed.
