@@ -2,14 +2,13 @@
 
 #include "config/configuration_file.h"
 #include "config/configuration_rules.h"
-#include "config/forms/option_controls.h"
+#include "config/forms/projector_reconciliation.h"
 #include "config/forms/recent_files.h"
+#include "config/forms/unsaved_work.h"
 #include "config/version.h"
 #include "projectors/forms/projector_import.h"
-#include "projectors/forms/projector_replace_form.h"
 #include "projectors/forms/qt_text.h"
 #include "projectors/projector_files.h"
-#include "projectors/record_difference.h"
 #include "ui_projector_panel_editor.h"
 
 #include <QCloseEvent>
@@ -29,17 +28,11 @@ namespace {
 
 const QString kGeometryKey = QStringLiteral("mainWindow/geometry");
 const QString kSplitterKey = QStringLiteral("mainWindow/splitter");
-const QString kUnsavedKey = QStringLiteral("unsavedWork");
 constexpr QSize kFirstSize(1366, 730);
 constexpr int kTreeWidth = 240;
 constexpr int kNarrowTreeWidth = 160;
 
 const Message kSaved{"QDM configuration saved", "File Saved.", MessageIcon::None};
-const Message kProjectorChanged{
-    "The projector included in this configuration has been edited!\r\n"
-    "Do you wish to change it to the new version?",
-    "Projector Changed!", MessageIcon::Question};
-
 QString StartTitle() { return QStringLiteral("Brevan QDM Editor ") + QString::fromStdString(VersionText()); }
 
 // "Boardroom.BVC (/home/me/panels)": the name first, since the end is what a narrow window cuts.
@@ -74,7 +67,6 @@ ProjectorPanelEditor::ProjectorPanelEditor(Globals& globals, UserPrompts& prompt
   ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
   ui_->Filter->SetView(ui_->TreeView1);
   SetUpToolbar();
-  SetUpStatusBar();
   ConnectControls();
   RestoreWindow();
 }
@@ -105,28 +97,7 @@ void ProjectorPanelEditor::SetUpToolbar() {
     window.Action->setEnabled(false);
     window.Action->setToolTip(tr("%1: not available in this version").arg(window.Action->toolTip()));
   }
-}
-
-void ProjectorPanelEditor::SetUpStatusBar() {
-  statusText_ = new QLabel(this);
-  statusText_->setObjectName(QStringLiteral("StatusText"));
-  statusText_->setTextFormat(Qt::PlainText);
-  statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  unsavedMark_ = new QLabel(tr("Not saved"), this);
-  unsavedMark_->setObjectName(QStringLiteral("UnsavedMark"));
-  auto* findPanel = new QToolButton(this);
-  findPanel->setObjectName(QStringLiteral("FindPanel"));
-  findPanel->setText(tr("&Find panel"));
-  findPanel->setIcon(QIcon(QStringLiteral(":/icons/port.png")));
-  findPanel->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  findPanel->setAutoRaise(true);
-  findPanel->setFocusPolicy(Qt::TabFocus);
-  findPanel->setToolTip(tr("Which COM port is a panel on?"));
-  findPanel->setEnabled(windows_.FindPanel != nullptr);
-  connect(findPanel, &QToolButton::clicked, this, &ProjectorPanelEditor::FindPanel);
-  ui_->StatusBar->addWidget(statusText_, 1);
-  ui_->StatusBar->addPermanentWidget(unsavedMark_);
-  ui_->StatusBar->addPermanentWidget(findPanel);
+  ui_->StatusBar->EnableFindPanel(windows_.FindPanel != nullptr);
 }
 
 void ProjectorPanelEditor::ConnectControls() {
@@ -139,6 +110,7 @@ void ProjectorPanelEditor::ConnectControls() {
   connect(ui_->EXIT, &QAction::triggered, this, &ProjectorPanelEditor::Exit);
   connect(ui_->HELP, &QAction::triggered, this, &ProjectorPanelEditor::Help);
   connect(ui_->ABOUT, &QAction::triggered, this, &ProjectorPanelEditor::About);
+  connect(ui_->StatusBar, &EditorStatusBar::FindPanel_Click, this, &ProjectorPanelEditor::FindPanel);
   connect(recentFiles_, &RecentFiles::Chosen, this, &ProjectorPanelEditor::RecentFile_Click);
 
   connect(ui_->TreeView1, &ProjectorTree::ElementChosen, this, &ProjectorPanelEditor::TreeView1_NodeClick);
@@ -178,7 +150,9 @@ void ProjectorPanelEditor::Form_Load() {
   }
   ui_->TreeView1->Rebuild();
   ShowRecordInControls();
-  TellOfUnsavedWork();
+  if (const QString kept = TakeUnsavedWork(settings_); !kept.isEmpty()) {
+    ShowStatus(tr("What was not saved at the last exit is kept in %1").arg(NameAndFolder(kept)));
+  }
 }
 
 void ProjectorPanelEditor::OpenNamedFile(QString commandLine) {
@@ -266,7 +240,7 @@ void ProjectorPanelEditor::RecentFile_Click(const QString& fileName) {
 void ProjectorPanelEditor::EditProjector() {
   windows_.Selector(this);
   ui_->TreeView1->Rebuild();
-  CheckProjectorChanged();
+  OfferNewVersion(globals_, prompts_, this, record_.Projector);
   ShowProjector();
 }
 
@@ -276,8 +250,14 @@ void ProjectorPanelEditor::Download() {
   if (CheckConfiguration()) windows_.Download(this, record_);
 }
 
+// Never asks: what was not saved goes to a file of its own.
 void ProjectorPanelEditor::Exit() {
-  if (Modified() && !KeepUnsavedWork()) return;
+  try {
+    if (Modified()) KeepUnsavedWork(globals_.DataFolder, RecordAsShown(), settings_);
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+    return;
+  }
   exiting_ = true;
   close();
 }
@@ -296,13 +276,16 @@ void ProjectorPanelEditor::Filter_Change(const QString& text) {
   ui_->TreeView1->SelectProjector(record_.Projector);
 }
 
-void ProjectorPanelEditor::Options_Change() { unsavedMark_->setVisible(Modified()); }
+void ProjectorPanelEditor::Options_Change() { ui_->StatusBar->ShowUnsaved(Modified()); }
 
 void ProjectorPanelEditor::ShowRecordInControls() {
   ui_->Options->ShowRecordInControls(record_);
   SetBaseline();
   ShowProjector();
-  ReconcileProjector();
+  if (ReconcileProjector(globals_, prompts_, this, record_.Projector)) {
+    ui_->TreeView1->Rebuild();
+    ShowProjector();
+  }
 }
 
 void ProjectorPanelEditor::StoreControlsToRecord() { ui_->Options->StoreControlsToRecord(record_); }
@@ -311,33 +294,6 @@ bool ProjectorPanelEditor::CheckConfiguration() {
   const std::optional<Message> refusal = qdm::CheckConfiguration(record_);
   if (refusal) prompts_.Show(this, *refusal);
   return !refusal;
-}
-
-// Brings the embedded projector and the library together: one that the library does not have is added and
-// saved at once, one that differs is the user's decision.
-void ProjectorPanelEditor::ReconcileProjector() {
-  ProjectorDefinition projector = record_.Projector;
-  if (!CleanNames(projector)) return;
-  ProjectorLibrary& library = globals_.ProjectorDatabase;
-  const std::optional<std::size_t> found = library.FindProjector(projector);
-  if (found && ProjectorsEqual(projector, library[*found])) return;
-  if (!found) {
-    library.Append(projector);
-    if (!SaveLibrary()) library.Remove(library.Size() - 1);
-  } else if (const auto settled = SettleConfigurationConflict(globals_, prompts_, this, record_.Projector)) {
-    record_.Projector = *settled;
-  }
-  ui_->TreeView1->Rebuild();
-  ShowProjector();
-}
-
-void ProjectorPanelEditor::CheckProjectorChanged() {
-  ProjectorDefinition projector = record_.Projector;
-  if (!CleanNames(projector)) return;
-  const ProjectorLibrary& library = globals_.ProjectorDatabase;
-  const std::optional<std::size_t> found = library.FindProjector(projector);
-  if (!found || ProjectorsEqual(projector, library[*found])) return;
-  if (prompts_.AskYesNo(this, kProjectorChanged)) record_.Projector = library[*found];
 }
 
 void ProjectorPanelEditor::ShowProjector() {
@@ -353,10 +309,7 @@ void ProjectorPanelEditor::RefreshTitle() {
                                      : QString::fromStdString(TitleOfFile(fileName_.toStdString())));
 }
 
-void ProjectorPanelEditor::ShowStatus(const QString& text) {
-  statusText_->setText(text);
-  statusText_->setToolTip(text);
-}
+void ProjectorPanelEditor::ShowStatus(const QString& text) { ui_->StatusBar->ShowText(text); }
 
 PanelConfiguration ProjectorPanelEditor::RecordAsShown() const {
   PanelConfiguration shown = record_;
@@ -386,46 +339,12 @@ bool ProjectorPanelEditor::MayDiscard() {
   return false;
 }
 
-bool ProjectorPanelEditor::SaveLibrary() {
-  try {
-    SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
-    return true;
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-    return false;
-  }
-}
-
 void ProjectorPanelEditor::ImportProjectors(const QString& fileName) {
   const auto taken = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName));
-  if (taken) SaveLibrary();
+  if (taken) SaveLibrary(globals_, prompts_, this);
   ui_->TreeView1->Rebuild();
   ShowStatus((taken ? tr("Imported projectors from %1") : tr("Nothing imported from %1"))
                  .arg(NameAndFolder(fileName)));
-}
-
-// EXIT never asks, so what was not saved goes to a file of its own, beside those of earlier times.
-bool ProjectorPanelEditor::KeepUnsavedWork() {
-  std::filesystem::path file = globals_.DataFolder / "Unsaved.BVC";
-  for (int number = 2; std::filesystem::exists(file); ++number) {
-    file = globals_.DataFolder / ("Unsaved " + std::to_string(number) + ".BVC");
-  }
-  try {
-    WriteConfiguration(file, RecordAsShown(), OldTail::Dropped);
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-    return false;
-  }
-  settings_.setValue(kUnsavedKey, QString::fromStdString(PathToUtf8(file)));
-  return true;
-}
-
-void ProjectorPanelEditor::TellOfUnsavedWork() {
-  const QString kept = settings_.value(kUnsavedKey).toString();
-  settings_.remove(kUnsavedKey);
-  if (QFileInfo::exists(kept)) {
-    ShowStatus(tr("What was not saved at the last exit is kept in %1").arg(NameAndFolder(kept)));
-  }
 }
 
 void ProjectorPanelEditor::closeEvent(QCloseEvent* event) {

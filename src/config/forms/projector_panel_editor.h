@@ -13,7 +13,6 @@
 #include <functional>
 #include <memory>
 
-class QLabel;
 class QSettings;
 
 namespace Ui {
@@ -59,10 +58,7 @@ class ProjectorPanelEditor : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  struct Command;
-
   void SetUpToolbar();
-  void SetUpStatusBar();
   void ConnectControls();
   void RestoreWindow();
 
@@ -85,8 +81,6 @@ class ProjectorPanelEditor : public QMainWindow {
   void ShowRecordInControls();
   void StoreControlsToRecord();
   bool CheckConfiguration();
-  void ReconcileProjector();
-  void CheckProjectorChanged();
   void ShowProjector();
   void RefreshTitle();
 
@@ -94,11 +88,8 @@ class ProjectorPanelEditor : public QMainWindow {
   bool MayDiscard();
   bool OpenConfiguration(const QString& fileName);
   bool WriteRecord(const QString& fileName, OldTail tail);
-  bool SaveLibrary();
   void ImportProjectors(const QString& fileName);
   void OpenDropped(const QString& fileName);
-  bool KeepUnsavedWork();
-  void TellOfUnsavedWork();
 
   PanelConfiguration RecordAsShown() const;
   void SetBaseline();
@@ -109,8 +100,6 @@ class ProjectorPanelEditor : public QMainWindow {
   EditorWindows windows_;
   std::unique_ptr<Ui::ProjectorPanelEditor> ui_;
   RecentFiles* recentFiles_;
-  QLabel* statusText_ = nullptr;
-  QLabel* unsavedMark_ = nullptr;
 
   PanelConfiguration record_;
   PanelConfiguration baseline_;  // the record as the controls showed it when it was opened or saved
