@@ -87,6 +87,9 @@ std::string ExplanationText(const PanelImage& image, const PanelConfiguration& c
 }  // namespace
 
 int Image(const ImageOptions& options, CommandContext& context) {
+  if (options.Output == kStandardStream) {
+    throw CommandError(kUnusable, options.Output, "an image is no text; without -o it is shown as a dump");
+  }
   const PanelConfiguration configuration = ReadConfigurationFile(options.File);
   const PanelImage image = ImageOf(options.File, configuration);
   switch (options.Form) {

@@ -136,18 +136,17 @@ std::optional<unsigned> HexDigit(char digit) {
   return std::nullopt;
 }
 
-// In quotes, cut to a length that leaves a message readable.
+// Cut to a length that leaves a message readable, not in the middle of a character.
+std::string Shortened(std::string_view text, std::size_t longest) {
+  if (text.size() <= longest) return std::string(text);
+  while ((static_cast<unsigned char>(text[longest]) & 0xC0) == 0x80) --longest;
+  return std::string(text.substr(0, longest)) + "...";
+}
+
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kLongest = 60;
   std::string quoted;
-  if (text.size() <= kLongest) {
-    AppendQuoted(quoted, text);
-  } else {
-    std::size_t end = kLongest;
-    while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;  // in the middle of a character
-    AppendQuoted(quoted, text.substr(0, end));
-    quoted += "...";
-  }
+  AppendQuoted(quoted, Shortened(text, kLongest));
   return quoted;
 }
 
@@ -198,10 +197,7 @@ class RecordBuilder : public nlohmann::json_sax<Json> {
     constexpr auto kMost = std::numeric_limits<number_integer_t>::max();
     return Integer(static_cast<number_integer_t>(std::min<number_unsigned_t>(value, kMost)));
   }
-  bool number_float(number_float_t, const string_t& digits) override {
-    constexpr std::size_t kLongest = 30;
-    return Refuse(digits.size() <= kLongest ? digits : digits.substr(0, kLongest) + "...");
-  }
+  bool number_float(number_float_t, const string_t& digits) override { return Refuse(Shortened(digits, 30)); }
   bool string(string_t& text) override;
   bool binary(binary_t&) override { return Refuse("binary data"); }
   bool start_object(std::size_t) override;
@@ -463,10 +459,10 @@ bool RecordBuilder::string(string_t& text) {
 
 bool RecordBuilder::parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
   // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
-  const std::string_view text = error.what();
-  const std::size_t label = text.find("] ");
-  throw JsonError("not JSON: " +
-                  std::string(label == std::string_view::npos ? text : text.substr(label + 2)));
+  std::string_view text = error.what();
+  if (const std::size_t label = text.find("] "); label != std::string_view::npos)
+    text.remove_prefix(label + 2);
+  throw JsonError("not JSON: " + Shortened(text, 200));
 }
 
 RecordFile RecordBuilder::Take() {

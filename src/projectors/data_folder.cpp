@@ -78,9 +78,9 @@ bool CanWriteTo(const fs::path& folder) {
 }
 
 DataFolder FindDataFolder(const std::optional<fs::path>& named, const fs::path& programFolder,
-                          const fs::path& userFolder) {
+                          const fs::path& userFolder, bool (*canWriteTo)(const fs::path&)) {
   if (named) return {*named, {}};
-  if (CanWriteTo(programFolder) || userFolder.empty()) return {programFolder, {}};
+  if (canWriteTo(programFolder) || userFolder.empty()) return {programFolder, {}};
   std::error_code error;
   const bool seed = !IsInUse(userFolder) && fs::exists(ProjectorFiles(programFolder).Library, error);
   return {userFolder, seed ? programFolder : fs::path()};

@@ -22,14 +22,14 @@ std::optional<std::filesystem::path> DataFolderVariable();
 // The user's application-data folder of this program. Empty when the system tells none.
 std::filesystem::path UserDataFolder();
 
+// Whether this user may add files to the folder. Writes nothing.
+bool CanWriteTo(const std::filesystem::path& folder);
+
 DataFolder FindDataFolder(const std::optional<std::filesystem::path>& named,
-                          const std::filesystem::path& programFolder,
-                          const std::filesystem::path& userFolder);
+                          const std::filesystem::path& programFolder, const std::filesystem::path& userFolder,
+                          bool (*canWriteTo)(const std::filesystem::path&) = CanWriteTo);
 
 // Makes the folder and copies the library into it where that is due. FileError when either fails.
 void PrepareDataFolder(const DataFolder& folder);
-
-// Whether this user may add files to the folder. Writes nothing.
-bool CanWriteTo(const std::filesystem::path& folder);
 
 }  // namespace qdm

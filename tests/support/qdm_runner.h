@@ -1,0 +1,100 @@
+// Runs `qdm` commands inside the test: its own folder and library, simulated ports, time that jumps.
+#pragma once
+
+#include "command_line/run_qdm.h"
+#include "config/configuration_file.h"
+#include "download/simulated_line.h"
+#include "projectors/projector_files.h"
+#include "support/temp_folder.h"
+#include "support/virtual_time.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace qdm {
+
+struct Outcome {
+  int Status = -1;
+  std::string Out;
+  std::string Err;
+
+  friend void PrintTo(const Outcome& outcome, std::ostream* out) {
+    *out << "status " << outcome.Status << "\nout: " << outcome.Out << "\nerr: " << outcome.Err;
+  }
+};
+
+MATCHER_P3(Answers, status, out, err, "") {
+  return arg.Status == status &&
+         testing::ExplainMatchResult(testing::Matcher<std::string>(out), arg.Out, result_listener) &&
+         testing::ExplainMatchResult(testing::Matcher<std::string>(err), arg.Err, result_listener);
+}
+// Exit status 2, nothing on standard output and one line that says `why`.
+inline auto IsUnusable(const std::string& why) {
+  return Answers(
+      2, "", testing::AllOf(testing::StartsWith("qdm: "), testing::HasSubstr(why), testing::EndsWith("\n")));
+}
+
+class QdmRunner {
+ public:
+  TempFolder Folder;
+  VirtualTime Time;
+  SimulatedPorts Ports{Time};
+  StopRequest Stop;
+  std::string Input;
+  bool OnTerminal = false;
+
+  Outcome Run(std::vector<std::string> arguments) {
+    std::istringstream in(Input);
+    std::ostringstream out;
+    std::ostringstream err;
+    CommandContext context{.In = in,
+                           .Out = out,
+                           .Err = err,
+                           .ErrIsTerminal = OnTerminal,
+                           .DataVariable = {},
+                           .ProgramFolder = Folder.Path(),
+                           .UserFolder = Folder / "user",
+                           .Ports = Ports,
+                           .PortAt = [](const std::string&) { return std::unique_ptr<SerialPort>(); },
+                           .Time = Time,
+                           .Stop = Stop};
+    const int status = RunQdm(std::move(arguments), context);
+    return {status, out.str(), err.str()};
+  }
+
+  std::string Path(const std::string& name) const { return PathToUtf8(Folder / name); }
+  std::string Write(const std::string& name, ByteView bytes) const {
+    WriteFileSafely(Folder / name, bytes);
+    return Path(name);
+  }
+  std::string Write(const std::string& name, const PanelConfiguration& configuration) const {
+    return Write(name, Encode(configuration));
+  }
+  std::string Write(const std::string& name, const std::vector<ProjectorDefinition>& definitions) const {
+    return Write(name, EncodeDefinitions(definitions));
+  }
+  Bytes Read(const std::string& name) const { return ReadWholeFile(Folder / name); }
+  bool Exists(const std::string& name) const { return std::filesystem::exists(Folder / name); }
+};
+
+inline ProjectorDefinition Named(const std::string& manufacturer, const std::string& model) {
+  ProjectorDefinition projector;
+  projector.Manufacturer.AssignUtf8(manufacturer);
+  projector.Model.AssignUtf8(model);
+  return projector;
+}
+
+// Passes the check and becomes an image.
+inline PanelConfiguration UsableConfiguration(std::int16_t controllerType = kQdm7) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = controllerType;
+  configuration.Projector = Named("ACME", "X 100");
+  configuration.Projector.VolumeBytePosition = 0;
+  configuration.Projector.Available[1] = kFlagSet;
+  configuration.Projector.Strings[1].Count = 3;
+  configuration.Projector.Strings[1].Values = {'P', 'W', 0xFE};
+  return configuration;
+}
+
+}  // namespace qdm
