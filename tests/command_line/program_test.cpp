@@ -1,0 +1,191 @@
+// The program itself: arguments, streams, exit statuses, devices, signals.
+#include "support/qdm_runner.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#ifndef _WIN32
+#include <csignal>
+#endif
+
+namespace qdm {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+constexpr int kPatience = 30'000;  // milliseconds, for a machine under load
+
+class Program {
+ public:
+  explicit Program(const std::vector<std::string>& arguments, const std::string& ports = "") {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QDM_PORTS", QString::fromStdString(ports));
+    process_.setProcessEnvironment(environment);
+    QStringList list;
+    for (const std::string& argument : arguments) list << QString::fromStdString(argument);
+    process_.start(QDM_PROGRAM, list);
+  }
+  ~Program() {
+    process_.kill();
+    process_.waitForFinished(kPatience);
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  Outcome Finish(const std::string& input = "") {
+    process_.write(input.data(), static_cast<qint64>(input.size()));
+    process_.closeWriteChannel();
+    EXPECT_TRUE(process_.waitForFinished(kPatience));
+    const bool ended = process_.exitStatus() == QProcess::NormalExit;
+    return {ended ? process_.exitCode() : -1, process_.readAllStandardOutput().toStdString(),
+            process_.readAllStandardError().toStdString()};
+  }
+  std::string NextLine() {
+    while (!process_.canReadLine() && process_.waitForReadyRead(kPatience)) {
+    }
+    return process_.readLine().trimmed().toStdString();
+  }
+#ifndef _WIN32
+  void Send(int signal) { ::kill(static_cast<pid_t>(process_.processId()), signal); }
+#endif
+
+ private:
+  QProcess process_;
+};
+
+Outcome RunProgram(const std::vector<std::string>& arguments, const std::string& input = "") {
+  return Program(arguments).Finish(input);
+}
+
+struct QdmProgram : testing::Test {
+  QdmRunner files;  // for its folder
+};
+
+TEST_F(QdmProgram, DoesEveryFileCommandAndSaysWhyNot) {
+  const std::string room = files.Write("Zürich 101.BVC", UsableConfiguration());
+  const std::string blank = files.Write("blank.BVC", PanelConfiguration{});
+  const std::string some = files.Write("some.BVD", std::vector{Named("ACME", "One")});
+  const std::string none = files.Path("none.BVC");
+  const std::string data = files.Path("data");
+  const auto one_line = [](const std::string& why) { return AllOf(StartsWith("qdm: "), HasSubstr(why)); };
+  struct Case {
+    std::vector<std::string> Arguments;
+    int Status;
+    testing::Matcher<std::string> Out;
+    testing::Matcher<std::string> Err;
+  };
+  const std::vector<Case> cases = {
+      {{"--version"}, 0, "qdm 2.0.0\n", ""},
+      {{"export", "--help"}, 0, HasSubstr("Usage: qdm export "), ""},
+      {{"export", room, "-o", files.Path("Zürich.json")}, 0, "", ""},
+      {{"import", files.Path("Zürich.json"), "-o", files.Path("back.BVC")}, 0, "", ""},
+      {{"compare", room, files.Path("back.BVC")}, 0, "", ""},
+      {{"compare", room, blank}, 1, HasSubstr("Projector.Manufacturer: ACME -> \"\"\n"), ""},
+      {{"check", room}, 0, "ok\n", ""},
+      {{"check", blank}, 1, HasSubstr("no projector has been defined"), ""},
+      {{"image", room, "--records"}, 0, StartsWith("FF 22 00 00 "), ""},
+      {{"image", blank}, 1, "", one_line("blank.BVC: Projector.VolumeBytePosition = -1: ")},
+      {{"projectors", "add", some, "--data", data}, 0, HasSubstr("1 added"), ""},
+      {{"projectors", "list", "--data", data}, 0, "ACME\tOne\t0\n", ""},
+      {{"projectors", "extract", "acme", "-o", files.Path("x.BVD"), "--data", data}, 0, "", ""},
+      {{"projectors", "remove", "acme", "one", "--data", data}, 0, "", ""},
+      {{"projectors", "remove", "acme", "one", "--data", data}, 1, "", one_line("acme / one: not in")},
+      {{"find"}, 1, "", ""},
+      {{"find", "--port", "COM1"}, 1, "COM1\tNo Port\n", ""},
+      {{"download", room}, 1, "No QDM found\n", one_line("no QDM 7 found")},
+      {{"export", none}, 2, "", one_line("none.BVC: cannot read: ")},
+      {{"import", none, "-o", files.Path("x.BVC")}, 2, "", one_line("not JSON text")},
+      {{"check", none}, 2, "", one_line("none.BVC: cannot read: ")},
+      {{"compare", none, room}, 2, "", one_line("none.BVC: cannot read: ")},
+      {{"image", none}, 2, "", one_line("none.BVC: cannot read: ")},
+      {{"download", none}, 2, "", one_line("none.BVC: cannot read: ")},
+      {{"projectors", "add", none}, 2, "", one_line("not a file of projector definitions")},
+      {{"simulate", "--memory", room}, 2, "", one_line("512 bytes, this file has 3161")},
+      {{"frobnicate"}, 2, "", one_line("")},
+  };
+  for (const Case& c : cases) {
+    EXPECT_THAT(RunProgram(c.Arguments), Answers(c.Status, c.Out, c.Err))
+        << testing::PrintToString(c.Arguments);
+  }
+  EXPECT_EQ(files.Read("x.BVD"), EncodeDefinitions({Named("ACME", "One")}));
+}
+
+TEST_F(QdmProgram, ReadsStandardInputAndWritesStandardOutput) {
+  const std::string room = files.Write("room.BVC", UsableConfiguration());
+  const Outcome exported = RunProgram({"export", room, "-o", "-"});
+  EXPECT_THAT(RunProgram({"import", "-", "-o", files.Path("back.BVC")}, exported.Out), Answers(0, "", ""));
+  EXPECT_EQ(files.Read("back.BVC"), files.Read("room.BVC"));
+  EXPECT_THAT(RunProgram({"import", "-", "-o", files.Path("no.BVC")}, "{\"format\": 1}"),
+              Answers(2, "", StartsWith("qdm: standard input: format: 1 is not")));
+}
+
+#ifndef _WIN32
+
+TEST_F(QdmProgram, FindsAndProgramsASimulatedPanelOverAPseudoTerminal) {
+  const std::string room = files.Write("room.BVC", UsableConfiguration());
+  const std::string memory = files.Path("memory");
+  Program panel({"simulate", "--memory", memory, "--fault", "lose-ack:7"});
+  Program amplifier({"simulate", "--type", "TL-VOX", "--firmware", "1.2"});
+  const std::string device = panel.NextLine();
+  const std::string ports = "," + device + "," + amplifier.NextLine();
+
+  EXPECT_THAT(Program({"find"}, ports).Finish(),
+              Answers(0, "COM2\tQDM7 1.3\t9600,n,8,2\nCOM3\tTL-VOX 1.2\t9600,n,8,2\n", ""));
+  EXPECT_THAT(Program({"find", "--type", "QDM 4", "--port", device}).Finish(),
+              Answers(1, device + "\tQDM7 1.3\t9600,n,8,2\n", ""));
+  EXPECT_THAT(Program({"download", room}, ports).Finish(),
+              Answers(0,
+                      MatchesRegex("QDM7 1.3 on COM2 at 9600,n,8,2\n"
+                                   "The QDM panel has been programed\n"
+                                   "64 of 64 records, [1-9][0-9]* retr.*, [0-9.]+ s\n"),
+                      ""));
+  EXPECT_THAT(RunProgram({"image", room, "-o", files.Path("image")}), Answers(0, "", ""));
+  EXPECT_EQ(files.Read("memory"), files.Read("image"));
+
+  panel.Send(SIGINT);
+  EXPECT_THAT(panel.Finish(), Answers(0, "", ""));
+  Program again({"simulate", "--memory", memory});
+  again.NextLine();
+  again.Send(SIGTERM);
+  EXPECT_EQ(again.Finish().Status, 0);
+  EXPECT_EQ(files.Read("memory"), files.Read("image"));
+}
+
+TEST_F(QdmProgram, CtrlCDuringADownloadRestartsThePanelAndFreesThePort) {
+  Program panel({"simulate", "--fault", "late-ack:%1:200"});
+  const std::string device = panel.NextLine();
+  Program download({"download", files.Write("room.BVC", UsableConfiguration()), "--port", device});
+  EXPECT_EQ(download.NextLine(), "QDM7 1.3 on " + device + " at 9600,n,8,2");
+  download.Send(SIGINT);
+  const Outcome outcome = download.Finish();
+  EXPECT_THAT(outcome, Answers(1,
+                               testing::AnyOf(HasSubstr("The QDM panel failed to program"),
+                                              HasSubstr("Could not connect to QDM panel")),
+                               HasSubstr("room.BVC: interrupted")));
+  EXPECT_THAT(Program({"find", "--port", device}).Finish(), Answers(0, HasSubstr("QDM7 1.3"), ""));
+}
+
+TEST_F(QdmProgram, WithoutAProcedureASignalEndsItAtOnce) {
+  Program waiting({"import", "-", "-o", files.Path("x.BVC")});
+  waiting.Send(SIGTERM);
+  EXPECT_EQ(waiting.Finish().Status, -1);
+  EXPECT_FALSE(files.Exists("x.BVC"));
+}
+
+TEST_F(QdmProgram, SaysThatStandardOutputIsFull) {
+  QProcess process;
+  process.setStandardOutputFile("/dev/full");
+  process.start(QDM_PROGRAM, {"export", QString::fromStdString(files.Write("a.BVC", UsableConfiguration()))});
+  ASSERT_TRUE(process.waitForFinished(kPatience));
+  EXPECT_EQ(process.exitCode(), 2);
+  EXPECT_EQ(process.readAllStandardError().toStdString(), "qdm: standard output: cannot write\n");
+}
+
+#endif
+
+}  // namespace
+}  // namespace qdm
