@@ -245,8 +245,8 @@ ByteList ReadList(Text text, Unmarked unmarked) {
       if (!apart) list.Read.Fail(at, "a blank or a comma is missing");
     }
   }
-  list.Read.Meant =
-      list.Items >= 1 && (list.Read.Marks > 0 || (list.Items > 1 && 2 * list.Bytes > list.Items));
+  const bool mostlyBytes = list.Bytes >= 2 && 2 * list.Bytes >= list.Items;
+  list.Read.Meant = list.Read.Marks > 0 || mostlyBytes;
   return list;
 }
 

@@ -7,7 +7,7 @@
 namespace qdm {
 namespace {
 
-constexpr double kReadableContrast = 4.5;  // what normal text needs, 1..21
+constexpr double kReadableContrast = 5.5;  // more than normal text needs, of 1..21
 
 double Linear(double channel) {
   return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -20,6 +20,7 @@ double Luminance(const QColor& colour) {
 QColor ReadableOn(const QColor& colour, const QColor& background) {
   const double behind = Luminance(background);
   if (behind > 0.5) return colour;
+  if (colour.saturation() == 0) return QColor(0xE6, 0xE6, 0xE6);
   float hue = 0;
   float saturation = 0;
   float lightness = 0;
@@ -27,7 +28,7 @@ QColor ReadableOn(const QColor& colour, const QColor& background) {
   QColor lighter = colour;
   while (lightness < 1.0F && (Luminance(lighter) + 0.05) / (behind + 0.05) < kReadableContrast) {
     lightness = std::fmin(1.0F, lightness + 0.02F);
-    lighter = QColor::fromHslF(hue < 0 ? 0 : hue, saturation, lightness);
+    lighter = QColor::fromHslF(hue, saturation, lightness);
   }
   return lighter;
 }

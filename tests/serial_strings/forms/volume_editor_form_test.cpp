@@ -1,0 +1,151 @@
+#include "serial_strings/forms/volume_editor_form.h"
+
+#include "controls/hex_entry.h"
+#include "controls/integer_entry.h"
+#include "projectors/projector_volume.h"
+#include "support/fake_prompts.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace qdm {
+namespace {
+
+class VolumeEditorFormTest : public testing::Test {
+ protected:
+  ProjectorDefinition Projector;
+  FakePrompts Prompts;
+  std::unique_ptr<VolumeEditorForm> Form;
+
+  void Open(const VolumeFormat& format) {
+    StoreVolumeFormat(Projector, format);
+    Form = std::make_unique<VolumeEditorForm>(Projector, Prompts);
+    Form->show();
+    Form->activateWindow();
+    QCoreApplication::processEvents();
+  }
+  template <class Widget>
+  Widget* The(const char* name) {
+    return Form->findChild<Widget*>(QLatin1String(name));
+  }
+  void Click(const char* name) {
+    QWidget* widget = The<QPushButton>(name);  // the entries have buttons "Up" and "Down", too
+    if (widget == nullptr) widget = The<QAbstractButton>(name);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(8, widget->height() / 2));
+  }
+  void Enter(const char* entry, const char* text) {
+    auto* box = The<QWidget>(entry)->findChild<QLineEdit*>();
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, QLatin1String(text));
+    QTest::keyClick(box, Qt::Key_Return);
+  }
+  std::string Text(const char* label) { return The<QLabel>(label)->text().toStdString(); }
+};
+
+// 0..100 in steps of 10 from 50 on, as three decimal characters.
+constexpr VolumeFormat kDecimal = {100, 0, 10, 50, false, 3, LevelFormat::DecimalInAscii, false};
+
+TEST_F(VolumeEditorFormTest, EntriesAndTheirTwinsFollowEachOther) {
+  Open({255, 0, 1, 0, false, 2, LevelFormat::RawBytes, true});
+  Enter("MaximumLevelInHex", "7F");
+  EXPECT_EQ(The<IntegerEntry>("MaximumLevel")->Value(), 127);
+  Enter("MinimumLevel", "-1");
+  EXPECT_EQ(The<HEXentry>("MinimumLevelInHex")->Value(), -1);
+  Enter("VolumeStepInHex", "FFFF");
+  EXPECT_EQ(The<HEXentry>("VolumeStepInHex")->Value(), 0) << "a step is never negative";
+  EXPECT_EQ(Text("ErrorLabel"), "Error Volume Step = 0");
+}
+
+TEST_F(VolumeEditorFormTest, MessageFormatShowsWhatItNeeds) {
+  Open(kDecimal);
+  const auto shown = [this](const char* name) { return !The<QWidget>(name)->isHidden(); };
+  EXPECT_FALSE(shown("MaximumLevelInHex"));
+  EXPECT_FALSE(shown("HexLabel_0"));
+  EXPECT_FALSE(shown("FirstByteFrame"));
+  Click("MessageFormat_0");
+  EXPECT_TRUE(shown("FixedStartLevelInHex"));
+  EXPECT_TRUE(shown("HexLabel_7"));
+  EXPECT_FALSE(shown("FirstByteFrame"));
+  Click("MessageFormat_2");
+  EXPECT_TRUE(shown("MaximumLevelInHex"));
+  EXPECT_TRUE(shown("FirstByteFrame"));
+}
+
+TEST_F(VolumeEditorFormTest, PowerDownLevelTakesTheFixedLevelAway) {
+  Open(kDecimal);
+  Enter("FixedStartLevel", "200");
+  EXPECT_EQ(Text("ErrorLabel"), "Error Start > Max level");
+  Click("UsePowerDownCheck");
+  EXPECT_EQ(Text("ErrorLabel"), "Message Format is Ok");
+  for (const char* name : {"FixedStartLevel", "FixedStartLevelInHex", "FixedLevelLabel", "PowerUp"}) {
+    EXPECT_FALSE(The<QWidget>(name)->isEnabled()) << name;
+  }
+}
+
+TEST_F(VolumeEditorFormTest, TryingStepsWithinTheRange) {
+  Open(kDecimal);
+  EXPECT_EQ(Text("DemoText"), "\"050\"");
+  for (int i = 0; i < 7; ++i) Click("Up");
+  EXPECT_EQ(Text("DemoText"), "\"100\"");
+  EXPECT_EQ(Text("Label4"), "Value = 100 or 64 in Hex");
+  Click("Down");
+  EXPECT_EQ(Text("DemoText"), "\"090\"");
+  Click("PowerUp");
+  EXPECT_EQ(Text("DemoText"), "\"050\"");
+  Click("NumberOfBytes_1");
+  EXPECT_EQ(Text("DemoText"), "ERROR");
+  Click("MessageFormat_2");
+  EXPECT_EQ(Text("DemoText"), "50,0 or 32,00");
+  Click("FirstByteIs_0");
+  EXPECT_EQ(Text("DemoText"), "0,50 or 00,32");
+}
+
+TEST_F(VolumeEditorFormTest, DoneIsRefusedWhileARuleIsBroken) {
+  Open(kDecimal);
+  auto* box = The<QWidget>("MaximumLevel")->findChild<QLineEdit*>();
+  box->setFocus();
+  box->selectAll();
+  QTest::keyClicks(box, QStringLiteral("1000"));
+  The<QPushButton>("Done")
+      ->click();  // as its shortcut does, which leaves the focus: the text counts all the same
+  ASSERT_EQ(Prompts.Shown.size(), 1U);
+  EXPECT_EQ(Prompts.Shown[0].Text, "Cannot exit there is an error in the configuration");
+  EXPECT_EQ(Prompts.Shown[0].Title, "Error!");
+  EXPECT_TRUE(Form->isVisible());
+  EXPECT_EQ(VolumeFormatOf(Projector), kDecimal);
+
+  Click("NumberOfBytes_3");
+  Click("Done");
+  EXPECT_FALSE(Form->isVisible());
+  VolumeFormat changed = kDecimal;
+  changed.MaximumLevel = 1000;
+  changed.NumberOfBytes = 4;
+  EXPECT_EQ(VolumeFormatOf(Projector), changed);
+}
+
+TEST_F(VolumeEditorFormTest, CancelStoresNothing) {
+  Open(kDecimal);
+  Enter("MaximumLevel", "90");
+  Click("CancelCommand");
+  EXPECT_EQ(VolumeFormatOf(Projector), kDecimal);
+}
+
+TEST_F(VolumeEditorFormTest, RecordWithoutANumberOfBytesSelectsNone) {
+  VolumeFormat format = kDecimal;
+  format.NumberOfBytes = 9;
+  Open(format);
+  EXPECT_EQ(Text("ErrorLabel"), "Number Of Byte Not Defined");
+}
+
+}  // namespace
+}  // namespace qdm
