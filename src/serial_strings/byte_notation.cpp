@@ -69,6 +69,8 @@ constexpr OtherName kOtherNames[] = {{u"NULL", 0, ByteKind::CNT},
                                      {u"SPACE", 32, ByteKind::ASC},
                                      {u"DEL", 127, ByteKind::HEX}};
 
+constexpr std::size_t kLongestName = 5;
+
 bool SameText(std::string_view name, Text text) {
   return std::equal(name.begin(), name.end(), text.begin(), text.end(),
                     [](char a, char16_t b) { return static_cast<char16_t>(a) == b; });
@@ -105,6 +107,7 @@ std::optional<NotedByte> ReadNumber(Text text, Unmarked unmarked) {
 }
 
 std::optional<NotedByte> ReadCodeName(Text text) {
+  if (text.size() > kLongestName) return std::nullopt;
   const std::u16string name = UpperCase(text);
   if (const auto code = ControlCode(name)) return NotedByte{*code, ByteKind::CNT, false};
   for (const OtherName& other : kOtherNames) {

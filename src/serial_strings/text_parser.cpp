@@ -32,6 +32,7 @@ struct Attempt {
   }
 
   void Add(std::size_t at, std::uint8_t value, ByteKind kind) {
+    if (Problem) return;
     if (String.BytesInUse() == kMaximumStringBytes) return Fail(at, "more than 32 bytes");
     const auto place = static_cast<std::size_t>(String.Count++);
     String.Values[place] = value;
@@ -40,6 +41,7 @@ struct Attempt {
   void Add(std::size_t at, const NotedByte& byte) { Add(at, byte.Value, byte.Kind); }
 
   void AddCharacter(std::size_t at, char16_t character) {
+    if (Problem) return;
     if (character < 32) {
       return Fail(at, "a control character (" + HexByte(static_cast<std::int16_t>(character)) + "h)");
     }
@@ -218,7 +220,7 @@ std::size_t ReadItem(Text text, std::size_t at, Unmarked unmarked, ByteList& lis
     byte->Marked = true;
   }
   if (!byte) {
-    list.Read.Fail(at, Quoted(item) + " is not a byte");
+    if (!list.Read.Problem) list.Read.Fail(at, Quoted(item) + " is not a byte");
     return end;
   }
   list.Read.Add(at, *byte);
@@ -324,6 +326,7 @@ void OfferLists(Text text, Readings& readings) {
 }
 
 void OfferEscapes(Text text, Readings& readings) {
+  if (text.find_first_of(u"\\<[{") == Text::npos) return;
   for (const ListWay& way : kEscapeWays) {
     const Attempt attempt = ReadEscapes(text, way.Digits);
     if (attempt.Marks > 0) readings.Offer(way.As, attempt);
@@ -351,8 +354,8 @@ ParsedText ParseSerialText(Text wholeText) {
 
   Readings readings;
   if (compactFirst) readings.Offer("compact text", compact);
-  // A lone "10" is likely text.
-  if (text.size() <= 2 && text.front() != u'\\') readings.Offer("characters", characters);
+  const bool isLoneNumber = text.size() <= 2 && ReadNumber(text, Unmarked::Hexadecimal);
+  if (isLoneNumber) readings.Offer("characters", characters);
   OfferLists(text, readings);
   OfferEscapes(text, readings);
   if (isCompact || compact.Meant) readings.Offer("compact text", compact);
