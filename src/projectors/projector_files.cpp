@@ -15,9 +15,12 @@ const Message kAllLost{
     "Projector configuration file damaged!\r\n all projector configurations have been lost!",
     "Brevan QDM Editor", MessageIcon::None};
 
+// A folder that cannot be looked into is a failure: what is in it must not pass for missing.
 bool Exists(const fs::path& path) {
   std::error_code error;
-  return fs::exists(fs::symlink_status(path, error));
+  const fs::file_status status = fs::symlink_status(path, error);
+  if (!fs::status_known(status)) throw FileError(path, "read", error.message());
+  return fs::exists(status);
 }
 
 // A save ends with library -> backup, temporary -> library. Between the two there is no library, and the
@@ -76,12 +79,9 @@ void RestoreBackup(const ProjectorFiles& files) {
   RenameFile(files.Backup, files.Library);
 }
 
-}  // namespace
-
-std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibrary& library) {
-  const ProjectorFiles files(folder);
+// Loads the library or its backup; what the user is to be told about it.
+std::vector<Message> LoadWithBackup(const ProjectorFiles& files, ProjectorLibrary& library) {
   std::vector<Message> messages;
-  CompleteInterruptedSave(files);
   for (;;) {
     library.Clear();
     if (!Exists(files.Library)) return messages;
@@ -101,8 +101,23 @@ std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibr
   return messages;
 }
 
+}  // namespace
+
+std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibrary& library) {
+  const ProjectorFiles files(folder);
+  library.Clear();
+  library.SetMayBeSaved(false);
+  CompleteInterruptedSave(files);
+  std::vector<Message> messages = LoadWithBackup(files, library);
+  library.SetMayBeSaved(true);
+  return messages;
+}
+
 void SaveProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library) {
   const ProjectorFiles files(folder);
+  if (!library.MayBeSaved()) {
+    throw FileError(files.Library, "write", "it could not be read when the program started");
+  }
   // After a save that failed between its renames the temporary file is the library: it must not be deleted.
   CompleteInterruptedSave(files);
   RemoveFile(files.Temporary);

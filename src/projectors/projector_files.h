@@ -32,6 +32,7 @@ struct ProjectorFiles {
 // blank name dropped. First completes a save that was cut off between its two renames. A missing file is an
 // empty library. A file that cannot be opened or read is set aside as Projectors.DAMAGED (DAMAGED2, ...) and
 // replaced by its backup, or given up when there is none; the messages about that are returned.
+// When none of that works, the FileError leaves an empty library that cannot be saved.
 std::vector<Message> LoadProjectorDatabase(const std::filesystem::path& folder, ProjectorLibrary& library);
 
 // Writes the whole library. An empty one removes Projectors.DEF and leaves the backup.

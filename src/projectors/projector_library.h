@@ -19,6 +19,10 @@ class ProjectorLibrary {
   const ProjectorDefinition& operator[](std::size_t index) const { return elements_[index]; }
   const std::vector<ProjectorDefinition>& Elements() const { return elements_; }
 
+  // False for a library whose file was there and could not be loaded: saving it would destroy that file.
+  bool MayBeSaved() const { return mayBeSaved_; }
+  void SetMayBeSaved(bool may) { mayBeSaved_ = may; }
+
   void Reserve(std::size_t elements) { elements_.reserve(elements); }
   void Append(const ProjectorDefinition& projector);
   void Replace(std::size_t index, const ProjectorDefinition& projector);
@@ -39,6 +43,7 @@ class ProjectorLibrary {
   void Rebuild() const;
 
   std::vector<ProjectorDefinition> elements_;
+  bool mayBeSaved_ = true;
   // Open addressing: element index + 1, 0 is free; a power of two at least twice as large as the library.
   // Built at the first search after a change that it cannot follow.
   mutable std::vector<std::uint32_t> places_;

@@ -145,7 +145,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 }
 
 TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
-  constexpr int kKills = 120;
+  constexpr int kKills = 100;
   const unsigned seed = std::random_device{}();
   RecordProperty("seed", std::to_string(seed));
   std::mt19937 random(seed);
@@ -216,6 +216,9 @@ class AnotherUser {
   bool wasRoot_;
 };
 
+constexpr fs::perms kToLookInto = fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
+                                  fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec;
+
 class UnwritableLibrary : public testing::Test {
  protected:
   void SetUp() override {
@@ -260,8 +263,7 @@ TEST_F(UnwritableLibrary, StaysAsItWasWhenTheDiskIsFull) {
 }
 
 TEST_F(UnwritableLibrary, StaysAsItWasInAFolderWithoutWritePermission) {
-  fs::permissions(folder_.Path(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
-                                      fs::perms::others_exec);
+  fs::permissions(folder_.Path(), kToLookInto);
   std::string save;
   std::string exporting;
   {
@@ -270,6 +272,31 @@ TEST_F(UnwritableLibrary, StaysAsItWasInAFolderWithoutWritePermission) {
     exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); });
   }
   ExpectFailuresNameFileAnd("Permission denied", save, exporting);
+}
+
+// The file may come back, from a network folder or out of another program's hands: an empty library must not
+// be saved over it meanwhile.
+TEST_F(UnwritableLibrary, ThatCannotBeLoadedIsNotOverwritten) {
+  for (const fs::perms folder : {kToLookInto, fs::perms::none}) {
+    fs::permissions(files_.Library, fs::perms::none);
+    fs::permissions(folder_.Path(), folder);
+    ProjectorLibrary library;
+    std::string load;
+    {
+      const AnotherUser user;
+      load = FailureOf([&] { LoadProjectorDatabase(folder_.Path(), library); });
+    }
+    EXPECT_THAT(load, HasSubstr("Permission denied"));
+    fs::permissions(folder_.Path(), fs::perms::owner_all);
+    fs::permissions(files_.Library, fs::perms::owner_all);
+    EXPECT_THAT(FailureOf([&] { SaveProjectorDatabase(folder_.Path(), library); }),
+                HasSubstr("could not be read when the program started"));
+    EXPECT_TRUE(Contents() == before_);
+
+    LoadProjectorDatabase(folder_.Path(), library);
+    EXPECT_EQ(EncodeDefinitions(library.Elements()), ReadWholeFile(files_.Library));
+    EXPECT_TRUE(library.MayBeSaved());
+  }
 }
 
 TEST_F(UnwritableLibrary, AWriteProtectedExportFileIsRefused) {
