@@ -9,12 +9,11 @@
 namespace qdm {
 namespace {
 
-// Installed beside the program, or in the source tree of a development build.
+// Installed beside the program; a development build is build/PRESET/bin in the source tree.
 QDir FindExamples() {
   const QDir program(QCoreApplication::applicationDirPath());
   for (const QString& folder : {program.filePath(QStringLiteral("examples")),
-                                program.filePath(QStringLiteral("../share/qdm-editor/examples")),
-                                QStringLiteral(QDM_EXAMPLES_FOLDER)}) {
+                                program.filePath(QStringLiteral("../../../examples"))}) {
     if (QFileInfo::exists(folder + QStringLiteral("/Projectors.DEF"))) return QDir(folder);
   }
   throw FileError(ToPath(program.filePath(QStringLiteral("examples"))), "find", "the examples are missing");

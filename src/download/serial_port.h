@@ -37,6 +37,9 @@ class SerialPorts {
 
   // The device's own name ("ttyUSB0"); empty when there is no such port. `number` is 1..16.
   virtual std::string DeviceName(int number) const = 0;
+  // The group that this user would have to join in order to open the port; empty when that is not what it
+  // takes.
+  virtual std::string GroupToJoin(int) const { return {}; }
   // A closed port. One without a device fails to open.
   virtual std::unique_ptr<SerialPort> Port(int number) = 0;
 };

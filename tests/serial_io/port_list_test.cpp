@@ -137,6 +137,9 @@ TEST(PortList, TellsWhichGroupOpensAPortThatIsClosedToTheUser) {
   ASSERT_TRUE(closed);
   EXPECT_EQ(closed->Device, device.string());
   EXPECT_EQ(closed->Group, ::getgrgid(::getegid())->gr_name);
+  const PortsVariable variable(device.c_str());
+  EXPECT_EQ(MakeSystemPorts()->GroupToJoin(1), closed->Group);
+  EXPECT_EQ(MakeSystemPorts()->GroupToJoin(2), "") << "no such port";
 
   ASSERT_EQ(::chmod(device.c_str(), 0), 0);
   EXPECT_EQ(DeviceClosedToUser(device.string()).value().Group, "") << "no group may open it either";

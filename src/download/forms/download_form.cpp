@@ -243,7 +243,19 @@ void Download::ShowStage(Stage stage) {
   ui_->Stopper->setEnabled(stage == Stage::Searching && !closing_);
   ui_->FindPanelWindow->setEnabled(stage == Stage::Choice || stage == Stage::NoImage);
   ShowInstruction();
+  ShowPortHint();
   ShowSlots();
+}
+
+// Beside the ports, and only once it is known which of them did not open.
+void Download::ShowPortHint() {
+  std::vector<int> closed;
+  for (std::size_t slot = 0; slot < work_->Slots.size(); ++slot) {
+    if (!work_->Slots[slot].Present) closed.push_back(static_cast<int>(slot) + 1);
+  }
+  const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(ports_, closed) : QString();
+  ui_->PortHint->setText(hint);
+  ui_->PortHint->setVisible(!hint.isEmpty());
 }
 
 void Download::ShowInstruction() {
@@ -301,8 +313,8 @@ void Download::ShowSlots() {
 void Download::ShowSlot(std::size_t index) {
   const SearchSlot& slot = work_->Slots[index];
   const SlotRow& row = rows_[index];
-  const std::string device = ports_.DeviceName(static_cast<int>(index) + 1);
-  row.Device->setText(QString::fromStdString(device));
+  const int number = static_cast<int>(index) + 1;
+  row.Device->setText(QString::fromStdString(ports_.DeviceName(number)));
   row.Label1->setText(QString::fromStdString(slot.Status));
   row.Option1->setEnabled(slot.Choosable() && stage_ != Stage::Searching && stage_ != Stage::Restarting);
   row.Option1->setAccessibleName(QStringLiteral("%1, %2").arg(PortName(index), row.Label1->text()));
@@ -311,19 +323,19 @@ void Download::ShowSlot(std::size_t index) {
   row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText
                                 : slot.Panel     ? QPalette::WindowText
                                                  : QPalette::PlaceholderText);
-  const QString why = WhyNotChoosable(slot, device);
+  const QString why = WhyNotChoosable(slot, number);
   row.Option1->setToolTip(why);
   row.Label1->setToolTip(why);
 }
 
-QString Download::WhyNotChoosable(const SearchSlot& slot, const std::string& device) const {
+QString Download::WhyNotChoosable(const SearchSlot& slot, int number) const {
   if (stage_ != Stage::Choice || slot.Choosable()) return {};
   if (slot.Panel) {
     return QStringLiteral("This is a %1, the configuration is for a %2.")
         .arg(TypeName(slot.Panel->Model - 1), TypeName(configuration_.ControllerType));
   }
   if (slot.Present) return QStringLiteral("Nobody answered at any line setting.");
-  return WhyPortIsClosed(device);
+  return WhyPortIsClosed(ports_, number);
 }
 
 // Escape is Done, so it waits like Done while a panel is being programmed.

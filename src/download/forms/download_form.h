@@ -65,9 +65,10 @@ class Download : public QDialog {
 
   void ShowStage(Stage stage);
   void ShowInstruction();
+  void ShowPortHint();
   void ShowSlots();
   void ShowSlot(std::size_t slot);
-  QString WhyNotChoosable(const SearchSlot& slot, const std::string& device) const;
+  QString WhyNotChoosable(const SearchSlot& slot, int number) const;
   QString ChoiceInstruction() const;
 
   std::unique_ptr<Ui::Download> ui_;

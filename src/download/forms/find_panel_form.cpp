@@ -1,6 +1,7 @@
 #include "download/forms/find_panel_form.h"
 
 #include "download/forms/my_comm.h"
+#include "download/forms/port_words.h"
 #include "ui_find_panel_form.h"
 
 #include <QLabel>
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace qdm {
 namespace {
@@ -49,6 +51,7 @@ QString FindPanel::NameOf(int port) const {
 // The ports are looked up anew: an adapter may have been plugged in since.
 void FindPanel::Find_Click() {
   ui_->Chosen->clear();
+  std::vector<int> closed;
   for (int port = 1; port <= kPortSlots; ++port) {
     const Cell& cell = cells_[static_cast<std::size_t>(port - 1)];
     const bool exists = !ports_.DeviceName(port).empty();
@@ -59,7 +62,11 @@ void FindPanel::Find_Click() {
     cell.Name->setText(cell.Comm->Opened() ? NameOf(port)
                                            : NameOf(port) + QStringLiteral(" is in use or not allowed"));
     cell.Name->setEnabled(cell.Comm->Opened());
+    if (!cell.Comm->Opened()) closed.push_back(port);
   }
+  const QString hint = HintOnClosedPorts(ports_, closed);
+  ui_->PortHint->setText(hint);
+  ui_->PortHint->setVisible(!hint.isEmpty());
   ShowState();
 }
 

@@ -1,6 +1,8 @@
 #include "download/forms/port_words.h"
 
-#include "serial_io/port_list.h"
+#include <QStringList>
+
+#include <map>
 
 namespace qdm {
 
@@ -11,13 +13,25 @@ QString PortCaption(const SerialPorts& ports, int number) {
       .arg(device.empty() ? QStringLiteral("absent") : QString::fromStdString(device));
 }
 
-QString WhyPortIsClosed(const std::string& device) {
-  if (device.empty()) return QStringLiteral("This computer has no such port.");
-  if (const std::optional<ClosedToUser> closed = DeviceClosedToUser(device);
-      closed && !closed->Group.empty()) {
-    return QStringLiteral("%1 is open to members of the group %2 only.")
-        .arg(QString::fromStdString(device), QString::fromStdString(closed->Group));
+QString HintOnClosedPorts(const SerialPorts& ports, const std::vector<int>& numbers) {
+  std::map<std::string, QStringList> devicesOfGroup;
+  for (const int number : numbers) {
+    const std::string group = ports.GroupToJoin(number);
+    if (!group.empty()) devicesOfGroup[group].append(QString::fromStdString(ports.DeviceName(number)));
   }
+  QStringList lines;
+  for (const auto& [group, devices] : devicesOfGroup) {
+    const QString verb = devices.size() == 1 ? QStringLiteral("belongs") : QStringLiteral("belong");
+    lines.append(QStringLiteral("%1 %2 to the group %3: join it (sudo adduser $USER %3) and log in again.")
+                     .arg(devices.join(QStringLiteral(", ")), verb, QString::fromStdString(group)));
+  }
+  return lines.join(QLatin1Char('\n'));
+}
+
+QString WhyPortIsClosed(const SerialPorts& ports, int number) {
+  const std::string device = ports.DeviceName(number);
+  if (device.empty()) return QStringLiteral("This computer has no such port.");
+  if (const QString hint = HintOnClosedPorts(ports, {number}); !hint.isEmpty()) return hint;
   return QStringLiteral("%1 could not be opened: another program may be using it.")
       .arg(QString::fromStdString(device));
 }

@@ -5,12 +5,18 @@
 
 #include <QString>
 
+#include <vector>
+
 namespace qdm {
 
 // "COM3 (ttyUSB0)"; "COM3 (absent)" without a device.
 QString PortCaption(const SerialPorts& ports, int number);
 
-// Why a port on this device did not open. Empty: there is no such port.
-QString WhyPortIsClosed(const std::string& device);
+// Which group to join for those of the ports that one would open, a line for each group; empty when there is
+// none. `numbers` are 1..16.
+QString HintOnClosedPorts(const SerialPorts& ports, const std::vector<int>& numbers);
+
+// Why a port did not open.
+QString WhyPortIsClosed(const SerialPorts& ports, int number);
 
 }  // namespace qdm

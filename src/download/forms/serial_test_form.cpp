@@ -132,7 +132,7 @@ void SerialTestForm::OpenPort() {
 
 void SerialTestForm::ShowPort() {
   SetStatus(port_->IsOpen() ? tr("%1 is open.").arg(PortCaption(ports_, PortNumber()))
-                            : WhyPortIsClosed(ports_.DeviceName(PortNumber())));
+                            : WhyPortIsClosed(ports_, PortNumber()));
 }
 
 void SerialTestForm::Port_Click() {

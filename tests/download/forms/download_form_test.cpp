@@ -1,6 +1,6 @@
 #include "download/forms/download_form.h"
 
-#include "download/simulated_line.h"
+#include "support/closed_ports.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
 
@@ -47,7 +47,7 @@ struct Session {
   FakePrompts Prompts;
   Globals Shared;
   PanelConfiguration Configuration;
-  SimulatedPorts Ports{Time};
+  ClosedPorts Ports{Time};
   std::unique_ptr<Download> Form;
 
   explicit Session(std::int16_t controllerType = kQdm7) : Configuration(ValidConfiguration(controllerType)) {}
@@ -137,6 +137,26 @@ TEST(DownloadForm, SaysWhatToDoWhenThereIsNothingToClick) {
   empty.Search();
   EXPECT_THAT(empty.Instruction(), HasSubstr("No port could be opened"));
   EXPECT_TRUE(empty.Find("Find")->hasFocus());
+}
+
+TEST(DownloadForm, TellsWhichGroupOpensAPort) {
+  Session session;
+  session.AttachAllFour();
+  session.Ports.Groups = {{1, "dialout"}, {4, "tty"}, {5, "dialout"}};
+  session.Search();
+  const auto* const hint = session.Find<QLabel>("PortHint");
+  EXPECT_TRUE(hint->isVisible());
+  EXPECT_EQ(hint->text().toStdString(),
+            "ttyUSB0, ttyS0 belong to the group dialout: join it (sudo adduser $USER dialout) and log in "
+            "again.\nttyUSB3 belongs to the group tty: join it (sudo adduser $USER tty) and log in again.");
+  EXPECT_EQ(session.Status(0), "No Port");
+  EXPECT_THAT(session.Label1(0)->toolTip().toStdString(), HasSubstr("ttyUSB0 belongs to the group dialout"));
+  EXPECT_EQ(session.Status(1), "QDM6 1.3") << "the others are searched";
+
+  session.Ports.Groups.clear();  // joined
+  session.Click("Find");
+  EXPECT_FALSE(hint->isVisible());
+  EXPECT_EQ(session.Status(0), "QDM7 1.3");
 }
 
 TEST(DownloadForm, ProgramsThePanelThatIsClicked) {

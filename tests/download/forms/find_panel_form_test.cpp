@@ -1,7 +1,7 @@
 #include "download/forms/find_panel_form.h"
 
 #include "download/forms/my_comm.h"
-#include "download/simulated_line.h"
+#include "support/closed_ports.h"
 #include "support/form_time.h"
 
 #include <QLabel>
@@ -24,7 +24,7 @@ SimulatedPanel PanelAt(Identification who, std::string settings) {
 
 struct Session {
   FormTime Time;
-  SimulatedPorts Ports{Time};
+  ClosedPorts Ports{Time};
   std::unique_ptr<FindPanel> Form;
 
   void Open() {
@@ -130,6 +130,23 @@ TEST(FindPanel, MayBeClosedOrDeletedInTheMiddle) {
     EXPECT_EQ(session.Time.Elapsed(), milliseconds(2300));
     EXPECT_TRUE(deleted || !session.Form->isVisible());
   }
+}
+
+TEST(FindPanel, TellsWhichGroupOpensAPort) {
+  Session session;
+  session.Ports.AttachLine(1, "ttyUSB0");
+  session.Ports.AttachLine(2, "ttyUSB1");
+  session.Ports.Groups = {{1, "dialout"}};
+  session.Open();
+  const auto* const hint = session.Form->findChild<QLabel*>(QStringLiteral("PortHint"));
+  EXPECT_TRUE(hint->isVisible());
+  EXPECT_THAT(session.Text("PortHint"), HasSubstr("ttyUSB0 belongs to the group dialout"));
+  EXPECT_EQ(session.Comm(2)->Pending(), true);
+
+  session.Ports.Groups.clear();
+  session.RunAll();
+  session.Click("Find");
+  EXPECT_FALSE(hint->isVisible());
 }
 
 TEST(FindPanel, SaysWhenThereIsNoPort) {

@@ -1,0 +1,20 @@
+# Links to the programs, manual pages, completion, and what a freedesktop.org menu and file manager read.
+foreach(program qdm-editor qdm)
+  set(link ${PROJECT_BINARY_DIR}/links/${program})
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
+  file(CREATE_LINK ../${program_folder}/${program} ${link} SYMBOLIC)
+  install(FILES ${link} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endforeach()
+
+install(FILES packaging/linux/qdm-editor.1 packaging/qdm.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 OPTIONAL)
+install(FILES packaging/qdm.bash-completion DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qdm OPTIONAL)
+install(FILES packaging/linux/qdm-editor.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES packaging/linux/qdm-editor.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+install(FILES packaging/linux/example.brevan.qdm-editor.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+foreach(size 16 24 32 48 64 128 256 512)
+  install(FILES resources/icons/app/qdm-editor-${size}.png DESTINATION ${icons}/${size}x${size}/apps RENAME qdm-editor.png)
+endforeach()
+install(FILES resources/icons/app/qdm-editor.svg DESTINATION ${icons}/scalable/apps)
