@@ -5,24 +5,40 @@
 #include "config/configuration_file.h"
 #include "config/forms/projector_panel_editor.h"
 #include "download/forms/download_form.h"
+#include "download/forms/serial_test_form.h"
 #include "download/simulated_line.h"
 #include "projectors/forms/projector_replace_form.h"
 #include "projectors/forms/projector_selector.h"
 #include "projectors/forms/projector_setup_form.h"
 #include "projectors/forms/qt_text.h"
 #include "serial_io/event_loop_waiting.h"
+#include "serial_strings/forms/serial_editor.h"
+#include "serial_strings/forms/volume_editor_form.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDir>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QSettings>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace qdm {
 namespace {
+
+// String slots that the pictures show.
+constexpr std::int16_t kPowerOn = 1;
+constexpr std::int16_t kBlank = 5;
+constexpr std::int16_t kVolumeUp = 6;
+
+constexpr int kWidestInHelp = 860;  // beside the contents, in the help window's first size
+constexpr int kWidestInReadme = 1366;
 
 [[noreturn]] void Fail(const std::string& reason) {
   std::fprintf(stderr, "make_pictures: %s\n", reason.c_str());
@@ -39,12 +55,39 @@ class NoPrompts : public UserPrompts {
   std::optional<QString> SaveFile(QWidget*, const char*) override { Fail("Save?"); }
 };
 
-void Save(QWidget& window, const QString& file) {
+// A projector that answers every command with the same reply.
+class AnsweringProjector : public SerialPort {
+ public:
+  void SetSettings(std::string_view) override {}
+  bool Open() override { return open_ = true; }
+  void Close() override { open_ = false; }
+  bool IsOpen() const override { return open_; }
+  std::size_t BytesWaiting() override { return reply_.size(); }
+  Bytes ReadAll() override { return std::exchange(reply_, {}); }
+  bool Write(ByteView) override {
+    reply_ = {0xA5, 0x03, 0x90, 0x01, 0x39};
+    return open_;
+  }
+
+ private:
+  bool open_ = false;
+  Bytes reply_;
+};
+
+class ProjectorPort : public SerialPorts {
+ public:
+  std::string DeviceName(int number) const override { return number == 1 ? "ttyUSB0" : ""; }
+  std::unique_ptr<SerialPort> Port(int) override { return std::make_unique<AnsweringProjector>(); }
+};
+
+void Save(QWidget& window, const QString& file, int widest = kWidestInHelp) {
   for (int round = 0; round < 3; ++round) QApplication::processEvents();
   // A blinking cursor is in one picture and not in the next.
   if (QWidget* focus = window.focusWidget()) focus->clearFocus();
   QApplication::processEvents();
-  if (!window.grab().save(file)) Fail(file.toStdString() + " cannot be written");
+  QImage picture = window.grab().toImage();
+  if (picture.width() > widest) picture = picture.scaledToWidth(widest, Qt::SmoothTransformation);
+  if (!picture.save(file)) Fail(file.toStdString() + " cannot be written");
 }
 
 struct Pictures {
@@ -80,14 +123,18 @@ struct Pictures {
     editor.show();
     editor.OpenNamedFile(Data.filePath(QStringLiteral("Boardroom QDM7.BVC")));
     editor.ShowStatus(QStringLiteral("Opened Boardroom QDM7.BVC (/home/anna/rooms)"));
-    editor.resize(1366, 740);
-    Save(editor, Readme.filePath(QStringLiteral("main-window.png")));
-    editor.resize(editor.minimumSizeHint().expandedTo(QSize(900, 560)));
+    editor.resize(kWidestInReadme, 740);
+    Save(editor, Readme.filePath(QStringLiteral("main-window.png")), kWidestInReadme);
     Save(editor, Help.filePath(QStringLiteral("main-window.png")));
   }
 
   void Selector() {
     ProjectorSelector selector(Shared, Prompts, [](QWidget*) {});
+    auto* const tree = selector.findChild<QTreeView*>();
+    const QModelIndex manufacturer = tree->model()->index(1, 0);
+    tree->expand(manufacturer);
+    tree->setCurrentIndex(tree->model()->index(1, 0, manufacturer));
+    selector.resize(640, 400);
     selector.show();
     Save(selector, Help.filePath(QStringLiteral("projector-selector.png")));
   }
@@ -95,9 +142,10 @@ struct Pictures {
   void Replace() {
     ProjectorDefinition changed = Projector(u"CORVANE", u"C32");
     changed.WarmUpTime = 90;
-    changed.Strings[kBlank] = changed.Strings[kBlankOff];
+    changed.Strings[kBlank] = changed.Strings[kPowerOn];
     Shared.CurrentProjector = changed;
     ProjectorReplaceForm form(Shared, Prompts);
+    form.resize(860, 400);
     form.show();
     Save(form, Help.filePath(QStringLiteral("replace.png")));
   }
@@ -107,6 +155,33 @@ struct Pictures {
     ProjectorSetupForm form(Shared, Prompts, {});
     form.show();
     Save(form, Help.filePath(QStringLiteral("projector-setup.png")));
+  }
+
+  void StringEditor() {
+    Shared.CurrentProjector = Projector(u"BRACKENLIGHT", u"BL-900 Theatre");
+    Shared.CurrentSlot = kVolumeUp;
+    SerialEditor form(Shared, Prompts, [](QWidget*) {});
+    form.show();
+    Save(form, Help.filePath(QStringLiteral("string-editor.png")));
+  }
+
+  void VolumeFormat() {
+    VolumeEditorForm form(Shared.CurrentProjector, Prompts);
+    form.show();
+    Save(form, Help.filePath(QStringLiteral("volume-format.png")));
+  }
+
+  void TestConsole() {
+    Shared.CurrentProjector = Projector(u"CORVANE", u"C32");
+    Shared.CurrentSlot = kPowerOn;
+    ProjectorPort ports;
+    EventLoopWaiting time;
+    SerialTestForm form(Shared, ports, time, Prompts, Settings);
+    form.show();
+    form.findChild<QRadioButton*>(QStringLiteral("Option2_1"))->click();
+    form.findChild<QPushButton*>(QStringLiteral("Send"))->click();
+    form.Timer1_Timer();
+    Save(form, Help.filePath(QStringLiteral("test-console.png")));
   }
 
   // Searches in true time: some eight seconds.
@@ -132,6 +207,9 @@ int Make(const QStringList& arguments) {
   pictures.Selector();
   pictures.Replace();
   pictures.Setup();
+  pictures.StringEditor();
+  pictures.VolumeFormat();
+  pictures.TestConsole();
   pictures.DownloadWindow();
   return 0;
 }
@@ -144,6 +222,7 @@ int main(int argc, char** argv) {
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
   QApplication::setCursorFlashTime(0);
+  QCursor::setPos(4000, 4000);  // over no button
   qdm::InitialiseResources();
   return qdm::Make(QApplication::arguments());
 }

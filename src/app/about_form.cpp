@@ -1,5 +1,6 @@
 #include "app/about_form.h"
 
+#include "app/link_colour.h"
 #include "config/maker.h"
 #include "config/version.h"
 #include "projectors/file_access.h"
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QEvent>
 #include <QFile>
 #include <QUrl>
 
@@ -33,14 +35,27 @@ AboutForm::AboutForm(const std::filesystem::path& programFolder, UserPrompts& pr
   ui_->ProgramName->setFont(title);
   ui_->VersionLabel->setText(tr("Version %1").arg(QString::fromStdString(VersionText())));
   ui_->MakerLabel->setText(tr("Made by %1").arg(Text(kMakerName)));
-  ui_->WebLabel->setText(QStringLiteral("<a href=\"https://%1\">%1</a>").arg(Text(kMakerWebAddress)));
-  ui_->SupportLabel->setText(QStringLiteral("<a href=\"mailto:%1\">%1</a>").arg(Text(kMakerSupportAddress)));
+  ShowLinks();
 
   connect(ui_->Licence, &QPushButton::clicked, this, &AboutForm::Licence_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &QDialog::accept);
 }
 
 AboutForm::~AboutForm() = default;
+
+void AboutForm::ShowLinks() {
+  const QString link = QStringLiteral("<a href=\"%1\" style=\"color: %3\">%2</a>");
+  const QString colour = LinkColour(palette(), QPalette::Window).name();
+  const QString web = Text(kMakerWebAddress);
+  const QString support = Text(kMakerSupportAddress);
+  ui_->WebLabel->setText(link.arg(QStringLiteral("https://") + web, web, colour));
+  ui_->SupportLabel->setText(link.arg(QStringLiteral("mailto:") + support, support, colour));
+}
+
+void AboutForm::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowLinks();
+}
 
 void AboutForm::Licence_Click() {
   const std::string name = PathToUtf8(licence_);

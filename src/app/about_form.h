@@ -25,7 +25,11 @@ class AboutForm : public QDialog {
   // Opens a file in the desktop's program for it; false when there is none.
   std::function<bool(const QString& fileName)> OpenFile;
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
+  void ShowLinks();
   void Licence_Click();
 
   std::unique_ptr<Ui::AboutForm> ui_;

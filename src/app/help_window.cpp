@@ -1,5 +1,7 @@
 #include "app/help_window.h"
 
+#include "app/link_colour.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QHeaderView>
@@ -22,7 +24,10 @@ constexpr int kPathRole = Qt::UserRole;
 // Pages, style sheets and pictures come out of the help file.
 class HelpBrowser : public QTextBrowser {
  public:
-  explicit HelpBrowser(const ChmFile& file) : file_(file) { setOpenExternalLinks(true); }
+  explicit HelpBrowser(const ChmFile& file) : file_(file) {
+    setOpenExternalLinks(true);
+    ColourLinks();
+  }
 
   QVariant loadResource(int type, const QUrl& name) override {
     const QUrl whole = source().resolved(name);
@@ -32,7 +37,20 @@ class HelpBrowser : public QTextBrowser {
     return QString::fromUtf8(*bytes);
   }
 
+ protected:
+  void changeEvent(QEvent* event) override {
+    QTextBrowser::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange) return;
+    ColourLinks();
+    reload();
+  }
+
  private:
+  void ColourLinks() {
+    document()->setDefaultStyleSheet(
+        QStringLiteral("a { color: %1 }").arg(LinkColour(palette(), QPalette::Base).name()));
+  }
+
   const ChmFile& file_;
 };
 
@@ -54,7 +72,7 @@ HelpWindow::HelpWindow(std::unique_ptr<ChmFile> file)
       found_(new QListWidget) {
   setWindowTitle(tr("Brevan QDM Editor Help"));
   setWindowIcon(QApplication::windowIcon());
-  resize(940, 640);
+  resize(1220, 720);
 
   auto* const tools = new QToolBar;
   QAction* const back = tools->addAction(style()->standardIcon(QStyle::SP_ArrowBack), tr("Back"));
@@ -88,7 +106,7 @@ HelpWindow::HelpWindow(std::unique_ptr<ChmFile> file)
   splitter->addWidget(tabs_);
   splitter->addWidget(browser_);
   splitter->setStretchFactor(1, 1);
-  splitter->setSizes({260, 680});
+  splitter->setSizes({270, 950});
 
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
