@@ -21,14 +21,20 @@
 #include <QIcon>
 #include <QSettings>
 
+#include <algorithm>
+#include <string_view>
+
 namespace qdm {
 namespace {
 
-void NameProgram(QApplication& application) {
-  QApplication::setOrganizationName(QStringLiteral("Brevan"));
-  QApplication::setApplicationName(QStringLiteral("QDM Editor"));
+void NameProgram() {
+  QCoreApplication::setOrganizationName(QStringLiteral("Brevan"));
+  QCoreApplication::setApplicationName(QStringLiteral("QDM Editor"));
+  QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
+}
+
+void ShowAs(QApplication& application) {
   QApplication::setApplicationDisplayName({});
-  QApplication::setApplicationVersion(QString::fromStdString(VersionText()));
   QApplication::setDesktopFileName(QStringLiteral("qdm-editor"));
   QIcon icon;
   for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
@@ -94,8 +100,19 @@ StartArguments ReadArguments(const QStringList& arguments) {
   return read;
 }
 
+void TellWhatIsAsked(int& argc, char** argv) {
+  const bool asked = std::any_of(argv + 1, argv + argc, [](const std::string_view argument) {
+    return argument == "-h" || argument == "--help" || argument == "-v" || argument == "--version";
+  });
+  if (!asked) return;
+  const QCoreApplication application(argc, argv);
+  NameProgram();
+  ReadArguments(QCoreApplication::arguments());
+}
+
 int RunEditor(QApplication& application) {
-  NameProgram(application);
+  NameProgram();
+  ShowAs(application);
   InitialiseResources();
   const StartArguments arguments = ReadArguments(QApplication::arguments());
   QtPrompts prompts;

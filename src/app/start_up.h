@@ -22,6 +22,9 @@ struct StartArguments {
 // know.
 StartArguments ReadArguments(const QStringList& arguments);
 
+// Answers --help and --version, which need no display, and ends the program then.
+void TellWhatIsAsked(int& argc, char** argv);
+
 // Exit status of the program.
 int RunEditor(QApplication& application);
 

@@ -6,6 +6,8 @@
 #include "support/temp_folder.h"
 
 #include <QFileInfo>
+#include <QProcess>
+#include <QProcessEnvironment>
 
 #include <gmock/gmock.h>
 
@@ -29,6 +31,22 @@ TEST(StartArguments, AreReadFromTheCommandLine) {
   EXPECT_EQ(all.DataFolder, std::filesystem::path(u8"/a b/ü"));
   EXPECT_EQ(all.File, QStringLiteral("\"/rooms/Board room.BVC\"")) << "the quotes are the window's business";
   EXPECT_EQ(ReadArguments(Line({"/rooms/Board", "room.BVC"})).File, QStringLiteral("/rooms/Board room.BVC"));
+}
+
+TEST(Program, TellsVersionAndOptionsWithoutADisplay) {
+  const char* const cases[][2] = {
+      {"--version", "QDM Editor 2."}, {"-v", "QDM Editor 2."}, {"--help", "--data"}};
+  for (const auto& [option, expected] : cases) {
+    QProcess editor;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("there-is-none"));
+    editor.setProcessEnvironment(environment);
+    editor.start(QStringLiteral(QDM_BINARY_DIR "/bin/qdm-editor"), {QLatin1String(option)});
+    ASSERT_TRUE(editor.waitForFinished());
+    EXPECT_EQ(editor.exitStatus(), QProcess::NormalExit) << option;
+    EXPECT_EQ(editor.exitCode(), 0) << option;
+    EXPECT_THAT(editor.readAllStandardOutput().toStdString(), testing::HasSubstr(expected));
+  }
 }
 
 TEST(Demonstration, WorksOnCopiesThatGoWithIt) {
