@@ -38,6 +38,7 @@ ByteValueControl::ByteValueControl(int index, QWidget* parent)
   column->addLayout(head);
   column->addWidget(MyTextBox1);
   connect(MyTextBox1, &MyTextBox::KindRequest, this, &ByteValueControl::KindRequest);
+  connect(MyTextBox1, &MyTextBox::ValueChanged, this, &ByteValueControl::VariableChanged);
 }
 
 std::int16_t ByteValueControl::Value() const { return MyTextBox1->Value(); }

@@ -28,6 +28,10 @@ class ByteValueControl : public QWidget {
  Q_SIGNALS:
   // The kind is to be chosen: the label was clicked, or the keys said so.
   void KindRequest();
+  // The user gave the byte another kind, or another value: the form that shows the choice raises them, typing
+  // does by itself.
+  void ModeChanged();
+  void VariableChanged();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

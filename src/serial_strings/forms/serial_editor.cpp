@@ -82,7 +82,8 @@ void SerialEditor::ConnectControls() {
     const int index = cell->MyIndex();
     connect(cell, &ByteValueControl::KindRequest, this, [this, cell] { ChooseKind(*cell); });
     connect(cell->Box(), &MyTextBox::ChoiceRequest, this, [this, cell] { ChooseValue(*cell); });
-    connect(cell->Box(), &MyTextBox::ValueChanged, this, &SerialEditor::ShowString);
+    connect(cell, &ByteValueControl::ModeChanged, this, &SerialEditor::ByteValueControl1_ModeChanged);
+    connect(cell, &ByteValueControl::VariableChanged, this, &SerialEditor::ByteValueControl1_VariableChanged);
     connect(cell->Box(), &MyTextBox::MoveRequest, this, [this, index](int step) { MoveFrom(index, step); });
     connect(cell->Box(), &MyTextBox::PasteRequest, this,
             [this, index] { PasteAt(static_cast<std::size_t>(index), false); });
@@ -190,7 +191,7 @@ void SerialEditor::ChooseKind(ByteValueControl& cell) {
   } else {
     cell.SetByte(cell.Value(), static_cast<std::uint8_t>(kind));
   }
-  ByteValueControl1_ModeChanged();
+  Q_EMIT cell.ModeChanged();
 }
 
 void SerialEditor::MakeAllAscii() {
@@ -217,12 +218,12 @@ void SerialEditor::EditVolumeFormat() {
 void SerialEditor::ChooseValue(ByteValueControl& cell) {
   if (cell.Kind() == static_cast<std::uint8_t>(ByteKind::VAR)) {
     EditVolumeFormat();
-    return ByteValueControl1_VariableChanged();
+  } else {
+    FormControlcodeForm form(this);
+    const int code = form.ChooseAt(OnScreen(*cell.Box()), cell.Value() < 32 ? cell.Value() : 0);
+    if (code != FormControlcodeForm::kNothing) cell.SetByte(static_cast<std::int16_t>(code), cell.Kind());
   }
-  FormControlcodeForm form(this);
-  const int code = form.ChooseAt(OnScreen(*cell.Box()), cell.Value() < 32 ? cell.Value() : 0);
-  if (code != FormControlcodeForm::kNothing) cell.SetByte(static_cast<std::int16_t>(code), cell.Kind());
-  ShowString();
+  Q_EMIT cell.VariableChanged();
 }
 
 // ---- commands ----
