@@ -144,6 +144,10 @@ int RunEditor(QApplication& application) {
   editor.Form_Load();
   editor.show();
   editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File);
+  if (demonstration) {
+    editor.ShowStatus(QStringLiteral(
+        "Demonstration: simulated panels on COM1 to COM4, and copies of the examples that go at the end"));
+  }
   return QApplication::exec();
 }
 
