@@ -89,7 +89,7 @@ DataFolder FindDataFolder(const std::optional<fs::path>& named, const fs::path& 
 void PrepareDataFolder(const DataFolder& folder) {
   std::error_code error;
   fs::create_directories(folder.Folder, error);
-  if (error) throw FileError(folder.Folder, "create", error.message());
+  if (error) throw FileError(folder.Folder, "create", error.default_error_condition().message());
   if (folder.SeedFolder.empty()) return;
   WriteFileSafely(ProjectorFiles(folder.Folder).Library,
                   ReadWholeFile(ProjectorFiles(folder.SeedFolder).Library));

@@ -24,6 +24,9 @@ using File = std::unique_ptr<std::FILE, Closer>;
 
 std::string ReasonOf(int error) { return std::generic_category().message(error); }
 
+// Windows has its own words for what every system can refuse, in the code page of the country.
+std::string ReasonOf(const std::error_code& error) { return error.default_error_condition().message(); }
+
 File OpenFile(const fs::path& path, const char* mode) {
 #ifdef _WIN32
   const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
@@ -116,12 +119,12 @@ void RenameFile(const fs::path& from, const fs::path& to) {
 #ifdef _WIN32
   if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
     const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
-    throw FileError(to, "replace", error.message());
+    throw FileError(to, "replace", ReasonOf(error));
   }
 #else
   std::error_code error;
   fs::rename(from, to, error);
-  if (error) throw FileError(to, "replace", error.message());
+  if (error) throw FileError(to, "replace", ReasonOf(error));
 #endif
 }
 
@@ -131,7 +134,7 @@ void RemoveFile(const fs::path& path) {
   if (!error) return;
   // Where nothing may be deleted, some systems refuse before they look whether there is anything.
   std::error_code ignored;
-  if (fs::exists(fs::symlink_status(path, ignored))) throw FileError(path, "delete", error.message());
+  if (fs::exists(fs::symlink_status(path, ignored))) throw FileError(path, "delete", ReasonOf(error));
 }
 
 void FlushFolder(const fs::path& folder) {
