@@ -64,16 +64,17 @@ fs::path UserDataFolder() {
 }
 
 bool CanWriteTo(const fs::path& folder) {
+  std::error_code error;
+  if (!fs::is_directory(folder, error)) return false;
 #ifdef _WIN32
-  const HANDLE opened = CreateFileW(folder.c_str(), FILE_ADD_FILE | FILE_DELETE_CHILD,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  const HANDLE opened =
+      CreateFileW(folder.c_str(), FILE_ADD_FILE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (opened == INVALID_HANDLE_VALUE) return false;
   CloseHandle(opened);
   return true;
 #else
-  std::error_code error;
-  return fs::is_directory(folder, error) && access(folder.c_str(), W_OK | X_OK) == 0;
+  return access(folder.c_str(), W_OK | X_OK) == 0;
 #endif
 }
 
