@@ -38,8 +38,10 @@ class PictureButton : public QToolButton {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
     const bool lit = isChecked() && isEnabled();
-    painter.setPen(QPen(palette().color(isChecked() ? QPalette::Highlight : QPalette::Mid), 1));
-    painter.setBrush(lit ? palette().brush(QPalette::Highlight) : palette().brush(QPalette::Button));
+    // Some styles draw the selection of a window behind another one in the colour of the window.
+    const QBrush chosen = palette().brush(QPalette::Active, QPalette::Highlight);
+    painter.setPen(QPen(isChecked() ? chosen.color() : palette().color(QPalette::Mid), 1));
+    painter.setBrush(lit ? chosen : palette().brush(QPalette::Button));
     painter.drawRoundedRect(frame, 4, 4);
     if (hasFocus()) {
       painter.setPen(
