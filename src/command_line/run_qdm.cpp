@@ -107,7 +107,7 @@ void AddFileCommands(CLI::App& app, Request& request) {
       "and\nmodel. Exit status: 0 when nothing differs, 1 when something does.\n\n"
       "Examples:\n"
       "  qdm compare \"Room 101.BVC\" \"Room 102.BVC\"\n"
-      "  qdm compare Projectors.BAK.BVD Projectors.DEF\n"
+      "  qdm compare Visora.BVD Projectors.DEF\n"
       "  git show HEAD:room.json | qdm compare - room.BVC");
   command
       ->add_option("A", request.Compare.First,
@@ -301,7 +301,7 @@ void Describe(CLI::App& app) {
   app.footer(
       "\"qdm COMMAND --help\" tells more about a command.\n\n"
       "Files are told by their endings, in either case: .BVC a configuration, .BVD and .DEF projector\n"
-      "definitions, .json text.\n"
+      "definitions, .json text.\n\n"
       "Exit status: 0 done; 1 refused or failed (a rule, a panel, a reply); 2 wrong command line, or a file\n"
       "that cannot be read, written or understood.");
   app.set_version_flag("--version", "qdm " + VersionText(), "Print the version");

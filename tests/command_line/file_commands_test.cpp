@@ -1,7 +1,11 @@
 // export, import, check, compare and image, in process.
+#include "config/version.h"
 #include "download/programming.h"
 #include "support/distinct_configuration.h"
 #include "support/qdm_runner.h"
+
+#include <iterator>
+#include <regex>
 
 namespace qdm {
 namespace {
@@ -226,30 +230,44 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLine) {
   }
 }
 
-TEST(CommandLine, ExplainsItselfOnEveryLevel) {
+TEST(CommandLine, ExplainsItselfOnEveryLevelAndInManualAndCompletion) {
+  const auto textOf = [](const std::string& name) {
+    const Bytes bytes = ReadWholeFile(PathFromUtf8(QDM_SOURCE_DIR "/packaging/" + name));
+    return std::string(bytes.begin(), bytes.end());
+  };
+  const std::string completion = textOf("qdm.bash-completion");
+  const std::string manual = std::regex_replace(textOf("qdm.1"), std::regex(R"(\\-)"), "-");
+  const std::vector<std::string> commands = {"",
+                                             "export",
+                                             "import",
+                                             "check",
+                                             "compare",
+                                             "image",
+                                             "projectors",
+                                             "projectors list",
+                                             "projectors add",
+                                             "projectors extract",
+                                             "projectors remove",
+                                             "find",
+                                             "download",
+                                             "simulate"};
   QdmRunner qdm;
-  const std::vector<std::vector<std::string>> commands = {{},
-                                                          {"export"},
-                                                          {"import"},
-                                                          {"check"},
-                                                          {"compare"},
-                                                          {"image"},
-                                                          {"projectors"},
-                                                          {"projectors", "list"},
-                                                          {"projectors", "add"},
-                                                          {"projectors", "extract"},
-                                                          {"projectors", "remove"},
-                                                          {"find"},
-                                                          {"download"},
-                                                          {"simulate"}};
-  for (std::vector<std::string> command : commands) {
-    const std::string usage = "Usage: qdm" + (command.empty() ? std::string() : " " + command.back());
-    const bool nested = command.size() > 1;
-    command.push_back("--help");
-    EXPECT_THAT(qdm.Run(command),
-                Answers(0, HasSubstr(nested ? "Usage: qdm projectors " : usage), IsEmpty()));
+  for (const std::string& command : commands) {
+    std::istringstream words(command);
+    std::vector<std::string> arguments(std::istream_iterator<std::string>(words), {});
+    arguments.push_back("--help");
+    const Outcome help = qdm.Run(arguments);
+    const std::string usage = "Usage: qdm" + (command.empty() ? "" : " " + command) + " [OPTIONS]";
+    EXPECT_THAT(help, Answers(0, HasSubstr(usage), IsEmpty()));
+
+    EXPECT_THAT(manual, HasSubstr(usage.substr(7))) << "run script/man-page";
+    const std::regex option("  (?:-\\w,)?(--[a-z-]+)");
+    for (std::sregex_iterator found(help.Out.begin(), help.Out.end(), option), end; found != end; ++found) {
+      EXPECT_THAT(completion, HasSubstr((*found)[1].str())) << command;
+      EXPECT_THAT(manual, HasSubstr((*found)[1].str())) << command;
+    }
   }
-  EXPECT_THAT(qdm.Run({"--version"}), Answers(0, "qdm 2.0.0\n", ""));
+  EXPECT_THAT(qdm.Run({"--version"}), Answers(0, "qdm " + VersionText() + "\n", ""));
 }
 
 }  // namespace
