@@ -82,7 +82,9 @@ PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<in
   ProgressLine progress(context);
   const auto show = [&](std::size_t slot) { progress.Show(search.Slots[slot].Status); };
   SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop, show);
-  progress.Show("Restarting");
+  const bool anyAnswered = std::any_of(search.Slots.begin(), search.Slots.end(),
+                                       [](const SearchSlot& slot) { return slot.Panel.has_value(); });
+  progress.Show(anyAnswered ? "Restarting" : "");
   const std::vector<Message> failures = RestartFoundPanels(search.Slots, context.Time);
   progress.Show("");
   for (const Message& failure : failures) told << TextOf(failure) << std::endl;

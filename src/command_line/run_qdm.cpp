@@ -64,7 +64,7 @@ int ControllerTypeOf(const std::string& text) {
   throw CLI::ValidationError("--type", "\"" + text + "\" is none of QDM 7, QDM 6, QDM 4, TL-VOX");
 }
 
-void AddFileCommands(CLI::App& app, Request& request) {
+void AddTextCommands(CLI::App& app, Request& request) {
   CLI::App* command = AddCommand(app, "export", "Write a configuration or projector definitions as JSON text",
                                  "Every field of the file becomes a key, so that the text can be edited, "
                                  "compared and kept under version\n"
@@ -93,11 +93,13 @@ void AddFileCommands(CLI::App& app, Request& request) {
       ->required()
       ->type_name("FILE");
   Runs(command, request, Import, request.Import);
+}
 
-  command = AddCommand(app, "check", "Tell whether a configuration may be saved and downloaded",
-                       "Prints \"ok\", or what the editor would say; the exit status is 1 then.\n\n"
-                       "Example:\n"
-                       "  for room in *.BVC; do echo \"$room: $(qdm check \"$room\")\"; done");
+void AddConfigurationCommands(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(app, "check", "Tell whether a configuration may be saved and downloaded",
+                                 "Prints \"ok\", or what the editor would say; the exit status is 1 then.\n\n"
+                                 "Example:\n"
+                                 "  for room in *.BVC; do echo \"$room: $(qdm check \"$room\")\"; done");
   command->add_option("FILE.BVC", request.Check.File, "the configuration")->required();
   Runs(command, request, Check, request.Check);
 
@@ -252,8 +254,10 @@ void AddPanelCommands(CLI::App& app, Request& request) {
                    "the panel's port; when left out, the one panel of the right type that is found")
       ->type_name("PORT");
   Runs(command, request, Download, request.Download);
+}
 
-  command = AddCommand(
+void AddSimulateCommand(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
       app, "simulate", "Be a panel, for practice and tests",
       "Prints the path of a pseudo-terminal and answers there like a panel, until it is interrupted.\n"
       "Faults, with N the how manieth (3 the third, %3 every third, left out all), REPLY ident, ack or "
@@ -343,9 +347,11 @@ int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
   Request request;
   CLI::App app;
   Describe(app);
-  AddFileCommands(app, request);
+  AddTextCommands(app, request);
+  AddConfigurationCommands(app, request);
   AddProjectorsCommands(app, request);
   AddPanelCommands(app, request);
+  AddSimulateCommand(app, request);
 
   std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
   try {
