@@ -242,8 +242,8 @@ void Download::ShowStage(Stage stage) {
   ui_->Find->setEnabled(stage == Stage::Choice);
   ui_->Stopper->setEnabled(stage == Stage::Searching && !closing_);
   ui_->FindPanelWindow->setEnabled(stage == Stage::Choice || stage == Stage::NoImage);
-  ShowInstruction();
   ShowPortHint();
+  ShowInstruction();
   ShowSlots();
 }
 
@@ -300,7 +300,9 @@ QString Download::ChoiceInstruction() const {
         .arg(wanted);
   }
   if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present; })) {
-    return QStringLiteral("No port could be opened. Plug the adapter in, then press Find.");
+    return ui_->PortHint->text().isEmpty()
+               ? QStringLiteral("No port could be opened. Plug the adapter in, then press Find.")
+               : QStringLiteral("No port could be opened. The line below the ports says why.");
   }
   return QStringLiteral("No %1 was found. Check that it has power and is connected, then press Find.")
       .arg(wanted);

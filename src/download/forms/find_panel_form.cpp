@@ -107,12 +107,15 @@ void FindPanel::ShowState() {
   const bool busy =
       count([](const Cell& cell) { return cell.Comm->Pending() || cell.Comm->Searching(); }) > 0;
   const auto existing = count([](const Cell& cell) { return !cell.Name->isHidden(); });
+  const auto opened = count([](const Cell& cell) { return cell.Comm->Opened(); });
   const auto found = count([](const Cell& cell) { return cell.Comm->Result().Panel.has_value(); });
   ui_->Stopper->setEnabled(busy);
   ui_->Find->setEnabled(!busy);
   if (existing == 0) {
     ui_->Instruction->setText(
         QStringLiteral("This computer has no serial port. Plug an adapter in and press Find."));
+  } else if (opened == 0) {
+    ui_->Instruction->setText(QStringLiteral("No port could be opened."));
   } else if (found > 0) {
     ui_->Instruction->setText(QStringLiteral("Choose a port to read what is on it."));
   } else if (busy) {

@@ -140,6 +140,12 @@ TEST(DownloadForm, SaysWhatToDoWhenThereIsNothingToClick) {
 }
 
 TEST(DownloadForm, TellsWhichGroupOpensAPort) {
+  Session alone;
+  alone.Ports.AttachLine(1, "ttyS0");
+  alone.Ports.Groups = {{1, "dialout"}};
+  alone.Search();
+  EXPECT_THAT(alone.Instruction(), HasSubstr("below the ports"));
+
   Session session;
   session.AttachAllFour();
   session.Ports.Groups = {{1, "dialout"}, {4, "tty"}, {5, "dialout"}};

@@ -141,7 +141,7 @@ TEST(FindPanel, TellsWhichGroupOpensAPort) {
   const auto* const hint = session.Form->findChild<QLabel*>(QStringLiteral("PortHint"));
   EXPECT_TRUE(hint->isVisible());
   EXPECT_THAT(session.Text("PortHint"), HasSubstr("ttyUSB0 belongs to the group dialout"));
-  EXPECT_EQ(session.Comm(2)->Pending(), true);
+  EXPECT_TRUE(session.Comm(2)->Pending());
 
   session.Ports.Groups.clear();
   session.RunAll();
