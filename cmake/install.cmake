@@ -16,8 +16,6 @@ install(FILES LICENSE DESTINATION ${program_folder} RENAME licence.txt)
 install(DIRECTORY examples DESTINATION ${program_folder}
         FILES_MATCHING PATTERN *.BVC PATTERN *.BVD PATTERN *.DEF PATTERN README.md)
 
-if(WIN32)
-  include(${CMAKE_CURRENT_LIST_DIR}/install_windows.cmake OPTIONAL)
-else()
+if(NOT WIN32)
   include(${CMAKE_CURRENT_LIST_DIR}/install_desktop.cmake)
 endif()
