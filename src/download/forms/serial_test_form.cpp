@@ -4,6 +4,7 @@
 #include "download/forms/port_words.h"
 #include "projectors/definition_setup.h"
 #include "projectors/projector_volume.h"
+#include "serial_strings/forms/kind_colours.h"
 #include "serial_strings/forms/serial_string_display.h"
 #include "serial_strings/forms/string_clipboard.h"
 #include "ui_serial_test_form.h"
@@ -227,19 +228,33 @@ void SerialTestForm::ShowReply() {
   const SerialString& reply = globals_.ReceivedReply;
   const std::size_t count = reply.BytesInUse();
   ui_->SerialStringDisplay2->FillWithReceiveString();
-  for (std::size_t i = 0; i < Ignore.size(); ++i) {
-    const QString byte = QString::fromStdString(HexByte(reply.Values[i]));
-    Ignore[i]->setVisible(i < count);
-    Ignore[i]->setChecked(reply.Kinds[i] == static_cast<std::uint8_t>(ByteKind::IGN));
-    Ignore[i]->setText(byte);
-    Ignore[i]->setToolTip(tr("Byte %1: ignore it").arg(i + 1));
-    Ignore[i]->setAccessibleName(tr("Byte %1, %2 hexadecimal: ignore it").arg(i + 1).arg(byte));
-  }
+  for (std::size_t i = 0; i < Ignore.size(); ++i) ShowCell(i, i < count);
   ui_->Copy->setEnabled(count > 0);
   const auto replySlot = ReplySlotOf(slot_);
   ui_->UseAsReply->setEnabled(count > 0 && replySlot);
   ui_->UseAsReply->setToolTip(replySlot ? tr("Stores it as \"%1\"").arg(SlotName(*replySlot))
                                         : tr("No reply is expected after \"%1\"").arg(SlotName(slot_)));
+}
+
+// An ignored byte is struck out and has the colour of its kind.
+void SerialTestForm::ShowCell(std::size_t index, bool inReply) {
+  QToolButton* cell = Ignore[index];
+  const std::uint8_t kind = globals_.ReceivedReply.Kinds[index];
+  const bool ignored = kind == static_cast<std::uint8_t>(ByteKind::IGN);
+  const QString byte = QString::fromStdString(HexByte(globals_.ReceivedReply.Values[index]));
+  cell->setVisible(inReply);
+  cell->setChecked(ignored);
+  cell->setText(byte);
+  cell->setToolTip(tr("Byte %1: ignore it").arg(index + 1));
+  cell->setAccessibleName(tr("Byte %1, %2 hexadecimal: ignore it").arg(index + 1).arg(byte));
+  QFont font = this->font();
+  font.setStrikeOut(ignored);
+  cell->setFont(font);
+  QPalette colours = palette();
+  if (ignored) {
+    colours.setColor(QPalette::ButtonText, KindColourOn(kind, colours.color(QPalette::Button)));
+  }
+  cell->setPalette(colours);
 }
 
 void SerialTestForm::Option2_Click() {

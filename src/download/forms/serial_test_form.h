@@ -62,6 +62,7 @@ class SerialTestForm : public QDialog {
   void ShowLevel();
   void ForgetReply();
   void ShowReply();
+  void ShowCell(std::size_t index, bool inReply);
   void SetBusy(bool busy);
   void SetStatus(const QString& text);
   bool SendsLevel() const;

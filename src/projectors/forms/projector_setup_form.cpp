@@ -124,7 +124,9 @@ void ProjectorSetupForm::LoadNumber(IntegerEntry* entry, int stored, int highest
 
 // What no control shows, or shows only in part, stays as it was: an unknown parity, another "two stop bits".
 void ProjectorSetupForm::Store(ProjectorDefinition& projector) const {
+  // In capitals already: the box itself takes the spelling of its list.
   projector.Manufacturer = NameIn(ui_->Manufacturer->currentText());
+  projector.Manufacturer.Assign(UpperCase(projector.Manufacturer.View()));
   projector.Model = NameIn(ui_->Model->text());
   projector.Notes = ui_->Notes->Notes();
   projector.Baudrate = Narrow(std::max(0, Baudrate->checkedId()));

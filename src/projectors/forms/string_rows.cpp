@@ -91,6 +91,8 @@ void StringRows::MakeRow(const Row& row, int line) {
   Cell& cell = cells_[row.Slot];
   cell.Test = MakeButton("Test", row.Slot, tr("Test"), tr("Try %1 on a projector (F5)").arg(caption));
   grid_->addWidget(cell.Test, line, kTestColumn);
+  connect(cell.Test, &QToolButton::clicked, this,
+          [this, slot = static_cast<int>(row.Slot)] { Q_EMIT TestRequest(slot); });
   MakeReply(row.Slot, caption, line);
 }
 
