@@ -9,12 +9,15 @@
 #include "config/version.h"
 #include "download/forms/download_form.h"
 #include "download/forms/find_panel_form.h"
+#include "download/forms/serial_test_form.h"
 #include "download/simulated_line.h"
 #include "projectors/data_folder.h"
 #include "projectors/forms/projector_selector.h"
+#include "projectors/forms/projector_setup_form.h"
 #include "projectors/forms/qt_text.h"
 #include "serial_io/event_loop_waiting.h"
 #include "serial_io/port_list.h"
+#include "serial_strings/forms/serial_editor.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -130,8 +133,24 @@ int RunEditor(QApplication& application) {
   Help help(globals.ProgramFolder, prompts);
   application.installEventFilter(&help);
 
+  const auto openConsole = [&](QWidget* parent) {
+    SerialTestForm(globals, *ports, time, prompts, *settings, parent).exec();
+  };
+  const SlotWindows slotWindows{
+      .Edit =
+          [&](QWidget* parent, int firstByte) {
+            SerialEditor editor(globals, prompts, openConsole, parent);
+            editor.FocusByte(firstByte);
+            editor.exec();
+          },
+      .Test = openConsole,
+  };
+  const auto setUpProjector = [&](QWidget* parent) {
+    ProjectorSetupForm(globals, prompts, slotWindows, parent).exec();
+  };
   const EditorWindows windows{
-      .Selector = [&](QWidget* parent) { OpenProjectorSelector(globals, prompts, parent); },
+      .Selector =
+          [&](QWidget* parent) { ProjectorSelector(globals, prompts, setUpProjector, parent).exec(); },
       .Download =
           [&](QWidget* parent, const PanelConfiguration& configuration) {
             Download(globals, configuration, *ports, time, prompts, parent).exec();

@@ -81,11 +81,6 @@ void ProjectorSelector::FillToolbar() {
 
 void ProjectorSelector::Form_Load() {
   ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
-  if (setUp_ == nullptr) {
-    for (const char* key : {"NEW", "EDIT"}) {
-      ActionOf(key)->setToolTip(tr("This version of the editor has no projector setup dialog"));
-    }
-  }
   UpdateToolbar();
   ui_->Filter->setFocus();
 }
@@ -100,15 +95,14 @@ void ProjectorSelector::Filter_Return() {
 
 void ProjectorSelector::UpdateToolbar() {
   const bool model = ui_->TreeView1->SelectedElement().has_value();
-  for (const char* key : {"DELETE", "COPY", "CUT"}) ActionOf(key)->setEnabled(model);
-  ActionOf("EDIT")->setEnabled(model && setUp_ != nullptr);
-  ActionOf("NEW")->setEnabled(setUp_ != nullptr);
+  for (const char* key : {"DELETE", "EDIT", "COPY", "CUT"}) ActionOf(key)->setEnabled(model);
   ActionOf("EXPORT")->setEnabled(!ui_->TreeView1->SelectedElements().empty());
   ActionOf("PASTE")->setEnabled(HasBothNames(globals_.ClipboardProjector));
 }
 
 void ProjectorSelector::New() {
   ClearProjector(globals_.CurrentProjector);
+  globals_.CurrentProjector.Baudrate = 0;  // which clearing leaves as it was
   SetUpCurrentProjector();
 }
 
@@ -229,11 +223,6 @@ bool ProjectorSelector::SaveLibrary() {
         "same?\r\nWith No it stays open, and you can close it again to try once more.";
     return prompts_.AskYesNo(this, question);
   }
-}
-
-void OpenProjectorSelector(Globals& globals, UserPrompts& prompts, QWidget* parent) {
-  ProjectorSelector selector(globals, prompts, nullptr, parent);
-  selector.exec();
 }
 
 }  // namespace qdm

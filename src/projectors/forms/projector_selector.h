@@ -28,7 +28,6 @@ class ProjectorSelector : public QDialog {
   // Edits Globals::CurrentProjector and, on Done, stores it in the library.
   using SetupDialog = std::function<void(QWidget* parent)>;
 
-  // Without a setup dialog, NEW and EDIT are disabled.
   ProjectorSelector(Globals& globals, UserPrompts& prompts, SetupDialog setUp, QWidget* parent = nullptr);
   ~ProjectorSelector() override;
 
@@ -69,8 +68,5 @@ class ProjectorSelector : public QDialog {
   SetupDialog setUp_;
   std::unique_ptr<Ui::ProjectorSelector> ui_;
 };
-
-// Opens the selector modally.
-void OpenProjectorSelector(Globals& globals, UserPrompts& prompts, QWidget* parent);
 
 }  // namespace qdm

@@ -95,16 +95,6 @@ TEST_F(Selector, EnablesWhatTheSelectionAndTheClipboardAllow) {
   EXPECT_EQ(Enabled(), "NEW PASTE IMPORT EXIT ");
 }
 
-TEST_F(Selector, WithoutASetupDialogNewAndEditSayWhyTheyAreDisabled) {
-  ProjectorSelector form(globals_, prompts_, nullptr);
-  Child<ProjectorTree>(form, "TreeView1").SelectProjector(Named("ACME", "B"));
-  for (const char* key : {"NEW", "EDIT"}) {
-    const QAction* action = form.findChild<QAction*>(QLatin1String(key));
-    EXPECT_FALSE(action->isEnabled());
-    EXPECT_TRUE(action->toolTip().contains(QStringLiteral("setup dialog")));
-  }
-}
-
 TEST_F(Selector, FocusOnTheTreeAloneSelectsNothing) {
   Open();
   Tree().setFocus(Qt::TabFocusReason);
