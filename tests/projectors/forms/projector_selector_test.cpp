@@ -3,6 +3,7 @@
 #include "controls/filter_box.h"
 #include "library_fixture.h"
 #include "projectors/forms/projector_tree.h"
+#include "support/distinct_projector.h"
 
 #include <QAction>
 #include <QToolBar>
@@ -202,8 +203,10 @@ TEST_F(Selector, NewAndEditHandTheirDefinitionToTheSetupDialogAndShowWhatItStore
   EXPECT_EQ(setUps_, 4) << "a manufacturer cannot be edited";
 }
 
-TEST_F(Selector, ACancelledNewLeavesTheSelection) {
+TEST_F(Selector, NewBeginsAtTheLowestSpeedAndLeavesTheSelectionWhenItIsCancelled) {
   Open();
+  globals_.CurrentProjector = DistinctProjector();
+  whileSettingUp_ = [this] { EXPECT_EQ(globals_.CurrentProjector.Baudrate, 0); };
   Select("ACME", "A");
   Press("NEW");
   EXPECT_EQ(setUps_, 1);

@@ -5,6 +5,7 @@
 #include "projectors/definition_setup.h"
 #include "projectors/forms/notes_box.h"
 #include "serial_strings/forms/serial_string_display.h"
+#include "serial_strings/forms/string_clipboard.h"
 #include "support/distinct_projector.h"
 #include "support/strings.h"
 
@@ -234,7 +235,7 @@ TEST_F(ProjectorSetup, DoneRefusesInOrder) {
   Open();
   EXPECT_EQ(Done(), "Cannot save as there are too many serial bytes in this configuration!");
   Key(Display(3), Qt::Key_Delete);
-  globals_.ClipboardString = Characters("x");
+  CopyString(globals_, Characters("x"));
   const std::pair<int, const char*> names[] = {
       {1, "Power on"}, {2, "Data 1"}, {3, "Data 2"}, {4, "Video"}, {8, "Power off"}};
   for (const auto& [slot, name] : names) {
