@@ -52,7 +52,7 @@ class QdmRunner {
                            .Out = out,
                            .Err = err,
                            .ErrIsTerminal = OnTerminal,
-                           .DataVariable = {},
+                           .DataVariable = Folder.Path(),
                            .ProgramFolder = Folder.Path(),
                            .UserFolder = Folder / "user",
                            .Ports = Ports,
