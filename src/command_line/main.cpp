@@ -6,9 +6,11 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
 #include <iostream>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 #else
@@ -44,6 +46,8 @@ void PrepareStreams() {
   std::ios::sync_with_stdio(false);
 #ifdef _WIN32
   SetConsoleOutputCP(CP_UTF8);
+  // What goes to a pipe is what would go to a file, line ends included.
+  for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
 #else
   // A reader that went away is a failed write, never an end in the middle of a download.
   std::signal(SIGPIPE, SIG_IGN);

@@ -22,8 +22,8 @@ namespace qdm {
 
 namespace {
 
-std::mutex consoleEvents;           // held by whoever must not be interrupted
-std::atomic<StopRequest*> asked{};  // the procedure that is asked to stop
+std::recursive_mutex consoleEvents;  // held by whoever must not be interrupted, and by what it calls
+std::atomic<StopRequest*> asked{};   // the procedure that is asked to stop
 std::atomic<bool> ended{};
 
 // Runs on a thread of its own; the system ends the program when it returns FALSE, and for all events but
@@ -45,7 +45,7 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
 }  // namespace
 
 struct HeldSignals::Before {
-  std::unique_lock<std::mutex> Held{consoleEvents};
+  std::unique_lock<std::recursive_mutex> Held{consoleEvents};
 };
 
 HeldSignals::HeldSignals() {

@@ -123,11 +123,25 @@ TEST(Image, ShowsTheMemoryAsDumpAsRecordsAsTableAndAsFile) {
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLine) {
   QdmRunner qdm;
-  for (const char* wrong :
-       {"", "export", "export a.BVC b.BVC", "import a.json", "check a.BVC --fast", "projectors",
-        "image a.BVC --records --explain", "image a.BVC --records -o x", "projectors remove ACME",
-        "projectors add a.BVD --on-conflict ask", "find --type QDM5", "find --port COM17",
-        "simulate --settings 9600,x,8,2", "simulate --firmware 1.256", "simulate --fault explode"}) {
+  for (const char* wrong : {
+           "",
+           "export",
+           "export a.BVC b.BVC",
+           "import a.json",
+           "check a.BVC --fast",
+           "projectors",
+           "image a.BVC --records --explain",
+           "image a.BVC --records -o x",
+           "projectors remove ACME",
+           "projectors add a.BVD --on-conflict ask",
+           "find --type QDM5",
+           "find --port COM17",
+#ifndef _WIN32
+           "simulate --settings 9600,x,8,2",
+           "simulate --firmware 1.256",
+           "simulate --fault explode",
+#endif
+       }) {
     const Outcome outcome = qdm.Run(WordsOf(wrong));
     EXPECT_THAT(outcome, IsUnusable("")) << wrong;
     EXPECT_THAT(LinesOf(outcome.Err), SizeIs(1)) << wrong;
