@@ -8,7 +8,15 @@ namespace qdm {
 
 FilterBox::FilterBox(QWidget* parent) : QLineEdit(parent) {
   addAction(QIcon(QStringLiteral(":/icons/find.png")), QLineEdit::LeadingPosition);
-  setClearButtonEnabled(true);
+  // The line edit's own clear button looks its icon up in the desktop's themes: a quarter of the editor's
+  // start.
+  QAction* const clearAction =
+      addAction(QIcon(QStringLiteral(":/icons/clear.png")), QLineEdit::TrailingPosition);
+  clearAction->setToolTip(QStringLiteral("Show all"));
+  clearAction->setVisible(false);
+  connect(clearAction, &QAction::triggered, this, &QLineEdit::clear);
+  connect(this, &QLineEdit::textChanged, clearAction,
+          [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
   setPlaceholderText(QStringLiteral("Filter"));
   setAccessibleName(QStringLiteral("Filter"));
 }
