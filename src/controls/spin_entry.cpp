@@ -99,7 +99,7 @@ void SpinEntry::StoreText() {
 }
 
 void SpinEntry::ExplainRange() {
-  if (!isVisible()) return;
+  if (!isVisible() || window()->isHidden()) return;  // the window is hidden before its parts are
   QToolTip::showText(Text1->mapToGlobal(QPoint(0, Text1->height())), Text1->toolTip(), Text1);
 }
 
@@ -173,6 +173,10 @@ bool SpinEntry::Text1_KeyUp(int key) {
   return true;
 }
 
+// A window that is destroyed hides itself when its owner's part of it is gone already: nobody is there to
+// tell.
+void SpinEntry::Text1_LostFocus() { window()->isHidden() ? StoreText() : StoreAndRaise(); }
+
 void SpinEntry::StoreAndRaise() {
   StoreText();
   RaiseChanged();
@@ -207,7 +211,7 @@ bool SpinEntry::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::FocusOut:
       // The text's own context menu only borrows the focus.
       if (watched == Text1 && static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason) {
-        StoreAndRaise();
+        Text1_LostFocus();
       }
       return false;
     case QEvent::MouseButtonPress:

@@ -1,7 +1,8 @@
 // The family of small entry controls: a number that is typed into `Text1` or stepped with `Up` and `Down`.
 // A held button steps at once, again after 1 s and then every 100 ms. `Changed` tells the owner, once per
 // action of the user, to read the value: on mouse up, Enter, a key step and on losing focus, also when the
-// text is as it was. Text that cannot be read stands for the last value. The mouse wheel changes nothing.
+// text is as it was; not when the focus is lost because the window goes, which only stores the text. Text
+// that cannot be read stands for the last value. The mouse wheel changes nothing.
 #pragma once
 
 #include <QWidget>
@@ -67,6 +68,7 @@ class SpinEntry : public QWidget {
 
   bool Text1_KeyDown(int key);
   bool Text1_KeyUp(int key);
+  void Text1_LostFocus();
   void HoldButton(Held button);
   void StopRepeat();
   void StepBy(int steps);

@@ -3,7 +3,6 @@
 #include "app/demonstration.h"
 #include "config/configuration_file.h"
 #include "projectors/projector_files.h"
-#include "support/temp_folder.h"
 
 #include <QFileInfo>
 #include <QProcess>
@@ -61,15 +60,6 @@ TEST(Demonstration, WorksOnCopiesThatGoWithIt) {
     EXPECT_GE(library.Size(), 20U);
   }
   EXPECT_FALSE(std::filesystem::exists(folder));
-}
-
-TEST(Demonstration, TakesAFileThatIsNamed) {
-  const TempFolder elsewhere;
-  WriteConfiguration(elsewhere / "Mine.BVC", {}, OldTail::Dropped);
-  const Demonstration demonstration(QString::fromStdString((elsewhere / "Mine.BVC").string()));
-  EXPECT_EQ(QFileInfo(demonstration.Configuration()).fileName(), QStringLiteral("Mine.BVC"));
-  EXPECT_EQ(std::filesystem::path(demonstration.Configuration().toStdString()).parent_path(),
-            demonstration.Folder());
   EXPECT_THROW(Demonstration(QStringLiteral("/no/such.BVC")), FileError);
 }
 

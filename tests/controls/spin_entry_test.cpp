@@ -9,21 +9,21 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
-#include <QToolTip>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
 
 namespace qdm {
 namespace {
 
-// The entry in a window with a default button, as dialogs have them, and a second field to go to.
+// The entry in a window with a default button, as dialogs have them.
 template <class Entry>
 struct Form {
   QDialog Window;
   Entry Control{&Window};
-  QLineEdit Other{&Window};
   QPushButton Done{&Window};
   QLineEdit* Text1 = Control.template findChild<QLineEdit*>(QStringLiteral("Text1"));
   QToolButton* Up = Control.template findChild<QToolButton*>(QStringLiteral("Up"));
@@ -34,8 +34,7 @@ struct Form {
 
   Form() {
     auto* column = new QVBoxLayout(&Window);
-    for (QWidget* widget : {static_cast<QWidget*>(&Control), static_cast<QWidget*>(&Other)})
-      column->addWidget(widget);
+    column->addWidget(&Control);
     column->addWidget(&Done);
     Done.setDefault(true);
     Window.show();
@@ -52,7 +51,6 @@ struct Form {
     Type(text);
     QTest::keyClick(Text1, Qt::Key_Return);
   }
-  void Click(QToolButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
 
   // What the control's timer does in that time.
   void Pass(int milliseconds) {
@@ -61,70 +59,68 @@ struct Form {
       Control.Timer1_Timer();
     }
   }
-  QString Shown() const { return Text1->text(); }
+  std::string Shown() const { return Text1->text().toStdString(); }
 };
 
-TEST(IntegerEntry, BringsSetValuesWithinItsLimits) {
-  Form<IntegerEntry> form;
-  form.Control.SetLimits(0, 10);
-  for (const auto& [set, shown] : {std::pair(12, 10), {-3, 0}, {7, 7}, {10, 10}, {0, 0}, {100000, 10}}) {
-    form.Control.SetValue(set);
-    EXPECT_EQ(form.Control.Value(), shown);
-    EXPECT_EQ(form.Shown(), QString::number(shown));
-  }
-  form.Control.SetValue(9);
-  form.Control.SetLimits(1, 5);
-  EXPECT_EQ(form.Shown(), QStringLiteral("5"));
-  EXPECT_EQ(form.Changed.count(), 0) << "only the user changes a value in the owner's eyes";
-}
+// What is entered into a control that shows 5.
+struct Entered {
+  const char* Typed;
+  float Value;
+  const char* Shown;
+};
 
-TEST(IntegerEntry, TakesWhatIsEntered) {
-  struct Case {
-    const char* Typed;
-    int Low;
-    int High;
-    int Value;
-  };
-  for (const Case& c : std::vector<Case>{{"99999", -32768, 32767, 32767},
-                                         {"-99999", -32768, 32767, -32768},
-                                         {"99999999999999999999999", -32768, 32767, 32767},
-                                         {"300", 1, 255, 255},
-                                         {"0", 1, 255, 1},
-                                         {" 42 ", 1, 255, 42},
-                                         {"+7", 1, 255, 7},
-                                         {"-6", -45, 18, -6},
-                                         {"", 1, 255, 5},
-                                         {"12x", 1, 255, 5},
-                                         {"-", 1, 255, 5}}) {
-    Form<IntegerEntry> form;
-    form.Control.Bind(5, c.Low, c.High, QStringLiteral("Level"));
-    form.Enter(*c.Typed == '\0' ? " " : c.Typed);
-    EXPECT_EQ(form.Control.Value(), c.Value) << c.Typed;
-    EXPECT_EQ(form.Shown(), QString::number(c.Value)) << c.Typed;
+template <class Entry>
+void ExpectEntered(const std::vector<Entered>& cases, const std::function<void(Entry&)>& limit) {
+  for (const Entered& c : cases) {
+    Form<Entry> form;
+    limit(form.Control);
+    form.Control.SetValue(5);
+    form.Enter(c.Typed);
+    EXPECT_EQ(static_cast<float>(form.Control.Value()), c.Value) << c.Typed;
+    EXPECT_EQ(form.Shown(), c.Shown) << c.Typed;
     EXPECT_EQ(form.Changed.count(), 1) << c.Typed;
     EXPECT_EQ(form.DonePressed.count(), 0) << "Enter ends the number, not the dialog";
   }
 }
 
+TEST(SpinEntry, ReadsWhatIsEnteredWithinTheLimits) {
+  ExpectEntered<IntegerEntry>({{"99999999999999999999999", 32767, "32767"}, {"-99999", -32768, "-32768"}},
+                              [](IntegerEntry& entry) { entry.SetLimits(-32768, 32767); });
+  ExpectEntered<IntegerEntry>(
+      {{"0", 1, "1"}, {" 42 ", 42, "42"}, {"+7", 7, "7"}, {" ", 5, "5"}, {"12x", 5, "5"}},
+      [](IntegerEntry& entry) { entry.SetLimits(1, 255); });
+  ExpectEntered<HEXentry>({{"FFFF", -1, "FFFF"},
+                           {"8000", -32768, "8000"},
+                           {"&h1f", 31, "1F"},
+                           {"10000", 32767, "7FFF"},
+                           {"FFFFFFFF", -1, "FFFF"},
+                           {"-1", 5, "5"}},
+                          [](HEXentry&) {});
+  ExpectEntered<Integer5V>(
+      {{"1,5", 1.5F, "1.50"}, {"7", 4.75F, "4.75"}, {"nan", 5, "5.00"}, {"1.2.3", 5, "5.00"}},
+      [](Integer5V&) {});
+}
+
+TEST(SpinEntry, BringsValuesFromOutsideWithinTheLimits) {
+  Form<IntegerEntry> form;
+  form.Control.Bind(300, 1, 255, QStringLiteral("Level"));
+  EXPECT_EQ(form.Shown(), "255");
+  EXPECT_EQ(form.Changed.count(), 0) << "only the user changes a value in the owner's eyes";
+  Form<Integer5V> volts;
+  volts.Control.SetValue(5.01F);
+  EXPECT_EQ(volts.Control.Value(), 4.75F);
+}
+
 TEST(IntegerEntry, GivesTypedTextBeforeItIsEntered) {
   Form<IntegerEntry> form;
   form.Control.Bind(5, 1, 255, QStringLiteral("Screen rise time"));
-  form.Type("77");
-  EXPECT_EQ(form.Control.Value(), 77);
   form.Type("300");
   EXPECT_EQ(form.Control.Value(), 255);
-  EXPECT_EQ(form.Shown(), QStringLiteral("300")) << "nobody rewrites what is being typed";
+  EXPECT_EQ(form.Shown(), "300") << "nobody rewrites what is being typed";
   EXPECT_EQ(form.Changed.count(), 0);
-}
-
-TEST(IntegerEntry, SaysItsLabelAndRange) {
-  Form<IntegerEntry> form;
-  form.Control.Bind(300, 1, 255, QStringLiteral("Sreen lower time"));
-  EXPECT_EQ(form.Text1->toolTip(), QStringLiteral("Sreen lower time: 1 to 255"));
-  EXPECT_EQ(form.Text1->accessibleName(), QStringLiteral("Sreen lower time"));
-  EXPECT_FALSE(QToolTip::isVisible()) << "only the user's own values are explained";
-  form.Enter("256");
-  EXPECT_EQ(QToolTip::text(), QStringLiteral("Sreen lower time: 1 to 255"));
+  form.Type("50");
+  QTest::mouseClick(form.Up, Qt::LeftButton);
+  EXPECT_EQ(form.Control.Value(), 51);
 }
 
 TEST(SpinEntry, StepsAtOnceAfterASecondAndThenEveryTenth) {
@@ -132,73 +128,30 @@ TEST(SpinEntry, StepsAtOnceAfterASecondAndThenEveryTenth) {
   form.Control.Bind(0, -10, 10, QStringLiteral("Level"));
   QTest::mousePress(form.Up, Qt::LeftButton);
   EXPECT_EQ(form.Control.Value(), 1);
-  EXPECT_EQ(form.Timer1->interval(), 1000);
   form.Pass(1350);
   EXPECT_EQ(form.Control.Value(), 5);
-  EXPECT_EQ(form.Timer1->interval(), 100);
   EXPECT_EQ(form.Changed.count(), 0);
   QTest::mouseRelease(form.Up, Qt::LeftButton);
   EXPECT_FALSE(form.Timer1->isActive());
   EXPECT_EQ(form.Changed.count(), 1);
 
+  QTest::mouseDClick(form.Up, Qt::LeftButton);  // how the second press of a quick hand arrives
+  EXPECT_EQ(form.Control.Value(), 6);
   QTest::mousePress(form.Down, Qt::LeftButton);
   form.Pass(10000);
-  QTest::mouseRelease(form.Down, Qt::LeftButton);
   EXPECT_EQ(form.Control.Value(), -10);
-  EXPECT_EQ(form.Changed.count(), 2);
-}
-
-TEST(SpinEntry, CountsEveryPressOfAQuickHand) {
-  Form<IntegerEntry> form;
-  form.Click(form.Up);
-  QTest::mouseDClick(form.Up, Qt::LeftButton);  // how the second press arrives
-  QTest::mouseRelease(form.Up, Qt::LeftButton);
-  EXPECT_EQ(form.Control.Value(), 2);
-  EXPECT_EQ(form.Changed.count(), 2);
-  QTest::mouseClick(form.Up, Qt::RightButton);
-  EXPECT_EQ(form.Control.Value(), 2);
-}
-
-TEST(SpinEntry, StopsRepeatingWhenItIsTakenAway) {
-  for (const bool hidden : {true, false}) {
-    Form<IntegerEntry> form;
-    QTest::mousePress(form.Up, Qt::LeftButton);
-    hidden ? form.Control.hide() : form.Control.setEnabled(false);
-    EXPECT_FALSE(form.Timer1->isActive());
-    form.Control.Timer1_Timer();  // a tick that was on its way
-    EXPECT_EQ(form.Control.Value(), 1);
-  }
-}
-
-TEST(SpinEntry, StepsFromWhatHasBeenTyped) {
-  Form<IntegerEntry> form;
-  form.Control.Bind(5, 1, 255, QStringLiteral("Level"));
-  form.Type("50");
-  form.Click(form.Up);
-  EXPECT_EQ(form.Control.Value(), 51);
-}
-
-TEST(SpinEntry, HasKeysForSteps) {
-  Form<IntegerEntry> form;
-  form.Control.Bind(100, 1, 255, QStringLiteral("Level"));
-  int changes = 0;
-  for (const auto& [key, value] : {std::pair(Qt::Key_Up, 101), {Qt::Key_PageUp, 111}, {Qt::Key_Down, 110}}) {
-    QTest::keyClick(form.Text1, key);
-    EXPECT_EQ(form.Control.Value(), value);
-    EXPECT_EQ(form.Changed.count(), ++changes);
-  }
-  for (int i = 0; i < 20; ++i) QTest::keyClick(form.Text1, Qt::Key_PageDown);
-  EXPECT_EQ(form.Control.Value(), 1);
+  form.Control.setEnabled(false);  // no mouse up will come
+  EXPECT_FALSE(form.Timer1->isActive());
 }
 
 TEST(SpinEntry, EscapeRestoresTheTextBeforeItClosesTheWindow) {
   Form<IntegerEntry> form;
-  form.Control.Bind(100, 1, 255, QStringLiteral("Level"));
+  QTest::keyClick(form.Text1, Qt::Key_PageUp);
   form.Type("7");
   QTest::keyClick(form.Text1, Qt::Key_Escape);
-  EXPECT_EQ(form.Shown(), QStringLiteral("100"));
+  EXPECT_EQ(form.Shown(), "10");
+  EXPECT_EQ(form.Changed.count(), 1) << "of the step";
   EXPECT_TRUE(form.Window.isVisible());
-  EXPECT_EQ(form.Changed.count(), 0);
   QTest::keyClick(form.Text1, Qt::Key_Escape);
   EXPECT_FALSE(form.Window.isVisible());
 }
@@ -208,60 +161,33 @@ TEST(SpinEntry, LeavingItEntersTheText) {
   form.Control.Bind(5, 1, 255, QStringLiteral("Level"));
   form.Type("300");
   QTest::keyClick(form.Text1, Qt::Key_Tab);
-  EXPECT_TRUE(form.Other.hasFocus());
-  EXPECT_EQ(form.Shown(), QStringLiteral("255"));
+  EXPECT_EQ(form.Shown(), "255");
   EXPECT_EQ(form.Changed.count(), 1);
-  QTest::keyClick(&form.Other, Qt::Key_Backtab);
-  QTest::keyClick(form.Text1, Qt::Key_Tab);
-  EXPECT_EQ(form.Changed.count(), 2) << "also with the text as it was";
-  EXPECT_EQ(form.Control.Value(), 255);
-}
 
-TEST(SpinEntry, RaisesOnceWhenItsOwnerTakesTheFocusAway) {
-  Form<IntegerEntry> form;
-  QObject::connect(&form.Control, &SpinEntry::Changed, &form.Window, [&form] { form.Other.setFocus(); });
+  QObject::connect(&form.Control, &SpinEntry::Changed, &form.Window, [&form] { form.Done.setFocus(); });
+  form.Text1->setFocus();
   form.Enter("3");
-  EXPECT_EQ(form.Changed.count(), 1);
+  EXPECT_EQ(form.Changed.count(), 2) << "once, although its owner took the focus away";
 }
 
-TEST(SpinEntry, LeavesTheWheelToTheWindow) {
+TEST(SpinEntry, TellsNobodyWhenItsWindowGoes) {
+  int changes = 0;
+  {
+    auto window = std::make_unique<QDialog>();
+    auto* entry = new IntegerEntry(window.get());
+    QObject::connect(entry, &SpinEntry::Changed, entry, [&changes] { ++changes; });
+    window->show();
+    window->activateWindow();
+    entry->setFocus();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(entry->findChild<QLineEdit*>()->hasFocus());
+  }  // destroyed while it is open
   Form<IntegerEntry> form;
-  for (QWidget* part : {static_cast<QWidget*>(form.Text1), static_cast<QWidget*>(form.Up)}) {
-    QWheelEvent wheel({5, 5}, part->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(part, &wheel);
-    EXPECT_FALSE(wheel.isAccepted());
-  }
-  EXPECT_EQ(form.Control.Value(), 0);
-}
-
-TEST(Integer5V, ReplacesVoltagesFromOutside) {
-  Form<Integer5V> form;
-  for (const auto& [set, value] : {std::pair(5.0F, 5.0F), {5.01F, 4.75F}, {-0.01F, 0.25F}, {0.0F, 0.0F}}) {
-    form.Control.SetValue(set);
-    EXPECT_EQ(form.Control.Value(), value);
-  }
-  form.Enter("7");
-  EXPECT_EQ(form.Shown(), QStringLiteral("4.75"));
-  form.Enter("1,5");
-  EXPECT_EQ(form.Shown(), QStringLiteral("1.50"));
-  form.Enter("2.375");
-  EXPECT_EQ(form.Control.Value(), 2.375F);
-  for (const char* unreadable : {"nan", "inf", "1.2.3", "x"}) {
-    form.Enter(unreadable);
-    EXPECT_EQ(form.Control.Value(), 2.375F) << unreadable;
-  }
-}
-
-TEST(Integer5V, StepsOneCountAndStopsAtTheEnds) {
-  Form<Integer5V> form;
-  form.Control.SetValue(2.5F);
-  form.Click(form.Down);
-  EXPECT_EQ(form.Shown(), QStringLiteral("2.48"));
-  for (int i = 0; i < 300; ++i) QTest::keyClick(form.Text1, Qt::Key_Down);
-  EXPECT_EQ(form.Shown(), QStringLiteral("0.00"));
-  for (int i = 0; i < 300; ++i) QTest::keyClick(form.Text1, Qt::Key_Up);
-  EXPECT_EQ(form.Shown(), QStringLiteral("5.00"));
+  form.Control.SetLimits(1, 255);
+  form.Type("300");
+  form.Window.done(QDialog::Accepted);
+  EXPECT_EQ(form.Shown(), "255") << "stored all the same";
+  EXPECT_EQ(changes + form.Changed.count(), 0) << "the form's own part may be gone";
 }
 
 TEST(Integer5V, KeepsEveryCountAlsoWhenOnlyVisited) {
@@ -270,51 +196,11 @@ TEST(Integer5V, KeepsEveryCountAlsoWhenOnlyVisited) {
     form.Control.SetCount(count);
     form.Control.StoreText();
     ASSERT_EQ(form.Control.Count(), count);
-    form.Enter(form.Shown().toLatin1());  // the two decimals alone
+    form.Enter(form.Shown().c_str());  // the two decimals alone
     ASSERT_EQ(form.Control.Count(), count);
   }
-  form.Control.SetCount(128);
-  EXPECT_EQ(form.Shown(), QStringLiteral("2.51"));
-  form.Control.SetCount(300);
-  EXPECT_EQ(form.Control.Count(), 242);  // 4.75 V
-  form.Control.SetCount(-1);
-  EXPECT_EQ(form.Control.Count(), 13);  // 0.25 V
-}
-
-TEST(HEXentry, ReadsAndShowsWords) {
-  struct Case {
-    const char* Typed;
-    int Value;
-    const char* Shown;
-  };
-  for (const Case& c : std::vector<Case>{{"1F", 31, "1F"},
-                                         {"FFFF", -1, "FFFF"},
-                                         {"8000", -32768, "8000"},
-                                         {"7fff", 32767, "7FFF"},
-                                         {"&h1f", 31, "1F"},
-                                         {"10000", 32767, "7FFF"},
-                                         {"FFFFFFFF", -1, "FFFF"},
-                                         {"80000000", -32768, "8000"},
-                                         {"123456789", 32767, "7FFF"},
-                                         {"0000000001F", 31, "1F"},
-                                         {"XY", 5, "5"},
-                                         {"-1", 5, "5"}}) {
-    Form<HEXentry> form;
-    form.Control.SetValue(5);
-    form.Enter(c.Typed);
-    EXPECT_EQ(form.Control.Value(), c.Value) << c.Typed;
-    EXPECT_EQ(form.Shown(), QLatin1String(c.Shown)) << c.Typed;
-  }
-}
-
-TEST(HEXentry, StepsOverZeroAndStopsAtTheEnds) {
-  Form<HEXentry> form;
-  form.Control.SetValue(0);
-  form.Click(form.Down);
-  EXPECT_EQ(form.Shown(), QStringLiteral("FFFF"));
-  form.Control.SetValue(32767);
-  form.Click(form.Up);
-  EXPECT_EQ(form.Shown(), QStringLiteral("7FFF"));
+  QTest::mouseClick(form.Down, Qt::LeftButton);
+  EXPECT_EQ(form.Control.Count(), 254);
 }
 
 }  // namespace

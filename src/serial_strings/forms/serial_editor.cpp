@@ -52,10 +52,7 @@ SerialEditor::SerialEditor(Globals& globals, UserPrompts& prompts, ConsoleOpener
   Form_Load();
 }
 
-// An entry that has the focus reports its text when it loses it: while there is still a form to tell.
-SerialEditor::~SerialEditor() {
-  if (QWidget* focused = focusWidget()) focused->clearFocus();
-}
+SerialEditor::~SerialEditor() = default;
 
 void SerialEditor::MakeCells() {
   QWidget* before = ui_->NumberOfBytes1;

@@ -65,10 +65,7 @@ VolumeEditorForm::VolumeEditorForm(ProjectorDefinition& projector, UserPrompts& 
   ConnectControls();
 }
 
-// An entry that has the focus reports its text when it loses it: while there is still a form to tell.
-VolumeEditorForm::~VolumeEditorForm() {
-  if (QWidget* focused = focusWidget()) focused->clearFocus();
-}
+VolumeEditorForm::~VolumeEditorForm() = default;
 
 void VolumeEditorForm::ConnectControls() {
   for (const Level& level : levels_) {
