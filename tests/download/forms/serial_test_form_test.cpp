@@ -3,15 +3,12 @@
 #include "app/globals.h"
 #include "serial_io/port_list.h"
 #include "serial_io/pseudo_terminal.h"
-#include "serial_strings/forms/serial_string_display.h"
 #include "support/event_loop.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
 #include "support/simulated_projector.h"
 #include "support/strings.h"
 
-#include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -19,7 +16,6 @@
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
 #include <gmock/gmock.h>
@@ -31,7 +27,6 @@ using enum ByteKind;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 // A line with a projector at the other end; knows when each byte was written.
 struct Line {
@@ -89,7 +84,6 @@ ProjectorDefinition Definition() {
   projector.Strings[1] = String({{'P'}, {'W'}, {'R'}, {13, CNT}});
   projector.Strings[11] = String({{'O'}, {'K'}, {'7', IGN}, {13, CNT}});
   projector.Strings[6] = String({{'V'}, {0, VAR}, {13, CNT}});
-  projector.Strings[23] = Characters("V2");
   projector.MaximumLevel = 20;
   projector.LevelStep = 5;
   projector.FixedStartLevel = 12;
@@ -116,18 +110,9 @@ class SerialTest : public testing::Test {
   }
   std::string Text(const char* label) const { return Child<QLabel>(label)->text().toStdString(); }
   bool Enabled(const char* button) const { return Child<QAbstractButton>(button)->isEnabled(); }
-  QTimer* Timer1() const { return Child<QTimer>("Timer1"); }
   void SendAndTake() {
     Click("Send");
     form_->Timer1_Timer();
-  }
-  std::string Cells() const {
-    std::string cells;
-    for (int i = 0; i < 31; ++i) {
-      const auto* cell = form_->findChild<QToolButton*>(QStringLiteral("Ignore_%1").arg(i));
-      if (!cell->isHidden()) cells += cell->text().toStdString() + (cell->isChecked() ? "* " : " ");
-    }
-    return cells;
   }
   SerialString& Reply() { return shared_.ReceivedReply; }
 
@@ -143,92 +128,37 @@ class SerialTest : public testing::Test {
   SerialTest() { shared_.CurrentProjector = Definition(); }
 };
 
-TEST_F(SerialTest, OpensThePresentPortAtTheProjectorsSettings) {
-  shared_.CurrentProjector.Parity = 2;
+TEST_F(SerialTest, SendsWithPausesAndTakesTheReplyAsExpected) {
+  shared_.CurrentProjector.Strings[11] = {};
   Open(1);
-  EXPECT_EQ(Text("LineSettings"), "19200,0,8,1");
-  EXPECT_EQ(line_.Settings, "19200,0,8,1");
-  const auto* port = Child<QComboBox>("Port");
-  ASSERT_EQ(port->count(), 16);
-  EXPECT_EQ(port->currentText(), QStringLiteral("COM2 (ttyUSB0)"));
-  EXPECT_EQ(port->itemText(2), QStringLiteral("COM3 (absent)"));
-  EXPECT_TRUE(Child<QGroupBox>("VolumeFrame")->isHidden());
-  EXPECT_EQ(Timer1()->interval(), 1000);
-}
-
-TEST_F(SerialTest, SendsWithPausesAndShowsTheReply) {
-  Open(1);
+  EXPECT_EQ(line_.Settings, "19200,n,8,1");
   line_.Waiting = {'o', 'l', 'd'};
-  bool sendWasEnabled = true;
   const Microseconds start = time_.Now();
+  bool sendWasEnabled = true;
   time_.Plan(25ms, [&] { sendWasEnabled = Enabled("Send"); });
   Click("Send");
   EXPECT_FALSE(sendWasEnabled);
   EXPECT_THAT(line_.WrittenAt, ElementsAre(start, start + 10ms, start + 20ms, start + 30ms));
-  EXPECT_EQ(time_.Elapsed(), 40ms);
   EXPECT_FALSE(Enabled("Send"));
-  EXPECT_FALSE(Enabled("Copy"));
-  EXPECT_TRUE(Timer1()->isActive());
-
   form_->Timer1_Timer();
-  EXPECT_FALSE(Timer1()->isActive());
   EXPECT_EQ(Reply(), Characters("OK7\r"));
-  EXPECT_EQ(Child<SerialStringDisplay>("SerialStringDisplay2")->String(), Reply());
-  EXPECT_EQ(Text("Status"), "Reply of 4 bytes.");
   EXPECT_TRUE(Enabled("Send"));
   Click("Copy");
   EXPECT_EQ(shared_.ClipboardString, Reply());
 
+  ClickOption("Option2_1");
+  Click("Ignore_2");
+  ClickOption("Option2_2");  // leaves what is ignored alone
+  Click("UseAsReply");
+  EXPECT_EQ(shared_.CurrentProjector.Strings[11], String({{'O', DEC}, {'K', DEC}, {'7', IGN}, {13, DEC}}));
+  EXPECT_EQ(shared_.CurrentProjector.RequiresReply[1], -1);
   Click("Send");
   EXPECT_EQ(Reply().Count, 0) << "a new test forgets the reply";
   EXPECT_FALSE(Enabled("Copy"));
-  EXPECT_EQ(Cells(), "");
-  EXPECT_THAT(prompts_.Shown, IsEmpty());
-}
-
-TEST_F(SerialTest, TakesTheReplyAsExpectedWithItsIgnoredBytes) {
-  shared_.CurrentProjector.Strings[11] = {};
-  Open(1);
-  SendAndTake();
-  EXPECT_EQ(Cells(), "4F 4B 37 0D ");
-  ClickOption("Option2_1");
-  Click("Ignore_2");
-  EXPECT_EQ(Cells(), "4F 4B 37* 0D ");
-  ClickOption("Option2_2");  // leaves what is ignored alone
-  const SerialString taken = String({{'O', DEC}, {'K', DEC}, {'7', IGN}, {13, DEC}});
-  EXPECT_EQ(Child<SerialStringDisplay>("SerialStringDisplay2")->String(), taken);
-  EXPECT_EQ(shared_.CurrentProjector.Strings[11].Count, 0);
-  Click("UseAsReply");
-  EXPECT_EQ(shared_.CurrentProjector.Strings[11], taken);
-  EXPECT_EQ(shared_.CurrentProjector.RequiresReply[1], -1);
-  EXPECT_EQ(Text("Status"), "The reply is now \"Power on reply\".");
-
-  Child<QToolButton>("Ignore_2")->setFocus();
-  QTest::keyClick(Child<QToolButton>("Ignore_2"), Qt::Key_Space);
-  EXPECT_EQ(Reply().Kinds[2], static_cast<std::uint8_t>(DEC));
-}
-
-TEST_F(SerialTest, CommandsWithoutExpectedReplyOfferNone) {
-  Open(23);
-  line_.Present = true;
-  Click("Send");
-  line_.Waiting = {'?'};
-  form_->Timer1_Timer();
-  EXPECT_EQ(Text("Status"), "Reply of 1 byte.");
-  EXPECT_TRUE(Enabled("Copy"));
-  EXPECT_FALSE(Enabled("UseAsReply"));
-  EXPECT_THAT(Child<QPushButton>("UseAsReply")->toolTip().toStdString(), HasSubstr("Video 2"));
 }
 
 TEST_F(SerialTest, VolumeCommandsSendTheLevelInPlaceOfTheirVariableByte) {
   Open(6);
-  ASSERT_FALSE(Child<QGroupBox>("VolumeFrame")->isHidden());
-  EXPECT_EQ(Text("DemoText"), "12 or 0C");
-  Click("Send");
-  EXPECT_THAT(line_.Projector.Received, ElementsAre('V', 12, 13));
-  form_->Timer1_Timer();
-  EXPECT_EQ(Text("Status"), "No reply.");
-
   const std::pair<const char*, int> steps[] = {{"Up", 17}, {"Up", 20}, {"Down", 15}, {"PowerUp", 12}};
   for (const auto& [button, level] : steps) {
     Click(button);
@@ -236,15 +166,9 @@ TEST_F(SerialTest, VolumeCommandsSendTheLevelInPlaceOfTheirVariableByte) {
     SendAndTake();
     EXPECT_THAT(line_.Projector.Received, ElementsAre('V', level, 13)) << button;
   }
-
-  shared_.CurrentProjector.UsePowerDown = -1;
-  shared_.CurrentProjector.MinimumLevel = 2;
-  Open(6);
-  EXPECT_EQ(Text("DemoText"), "2 or 02") << "the level at power-down is not known here";
-  EXPECT_FALSE(Enabled("PowerUp"));
+  EXPECT_EQ(Text("Status"), "No reply.");
   shared_.CurrentProjector.LevelStep = 0;
   Open(6);
-  EXPECT_EQ(Text("DemoText"), "ERROR");
   EXPECT_EQ(Text("Label4"), "Error Volume Step = 0");
 }
 
@@ -252,28 +176,12 @@ TEST_F(SerialTest, MissingPortIsToldQuietlyAndTriedAgain) {
   line_.Present = false;
   settings_.setValue(QStringLiteral("SerialTest/Port"), 2);
   Open(1);
+  SendAndTake();
   EXPECT_EQ(Text("Status"), "This computer has no such port.");
-  Click("Send");
-  EXPECT_THAT(line_.WrittenAt, IsEmpty());
-  EXPECT_TRUE(Timer1()->isActive());
-  form_->Timer1_Timer();
-  EXPECT_EQ(Text("Status"), "This computer has no such port.");
-
   line_.Present = true;  // plugged in
   SendAndTake();
   EXPECT_EQ(Reply().Count, 4);
-  EXPECT_EQ(Child<QComboBox>("Port")->currentText(), QStringLiteral("COM2 (ttyUSB0)"));
-  EXPECT_THAT(prompts_.Shown, IsEmpty());
-}
-
-TEST_F(SerialTest, KeepsThePortThatWasChosen) {
-  Open(1);
-  auto* port = Child<QComboBox>("Port");
-  port->setFocus();
-  QTest::keyClick(port, Qt::Key_End);
-  EXPECT_EQ(Text("Status"), "This computer has no such port.");
-  Open(1);
-  EXPECT_EQ(Child<QComboBox>("Port")->currentText(), QStringLiteral("COM16 (absent)"));
+  EXPECT_THAT(prompts_.Shown, testing::IsEmpty());
 }
 
 TEST_F(SerialTest, ClosingInTheMiddleStopsSending) {
@@ -282,7 +190,6 @@ TEST_F(SerialTest, ClosingInTheMiddleStopsSending) {
   Click("Send");
   EXPECT_EQ(line_.WrittenAt.size(), 2U);
   EXPECT_FALSE(form_->isVisible());
-  EXPECT_FALSE(Timer1()->isActive());
 }
 
 #ifndef _WIN32  // over a device of the system

@@ -66,38 +66,10 @@ TEST_F(VolumeEditorFormTest, EntriesAndTheirTwinsFollowEachOther) {
   EXPECT_EQ(Text("ErrorLabel"), "Error Volume Step = 0");
 }
 
-TEST_F(VolumeEditorFormTest, MessageFormatShowsWhatItNeeds) {
-  Open(kDecimal);
-  const auto shown = [this](const char* name) { return !The<QWidget>(name)->isHidden(); };
-  EXPECT_FALSE(shown("MaximumLevelInHex"));
-  EXPECT_FALSE(shown("HexLabel_0"));
-  EXPECT_FALSE(shown("FirstByteFrame"));
-  Click("MessageFormat_0");
-  EXPECT_TRUE(shown("FixedStartLevelInHex"));
-  EXPECT_TRUE(shown("HexLabel_7"));
-  EXPECT_FALSE(shown("FirstByteFrame"));
-  Click("MessageFormat_2");
-  EXPECT_TRUE(shown("MaximumLevelInHex"));
-  EXPECT_TRUE(shown("FirstByteFrame"));
-}
-
-TEST_F(VolumeEditorFormTest, PowerDownLevelTakesTheFixedLevelAway) {
-  Open(kDecimal);
-  Enter("FixedStartLevel", "200");
-  EXPECT_EQ(Text("ErrorLabel"), "Error Start > Max level");
-  Click("UsePowerDownCheck");
-  EXPECT_EQ(Text("ErrorLabel"), "Message Format is Ok");
-  for (const char* name : {"FixedStartLevel", "FixedStartLevelInHex", "FixedLevelLabel", "PowerUp"}) {
-    EXPECT_FALSE(The<QWidget>(name)->isEnabled()) << name;
-  }
-}
-
 TEST_F(VolumeEditorFormTest, TryingStepsWithinTheRange) {
   Open(kDecimal);
-  EXPECT_EQ(Text("DemoText"), "\"050\"");
   for (int i = 0; i < 7; ++i) Click("Up");
   EXPECT_EQ(Text("DemoText"), "\"100\"");
-  EXPECT_EQ(Text("Label4"), "Value = 100 or 64 in Hex");
   Click("Down");
   EXPECT_EQ(Text("DemoText"), "\"090\"");
   Click("PowerUp");
@@ -116,35 +88,20 @@ TEST_F(VolumeEditorFormTest, DoneIsRefusedWhileARuleIsBroken) {
   box->setFocus();
   box->selectAll();
   QTest::keyClicks(box, QStringLiteral("1000"));
-  The<QPushButton>("Done")
-      ->click();  // as its shortcut does, which leaves the focus: the text counts all the same
+  The<QPushButton>("Done")->click();  // as its shortcut does, which leaves the focus in the text
   ASSERT_EQ(Prompts.Shown.size(), 1U);
   EXPECT_EQ(Prompts.Shown[0].Text, "Cannot exit there is an error in the configuration");
-  EXPECT_EQ(Prompts.Shown[0].Title, "Error!");
   EXPECT_TRUE(Form->isVisible());
   EXPECT_EQ(VolumeFormatOf(Projector), kDecimal);
 
   Click("NumberOfBytes_3");
+  EXPECT_EQ(Text("ErrorLabel"), "Message Format is Ok");
   Click("Done");
   EXPECT_FALSE(Form->isVisible());
   VolumeFormat changed = kDecimal;
   changed.MaximumLevel = 1000;
   changed.NumberOfBytes = 4;
   EXPECT_EQ(VolumeFormatOf(Projector), changed);
-}
-
-TEST_F(VolumeEditorFormTest, CancelStoresNothing) {
-  Open(kDecimal);
-  Enter("MaximumLevel", "90");
-  Click("CancelCommand");
-  EXPECT_EQ(VolumeFormatOf(Projector), kDecimal);
-}
-
-TEST_F(VolumeEditorFormTest, RecordWithoutANumberOfBytesSelectsNone) {
-  VolumeFormat format = kDecimal;
-  format.NumberOfBytes = 9;
-  Open(format);
-  EXPECT_EQ(Text("ErrorLabel"), "Number Of Byte Not Defined");
 }
 
 }  // namespace
