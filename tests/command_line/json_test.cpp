@@ -19,10 +19,11 @@ std::string Repeated(const std::string& text, int times) {
   for (int i = 0; i < times; ++i) all += text;
   return all;
 }
-std::string InString(const std::string& members, const std::string& fields = "") {
-  return Configured(fields + R"("Projector": {"Model": "X", "Strings": [{)" + members + "}" +
-                    Repeated(",{}", 24) + "]}");
+std::string InString(const std::string& members) {
+  return Configured(R"("UsePC1": true, "UsePC2": false, "UseVideo": 2, "Projector": {"Strings": [{)" +
+                    members + "}" + Repeated(",{}", 24) + "]}");
 }
+
 TEST(JsonText, WritesEveryFieldInRecordOrderAsItIs) {
   PanelConfiguration configuration;
   configuration.UsePC1 = 7;
@@ -79,12 +80,9 @@ TEST(JsonText, ReadsEveryFormOfAValueAndTakesANewRecordsForWhatIsLeftOut) {
   expected.UsePC1 = -1;
   expected.UsePC2 = 0;
   expected.UseVideo = 2;
-  expected.Spare[0] = 0x0A;
-  expected.Projector.Model.AssignUtf8("X");
   expected.Projector.Strings[0].Count = -5;
   expected.Projector.Strings[0].Kinds = {6, 5, 255};
-  const std::string read = InString(R"("Text": [{"x": null}, 1.5], "Count": -5, "Kinds": [6, "VAR", 255])",
-                                    R"("UsePC1": true, "UsePC2": false, "UseVideo": 2, "Spare": "0A",)");
+  const std::string read = InString(R"("Text": [{"x": null}, 1.5], "Count": -5, "Kinds": [6, "VAR", 255])");
   EXPECT_EQ(std::get<PanelConfiguration>(ReadJson(read)), expected);
   EXPECT_THAT(std::get<1>(ReadJson(R"({"projectors": [{}], "version": 1, "format": "qdm-projectors"})")),
               testing::ElementsAre(ProjectorDefinition{}));
@@ -94,21 +92,15 @@ TEST(JsonText, RefusesWithPathAndReasonWhatNoRecordCanHold) {
   const std::string path = "configuration.Projector.Strings[0]";
   const std::vector<std::pair<std::string, std::string>> cases = {
       {Configured(R"("UpTime": 32768)"), "configuration.UpTime: 32768 is not a whole number"},
-      {Configured(R"("UpTime": 99999999999999999999)"), "configuration.UpTime: 99999999999999999999 is not"},
-      {Configured(R"("UpTime": true)"), "configuration.UpTime: true is not"},
       {Configured(R"("UsePC1": "true")"), "configuration.UsePC1: \"true\" is not true, false or"},
       {Configured(R"("a\nb": 1)"), "configuration.\"a\\u000ab\": unknown key"},
       {Configured(R"("UpTime": 1, "UpTime": 1)"), "configuration.UpTime: the key is there twice"},
       {Configured(R"("LockSequence": [1,2,3])"), "configuration.LockSequence: 3 entries instead of 4"},
-      {Configured(R"("LockSequence": [1,2,"3",4])"), "configuration.LockSequence[2]: \"3\" is not"},
-      {Configured(R"("Projector": {"Model": "123456789012345678901234567890123"})"),
-       "configuration.Projector.Model: 33 characters, there is room for 32"},
       {Configured(R"("Projector": {"Model": "a\ud83d\ude00"})"),
        "Model: the character \"\xF0\x9F\x98\x80\" is not in the code page"},
       {Configured(R"("Spare": "abc")"), "configuration.Spare: half a hexadecimal pair"},
       {Configured(R"("Spare": ")" + std::string(2016, '0') + "\""), "1008 bytes, there is room for 1007"},
       {InString(R"("Values": [)" + Repeated("0,", 32) + "0]"), path + ".Values: more than 32 entries"},
-      {InString(R"("Values": [256])"), path + ".Values[0]: 256 is not"},
       {InString(R"("Kinds": [0, "XYZ"])"), path + ".Kinds[1]: \"XYZ\" is not"},
       {R"({"format": "qdm-projectors", "version": 1, "projectors": [{}, {"Modell": ""}]})",
        "projectors[1].Modell: unknown key"},

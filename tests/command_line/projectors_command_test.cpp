@@ -36,36 +36,27 @@ TEST_F(ProjectorsCommand, ListsNamesAndBytesInUseAndRecoversADamagedLibrary) {
 }
 
 TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
-  const ProjectorDefinition one = Named("ACME", "One");
-  const ProjectorDefinition two = Named("ACME", "Two");
-  const ProjectorDefinition three = Named("ACME", "Three");
-  const std::string file = qdm.Write("new.BVD", std::vector{WithSpeed(one, 3), two, three, Named("A", " ")});
+  const ProjectorDefinition full = Named("ACME", std::string(32, 'm'));
+  const ProjectorDefinition fast = WithSpeed(full, 3);
+  const ProjectorDefinition same = Named("ACME", std::string(28, 'm') + " (2)");
+  const ProjectorDefinition fresh = Named("ACME", "Three");
+  const ProjectorDefinition renamed = WithSpeed(Named("ACME", std::string(28, 'm') + " (3)"), 3);
+  const std::string file = qdm.Write("new.BVD", std::vector{fast, same, fresh, Named("A", " ")});
   const std::vector<std::tuple<std::string, std::string, std::vector<ProjectorDefinition>>> cases = {
-      {"keep", "1 kept as they were\n", {two, one, three}},
-      {"replace", "1 replaced\n", {two, WithSpeed(one, 3), three}},
-      {"rename", "1 renamed\n", {two, one, WithSpeed(Named("ACME", "One (2)"), 3), three}},
+      {"keep", "1 kept as they were\n", {full, same, fresh}},
+      {"replace", "1 replaced\n", {fast, same, fresh}},
+      {"rename", "1 renamed\n", {full, same, renamed, fresh}},
   };
   for (const auto& [answer, done, library] : cases) {
-    qdm.Write("Projectors.DEF", std::vector{two, one});
+    qdm.Write("Projectors.DEF", std::vector{full, same});
     EXPECT_THAT(qdm.Run({"projectors", "add", file, "--on-conflict", answer}),
                 Answers(0, "1 added, 1 unchanged, " + done, ""));
     EXPECT_EQ(Library(), library) << answer;
   }
-  qdm.Write("Projectors.DEF", std::vector{two, one});
+  qdm.Write("Projectors.DEF", std::vector{full, same});
   EXPECT_THAT(qdm.Run({"projectors", "add", file}),
-              Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / One")));
-  EXPECT_THAT(Library(), ElementsAre(two, one, three));
-}
-
-TEST_F(ProjectorsCommand, RenamesIntoTheFirstFreeNameAndCutsTheModel) {
-  const ProjectorDefinition full = Named("A", std::string(32, 'm'));
-  qdm.Write("Projectors.DEF", std::vector{full, Named("A", std::string(28, 'm') + " (2)")});
-  const std::string file = qdm.Write("new.BVD", std::vector(8, WithSpeed(full, 1)));
-  ASSERT_EQ(qdm.Run({"projectors", "add", file, "--on-conflict", "rename"}).Status, 0);
-  const std::vector<ProjectorDefinition> library = Library();
-  ASSERT_EQ(library.size(), 10U);
-  EXPECT_EQ(library[2].Model.TrimmedUtf8(), std::string(28, 'm') + " (3)");
-  EXPECT_EQ(library[9].Model.TrimmedUtf8(), std::string(27, 'm') + " (10)");
+              Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / mmm")));
+  EXPECT_THAT(Library(), ElementsAre(full, same, fresh));
 }
 
 TEST_F(ProjectorsCommand, ExtractsSortedByModelAndRemovesOne) {
@@ -73,10 +64,8 @@ TEST_F(ProjectorsCommand, ExtractsSortedByModelAndRemovesOne) {
   const std::string all = qdm.Path("all.BVD");
   EXPECT_THAT(qdm.Run({"projectors", "extract", "ac", "-o", all}), Answers(0, "", ""));
   EXPECT_THAT(ReadDefinitions(all), ElementsAre(Named("AC", "A"), Named("AC", "b")));
-  for (const char* name : {"a", "", "a name that is longer than any name can be", "Ж"}) {
-    EXPECT_THAT(qdm.Run({"projectors", "extract", name, "-o", qdm.Path("no.BVD")}),
-                Answers(1, "", HasSubstr("not in the projector library")));
-  }
+  EXPECT_THAT(qdm.Run({"projectors", "extract", "Ж", "-o", qdm.Path("no.BVD")}),
+              Answers(1, "", HasSubstr("not in the projector library")));
   EXPECT_FALSE(qdm.Exists("no.BVD"));
 
   EXPECT_THAT(qdm.Run({"projectors", "remove", "ac", " B "}), Answers(0, "", ""));
