@@ -29,8 +29,6 @@ TEST(Compare, PairsDefinitionsByNamesWhateverTheirOrder) {
                                                   "ACME/Gone: present -> absent\n"
                                                   "ACME/New: absent -> present\n",
                                                   ""));
-  const std::string twice = qdm.Write("c.BVD", std::vector(2, Named("ACME", "One")));
-  EXPECT_THAT(qdm.Run({"compare", twice, twice}), Answers(0, "", ""));
 }
 
 TEST(Image, ShowsTheMemoryAsDumpAsTableAndAsFile) {

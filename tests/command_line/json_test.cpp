@@ -82,29 +82,23 @@ TEST(JsonText, ReadsEveryFormOfAValueAndTakesANewRecordsForWhatIsLeftOut) {
   expected.UseVideo = 2;
   expected.Projector.Strings[0].Count = -5;
   expected.Projector.Strings[0].Kinds = {6, 5, 255};
-  const std::string read = InString(R"("Text": [{"x": null}, 1.5], "Count": -5, "Kinds": [6, "VAR", 255])");
-  EXPECT_EQ(std::get<PanelConfiguration>(ReadJson(read)), expected);
-  EXPECT_THAT(std::get<1>(ReadJson(R"({"projectors": [{}], "version": 1, "format": "qdm-projectors"})")),
-              testing::ElementsAre(ProjectorDefinition{}));
+  EXPECT_EQ(std::get<0>(ReadJson(InString(R"("Text": [1.5], "Count": -5, "Kinds": [6, "VAR", 255])"))),
+            expected);
 }
 
 TEST(JsonText, RefusesWithPathAndReasonWhatNoRecordCanHold) {
-  const std::string path = "configuration.Projector.Strings[0]";
   const std::vector<std::pair<std::string, std::string>> cases = {
       {Configured(R"("UpTime": 32768)"), "configuration.UpTime: 32768 is not a whole number"},
       {Configured(R"("UsePC1": "true")"), "configuration.UsePC1: \"true\" is not true, false or"},
       {Configured(R"("a\nb": 1)"), "configuration.\"a\\u000ab\": unknown key"},
       {Configured(R"("UpTime": 1, "UpTime": 1)"), "configuration.UpTime: the key is there twice"},
       {Configured(R"("LockSequence": [1,2,3])"), "configuration.LockSequence: 3 entries instead of 4"},
-      {Configured(R"("Projector": {"Model": "a\ud83d\ude00"})"),
-       "Model: the character \"\xF0\x9F\x98\x80\" is not in the code page"},
-      {Configured(R"("Spare": "abc")"), "configuration.Spare: half a hexadecimal pair"},
       {Configured(R"("Spare": ")" + std::string(2016, '0') + "\""), "1008 bytes, there is room for 1007"},
-      {InString(R"("Values": [)" + Repeated("0,", 32) + "0]"), path + ".Values: more than 32 entries"},
-      {InString(R"("Kinds": [0, "XYZ"])"), path + ".Kinds[1]: \"XYZ\" is not"},
+      {InString(R"("Values": [)" + Repeated("0,", 32) + "0]"),
+       "Projector.Strings[0].Values: more than 32 entries"},
+      {InString(R"("Kinds": [0, "XYZ"])"), "Projector.Strings[0].Kinds[1]: \"XYZ\" is not"},
       {R"({"format": "qdm-projectors", "version": 1, "projectors": [{}, {"Modell": ""}]})",
        "projectors[1].Modell: unknown key"},
-      {R"({"format": "qdm-projectors", "version": 2, "projectors": []})", "version: 2 is not 1"},
       {Configured("\"\xFF\": 1"), "not JSON: parse error"},
       {std::string(100'000, '['), "a list is not an object"},
       {Configured(R"("UpTime": ")" + std::string(100'000, 'x') + "\""), "configuration.UpTime: "},

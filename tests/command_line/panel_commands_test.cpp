@@ -50,11 +50,7 @@ TEST_F(PanelCommands, DownloadProgramsTheOnePanelOfTheTypeAndShowsATerminalHow) 
   EXPECT_THAT(Download(), Answers(0, done, HasSubstr("\rProgramming: 64 of 64 records")));
 }
 
-TEST_F(PanelCommands, DownloadTellsHowItFailed) {
-  Attach(1, 1, "9600,n,8,2", "die:10");
-  EXPECT_THAT(Download(),
-              Answers(1, HasSubstr("9 of 64 records, 5 retries"), HasSubstr("failed after 9 of 64")));
-  qdm.Ports.AttachLine(1, "ttySIM1");
+TEST_F(PanelCommands, DownloadTellsThatThePanelDidNotRestart) {
   Attach(1, 1, "9600,n,8,2", "lose-restart");
   EXPECT_THAT(Download(), Answers(1, AllOf(HasSubstr("has been programed"), HasSubstr("failed to restart")),
                                   HasSubstr("did not restart")));
@@ -88,13 +84,6 @@ TEST_F(PanelCommands, AStopLeavesThePanelRestartedAndSaysWhereItStood) {
   EXPECT_GT(panel.RecordsWritten(), 0);
   EXPECT_LT(panel.RecordsWritten(), 64);
   EXPECT_EQ(panel.Restarts(), 2);
-
-  // While it searches: whoever has answered by then is restarted.
-  qdm.Stop.Clear();
-  qdm.Ports.AttachLine(2, "ttySIM2");
-  qdm.Time.At(qdm.Time.Now() + milliseconds(700), [this] { qdm.Stop.Set(); });
-  EXPECT_THAT(Download(), Answers(1, "", HasSubstr("interrupted, nothing was programmed")));
-  EXPECT_EQ(panel.Restarts(), 3);
 }
 
 }  // namespace
