@@ -11,8 +11,8 @@ using testing::Not;
 
 struct PanelCommands : testing::Test {
   SimulatedPanel& Attach(int number, std::uint8_t model, const std::string& settings,
-                         const std::string& fault = "", std::uint8_t minor = 3) {
-    SimulatedPanel::Description description{.Panel = {.Model = model, .Major = 1, .Minor = minor},
+                         const std::string& fault = "") {
+    SimulatedPanel::Description description{.Panel = {.Model = model, .Major = 1, .Minor = 3},
                                             .Settings = settings};
     if (!fault.empty()) description.Faults = {ParsePanelFault(fault)};
     return qdm.Ports.AttachPanel(number, "ttySIM" + std::to_string(number), SimulatedPanel(description));
@@ -68,13 +68,6 @@ TEST_F(PanelCommands, DownloadLeavesEveryPanelRunningWhenItCannotChoose) {
   EXPECT_EQ(first.RecordsSeen() + second.RecordsSeen(), 0);
   EXPECT_EQ(Download(kQdm7, {"--port", "COM2"}).Status, 0);
   EXPECT_EQ(second.RecordsWritten(), 64);
-}
-
-TEST_F(PanelCommands, DownloadWritesNothingIntoATooOldPanel) {
-  SimulatedPanel& amplifier = Attach(1, 4, "9600,n,8,2", "", 2);
-  EXPECT_THAT(Download(kTlVox), Answers(1, HasSubstr("firmware 1.3 or higher\n"), HasSubstr("too old")));
-  EXPECT_EQ(amplifier.RecordsSeen(), 0);
-  EXPECT_EQ(amplifier.Restarts(), 1);
 }
 
 TEST_F(PanelCommands, AStopLeavesThePanelRestartedAndSaysWhereItStood) {

@@ -6,11 +6,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-ProjectorDefinition WithSpeed(ProjectorDefinition projector, std::int16_t baudrate) {
-  projector.Baudrate = baudrate;
-  return projector;
-}
-
 // Its folder holds the library too.
 struct ProjectorsCommand : testing::Test {
   std::vector<ProjectorDefinition> Library() const { return ReadDefinitions(qdm.Folder / "Projectors.DEF"); }
@@ -37,10 +32,12 @@ TEST_F(ProjectorsCommand, ListsNamesAndBytesInUseAndRecoversADamagedLibrary) {
 
 TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
   const ProjectorDefinition full = Named("ACME", std::string(32, 'm'));
-  const ProjectorDefinition fast = WithSpeed(full, 3);
+  ProjectorDefinition fast = full;
+  fast.Baudrate = 3;
   const ProjectorDefinition same = Named("ACME", std::string(28, 'm') + " (2)");
   const ProjectorDefinition fresh = Named("ACME", "Three");
-  const ProjectorDefinition renamed = WithSpeed(Named("ACME", std::string(28, 'm') + " (3)"), 3);
+  ProjectorDefinition renamed = fast;
+  renamed.Model.AssignUtf8(std::string(28, 'm') + " (3)");
   const std::string file = qdm.Write("new.BVD", std::vector{fast, same, fresh, Named("A", " ")});
   const std::vector<std::tuple<std::string, std::string, std::vector<ProjectorDefinition>>> cases = {
       {"keep", "1 kept as they were\n", {full, same, fresh}},
@@ -57,16 +54,6 @@ TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
   EXPECT_THAT(qdm.Run({"projectors", "add", file}),
               Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / mmm")));
   EXPECT_THAT(Library(), ElementsAre(full, same, fresh));
-}
-
-TEST_F(ProjectorsCommand, ExtractsSortedByModelAndRemovesOne) {
-  qdm.Write("Projectors.DEF", std::vector{Named("AC", "b"), Named("OTHER", "x"), Named("AC", "A")});
-  const std::string all = qdm.Path("all.BVD");
-  EXPECT_THAT(qdm.Run({"projectors", "extract", "ac", "-o", all}), Answers(0, "", ""));
-  EXPECT_THAT(ReadDefinitions(all), ElementsAre(Named("AC", "A"), Named("AC", "b")));
-  EXPECT_THAT(qdm.Run({"projectors", "remove", "ac", " B "}), Answers(0, "", ""));
-  EXPECT_THAT(Library(), ElementsAre(Named("OTHER", "x"), Named("AC", "A")));
-  EXPECT_EQ(ReadDefinitions(qdm.Folder / "Projectors.BAK").size(), 3U);
 }
 
 }  // namespace
