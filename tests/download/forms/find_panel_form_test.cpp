@@ -5,7 +5,6 @@
 #include "support/form_time.h"
 
 #include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 
@@ -53,9 +52,6 @@ struct Session {
   std::string Status(int port) const {
     return Comm(port)->findChild<QLabel*>(QStringLiteral("Label1"))->text().toStdString();
   }
-  void Click(const char* button) {
-    QTest::mouseClick(Form->findChild<QPushButton*>(QLatin1String(button)), Qt::LeftButton);
-  }
 };
 
 TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTime) {
@@ -73,19 +69,6 @@ TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTime) {
   QTest::mouseClick(session.Option1(4), Qt::LeftButton, {}, QPoint(6, 6));
   EXPECT_EQ(session.Form->findChild<QLabel*>(QStringLiteral("Chosen"))->text(),
             QStringLiteral("COM4 (ttyUSB2): TL-VOX 1.2 at 115200,o,8,2"));
-}
-
-TEST(FindPanel, StopsAtOnceAndSearchesAgain) {
-  Session session;
-  session.Ports.AttachPanel(2, "ttyUSB0", PanelAt({2, 1, 3}, "38400,n,8,2"));
-  session.Open();
-  session.Time.Plan(milliseconds(1300), [&] { session.Click("Stopper"); });
-  session.RunAll();
-  EXPECT_EQ(session.Time.Elapsed(), milliseconds(1300));
-  EXPECT_EQ(session.Status(2), "No QDM found");
-  session.Click("Find");
-  session.RunAll();
-  EXPECT_EQ(session.Status(2), "QDM6 1.3");
 }
 
 TEST(FindPanel, MayBeClosedOrDeletedInTheMiddle) {
