@@ -40,29 +40,17 @@ TEST(ProgramRecord, IsCheckedThenEscaped) {
   image[256] = 0xFE;
   EXPECT_THAT(ProgramRecord(image, 32),
               ElementsAre(0xFF, 0x22, 0x00, 0x01, 0xFE, 0xFD, 0, 0, 0, 0, 0, 0, 0, 0xE0));
-  // Check bytes of FF and FE.
-  image[8] = 0xD8;
-  EXPECT_THAT(ProgramRecord(image, 1),
-              ElementsAre(0xFF, 0x22, 0x08, 0x00, 0xD8, 0, 0, 0, 0, 0, 0, 0, 0xFE, 0xFE));
-  image[8] = 0xD9;
+  image[8] = 0xD9;  // a check byte of FE
   EXPECT_THAT(ProgramRecord(image, 1),
               ElementsAre(0xFF, 0x22, 0x08, 0x00, 0xD9, 0, 0, 0, 0, 0, 0, 0, 0xFE, 0xFD));
-
-  image.fill(0xFF);
-  EXPECT_EQ(ProgramRecord(image, 0).size(), 21u);
 }
 
 class Recorder : public ProgrammingObserver {
  public:
-  void Connecting() override { connecting = true; }
-  void RecordsAcknowledged(int records) override {
-    progress.push_back(records);
-    if (OnProgress) OnProgress();
-  }
+  void Connecting() override {}
+  void RecordsAcknowledged(int records) override { progress.push_back(records); }
   void Tell(const Message& message) override { told.push_back(message); }
 
-  std::function<void()> OnProgress;
-  bool connecting = false;
   std::vector<int> progress;
   std::vector<Message> told;
 };
@@ -76,7 +64,6 @@ class Download : public testing::Test {
   }
   void Program(const std::string& settings = "19200,e,8,2", int controllerType = kQdm7) {
     user.told.clear();
-    user.progress.clear();
     const Microseconds start = time.Now();
     result = ProgramPanel(*line, settings, controllerType, image, time, stop, user);
     took = time.Now() - start;
@@ -96,10 +83,9 @@ class Download : public testing::Test {
 
 TEST_F(Download, ProgramsEveryByteAndRestartsThePanel) {
   PanelWith({});
-  Program();
+  Program("9600,n,8,2");  // where the panel is not found: every other setting is tried
   EXPECT_TRUE(MemoryIsImage());
   EXPECT_THAT(user.told, ElementsAre(kDone));
-  EXPECT_TRUE(user.connecting);
   std::vector<int> everyRecord(kRecords + 1);
   std::iota(everyRecord.begin(), everyRecord.end(), 0);
   EXPECT_EQ(user.progress, everyRecord);
@@ -110,13 +96,6 @@ TEST_F(Download, ProgramsEveryByteAndRestartsThePanel) {
   EXPECT_EQ(panel->OwnSettings().Speed, 38400) << "listens where its new memory says";
 }
 
-TEST_F(Download, TriesEverySettingWhenThePanelMoved) {
-  PanelWith({}, "115200,o,8,2");
-  Program("9600,n,8,2");
-  EXPECT_THAT(user.told, ElementsAre(kDone));
-  EXPECT_TRUE(MemoryIsImage());
-}
-
 TEST_F(Download, DoesNotConnectToAnotherTypeOrToNothing) {
   PanelWith({});
   Program("19200,e,8,2", kQdm6);
@@ -124,10 +103,6 @@ TEST_F(Download, DoesNotConnectToAnotherTypeOrToNothing) {
   EXPECT_EQ(took, milliseconds(16 * 500));
   EXPECT_EQ(panel->RecordsSeen(), 0);
   EXPECT_EQ(panel->Restarts(), 0);
-
-  line = std::make_unique<SimulatedLine>(nullptr, time);
-  Program();
-  EXPECT_THAT(user.told, ElementsAre(kNotConnected));
 }
 
 TEST_F(Download, RepeatsWhatGoesWrongOnTheWay) {
@@ -159,15 +134,12 @@ TEST_F(Download, GivesUpAfterSixSilences) {
   EXPECT_THAT(user.told, ElementsAre(kFailed));
   EXPECT_EQ(panel->RecordsSeen(), 6);
   EXPECT_EQ(panel->Restarts(), 1) << "partly written, but running";
-}
 
-TEST_F(Download, SaysThatThePanelDidNotRestart) {
-  PanelWith({"no-restart-ack"});
+  PanelWith({"late-ack:64:1900", "lose-restart"});
   Program();
-  EXPECT_THAT(user.told, ElementsAre(kDone, kNotRestarted));
+  EXPECT_THAT(user.told, ElementsAre(kDone, kNotRestarted)) << "what comes late confirms no restart";
   EXPECT_TRUE(result.Programmed);
   EXPECT_FALSE(result.Restarted);
-  EXPECT_EQ(panel->Restarts(), 6);
 }
 
 // The acknowledgement of attempt 1 of record 10 comes 1.9 s late, while record 11 is lost on its way six
@@ -181,45 +153,6 @@ TEST_F(Download, ALateAcknowledgementConfirmsNoLaterRecord) {
     EXPECT_THAT(user.told, ElementsAre(kFailed));
     EXPECT_EQ(result.Records, 10);
   }
-}
-
-TEST_F(Download, ALateAcknowledgementConfirmsNoRestart) {
-  PanelWith({"late-ack:64:1900", "lose-restart"});
-  Program();
-  EXPECT_THAT(user.told, ElementsAre(kDone, kNotRestarted));
-}
-
-TEST_F(Download, ALateRestartAcknowledgementConfirmsNoRecord) {
-  PanelWith({"late-restart:1:1900", "drop:1", "drop:2", "drop:3", "drop:4", "drop:5", "drop:6"},
-            "9600,n,8,2");
-  std::vector<SearchSlot> slots(1);
-  slots[0].Port = std::make_unique<SimulatedLine>(panel.get(), time);
-  slots[0].Panel = panel->Panel();
-  EXPECT_THAT(RestartFoundPanels(slots, time), testing::IsEmpty());
-  user = Recorder();
-  result = ProgramPanel(*slots[0].Port, "9600,n,8,2", kQdm7, image, time, stop, user);
-  EXPECT_EQ(result.Records, 0);
-  EXPECT_THAT(user.told, ElementsAre(kFailed));
-}
-
-// The check byte of version 1.15 is 0xF0: a reply to the search that comes late must not confirm a record.
-TEST_F(Download, ALateIdentificationConfirmsNoRecord) {
-  SimulatedPanel::Description description = Described(
-      kQdm7, "9600,n,8,2", {"late-ident:1:1010", "drop:1", "drop:2", "drop:3", "drop:4", "drop:5", "drop:6"});
-  description.Panel.Minor = 15;
-  panel = std::make_unique<SimulatedPanel>(std::move(description));
-  line = std::make_unique<SimulatedLine>(panel.get(), time, Pacing::TrueByteTime);
-  Program("9600,n,8,2");
-  EXPECT_TRUE(result.Connected);
-  EXPECT_EQ(result.Records, 0);
-}
-
-TEST_F(Download, NoiseOnAnIdleLineConfirmsNothing) {
-  PanelWith({"drop:1", "drop:2", "drop:3", "drop:4", "drop:5", "drop:6"});
-  user.OnProgress = [this] { line->NoiseAt(time.Now(), Bytes{kAcknowledge, kAcknowledge}); };
-  Program();
-  EXPECT_THAT(user.told, ElementsAre(kFailed));
-  EXPECT_EQ(result.Records, 0);
 }
 
 TEST_F(Download, ALineThatNeverFallsSilentIsGivenUp) {
@@ -259,15 +192,6 @@ TEST_F(Download, AnAdapterThatIsPulledOutEndsItAtOnce) {
       EXPECT_THAT(user.told, ElementsAre(kFailed, kNotRestarted));
     }
   }
-}
-
-TEST_F(Download, SixtyFourRecordsTakeWhatTheirBytesTake) {
-  PanelWith({});
-  std::size_t bytes = RestartCommand.size() + 1;
-  for (int record = 0; record < kRecords; ++record) bytes += ProgramRecord(image, record).size() + 1;
-  Program();
-  const Microseconds needed = TimeOfBytes(bytes, ParseLineSettings(kProgrammingSettings));
-  EXPECT_LE((took - milliseconds(500)).count(), needed.count() * 103 / 100);
 }
 
 TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {

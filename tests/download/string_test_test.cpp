@@ -75,14 +75,6 @@ TEST(StringTest, PausesAfterEachByteAndAfterEachCharacterOfTheLevel) {
   EXPECT_THAT(port.SentAt, ElementsAre(0ms, 10ms, 20ms, 40ms));
 }
 
-TEST(StringTest, SendsTheStoredByteWithoutALevelAndBackToBackWithoutADelay) {
-  VirtualTime time;
-  RecordingPort port(time, 99);
-  SendString(port, {StringOf({'V', 5, 13}, 1), 2, std::nullopt, 0ms}, time, {});
-  EXPECT_THAT(port.Sent, ElementsAre('V', 5, 13));
-  EXPECT_THAT(port.SentAt, ElementsAre(0ms, 0ms, 0ms));
-}
-
 TEST(StringTest, EndsQuietlyWhenThePortGoesAwayOrTheUserStops) {
   VirtualTime time;
   RecordingPort port(time, 2);
@@ -94,14 +86,6 @@ TEST(StringTest, EndsQuietlyWhenThePortGoesAwayOrTheUserStops) {
   time.At(time.Now() + 15ms, [&stop] { stop.Set(); });
   SendString(other, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 10ms}, time, stop);
   EXPECT_THAT(other.Sent, ElementsAre(1, 2));
-}
-
-TEST(StringTest, TheVariableByteIsTheLastOneOfAllThirtyTwo) {
-  SerialString string = StringOf({1, 2, 3}, 0);
-  EXPECT_EQ(VariableBytePositionOf(string), 1);
-  string.Kinds[31] = static_cast<std::uint8_t>(ByteKind::VAR);
-  EXPECT_EQ(VariableBytePositionOf(string), 32);
-  EXPECT_EQ(VariableBytePositionOf(SerialString{}), 0);
 }
 
 TEST(StringTest, TakesRepliesOfOneTo31Bytes) {

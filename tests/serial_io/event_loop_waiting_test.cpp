@@ -1,7 +1,5 @@
 #include "support/event_loop.h"
 
-#include <QTimer>
-
 #include <gtest/gtest.h>
 
 #ifdef _WIN32
@@ -53,23 +51,6 @@ TEST_F(EventLoopWaitingTest, WaitsToTheEndWithoutSpinning) {
   }
 }
 
-TEST_F(EventLoopWaitingTest, ReturnsAtOnceWhenTheTimeHasPassed) {
-  bool seen = false;
-  QTimer::singleShot(0, [&] { seen = true; });
-  const Microseconds before = time.Now();
-  time.Yield(before - milliseconds(5));
-  EXPECT_TRUE(seen) << "events that are due run all the same";
-  EXPECT_LT(time.Now() - before, milliseconds(500));
-}
-
-TEST_F(EventLoopWaitingTest, AnEventEndsTheWait) {
-  bool clicked = false;
-  QTimer::singleShot(5, [&] { clicked = true; });
-  const Microseconds before = time.Now();
-  EXPECT_TRUE(Eventually(time, [&] { return clicked; }));
-  EXPECT_LT(time.Now() - before, kFarLimit / 2);
-}
-
 TEST_F(EventLoopWaitingTest, NoWaitRunsPastAPromisedTime) {
   const Microseconds start = time.Now();
   const Microseconds promised[] = {start + milliseconds(12), start + milliseconds(4),
@@ -79,13 +60,6 @@ TEST_F(EventLoopWaitingTest, NoWaitRunsPastAPromisedTime) {
     while (time.Now() < when) time.Yield(start + kFarLimit);
     EXPECT_LT(time.Now(), when + kFarLimit / 2);
   }
-}
-
-TEST_F(EventLoopWaitingTest, APromisedTimeIsForgottenWhenItHasCome) {
-  time.WakeAt(time.Now() - milliseconds(1));
-  time.Yield(time.Now() + kFarLimit);  // returns for it
-  const Microseconds end = time.Now() + milliseconds(20);
-  EXPECT_LE(YieldsUntil(end), kFewYields);
 }
 
 }  // namespace

@@ -68,38 +68,6 @@ TEST_F(QtSerialPortTest, CarriesEveryByteBothWaysUntouched) {
   EXPECT_THAT(otherEnd->Read(), IsEmpty()) << "an echo";
 }
 
-TEST_F(QtSerialPortTest, CountsWhatArrivedWithoutAnEventLoop) {
-  ASSERT_TRUE(port.Open());
-  otherEnd->Write(Bytes{1, 2, 3, 4});
-  const Deadline deadline(time, kFarLimit);
-  while (port.BytesWaiting() < 4 && !deadline.Passed()) {
-  }
-  EXPECT_THAT(port.ReadAll(), ElementsAre(1, 2, 3, 4));
-}
-
-TEST_F(QtSerialPortTest, InputEndsAWait) {
-  ASSERT_TRUE(port.Open());
-  otherEnd->Write(Bytes{0xF0});
-  const Microseconds before = time.Now();
-  time.Yield(before + kFarLimit);
-  EXPECT_TRUE(Waiting(1));
-  EXPECT_LT(time.Now() - before, kFarLimit / 2);
-}
-
-TEST_F(QtSerialPortTest, DiscardsWhatTheSystemHoldsToo) {
-  ASSERT_TRUE(port.Open());
-  otherEnd->Write(Bytes(100, 0x55));
-  ASSERT_TRUE(Waiting(100));
-  otherEnd->Write(Bytes(3000, 0x55));
-  Bytes discarded;
-  ASSERT_TRUE(Eventually(time, [&] {
-    const Bytes more = port.ReadAll();
-    discarded.insert(discarded.end(), more.begin(), more.end());
-    return discarded.size() == 3100;
-  }));
-  EXPECT_EQ(port.BytesWaiting(), 0U);
-}
-
 TEST_F(QtSerialPortTest, AppliesWhatTheDeviceAcceptsOfTheSettings) {
   const struct {
     const char* Settings;
