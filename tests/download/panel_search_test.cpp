@@ -27,15 +27,6 @@ TEST(Identification, RepliesSumToOneAndNothingElseIsAReply) {
   for (const Bytes& bytes : refused) EXPECT_FALSE(ParseIdentReply(bytes)) << testing::PrintToString(bytes);
 }
 
-TEST(Identification, TextNamesTheModelsThatTheSearchKnows) {
-  EXPECT_EQ(IdentificationText({.Model = 1, .Major = 1, .Minor = 3}), "QDM7 1.3");
-  EXPECT_EQ(IdentificationText({.Model = 2, .Major = 0, .Minor = 12}), "QDM6 0.12");
-  EXPECT_EQ(IdentificationText({.Model = 3, .Major = 2, .Minor = 255}), "QDM4 2.255");
-  EXPECT_EQ(IdentificationText({.Model = 4, .Major = 1, .Minor = 2}), "TL-VOX 1.2");
-  EXPECT_EQ(IdentificationText({.Model = 4, .Major = 1, .Minor = 2}, 3), "1.2");
-  EXPECT_EQ(IdentificationText({.Model = 200, .Major = 1, .Minor = 2}), "1.2");
-}
-
 // Slots with simulated lines, in virtual time.
 class PanelSearch : public testing::Test {
  protected:

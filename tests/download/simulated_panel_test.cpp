@@ -12,7 +12,6 @@ namespace qdm {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 const LineSettings kProgramming = ParseLineSettings(kProgrammingSettings);
@@ -53,31 +52,6 @@ TEST(SimulatedPanel, IgnoresWhatIsNoFrameAndFindsTheNextOne) {
     EXPECT_EQ(panel.RecordsWritten(), 0);
     EXPECT_THAT(panel.Memory(), testing::Each(0xFF));
     EXPECT_THAT(Say(panel, good), ElementsAre(kAcknowledge)) << testing::PrintToString(bytes);
-  }
-}
-
-TEST(PanelFaults, ABadTextIsRefusedWithTheReason) {
-  struct Case {
-    const char* Text;
-    const char* Reason;
-  };
-  const Case cases[] = {{"", "there are lose-ident, "},
-                        {"loose-ack:3", "there are lose-ident, "},
-                        {"lose-ack:%0", "\"0\" is not a count"},
-                        {"lose-ack:3:4", "too many numbers"},
-                        {"late-ack:3", "a number is missing"},
-                        {"late-ack:3:99999", "\"99999\" is not a delay, 0..60000"},
-                        {"corrupt:1:23", "\"23\" is not a byte of a record, 0..22"},
-                        {"corrupt:1:2:0", "\"0\" is not a mask, 1..255"},
-                        {"no-restart-ack:1", "too many numbers"}};
-  for (const Case& c : cases) {
-    try {
-      ParsePanelFault(c.Text);
-      ADD_FAILURE() << c.Text << " was taken";
-    } catch (const std::invalid_argument& error) {
-      EXPECT_THAT(error.what(), HasSubstr(c.Reason));
-      EXPECT_THAT(error.what(), HasSubstr("fault \"" + std::string(c.Text) + "\": "));
-    }
   }
 }
 
