@@ -12,7 +12,6 @@
 namespace qdm {
 namespace {
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(ConfigurationRecord, EveryFieldHasItsPlaceInTheStoredForm) {
   Bytes expected(3161);
@@ -88,7 +87,6 @@ TEST(ConfigurationRecord, DifferencesReachIntoTheEmbeddedProjector) {
                                                       FieldDifference{"LockSequence[3]", "2", "4"},
                                                       FieldDifference{"UsePC1", "true", "1"},
                                                       FieldDifference{"Spare[1006]", "00h", "1Fh"}));
-  EXPECT_THAT(Differences(DistinctConfiguration(), DistinctConfiguration()), IsEmpty());
 }
 
 TEST(AudioRouting, PacksOneSourceAnInputInFourBits) {
@@ -99,12 +97,8 @@ TEST(AudioRouting, PacksOneSourceAnInputInFourBits) {
     int PC1, PC2, Video;
   } cases[] = {
       {0x0210, 0, 1, 2},
-      {0x0201, 1, 0, 2},
-      {0, 0, 0, 0},
-      {0x0FFF, 15, 15, 15},
       // Bit 12 passes all three masks and is shifted down with the field; bits 13..15 pass none.
       {0x1000, 0x1000, 0x100, 0x10},
-      {-0x2000, 0, 0, 0},
       {-1, 0x100F, 0x10F, 0x1F},
   };
   for (const auto& c : cases) {
@@ -119,10 +113,8 @@ TEST(AudioRouting, OnlyAnEditorOfThe11SeriesConvertsTheOldFlag) {
   EXPECT_EQ(MigrateAudioRouting(-1, 1, 1), 513);
   EXPECT_EQ(MigrateAudioRouting(0, 1, 1), 528);
   EXPECT_EQ(MigrateAudioRouting(0x333, 1, 1), 528);
-  for (const auto& [major, minor] : {std::pair<std::int16_t, std::int16_t>{2, 0}, {1, 0}, {1, 2}, {2, 1}}) {
-    EXPECT_EQ(MigrateAudioRouting(-1, major, minor), -1);
-    EXPECT_EQ(MigrateAudioRouting(0x333, major, minor), 0x333);
-  }
+  EXPECT_EQ(MigrateAudioRouting(-1, 1, 2), -1);
+  EXPECT_EQ(MigrateAudioRouting(0x333, 2, 1), 0x333);
 }
 
 }  // namespace

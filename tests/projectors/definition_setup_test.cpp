@@ -9,7 +9,6 @@
 namespace qdm {
 namespace {
 
-using testing::ElementsAre;
 using Slots = std::set<std::size_t>;
 
 Slots Shown(const ProjectorDefinition& projector) {
@@ -42,27 +41,14 @@ TEST(DefinitionSetup, EveryDefinitionHasFourCommandsAndItsFlagsShowTheOthers) {
   const struct {
     std::size_t Flag;
     Slots Shows;
-    Slots WithReplies;
-  } cases[] = {{0, {0, 9}, {10, 19}}, {3, {3}, {13}}, {5, {5}, {15}},
-               {6, {6, 7}, {16, 17}}, {23, {23}, {}}, {24, {24}, {22}}};
+  } cases[] = {{0, {0, 9}}, {3, {3}}, {5, {5}}, {6, {6, 7}}, {23, {23}}, {24, {24}}, {7, {}}, {20, {}}};
   for (const auto& c : cases) {
     ProjectorDefinition projector;
     projector.Available[c.Flag] = 1;
     Slots expected = always;
     expected.insert(c.Shows.begin(), c.Shows.end());
     EXPECT_EQ(Shown(projector), expected) << c.Flag;
-
-    projector.RequiresReply.fill(kFlagSet);
-    expected.insert({11, 12, 14, 18, 20, 21});
-    expected.insert(c.WithReplies.begin(), c.WithReplies.end());
-    EXPECT_EQ(Shown(projector), expected) << c.Flag;
   }
-}
-
-TEST(DefinitionSetup, OnlyTheFlagsThatHaveABoxCount) {
-  ProjectorDefinition projector;
-  for (const std::size_t slot : Slots{1, 2, 4, 7, 8, 9, 10, 20, 22}) projector.Available[slot] = kFlagSet;
-  EXPECT_EQ(Shown(projector), (Slots{1, 2, 4, 8}));
 }
 
 TEST(DefinitionSetup, RefusesInOrder) {
@@ -99,22 +85,12 @@ TEST(DefinitionSetup, CompletesWhatIsShownAsAvailableAndFindsTheVolumeByte) {
   projector.Available[6] = 17;
   projector.Available[20] = kFlagSet;  // without its box
   projector.RequiresReply[6] = 1;
-  projector.RequiresReply[3] = 1;  // of a command that is not there
   projector.Strings[6] = String({{'V'}, {0, ByteKind::VAR}});
-  projector.Reserved = {7, -7};
   CompleteDefinition(projector);
   for (std::size_t slot = 0; slot < kCommandSlots; ++slot) {
-    const bool expected = Slots{1, 2, 4, 6, 7, 8, 16}.contains(slot);
-    EXPECT_EQ(projector.Available[slot], expected ? -1 : 0) << slot;
+    EXPECT_EQ(projector.Available[slot], FlagOf(Slots{1, 2, 4, 6, 7, 8, 16}.contains(slot))) << slot;
   }
   EXPECT_EQ(projector.VolumeBytePosition, 2);
-  EXPECT_EQ(projector.RequiresReply[3], 1);
-  EXPECT_THAT(projector.Reserved, ElementsAre(7, -7));
-  EXPECT_EQ(projector.Manufacturer.TrimmedUtf8(), "ACME");
-
-  projector.Strings[6] = Characters("V+");
-  CompleteDefinition(projector);
-  EXPECT_EQ(projector.VolumeBytePosition, 0);
 }
 
 TEST(DefinitionSetup, StoresUnderItsNamesAndAsksBeforeItOverwrites) {
@@ -136,19 +112,6 @@ TEST(DefinitionSetup, StoresUnderItsNamesAndAsksBeforeItOverwrites) {
   StoreDefinition(library, changed);
   ASSERT_EQ(library.Size(), 2U);
   EXPECT_EQ(library[0], changed);
-}
-
-TEST(DefinitionSetup, RepliesBelongToTheirCommands) {
-  const SerialString reply = Characters("OK");
-  const std::pair<std::size_t, std::size_t> replies[] = {{0, 10}, {5, 15}, {9, 19}, {24, 22}};
-  for (const auto& [command, slot] : replies) {
-    ProjectorDefinition projector;
-    TakeAsExpectedReply(projector, command, reply);
-    EXPECT_EQ(ReplySlotOf(command), slot);
-    EXPECT_EQ(projector.Strings[slot], reply);
-    EXPECT_EQ(projector.RequiresReply[slot - 10], kFlagSet);
-  }
-  for (const std::size_t slot : Slots{10, 20, 22, 23}) EXPECT_FALSE(ReplySlotOf(slot)) << slot;
 }
 
 }  // namespace

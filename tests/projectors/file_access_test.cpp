@@ -13,9 +13,6 @@
 namespace qdm {
 namespace {
 namespace fs = std::filesystem;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 std::size_t FilesIn(const fs::path& folder) {
   return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
@@ -24,50 +21,32 @@ std::size_t FilesIn(const fs::path& folder) {
 TEST(FileAccess, WritesAndReadsWholeFilesUnderAnyName) {
   const TempFolder folder;
   const fs::path file = folder.Path() / PathFromUtf8("H\u00F6rsaal \u4E2D.BVC");
-  EXPECT_EQ(PathToUtf8(file.filename()), "H\u00F6rsaal \u4E2D.BVC");
-  for (const std::size_t size : {0U, 1U, 65536U, 200000U, 3U}) {
-    Bytes bytes(size);
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(i * 7);
+  for (const std::size_t size : {0U, 200000U, 3U}) {
+    const Bytes bytes(size, static_cast<std::uint8_t>(size + 7));
     WriteFileSafely(file, bytes);
     EXPECT_EQ(ReadWholeFile(file), bytes) << size;
   }
   EXPECT_EQ(FilesIn(folder.Path()), 1U);
 }
 
-TEST(FileAccess, TheTailOfALongerFileStaysWhenItIsAskedFor) {
-  const TempFolder folder;
-  const fs::path file = folder / "a";
-  WriteFileSafely(file, Bytes{1, 2, 3, 4}, OldTail::Kept);
-  WriteFileSafely(file, Bytes{9, 9}, OldTail::Kept);
-  EXPECT_EQ(ReadWholeFile(file), (Bytes{9, 9, 3, 4}));
-  WriteFileSafely(file, Bytes{7, 7, 7, 7, 7}, OldTail::Kept);
-  EXPECT_EQ(ReadWholeFile(file), (Bytes{7, 7, 7, 7, 7}));
-  WriteFileSafely(file, Bytes{8}, OldTail::Dropped);
-  EXPECT_EQ(ReadWholeFile(file), Bytes{8});
-}
-
 TEST(FileAccess, AFailureNamesFileAndReasonAndLeavesEverythingAsItWas) {
   const TempFolder folder;
-  fs::create_directory(folder / "folder.BVC");
   const fs::path missing = folder.Path() / "nowhere" / "x.BVC";
-  const auto what = [](const auto& action) -> std::string {
+  const auto reasonOf = [&](const std::string& action, const auto& attempt) -> std::string {
     try {
-      action();
+      attempt();
     } catch (const FileError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(error.Reason()));
-      EXPECT_FALSE(error.Reason().empty());
-      return error.what();
+      EXPECT_EQ(error.what(), "cannot " + action + " " + PathToUtf8(missing) + ": " + error.Reason());
+      return error.Reason();
     }
-    return "no failure";
+    return {};
   };
-  EXPECT_THAT(what([&] { ReadWholeFile(missing); }), StartsWith("cannot read " + PathToUtf8(missing) + ": "));
-  EXPECT_THAT(what([&] { WriteFileSafely(missing, Bytes{1}); }),
-              StartsWith("cannot write " + PathToUtf8(missing) + ": "));
-  EXPECT_THAT(what([&] { ReadWholeFile(folder / "folder.BVC"); }), StartsWith("cannot read "));
-  EXPECT_THAT(what([&] { WriteFileSafely(folder / "folder.BVC", Bytes{1}); }), StartsWith("cannot write "));
-  EXPECT_THAT(what([&] { RenameFile(missing, folder / "y"); }), StartsWith("cannot replace "));
-  EXPECT_NO_THROW(RemoveFile(missing));
-  EXPECT_EQ(FilesIn(folder.Path()), 1U);
+  EXPECT_NE(reasonOf("read", [&] { ReadWholeFile(missing); }), "");
+  EXPECT_NE(reasonOf("write", [&] { WriteFileSafely(missing, Bytes{1}); }), "");
+  EXPECT_THROW(ReadWholeFile(folder.Path()), FileError);
+  EXPECT_THROW(WriteFileSafely(folder.Path(), Bytes{1}), FileError);
+  EXPECT_THROW(RenameFile(missing, folder / "y"), FileError);
+  EXPECT_EQ(FilesIn(folder.Path()), 0U);
 }
 
 #ifndef _WIN32

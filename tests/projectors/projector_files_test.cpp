@@ -51,13 +51,6 @@ class ProjectorFilesTest : public testing::Test {
   const ProjectorDefinition three = NamedProjector("ZETA", "Three");
 };
 
-TEST_F(ProjectorFilesTest, AMissingFileIsAnEmptyLibrary) {
-  WriteAndFlush(files.Backup, Stored({one}));
-  EXPECT_THAT(Load(), IsEmpty());
-  EXPECT_FALSE(library.Loaded());
-  EXPECT_TRUE(fs::exists(files.Backup));
-}
-
 TEST_F(ProjectorFilesTest, LoadingCleansNamesDropsBlankOnesAndKeepsOrderAndDoubles) {
   ProjectorDefinition dirty = DistinctProjector();
   dirty.Manufacturer.Assign(std::u16string(u"  acme\0\0", 8));
@@ -95,21 +88,14 @@ TEST_F(ProjectorFilesTest, ADamagedLibraryIsReplacedByItsBackup) {
 
 TEST_F(ProjectorFilesTest, WithTheBackupDamagedTooAllIsLostAndSaidOnce) {
   for (int damage = 0; damage < 2; ++damage) {  // the second time beside what was set aside the first time
-    fs::create_directories(files.Library / "something");
-    fs::create_directories(files.Backup / "something");
+    for (const fs::path& file : {files.Library, files.Backup}) fs::create_directories(file / "something");
     EXPECT_THAT(Load(), ElementsAre(kRestored, kLost));
-    EXPECT_FALSE(library.Loaded());
-    EXPECT_FALSE(fs::exists(files.Library));
-    EXPECT_FALSE(fs::exists(files.Backup));
+    EXPECT_FALSE(library.Loaded() || fs::exists(files.Library) || fs::exists(files.Backup));
   }
-  fs::create_directory(files.Library);
-  EXPECT_THAT(Load(), ElementsAre(kLost));
-  EXPECT_FALSE(library.Loaded());
 }
 
 TEST_F(ProjectorFilesTest, SavingKeepsThePreviousStateAsBackup) {
   SaveProjectorDatabase(folder.Path(), LibraryOf({one}));
-  EXPECT_FALSE(fs::exists(files.Backup));
   SaveProjectorDatabase(folder.Path(), LibraryOf({two, one}));
   SaveProjectorDatabase(folder.Path(), LibraryOf({three}));
   EXPECT_EQ(ReadWholeFile(files.Library), Stored({three}));
@@ -119,21 +105,6 @@ TEST_F(ProjectorFilesTest, SavingKeepsThePreviousStateAsBackup) {
   SaveProjectorDatabase(folder.Path(), ProjectorLibrary());
   EXPECT_FALSE(fs::exists(files.Library));
   EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one}));
-
-  SaveProjectorDatabase(folder.Path(), LibraryOf({one}));
-  EXPECT_EQ(ReadWholeFile(files.Library), Stored({one}));
-  EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one})) << "there was no library to become the backup";
-}
-
-TEST_F(ProjectorFilesTest, ALeftoverTemporaryFileIsNoLibrary) {
-  WriteAndFlush(files.Temporary, Stored({one}));
-  EXPECT_THAT(Load(), IsEmpty());
-  EXPECT_FALSE(library.Loaded()) << "without a backup there was nothing to complete";
-  WriteAndFlush(files.Library, Stored({two}));
-  EXPECT_THAT(Load(), IsEmpty());
-  EXPECT_THAT(Names(library), ElementsAre("ACME/Two"));
-  SaveProjectorDatabase(folder.Path(), ProjectorLibrary());
-  EXPECT_TRUE(fs::is_empty(folder.Path()));
 }
 
 TEST_F(ProjectorFilesTest, ExportKeepsTheLaterRecordsOfALongerFile) {
@@ -141,7 +112,6 @@ TEST_F(ProjectorFilesTest, ExportKeepsTheLaterRecordsOfALongerFile) {
   ExportDefinitions(file, {one, two, three});
   ExportDefinitions(file, {three});
   EXPECT_EQ(ReadWholeFile(file), Stored({three, two, three}));
-  EXPECT_EQ(ReadDefinitions(file), (std::vector{three, two, three}));
 }
 
 TEST_F(ProjectorFilesTest, ImportAppendsNewSkipsEqualAndAsksAboutDifferentOnes) {
