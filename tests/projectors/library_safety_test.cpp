@@ -197,15 +197,15 @@ TEST(LibrarySafety, AFullDiskLeavesEveryFileAsItWas) {
 // The file may come back, from a network folder or out of another program's hands: an empty library must not
 // be saved over it meanwhile.
 TEST(LibrarySafety, ALibraryThatCannotBeLoadedIsNotOverwritten) {
-  const bool root = geteuid() == 0;  // who may read everything
+  const uid_t user = geteuid();  // root may read everything, so another user tries
   const TempFolder folder;
   const ProjectorFiles files(folder.Path());
   SaveProjectorDatabase(folder.Path(), LibraryOf(20, 1));
   ProjectorLibrary library;
   fs::permissions(files.Library, fs::perms::none);
-  if (root) ASSERT_EQ(seteuid(65534), 0);
+  ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);
   const std::string load = FailureOf([&] { LoadProjectorDatabase(folder.Path(), library); });
-  if (root) ASSERT_EQ(seteuid(0), 0);
+  ASSERT_EQ(seteuid(user), 0);
   EXPECT_THAT(load, HasSubstr("Permission denied"));
   fs::permissions(files.Library, fs::perms::owner_all);
   EXPECT_THAT(FailureOf([&] { SaveProjectorDatabase(folder.Path(), library); }),

@@ -77,19 +77,24 @@ TEST(TextParser, CompactTextGivesItsStringBack) {
   SCOPED_TRACE(seed.Text());
   std::mt19937 random(seed.Value());
   for (int round = 0; round < 10'000; ++round) {
+    // Lower-case letters form no byte, so with them alone the first reading must be the string.
+    const bool plain = round % 2 == 0;
     SerialString string;
     string.Count = static_cast<std::int16_t>(1 + random() % 32);
     for (std::size_t i = 0; i < string.BytesInUse(); ++i) {
       const auto kind = static_cast<ByteKind>(random() % kByteKinds);
-      const unsigned end = kind == ASC ? 95 : kind == CNT ? 32 : kind == VAR || kind == IGN ? 1 : 256;
-      string.Values[i] = static_cast<std::uint8_t>(random() % end + (kind == ASC ? 32 : 0));
+      const unsigned letters = plain ? 18 : 95;
+      const unsigned end = kind == ASC ? letters : kind == CNT ? 32 : kind == VAR || kind == IGN ? 1 : 256;
+      const unsigned first = kind != ASC ? 0 : plain ? 105 : 32;  // "i", blank
+      string.Values[i] = static_cast<std::uint8_t>(first + random() % end);
       string.Kinds[i] = static_cast<std::uint8_t>(kind);
     }
     const std::string text = CompactText(string);
     const auto sameText = [&text](const TextReading& reading) { return CompactText(reading.String) == text; };
-    const ParsedText parsed = Parse(text);
-    ASSERT_THAT(parsed.Readings, testing::Contains(testing::Truly(sameText))) << text;
-    ASSERT_TRUE(parsed.NeedsChoice() || Likely(text) == string) << text;
+    ASSERT_THAT(Parse(text).Readings, testing::Contains(testing::Truly(sameText))) << text;
+    if (plain) {
+      ASSERT_EQ(Likely(text), string);
+    }
   }
 }
 
