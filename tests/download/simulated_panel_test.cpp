@@ -55,6 +55,13 @@ TEST(SimulatedPanel, IgnoresWhatIsNoFrameAndFindsTheNextOne) {
   }
 }
 
+TEST(PanelFaults, ABadTextIsRefused) {
+  for (const char* text : {"", "loose-ack:3", "lose-ack:%0", "lose-ack:3:4", "late-ack:3", "late-ack:3:99999",
+                           "corrupt:1:23", "corrupt:1:2:0", "no-restart-ack:1"}) {
+    EXPECT_THROW(ParsePanelFault(text), std::invalid_argument) << text;
+  }
+}
+
 TEST(PanelFaults, HitTheRecordsAndRepliesThatTheyName) {
   const Bytes record = ProgramRecord(Counting(), 1);
   struct Case {
