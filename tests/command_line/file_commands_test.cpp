@@ -1,5 +1,4 @@
 // compare, image and the command line itself, in process.
-#include "download/programming.h"
 #include "support/qdm_runner.h"
 
 #include <iterator>
@@ -31,7 +30,7 @@ TEST(Compare, PairsDefinitionsByNamesWhateverTheirOrder) {
                                                   ""));
 }
 
-TEST(Image, ShowsTheMemoryAsDumpAsTableAndAsFile) {
+TEST(Image, ShowsTheMemoryAsDumpAndAsTable) {
   QdmRunner qdm;
   const std::string room = qdm.Write("room.BVC", UsableConfiguration());
   EXPECT_THAT(qdm.Run({"image", room}).Out,
@@ -44,9 +43,6 @@ TEST(Image, ShowsTheMemoryAsDumpAsTableAndAsFile) {
         "Projector.Strings[1].Count, Projector.Available[1]\n", "FF x 458                 not used\n"}) {
     EXPECT_THAT(explained.Out, HasSubstr(expected));
   }
-  EXPECT_THAT(qdm.Run({"image", room, "-o", qdm.Path("image.bin")}), Answers(0, "", ""));
-  const PanelImage image = BuildPanelImage(UsableConfiguration());
-  EXPECT_EQ(qdm.Read("image.bin"), Bytes(image.begin(), image.end()));
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLine) {

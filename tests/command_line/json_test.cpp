@@ -88,7 +88,6 @@ TEST(JsonText, ReadsEveryFormOfAValueAndTakesANewRecordsForWhatIsLeftOut) {
 TEST(JsonText, RefusesWithPathAndReasonWhatNoRecordCanHold) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {Configured(R"("UpTime": 32768)"), "configuration.UpTime: 32768 is not a whole number"},
-      {Configured(R"("UsePC1": "true")"), "configuration.UsePC1: \"true\" is not true, false or"},
       {Configured(R"("a\nb": 1)"), "configuration.\"a\\u000ab\": unknown key"},
       {Configured(R"("UpTime": 1, "UpTime": 1)"), "configuration.UpTime: the key is there twice"},
       {Configured(R"("LockSequence": [1,2,3])"), "configuration.LockSequence: 3 entries instead of 4"},
@@ -96,8 +95,7 @@ TEST(JsonText, RefusesWithPathAndReasonWhatNoRecordCanHold) {
       {InString(R"("Values": [)" + Repeated("0,", 32) + "0]"),
        "Projector.Strings[0].Values: more than 32 entries"},
       {InString(R"("Kinds": [0, "XYZ"])"), "Projector.Strings[0].Kinds[1]: \"XYZ\" is not"},
-      {R"({"format": "qdm-projectors", "version": 1, "projectors": [{}, {"Modell": ""}]})",
-       "projectors[1].Modell: unknown key"},
+      {R"({"format": "qdm-projectors", "version": 1, "projectors": [{"a": 1}]})", "projectors[0].a: unknown"},
       {Configured("\"\xFF\": 1"), "not JSON: parse error"},
       {std::string(100'000, '['), "a list is not an object"},
       {Configured(R"("UpTime": ")" + std::string(100'000, 'x') + "\""), "configuration.UpTime: "},

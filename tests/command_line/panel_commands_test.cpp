@@ -4,10 +4,8 @@
 namespace qdm {
 namespace {
 
-using std::chrono::milliseconds;
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::Not;
 
 struct PanelCommands : testing::Test {
   SimulatedPanel& Attach(int number, std::uint8_t model, const std::string& settings,
@@ -42,7 +40,7 @@ TEST_F(PanelCommands, DownloadProgramsTheOnePanelOfTheTypeAndShowsATerminalHow) 
   SimulatedPanel& panel = Attach(4, 1, "38400,o,8,2");
   Attach(5, 2, "9600,n,8,2");
   const auto done = AllOf(HasSubstr("QDM7 1.3 on COM4 at "), HasSubstr("The QDM panel has been programed\n"),
-                          HasSubstr("64 of 64 records, 0 retries, "), Not(HasSubstr("Programming")));
+                          HasSubstr("64 of 64 records, 0 retries, "));
   EXPECT_THAT(Download(), Answers(0, done, ""));
   EXPECT_EQ(panel.Memory(), BuildPanelImage(UsableConfiguration()));
   EXPECT_EQ(panel.Restarts(), 2);  // after the search, after programming
@@ -65,14 +63,14 @@ TEST_F(PanelCommands, DownloadLeavesEveryPanelRunningWhenItCannotChoose) {
                                   HasSubstr("room.BVC: 2 of type QDM 7 found")));
   EXPECT_THAT(Download(kQdm4), Answers(1, "No QDM found\n", HasSubstr("no QDM 4 found; QDM7 1.3 is on")));
   EXPECT_EQ(first.Restarts() + second.Restarts(), 4);
-  EXPECT_EQ(first.RecordsSeen() + second.RecordsSeen(), 0);
   EXPECT_EQ(Download(kQdm7, {"--port", "COM2"}).Status, 0);
-  EXPECT_EQ(second.RecordsWritten(), 64);
+  EXPECT_EQ(first.RecordsSeen(), 0);
+  EXPECT_EQ(second.RecordsSeen(), 64);
 }
 
 TEST_F(PanelCommands, AStopLeavesThePanelRestartedAndSaysWhereItStood) {
   SimulatedPanel& panel = Attach(1, 1, "9600,n,8,2", "late-ack:%1:100");
-  qdm.Time.At(qdm.Time.Now() + milliseconds(4000), [this] { qdm.Stop.Set(); });
+  qdm.Time.At(qdm.Time.Now() + std::chrono::seconds(4), [this] { qdm.Stop.Set(); });
   EXPECT_THAT(Download(), Answers(1, HasSubstr("failed to program\n"), HasSubstr("interrupted after ")));
   EXPECT_GT(panel.RecordsWritten(), 0);
   EXPECT_LT(panel.RecordsWritten(), 64);
