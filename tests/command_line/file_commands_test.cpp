@@ -8,7 +8,6 @@ namespace qdm {
 namespace {
 
 using testing::HasSubstr;
-using testing::StartsWith;
 
 std::vector<std::string> WordsOf(const std::string& text) {
   std::istringstream words(text);
@@ -34,7 +33,7 @@ TEST(Image, ShowsTheMemoryAsDumpAndAsTable) {
   QdmRunner qdm;
   const std::string room = qdm.Write("room.BVC", UsableConfiguration());
   EXPECT_THAT(qdm.Run({"image", room}).Out,
-              StartsWith("0000  00 FF FF 00 80 01 00 01 01 22 22 00 00 00 01 01\n"));
+              testing::StartsWith("0000  00 FF FF 00 80 01 00 01 01 22 22 00 00 00 01 01\n"));
   const Outcome explained = qdm.Run({"image", room, "--explain"});
   for (const char* expected :
        {"0005  01                       room empty timeout in minutes ", " RoomTimeout\n",
@@ -48,7 +47,7 @@ TEST(Image, ShowsTheMemoryAsDumpAndAsTable) {
 TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLine) {
   QdmRunner qdm;
   for (const char* wrong :
-       {"", "export", "export a.BVC b.BVC", "import a.json", "check a.BVC --fast", "projectors",
+       {"", "frobnicate", "export", "export a.BVC b.BVC", "import a.json", "check a.BVC --fast", "projectors",
         "image a.BVC --records --explain", "image a.BVC --records -o x", "projectors remove ACME",
         "projectors add a.BVD --on-conflict ask", "find --type QDM5", "find --port COM17"}) {
     EXPECT_THAT(qdm.Run(WordsOf(wrong)), IsUnusable("")) << wrong;

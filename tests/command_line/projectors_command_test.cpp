@@ -3,7 +3,6 @@
 namespace qdm {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 // Its folder holds the library too.
@@ -53,7 +52,7 @@ TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
   qdm.Write("Projectors.DEF", std::vector{full, same});
   EXPECT_THAT(qdm.Run({"projectors", "add", file}),
               Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / mmm")));
-  EXPECT_THAT(Library(), ElementsAre(full, same, fresh));
+  EXPECT_THAT(Library(), testing::ElementsAre(full, same, fresh));
 }
 
 }  // namespace

@@ -40,11 +40,10 @@ class QdmRunner {
   VirtualTime Time;
   SimulatedPorts Ports{Time};
   StopRequest Stop;
-  std::string Input;
   bool OnTerminal = false;
 
   Outcome Run(std::vector<std::string> arguments) {
-    std::istringstream in(Input);
+    std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
     CommandContext context{.In = in,
@@ -74,7 +73,6 @@ class QdmRunner {
     return Write(name, EncodeDefinitions(definitions));
   }
   Bytes Read(const std::string& name) const { return ReadWholeFile(Folder / name); }
-  bool Exists(const std::string& name) const { return std::filesystem::exists(Folder / name); }
 };
 
 inline ProjectorDefinition Named(const std::string& manufacturer, const std::string& model) {
