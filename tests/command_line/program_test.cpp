@@ -13,13 +13,13 @@ namespace qdm {
 namespace {
 
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 constexpr int kPatience = 30'000;  // milliseconds, for a machine under load
 
 class Program {
  public:
-  explicit Program(const std::vector<std::string>& arguments, const std::string& ports = "",
+  // `ports` as in QDM_PORTS: none when left out. (An empty variable counts as not set on Windows.)
+  explicit Program(const std::vector<std::string>& arguments, const std::string& ports = ",",
                    const QString& output = {}) {
     qputenv("QDM_PORTS", QByteArray::fromStdString(ports));
     if (!output.isEmpty()) process_.setStandardOutputFile(output);
@@ -63,9 +63,6 @@ TEST_F(QdmProgram, DoesEveryFileCommandAndSaysWhyNot) {
   const std::string some = files.Write("some.BVD", std::vector{Named("ACME", "One"), Named("ACME", "A")});
   const std::string none = files.Path("none.BVC");
   const std::string data = files.Path("data");
-  const auto one_line = [](const std::string& why) {
-    return testing::AllOf(MatchesRegex("qdm: [^\n]*\n"), HasSubstr(why));
-  };
   using Text = testing::Matcher<std::string>;
   const std::vector<std::tuple<std::vector<std::string>, int, Text, Text>> cases = {
       {{"--version"}, 0, "qdm " + VersionText() + "\n", ""},
@@ -76,25 +73,25 @@ TEST_F(QdmProgram, DoesEveryFileCommandAndSaysWhyNot) {
       {{"check", room}, 0, "ok\n", ""},
       {{"check", blank}, 1, HasSubstr("no projector has been defined"), ""},
       {{"image", room, "--records"}, 0, HasSubstr("\nFF 22 F8 01 FE FE "), ""},
-      {{"image", blank}, 1, "", one_line("blank.BVC: Projector.VolumeBytePosition = -1: ")},
+      {{"image", blank}, 1, "", SaysInOneLine("blank.BVC: Projector.VolumeBytePosition = -1: ")},
       {{"projectors", "add", some, "--data", data}, 0, HasSubstr("2 added"), ""},
       {{"projectors", "list", "--data", data}, 0, "ACME\tOne\t0\nACME\tA\t0\n", ""},
       {{"projectors", "extract", "acme", "-o", files.Path("x.BVD"), "--data", data}, 0, "", ""},
       {{"projectors", "remove", "acme", "one", "--data", data}, 0, "", ""},
-      {{"projectors", "remove", "acme", "one", "--data", data}, 1, "", one_line("acme / one: not in")},
+      {{"projectors", "remove", "acme", "one", "--data", data}, 1, "", SaysInOneLine("acme / one: not in")},
       {{"find", "--port", "COM1"}, 1, "COM1\tNo Port\n", ""},
-      {{"download", room}, 1, "No QDM found\n", one_line("no QDM 7 found")},
-      {{"download", blank}, 1, HasSubstr("no projector has been"), one_line("refused by the check")},
-      {{"export", none}, 2, "", one_line("none.BVC: cannot read: ")},
-      {{"import", none, "-o", files.Path("x.BVC")}, 2, "", one_line("not JSON text")},
+      {{"download", room}, 1, "No QDM found\n", SaysInOneLine("no QDM 7 found")},
+      {{"download", blank}, 1, HasSubstr("no projector has been"), SaysInOneLine("refused by the check")},
+      {{"export", none}, 2, "", SaysInOneLine("none.BVC: cannot read: ")},
+      {{"import", none, "-o", files.Path("x.BVC")}, 2, "", SaysInOneLine("not JSON text")},
 #ifdef _WIN32
-      {{"simulate"}, 1, "", one_line("this system has no pseudo-terminals")},
+      {{"simulate"}, 1, "", SaysInOneLine("this system has no pseudo-terminals")},
 #else
-      {{"simulate", "--memory", room}, 2, "", one_line("512 bytes, this file has 3161")},
+      {{"simulate", "--memory", room}, 2, "", SaysInOneLine("512 bytes, this file has 3161")},
 #endif
-      {{"export", room, "-o", some}, 2, "", one_line("this ending is not a text's")},
-      {{"import", files.Path("Zürich.json"), "-o", "x.BVD"}, 2, "", one_line("x.BVD: ")},
-      {{"compare", room, some}, 2, "", one_line("not of the same kind as " + room)},
+      {{"export", room, "-o", some}, 2, "", SaysInOneLine("this ending is not a text's")},
+      {{"import", files.Path("Zürich.json"), "-o", "x.BVD"}, 2, "", SaysInOneLine("x.BVD: ")},
+      {{"compare", room, some}, 2, "", SaysInOneLine("not of the same kind as " + room)},
   };
   for (const auto& [arguments, status, out, err] : cases) {
     EXPECT_THAT(Program(arguments).Finish(), Answers(status, out, err)) << testing::PrintToString(arguments);
@@ -120,7 +117,8 @@ TEST_F(QdmProgram, FindsAndProgramsASimulatedPanelOverAPseudoTerminal) {
   EXPECT_THAT(Program({"find"}, ports).Finish(), Answers(0, "COM2\tQDM7 1.3\t9600,n,8,2\n", ""));
   EXPECT_THAT(
       Program({"download", room}, ports).Finish(),
-      Answers(0, MatchesRegex("QDM7 1.3 on COM2 .* has been programed\n64 of 64 records, [1-9].*"), ""));
+      Answers(0, testing::MatchesRegex("QDM7 1.3 on COM2 .* has been programed\n64 of 64 records, [1-9].*"),
+              ""));
   EXPECT_THAT(Program({"image", room, "-o", files.Path("image")}).Finish(), Answers(0, "", ""));
   EXPECT_EQ(files.Read("memory"), files.Read("image"));
 

@@ -54,15 +54,6 @@ int GenerationIn(const fs::path& folder, std::size_t definitions = kDefinitions)
   return generation;
 }
 
-std::string FailureOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const FileError& error) {
-    return error.what();
-  }
-  return "no failure";
-}
-
 TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
   const struct {
     const char* Name;
@@ -101,6 +92,15 @@ TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
 }
 
 #ifndef _WIN32
+
+std::string FailureOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "no failure";
+}
 
 // Where parent and child tell each other how far the saving is.
 struct Progress {
