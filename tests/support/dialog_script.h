@@ -12,7 +12,7 @@
 
 #include <deque>
 #include <functional>
-#include <initializer_list>
+#include <vector>
 
 namespace qdm {
 
@@ -20,7 +20,7 @@ class DialogScript {
  public:
   using Step = std::function<void(QWidget& dialog)>;
 
-  DialogScript(std::initializer_list<Step> steps) : steps_(steps) { WatchOn(); }
+  explicit DialogScript(const std::vector<Step>& steps) : steps_(steps.begin(), steps.end()) { WatchOn(); }
   ~DialogScript() { EXPECT_TRUE(steps_.empty()) << steps_.size() << " dialogs were not opened"; }
   DialogScript(const DialogScript&) = delete;
   DialogScript& operator=(const DialogScript&) = delete;
