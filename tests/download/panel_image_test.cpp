@@ -1,7 +1,5 @@
 #include "download/panel_image.h"
 
-#include "support/distinct_configuration.h"
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -11,6 +9,7 @@
 namespace qdm {
 namespace {
 
+using testing::Each;
 using testing::HasSubstr;
 
 using Change = std::function<void(PanelConfiguration&)>;
@@ -133,6 +132,39 @@ TEST(PanelImage, OutputsByUse) {
   }
 }
 
+TEST(PanelImage, ControlInputByUse) {
+  struct Case {
+    std::int16_t Use;
+    std::int16_t ActiveHigh;
+    std::initializer_list<int> Bytes;
+  };
+  const Case cases[] = {{0, -1, {0, 128}}, {1, 0, {17, 128}}, {2, -1, {2, 128}},    {3, 0, {3, 99}},
+                        {3, -1, {19, 99}}, {3, 7, {19, 99}},  {255, -1, {255, 128}}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.Use);
+    ExpectBytes(ImageOf(kQdm4,
+                        [&c](PanelConfiguration& configuration) {
+                          configuration.ControlInputOption = c.Use;
+                          configuration.ControlInputActiveHigh = c.ActiveHigh;
+                          configuration.ThresholdVoltage = 99;
+                        }),
+                3, c.Bytes);
+  }
+}
+
+TEST(PanelImage, LockBytes) {
+  const Change all = [](PanelConfiguration& c) {
+    c.LockOnFrontPanel = c.LockOnExternalPowerDown = c.LockOnRoomEmpty = c.LockUsingButtons =
+        c.LockOnNoButton = -1;
+    c.NoButtonPowerDown = 15;
+  };
+  EXPECT_EQ(ImageOf(kQdm7, all)[6], 0xFF);
+  EXPECT_EQ(ImageOf(kTlVox, all)[2], 0xFB) << "the amplifier has no bit 4";
+  EXPECT_EQ(ImageOf(kQdm7, [](PanelConfiguration& c) { c.LockOnExternalPowerDown = 2; })[6], 2);
+  EXPECT_EQ(ImageOf(kQdm7, [](PanelConfiguration& c) { c.LockUsingButtons = 2; })[6], 8);
+  EXPECT_EQ(ImageOf(kTlVox, [](PanelConfiguration& c) { c.LockOnNoButton = 9; })[2], 2);
+}
+
 TEST(PanelImage, ButtonCodes) {
   const std::array<int, 7> indexes = {0, 1, 2, 3, 4, 5, -1};
   const std::array<int, 7> qdm = {7, 6, 2, 3, 4, 0, 0};
@@ -179,6 +211,19 @@ TEST(PanelImage, AmplifierAudioAndLevels) {
     EXPECT_EQ(image[0], 32 + c.Flag);
     EXPECT_EQ(image[15], c.Low);
     EXPECT_EQ(image[16], c.High);
+  }
+  for (const std::int16_t level : {std::int16_t{10}, std::int16_t{26}}) {
+    EXPECT_EQ(ImageOf(kTlVox, [level](PanelConfiguration& c) { c.VolumeMax = level; })[11], 8);
+  }
+  EXPECT_EQ(ImageOf(kTlVox, [](PanelConfiguration& c) { c.Projector.VolumeBytePosition = -1; })[25], 255)
+      << "has no place in this layout";
+}
+
+TEST(PanelImage, ATableWithoutStringsIsTwentyFiveZeros) {
+  for (const std::int16_t type : {kQdm7, kTlVox}) {
+    const PanelImage image = ImageOf(type, [](PanelConfiguration& c) { c.Projector.Strings[3].Count = 900; });
+    EXPECT_THAT(std::vector<int>(image.begin() + 26, image.begin() + 51), Each(0));
+    EXPECT_THAT(std::vector<int>(image.begin() + 51, image.end()), Each(255));
   }
 }
 
@@ -233,81 +278,153 @@ TEST(PanelImage, TheTableMayEndAtTheLastByteAndNotBehindIt) {
   EXPECT_THROW(ImageOf(kQdm7, withSlot9(2)), ImageError);
 }
 
-void ExpectRefused(std::int16_t controllerType, const std::string& field, int value, const Change& change,
-                   ImageError::Kind kind = ImageError::Kind::Overflow) {
+struct Refusal {
+  const char* Field;
+  int Value;
+  Change Make;
+  ImageError::Kind Kind = ImageError::Kind::Overflow;
+};
+
+void ExpectRefused(std::int16_t controllerType, const Refusal& refusal) {
   try {
-    ImageOf(controllerType, change);
-    ADD_FAILURE() << field << " = " << value << " was taken";
+    ImageOf(controllerType, refusal.Make);
+    ADD_FAILURE() << refusal.Field << " = " << refusal.Value << " was taken";
   } catch (const ImageError& error) {
-    EXPECT_EQ(error.Field(), field);
-    EXPECT_EQ(error.Value(), value);
-    EXPECT_EQ(error.Failure(), kind) << field;
-    EXPECT_THAT(error.what(), HasSubstr(field + " = " + std::to_string(value) + ": "));
+    EXPECT_EQ(error.Field(), refusal.Field);
+    EXPECT_EQ(error.Value(), refusal.Value);
+    EXPECT_EQ(error.Failure(), refusal.Kind) << refusal.Field;
+    EXPECT_THAT(error.what(),
+                HasSubstr(std::string(refusal.Field) + " = " + std::to_string(refusal.Value) + ": "));
+    EXPECT_THAT(error.what(), testing::Not(HasSubstr("\n")));
   }
 }
 
-// All values that are looked at only in some uses are in use.
-Change Set(const std::string& field, std::int16_t value) {
-  return [field, value](PanelConfiguration& c) {
-    c.OutputsOption = kOutputsScreen;
-    c.ControlInputOption = kControlInputRoomPir;
-    for (const auto& word : kConfigurationWords) {
-      if (word.Name == field) c.*word.Member = value;
-    }
-    for (const auto& word : kProjectorWords) {
-      if ("Projector." + std::string(word.Name) == field) c.Projector.*word.Member = value;
+using Words = std::initializer_list<std::int16_t>;
+
+template <class Member>
+Change Set(Member member, std::int16_t value) {
+  return [member, value](PanelConfiguration& c) {
+    if constexpr (std::is_invocable_v<Member, PanelConfiguration&>) {
+      std::invoke(member, c) = value;
+    } else {
+      std::invoke(member, c.Projector) = value;
     }
   };
 }
 
-TEST(PanelImage, AValueThatLeavesItsRangeIsRefusedByName) {
-  using Words = std::vector<std::int16_t>;
-  const Words qdm = {kQdm7};
-  const Words tlvox = {kTlVox};
-  const Words both = {kQdm7, kTlVox};
-  const Words noBytes = {-1, 256, -32768, 32767};
-  const struct {
-    Words Types;
-    std::vector<std::string> Fields;
-    Words Taken;
-    Words Refused;
-  } cases[] = {{both,
-                {"LockAfterProjectorOffPeriod", "Projector.InterCommandDelay", "Projector.InterByteDelay",
-                 "Projector.WarmUpTime", "Projector.CoolDownTime", "Projector.Baudrate"},
-                {0, 255},
-                noBytes},
-               {qdm,
-                {"UpTime", "DownTime", "ThresholdVoltage", "RoomTimeout", "ControlInputOption",
-                 "LockAfterRoomEmptyPeriod", "Projector.VolumeBytePosition"},
-                {0, 255},
-                noBytes},
-               {tlvox, {"TLVOXpowerDownTime", "VolumeStep"}, {0, 255}, noBytes},
-               {tlvox, {"UpTime", "ThresholdVoltage", "RoomTimeout"}, noBytes, {}},  // not in this layout
-               {qdm, {"VolumeMax", "AudioRouting"}, {30000, 0x00FF}, {}},
-               {both, {"NoButtonPowerDown", "Projector.Parity"}, {0}, {16, -1, 2048, 4096, -4096}},
-               {qdm, {"Projector.NumberOfBytes"}, {1, 256}, {0, 257, -32768}},
-               {tlvox, {"VolumeMax", "VolumeMin", "PowerUpVolume"}, {}, {-238, 274, -32768, 32767}},
-               {tlvox, {"AudioRouting"}, {0x00EE}, {0x00EF, -1}}};
-  for (const auto& c : cases) {
-    for (const std::int16_t type : c.Types) {
-      for (const std::string& field : c.Fields) {
-        for (const auto value : c.Taken) EXPECT_NO_THROW(ImageOf(type, Set(field, value))) << field << value;
-        for (const auto value : c.Refused) ExpectRefused(type, field, value, Set(field, value));
-      }
+TEST(PanelImage, AValueThatIsNoByteIsRefusedByName) {
+  using C = PanelConfiguration;
+  using P = ProjectorDefinition;
+  struct ByteField {
+    const char* Name;
+    std::function<Change(std::int16_t)> To;
+  };
+  const auto field = [](const char* name, auto member) {
+    return ByteField{name, [member](std::int16_t value) { return Set(member, value); }};
+  };
+  const ByteField both[] = {field("LockAfterProjectorOffPeriod", &C::LockAfterProjectorOffPeriod),
+                            field("Projector.InterCommandDelay", &P::InterCommandDelay),
+                            field("Projector.InterByteDelay", &P::InterByteDelay),
+                            field("Projector.WarmUpTime", &P::WarmUpTime),
+                            field("Projector.CoolDownTime", &P::CoolDownTime),
+                            field("Projector.Baudrate", &P::Baudrate)};
+  const ByteField qdm[] = {field("RoomTimeout", &C::RoomTimeout),
+                           field("ControlInputOption", &C::ControlInputOption),
+                           field("LockAfterRoomEmptyPeriod", &C::LockAfterRoomEmptyPeriod),
+                           field("Projector.VolumeBytePosition", &P::VolumeBytePosition)};
+  const ByteField tlvox[] = {field("TLVOXpowerDownTime", &C::TLVOXpowerDownTime),
+                             field("VolumeStep", &C::VolumeStep)};
+  const auto expectByte = [](std::int16_t type, const ByteField& f) {
+    for (const int value : {0, 255}) {
+      EXPECT_NO_THROW(ImageOf(type, f.To(static_cast<std::int16_t>(value)))) << f.Name << value;
     }
+    for (const int value : {-1, 256, -32768, 32767}) {
+      ExpectRefused(type, {f.Name, value, f.To(static_cast<std::int16_t>(value))});
+    }
+  };
+  for (const ByteField& f : both) {
+    expectByte(kQdm7, f);
+    expectByte(kTlVox, f);
+  }
+  for (const ByteField& f : qdm) expectByte(kQdm7, f);
+  for (const ByteField& f : tlvox) expectByte(kTlVox, f);
+}
+
+TEST(PanelImage, AFormulaThatLeavesItsRangeIsRefused) {
+  using C = PanelConfiguration;
+  using P = ProjectorDefinition;
+  for (const std::int16_t type : {kQdm7, kTlVox}) {
+    for (const std::int16_t value : Words{16, -1, 2048, 4096, -4096}) {
+      ExpectRefused(type, {"NoButtonPowerDown", value, Set(&C::NoButtonPowerDown, value)});
+      ExpectRefused(type, {"Projector.Parity", value, Set(&P::Parity, value)});
+    }
+    // 2048 x 16 leaves 16 bits, whatever is added to it.
+    ExpectRefused(type, {"Projector.Parity", 2048, [](C& c) {
+                           c.Projector.Parity = 2048;
+                           c.Projector.Baudrate = -32768;
+                         }});
+    ExpectRefused(type, {"Projector.Baudrate", 32767, [](C& c) {
+                           c.Projector.Parity = 15;
+                           c.Projector.Baudrate = 32767;
+                         }});
+  }
+  for (const std::int16_t value : Words{0, 257, -32768}) {
+    ExpectRefused(kQdm7, {"Projector.NumberOfBytes", value, Set(&P::NumberOfBytes, value)});
+  }
+  ExpectRefused(kQdm7, {"OutputsOption", 5, [](C& c) {
+                          c.OutputsOption = 5;
+                          c.LockOnNoButton = -1;
+                        }});
+  for (const std::int16_t level : Words{-238, 274, -32768, 32767}) {
+    ExpectRefused(kTlVox, {"VolumeMax", level, Set(&C::VolumeMax, level)});
+    ExpectRefused(kTlVox, {"VolumeMin", level, Set(&C::VolumeMin, level)});
+    ExpectRefused(kTlVox, {"PowerUpVolume", level, Set(&C::PowerUpVolume, level)});
+  }
+  ExpectRefused(kTlVox, {"AudioRouting", 0x00EF, Set(&C::AudioRouting, 0x00EF)});
+  ExpectRefused(kTlVox, {"AudioRouting", -1, Set(&C::AudioRouting, -1)});
+}
+
+TEST(PanelImage, OnlyFieldsThatTheUseNeedsAreLookedAt) {
+  const Change unused = [](PanelConfiguration& c) {
+    c.UpTime = c.DownTime = c.ThresholdVoltage = -5;
+    c.VolumeMax = 30000;
+    c.AudioRouting = 0x00FF;
+  };
+  EXPECT_NO_THROW(ImageOf(kQdm7, unused));
+  for (const std::int16_t use : {kOutputsScreen, kOutputsLift, kOutputsPowerAndScreen}) {
+    ExpectRefused(kQdm7, {"DownTime", 256, [use](PanelConfiguration& c) {
+                            c.OutputsOption = use;
+                            c.DownTime = 256;
+                          }});
+  }
+  ExpectRefused(kQdm7, {"ThresholdVoltage", 300, [](PanelConfiguration& c) {
+                          c.ControlInputOption = kControlInputRoomPir;
+                          c.ThresholdVoltage = 300;
+                        }});
+}
+
+TEST(PanelImage, AVolumePositionThatWasNeverDeterminedSaysWhatToDo) {
+  try {
+    ImageOf(kQdm7, [](PanelConfiguration& c) { c.Projector.VolumeBytePosition = -1; });
+    ADD_FAILURE() << "was taken";
+  } catch (const ImageError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("open the projector in the setup dialog and press Done"));
   }
 }
 
 TEST(PanelImage, StringsWithImpossibleCountsAreRefusedAndNeverReadBeyond) {
+  const auto count = [](std::size_t slot, std::int16_t value) {
+    return [slot, value](PanelConfiguration& c) {
+      c.Projector.Available[slot] = 1;
+      c.Projector.Strings[slot].Count = value;
+    };
+  };
+  constexpr const char* kReply = "Projector.Strings[10].Count (Serial enable reply)";
   for (const std::int16_t type : {kQdm7, kTlVox}) {
-    for (const int value : {-1, 256, -32768, 32767, 33, 255}) {
-      const Change change = [value](PanelConfiguration& c) {
-        c.Projector.Available[10] = 1;
-        c.Projector.Strings[10].Count = static_cast<std::int16_t>(value);
-      };
-      const bool isByte = value == 33 || value == 255;
-      ExpectRefused(type, "Projector.Strings[10].Count (Serial enable reply)", value, change,
-                    isByte ? ImageError::Kind::Subscript : ImageError::Kind::Overflow);
+    for (const std::int16_t value : Words{-1, 256, -32768, 32767})
+      ExpectRefused(type, {kReply, value, count(10, value)});
+    for (const std::int16_t value : Words{33, 255}) {
+      ExpectRefused(type, {kReply, value, count(10, value), ImageError::Kind::Subscript});
     }
   }
 }
@@ -320,26 +437,17 @@ TEST(PanelImage, TheFirstFailureIsReported) {
     }
   };
   // 26 + 12 x 33 = 422; 459 and 496 behind slots 10 and 11: slot 12 runs out.
-  constexpr const char* kSlot12 = "Projector.Strings[12].Count (Data 1 reply)";
-  ExpectRefused(kQdm7, kSlot12, 32, full, ImageError::Kind::Subscript);
-  const Change fullAndNoByte = [&full](PanelConfiguration& c) {
-    full(c);
-    c.Projector.Strings[12].Count = 300;
-  };
-  ExpectRefused(kQdm7, kSlot12, 300, fullAndNoByte);
-  const Change severalFields = [](PanelConfiguration& c) {
-    c.RoomTimeout = 300;
-    c.NoButtonPowerDown = 16;
-    c.Projector.Parity = 2048;
-    Use(c, 0, StringOf({1}));
-    c.Projector.Strings[0].Count = -1;
-  };
-  ExpectRefused(kQdm7, "RoomTimeout", 300, severalFields);
-  const Change noUse = [](PanelConfiguration& c) {
-    c.OutputsOption = 5;
-    c.LockOnNoButton = -1;
-  };
-  ExpectRefused(kQdm7, "OutputsOption", 5, noUse);
+  ExpectRefused(kQdm7, {"Projector.Strings[12].Count (Data 1 reply)", 32, full, ImageError::Kind::Subscript});
+  ExpectRefused(kQdm7, {"Projector.Strings[12].Count (Data 1 reply)", 300, [&full](PanelConfiguration& c) {
+                          full(c);
+                          c.Projector.Strings[12].Count = 300;
+                        }});
+  ExpectRefused(kQdm7, {"RoomTimeout", 300, [](PanelConfiguration& c) {
+                          c.RoomTimeout = 300;
+                          c.NoButtonPowerDown = 16;
+                          c.Projector.Available[0] = 1;
+                          c.Projector.Strings[0].Count = -1;
+                        }});
 }
 
 }  // namespace

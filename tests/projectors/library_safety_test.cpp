@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
@@ -54,15 +55,26 @@ int GenerationIn(const fs::path& folder, std::size_t definitions = kDefinitions)
   return generation;
 }
 
+std::string FailureOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const FileError& error) {
+    return error.what();
+  }
+  return "no failure";
+}
+
+struct FolderState {
+  const char* Name;
+  int Library;  // generation, 0 for no file
+  int Backup;
+  int Temporary;
+  bool TemporaryIsCut;
+  int Loaded;
+};
+
 TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
-  const struct {
-    const char* Name;
-    int Library;  // generation, 0 for no file
-    int Backup;
-    int Temporary;
-    bool TemporaryIsCut;
-    int Loaded;
-  } states[] = {
+  const FolderState states[] = {
       {"before the first save ever", 0, 0, 0, false, 0},
       {"first temporary file half written", 0, 0, 1, true, 0},
       {"temporary file half written", 2, 1, 3, true, 2},
@@ -71,7 +83,7 @@ TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
       {"save finished", 3, 2, 0, false, 3},
       {"an empty library was saved", 0, 2, 0, false, 0},
   };
-  for (const auto& state : states) {
+  for (const FolderState& state : states) {
     SCOPED_TRACE(state.Name);
     const TempFolder folder;
     const ProjectorFiles files(folder.Path());
@@ -91,16 +103,33 @@ TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
   }
 }
 
-#ifndef _WIN32
+// A save that failed between its two renames is tried again: the temporary file is the library's only copy of
+// that state then, and the second attempt must not begin by deleting it.
+TEST(LibrarySafety, SavingAgainFirstCompletesWhatACutOffSaveLeft) {
+  const TempFolder folder;
+  const ProjectorFiles files(folder.Path());
+  WriteAndFlush(files.Backup, EncodeDefinitions(LibraryOf(20, 2).Elements()));
+  WriteAndFlush(files.Temporary, EncodeDefinitions(LibraryOf(20, 3).Elements()));
 
-std::string FailureOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const FileError& error) {
-    return error.what();
-  }
-  return "no failure";
+  SaveProjectorDatabase(folder.Path(), LibraryOf(20, 4));
+  EXPECT_EQ(GenerationIn(folder.Path(), 20), 4);
+  RenameFile(files.Backup, files.Library);
+  EXPECT_EQ(GenerationIn(folder.Path(), 20), 3);
 }
+
+TEST(LibrarySafety, AFileInPlaceOfTheFolderIsNamedWithTheReason) {
+  const TempFolder folder;
+  WriteAndFlush(folder / "Data", {});
+  const std::string failure = FailureOf([&] { SaveProjectorDatabase(folder / "Data", LibraryOf(1, 1)); });
+  EXPECT_THAT(failure, HasSubstr(PathToUtf8(folder / "Data")));
+#ifdef _WIN32
+  EXPECT_THAT(failure, HasSubstr("No such file or directory"));
+#else
+  EXPECT_THAT(failure, HasSubstr("Not a directory"));
+#endif
+}
+
+#ifndef _WIN32
 
 // Where parent and child tell each other how far the saving is.
 struct Progress {
@@ -122,6 +151,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
   constexpr int kKills = 100;
   const unsigned seed = std::random_device{}();
+  RecordProperty("seed", std::to_string(seed));
   std::mt19937 random(seed);
   const TempFolder folder;
   void* shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -144,9 +174,14 @@ TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status)) << "the child ended by itself";
-    killedInASave += progress.Started != progress.Finished ? 1 : 0;
+
+    const int started = progress.Started;
+    const int finished = progress.Finished;
+    killedInASave += started != finished ? 1 : 0;
     generation = GenerationIn(folder.Path());
-    ASSERT_TRUE(generation == progress.Finished || generation == progress.Started) << "seed " << seed;
+    ASSERT_TRUE(generation == finished || generation == started)
+        << "kill " << kill << " of seed " << seed << ": loaded " << generation << ", last finished "
+        << finished << ", last started " << started;
     ASSERT_FALSE(HasFailure()) << "kill " << kill << " of seed " << seed;
   }
   munmap(shared, sizeof(Progress));
@@ -171,46 +206,108 @@ class FullDisk {
   void (*oldHandler_)(int);
 };
 
-TEST(LibrarySafety, AFullDiskLeavesEveryFileAsItWas) {
-  const TempFolder folder;
-  const ProjectorFiles files(folder.Path());
-  const fs::path exported = folder / "Exported.BVD";
-  for (const int generation : {1, 2})
-    SaveProjectorDatabase(folder.Path(), LibraryOf(kDefinitions, generation));
-  ExportDefinitions(exported, LibraryOf(3, 1).Elements());
-  const ProjectorLibrary next = LibraryOf(kDefinitions, 3);
+// No right to write is binding for everybody but root.
+class AnotherUser {
+ public:
+  AnotherUser() : wasRoot_(geteuid() == 0) {
+    if (wasRoot_ && seteuid(65534) != 0) ADD_FAILURE() << "root cannot become another user";
+  }
+  ~AnotherUser() {
+    if (wasRoot_ && seteuid(0) != 0) ADD_FAILURE() << "root cannot come back";
+  }
+
+ private:
+  bool wasRoot_;
+};
+
+constexpr fs::perms kToLookInto = fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
+                                  fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec;
+
+class UnwritableLibrary : public testing::Test {
+ protected:
+  void SetUp() override {
+    SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 1));
+    SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 2));
+    ExportDefinitions(exported_, LibraryOf(3, 1).Elements());
+    before_ = Contents();
+  }
+
+  using Files = std::vector<std::pair<std::string, Bytes>>;
+  Files Contents() const {
+    Files files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder_.Path())) {
+      files.emplace_back(entry.path().filename().string(), ReadWholeFile(entry.path()));
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+  }
+
+  void ExpectFailuresNameFileAnd(const std::string& reason, const std::string& save,
+                                 const std::string& exporting) const {
+    EXPECT_EQ(save, "cannot write " + PathToUtf8(files_.Library) + ": " + reason);
+    EXPECT_EQ(exporting, "cannot write " + PathToUtf8(exported_) + ": " + reason);
+    EXPECT_TRUE(Contents() == before_) << "a file was changed, added or removed";
+  }
+
+  TempFolder folder_;
+  ProjectorFiles files_{folder_.Path()};
+  fs::path exported_ = folder_ / "Exported.BVD";
+  Files before_;
+};
+
+TEST_F(UnwritableLibrary, StaysAsItWasWhenTheDiskIsFull) {
   std::string save;
   std::string exporting;
   {
     const FullDisk full(1'000'000);
-    save = FailureOf([&] { SaveProjectorDatabase(folder.Path(), next); });
-    exporting = FailureOf([&] { ExportDefinitions(exported, next.Elements()); });
+    save = FailureOf([&] { SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
+    exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(kDefinitions, 3).Elements()); });
   }
-  EXPECT_EQ(save, "cannot write " + PathToUtf8(files.Library) + ": File too large");
-  EXPECT_EQ(exporting, "cannot write " + PathToUtf8(exported) + ": File too large");
-  EXPECT_EQ(ReadDefinitions(exported), LibraryOf(3, 1).Elements());
-  EXPECT_EQ(GenerationIn(folder.Path()), 2);
-  EXPECT_EQ(ReadDefinitions(files.Backup), LibraryOf(kDefinitions, 1).Elements());
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()), 3);
+  ExpectFailuresNameFileAnd("File too large", save, exporting);
+}
+
+TEST_F(UnwritableLibrary, StaysAsItWasInAFolderWithoutWritePermission) {
+  fs::permissions(folder_.Path(), kToLookInto);
+  std::string save;
+  std::string exporting;
+  {
+    const AnotherUser user;
+    save = FailureOf([&] { SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
+    exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); });
+  }
+  ExpectFailuresNameFileAnd("Permission denied", save, exporting);
 }
 
 // The file may come back, from a network folder or out of another program's hands: an empty library must not
 // be saved over it meanwhile.
-TEST(LibrarySafety, ALibraryThatCannotBeLoadedIsNotOverwritten) {
-  const uid_t user = geteuid();  // root may read everything, so another user tries
-  const TempFolder folder;
-  const ProjectorFiles files(folder.Path());
-  SaveProjectorDatabase(folder.Path(), LibraryOf(20, 1));
-  ProjectorLibrary library;
-  fs::permissions(files.Library, fs::perms::none);
-  ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);
-  const std::string load = FailureOf([&] { LoadProjectorDatabase(folder.Path(), library); });
-  ASSERT_EQ(seteuid(user), 0);
-  EXPECT_THAT(load, HasSubstr("Permission denied"));
-  fs::permissions(files.Library, fs::perms::owner_all);
-  EXPECT_THAT(FailureOf([&] { SaveProjectorDatabase(folder.Path(), library); }),
-              HasSubstr("could not be read when the program started"));
-  EXPECT_EQ(GenerationIn(folder.Path(), 20), 1);
+TEST_F(UnwritableLibrary, ThatCannotBeLoadedIsNotOverwritten) {
+  for (const fs::perms folder : {kToLookInto, fs::perms::none}) {
+    fs::permissions(files_.Library, fs::perms::none);
+    fs::permissions(folder_.Path(), folder);
+    ProjectorLibrary library;
+    std::string load;
+    {
+      const AnotherUser user;
+      load = FailureOf([&] { LoadProjectorDatabase(folder_.Path(), library); });
+    }
+    EXPECT_THAT(load, HasSubstr("Permission denied"));
+    fs::permissions(folder_.Path(), fs::perms::owner_all);
+    fs::permissions(files_.Library, fs::perms::owner_all);
+    EXPECT_THAT(FailureOf([&] { SaveProjectorDatabase(folder_.Path(), library); }),
+                HasSubstr("could not be read when the program started"));
+    EXPECT_TRUE(Contents() == before_);
+
+    LoadProjectorDatabase(folder_.Path(), library);
+    EXPECT_EQ(EncodeDefinitions(library.Elements()), ReadWholeFile(files_.Library));
+    EXPECT_TRUE(library.MayBeSaved());
+  }
+}
+
+TEST_F(UnwritableLibrary, AWriteProtectedExportFileIsRefused) {
+  fs::permissions(exported_, fs::perms::owner_read);
+  EXPECT_EQ(FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); }),
+            "cannot write " + PathToUtf8(exported_) + ": Permission denied");
+  EXPECT_TRUE(Contents() == before_);
 }
 
 #endif

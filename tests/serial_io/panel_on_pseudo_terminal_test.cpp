@@ -85,6 +85,25 @@ TEST_F(PanelOnPseudoTerminal, IsFoundAtItsSpeedWhateverElseIsOnThePorts) {
   for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
 }
 
+TEST_F(PanelOnPseudoTerminal, IsFoundLaterWhenAnAnswerIsSpoilt) {
+  const struct {
+    const char* Fault;
+    const char* FoundAt;
+  } cases[] = {{"wrong-ident:1", "9600,e,8,2"},
+               {"lose-ident:1", "9600,e,8,2"},
+               {"noise-ident:1", "9600,e,8,2"},
+               {"long-ident:1", "9600,e,8,2"},
+               // Not taken for the answer at the next setting either.
+               {"late-ident:1:700", "9600,o,8,2"}};
+  for (const auto& [fault, foundAt] : cases) {
+    Attach({fault});
+    std::vector<SearchSlot> slots(1);
+    slots[0].Port = PortAt(device->Device());
+    SearchAllPorts(slots, kType, scaled, stop, [](std::size_t) {});
+    EXPECT_EQ(slots[0].Settings, foundAt) << fault;
+  }
+}
+
 TEST_F(PanelOnPseudoTerminal, TakesAWholeImageAtTheTrueSpeedOfItsLine) {
   Attach({}, "9600,n,8,2", Pacing::TrueByteTime);
   std::size_t bytes = 0;
@@ -109,6 +128,16 @@ TEST_F(PanelOnPseudoTerminal, IsProgrammedThroughPassingFaults) {
     EXPECT_EQ(panel->Memory(), image) << fault;
     EXPECT_THAT(told.messages, ElementsAre("The QDM panel has been programed")) << fault;
   }
+}
+
+TEST_F(PanelOnPseudoTerminal, ThatDiesAtRecordFortyFailsToProgramAndToRestart) {
+  Attach({"die:40"});
+  const ProgrammingResult result = Program(scaled);
+  EXPECT_TRUE(result.Connected);
+  EXPECT_EQ(result.Records, 39);
+  EXPECT_THAT(told.messages,
+              ElementsAre("The QDM panel failed to program", "The QDM panel failed to restart"));
+  EXPECT_FALSE(port->IsOpen());
 }
 
 TEST_F(PanelOnPseudoTerminal, UnpluggedInTheMiddleFailsWithoutWaitingForIt) {

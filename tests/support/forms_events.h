@@ -28,7 +28,8 @@ void WithOpened(const std::function<void()>& open, const std::function<void(Form
     auto* form = qobject_cast<Form*>(OpenWindow());
     if (form == nullptr || done) return;
     // Until a dialog is active, keys are still the shortcuts of the window below.
-    if (QApplication::activePopupWidget() == nullptr && !form->isActiveWindow()) return form->activateWindow();
+    if (QApplication::activePopupWidget() == nullptr && !form->isActiveWindow())
+      return form->activateWindow();
     done = true;
     actions(*form);
     if (form->isVisible()) form->close();
