@@ -316,7 +316,7 @@ void Download::ShowSlot(std::size_t index) {
   const SearchSlot& slot = work_->Slots[index];
   const SlotRow& row = rows_[index];
   const int number = static_cast<int>(index) + 1;
-  row.Device->setText(QString::fromStdString(ports_.DeviceName(number)));
+  row.Device->setText(OwnName(ports_, number));
   row.Label1->setText(QString::fromStdString(slot.Status));
   row.Option1->setEnabled(slot.Choosable() && stage_ != Stage::Searching && stage_ != Stage::Restarting);
   row.Option1->setAccessibleName(QStringLiteral("%1, %2").arg(PortName(index), row.Label1->text()));

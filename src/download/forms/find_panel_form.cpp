@@ -44,10 +44,6 @@ void FindPanel::MakeCell(int port) {
   connect(cell.Comm, &MyComm::Chosen, this, [this, &cell] { Comm_Chosen(*cell.Comm); });
 }
 
-QString FindPanel::NameOf(int port) const {
-  return QStringLiteral("COM%1 (%2)").arg(port).arg(QString::fromStdString(ports_.DeviceName(port)));
-}
-
 // The ports are looked up anew: an adapter may have been plugged in since.
 void FindPanel::Find_Click() {
   ui_->Chosen->clear();
@@ -59,8 +55,9 @@ void FindPanel::Find_Click() {
     cell.Comm->setVisible(exists);
     if (!exists) continue;
     cell.Comm->StartSearch(port);
-    cell.Name->setText(cell.Comm->Opened() ? NameOf(port)
-                                           : NameOf(port) + QStringLiteral(" is in use or not allowed"));
+    cell.Name->setText(cell.Comm->Opened()
+                           ? PortCaption(ports_, port)
+                           : PortCaption(ports_, port) + QStringLiteral(" is in use or not allowed"));
     cell.Name->setEnabled(cell.Comm->Opened());
     if (!cell.Comm->Opened()) closed.push_back(port);
   }
@@ -78,7 +75,7 @@ void FindPanel::Comm_Chosen(const MyComm& chosen) {
   for (const Cell& cell : cells_) cell.Comm->ShowChosen(cell.Comm == &chosen);
   const OnePortResult& result = chosen.Result();
   ui_->Chosen->setText(QStringLiteral("%1: %2 at %3")
-                           .arg(NameOf(chosen.Port()),
+                           .arg(PortCaption(ports_, chosen.Port()),
                                 QString::fromStdString(IdentificationText(*result.Panel)),
                                 QString::fromStdString(result.Settings)));
 }

@@ -44,7 +44,6 @@ class FindPanel : public QDialog {
   void MakeCell(int port);
   void RunSearches();
   void ShowState();
-  QString NameOf(int port) const;
 
   std::unique_ptr<Ui::FindPanel> ui_;
   SerialPorts& ports_;

@@ -6,11 +6,16 @@
 
 namespace qdm {
 
-QString PortCaption(const SerialPorts& ports, int number) {
+QString OwnName(const SerialPorts& ports, int number) {
   const std::string device = ports.DeviceName(number);
-  return QStringLiteral("COM%1 (%2)")
-      .arg(number)
-      .arg(device.empty() ? QStringLiteral("absent") : QString::fromStdString(device));
+  return device == "COM" + std::to_string(number) ? QString() : QString::fromStdString(device);
+}
+
+QString PortCaption(const SerialPorts& ports, int number) {
+  const QString port = QStringLiteral("COM%1").arg(number);
+  const bool absent = ports.DeviceName(number).empty();
+  const QString name = absent ? QStringLiteral("absent") : OwnName(ports, number);
+  return name.isEmpty() ? port : QStringLiteral("%1 (%2)").arg(port, name);
 }
 
 QString HintOnClosedPorts(const SerialPorts& ports, const std::vector<int>& numbers) {

@@ -9,7 +9,10 @@
 
 namespace qdm {
 
-// "COM3 (ttyUSB0)"; "COM3 (absent)" without a device.
+// The device's own name; empty where that is the port's number (Windows).
+QString OwnName(const SerialPorts& ports, int number);
+
+// "COM3 (ttyUSB0)", "COM3" where the device has no other name; "COM3 (absent)" without a device.
 QString PortCaption(const SerialPorts& ports, int number);
 
 // Which group to join for those of the ports that one would open, a line for each group; empty when there is
