@@ -15,10 +15,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-SimulatedPanel PanelAt(Identification who, std::string settings) {
-  return SimulatedPanel({.Panel = who, .Settings = std::move(settings), .Faults = {}});
-}
-
 struct Session {
   FormTime Time;
   SimulatedPorts Ports{Time};
@@ -48,7 +44,6 @@ struct Session {
     }
     return nullptr;
   }
-  QRadioButton* Option1(int port) const { return Comm(port)->findChild<QRadioButton*>(); }
   std::string Status(int port) const {
     return Comm(port)->findChild<QLabel*>(QStringLiteral("Label1"))->text().toStdString();
   }
@@ -56,33 +51,20 @@ struct Session {
 
 TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTime) {
   Session session;
-  session.Ports.AttachPanel(1, "ttyUSB0", PanelAt({1, 1, 3}, "19200,e,8,2"));
-  session.Ports.AttachPanel(4, "ttyUSB2", PanelAt({4, 1, 2}, "115200,o,8,2"));
+  session.Ports.AttachPanel(1, "ttyUSB0",
+                            SimulatedPanel({.Panel = {1, 1, 3}, .Settings = "19200,e,8,2", .Faults = {}}));
+  session.Ports.AttachPanel(4, "ttyUSB2",
+                            SimulatedPanel({.Panel = {4, 1, 2}, .Settings = "115200,o,8,2", .Faults = {}}));
   session.Ports.AttachLine(9, "ttyS0");
   session.Open();
-  EXPECT_EQ(session.Status(9), "Searching");
   session.RunAll();
   EXPECT_EQ(session.Status(1), "QDM7 1.3");
   EXPECT_EQ(session.Status(4), "1.2") << "the control has no name for the amplifier";
   EXPECT_EQ(session.Status(9), "No QDM found");
   EXPECT_EQ(session.Time.Elapsed(), milliseconds(15000)) << "as long as the one silent port";
-  QTest::mouseClick(session.Option1(4), Qt::LeftButton, {}, QPoint(6, 6));
+  QTest::mouseClick(session.Comm(4)->findChild<QRadioButton*>(), Qt::LeftButton, {}, QPoint(6, 6));
   EXPECT_EQ(session.Form->findChild<QLabel*>(QStringLiteral("Chosen"))->text(),
             QStringLiteral("COM4 (ttyUSB2): TL-VOX 1.2 at 115200,o,8,2"));
-}
-
-TEST(FindPanel, MayBeClosedOrDeletedInTheMiddle) {
-  for (const bool deleted : {false, true}) {
-    Session session;
-    session.Ports.AttachLine(1, "ttyUSB0");
-    session.Ports.AttachLine(2, "ttyUSB1");
-    session.Open();
-    session.Time.Plan(milliseconds(2300),
-                      [&] { deleted ? session.Form.reset() : void(session.Form->close()); });
-    session.RunAll();
-    EXPECT_EQ(session.Time.Elapsed(), milliseconds(2300));
-    EXPECT_TRUE(deleted || !session.Form->isVisible());
-  }
 }
 
 }  // namespace
