@@ -121,7 +121,7 @@ class SerialTest : public testing::Test {
   SerialTest() { shared_.CurrentProjector = Definition(); }
 };
 
-TEST_F(SerialTest, SendsWithPausesAndTakesTheReplyAsExpected) {
+TEST_F(SerialTest, TakesTheReplyAsExpectedAndForgetsItOnTheNextTest) {
   shared_.CurrentProjector.Strings[11] = {};
   Open(1);
   EXPECT_EQ(line_.Settings, "19200,n,8,1");
