@@ -20,7 +20,6 @@ using testing::HasSubstr;
 constexpr const char* kProgramed = "The QDM panel has been programed";
 constexpr const char* kFailed = "The QDM panel failed to program";
 constexpr const char* kNoRestart = "The QDM panel failed to restart";
-constexpr const char* kNoConnection = "Could not connect to QDM panel";
 
 SimulatedPanel PanelWith(Identification who, std::string settings, PanelFaults faults = {}) {
   return SimulatedPanel({.Panel = who, .Settings = std::move(settings), .Faults = std::move(faults)});
@@ -136,20 +135,18 @@ TEST(DownloadForm, TellsEachFailureInItsOrder) {
   for (int reply = 2; reply <= 20; ++reply) {
     silentAfterSearch.push_back(ParsePanelFault("lose-ident:" + std::to_string(reply)));
   }
-  struct Case {
-    PanelFaults Panel;
-    std::vector<std::string> Texts;
-  };
-  for (const Case& c : std::vector<Case>{{silentAfterSearch, {kNoConnection}},
-                                         {Faults({"die:40"}), {kFailed, kNoRestart}},
-                                         {Faults({"lose-ack"}), {kFailed}},
-                                         {Faults({"no-restart-ack"}), {kNoRestart, kProgramed, kNoRestart}},
-                                         {Faults({"lose-ack:3", "corrupt:20"}), {kProgramed}}}) {
+  const std::pair<PanelFaults, std::vector<std::string>> cases[] = {
+      {silentAfterSearch, {"Could not connect to QDM panel"}},
+      {Faults({"die:40"}), {kFailed, kNoRestart}},
+      {Faults({"lose-ack"}), {kFailed}},
+      {Faults({"no-restart-ack"}), {kNoRestart, kProgramed, kNoRestart}},
+      {Faults({"lose-ack:3", "corrupt:20"}), {kProgramed}}};
+  for (const auto& [faults, texts] : cases) {
     Session session;
-    session.Ports.AttachPanel(7, "ttyUSB0", PanelWith({1, 1, 3}, "38400,n,8,2", c.Panel));
+    session.Ports.AttachPanel(7, "ttyUSB0", PanelWith({1, 1, 3}, "38400,n,8,2", faults));
     session.Search();
     session.ClickOption(6);
-    EXPECT_EQ(session.Texts(), c.Texts);
+    EXPECT_EQ(session.Texts(), texts);
     EXPECT_TRUE(session.Option1(6)->isEnabled()) << "it can be tried again";
   }
 }

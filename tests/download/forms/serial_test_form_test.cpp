@@ -86,9 +86,10 @@ ProjectorDefinition Definition() {
 
 class SerialTest : public testing::Test {
  protected:
-  void Open(int slot) {
+  void Open(int slot) { Open(slot, ports_, time_); }
+  void Open(int slot, SerialPorts& ports, Waiting& time) {
     shared_.CurrentSlot = static_cast<std::int16_t>(slot);
-    form_ = std::make_unique<SerialTestForm>(shared_, ports_, time_, prompts_, settings_);
+    form_ = std::make_unique<SerialTestForm>(shared_, ports, time, prompts_, settings_);
     form_->show();
     form_->activateWindow();
     QCoreApplication::processEvents();
@@ -198,22 +199,6 @@ class SerialTestOnPseudoTerminal : public SerialTest {
   }
   ~SerialTestOnPseudoTerminal() override { qunsetenv("QDM_PORTS"); }
 
-  void OpenAndSend() {
-    shared_.CurrentSlot = 1;
-    form_ = std::make_unique<SerialTestForm>(shared_, system_, wall_, prompts_, settings_);
-    form_->show();
-    ASSERT_THAT(Text("Status"), HasSubstr("is open"));
-    Click("Send");
-  }
-  // Bytes take a moment to pass through the system.
-  void WaitForReply(int length) {
-    const std::size_t command = shared_.CurrentProjector.Strings[1].BytesInUse();
-    ASSERT_TRUE(Eventually(wall_, [&] {
-      return projector_.Received.size() >= command &&
-             system_.Last->BytesWaiting() == static_cast<std::size_t>(length);
-    }));
-  }
-
   EventLoopWaiting wall_;
   PseudoTerminal terminal_;
   QSocketNotifier sent_{terminal_.Descriptor(), QSocketNotifier::Read};
@@ -231,10 +216,14 @@ TEST_F(SerialTestOnPseudoTerminal, AnswersOfEveryLengthArriveOrAreDroppedWhole) 
     projector_ = SimulatedProjector(definition);
 
     const Microseconds start = wall_.Now();
-    OpenAndSend();
+    Open(1, system_, wall_);
+    ASSERT_THAT(Text("Status"), HasSubstr("is open"));
+    Click("Send");
     EXPECT_GE(wall_.Now() - start, 40ms) << "four bytes with 10 ms behind each";
     EXPECT_EQ(terminal_.Settings().Speed, 19200);
-    WaitForReply(length);
+    ASSERT_TRUE(Eventually(wall_, [&] {  // bytes take a moment to pass through the system
+      return projector_.Received.size() >= 4 && system_.Last->BytesWaiting() == reply.BytesInUse();
+    }));
     EXPECT_THAT(projector_.Received, ElementsAre('P', 'W', 'R', 13));
     form_->Timer1_Timer();
     if (length == 0 || length == 32) {
