@@ -171,11 +171,9 @@ TEST_F(ProjectorSetup, CountsTheBytesOfWhatIsShown) {
   Current().Strings[3] = Characters("hidden");
   Open();
   EXPECT_EQ(Text("BytesUsed"), "12") << "five, three, and four for the mask";
-  EXPECT_EQ(Text("ByteRemaining"), "448");
   Key(Display(11), Qt::Key_Delete);
-  EXPECT_EQ(Text("BytesUsed"), "5") << "an empty reply costs nothing";
   Tick("AvailableCheck_3");
-  EXPECT_EQ(Text("BytesUsed"), "11");
+  EXPECT_EQ(Text("BytesUsed"), "11") << "an empty reply costs nothing, what is shown now does";
   whileOpen_ = [this] { Current().Strings[3].Count = 456; };
   Key(Display(3), Qt::Key_Return);
   EXPECT_EQ(Text("ByteRemaining"), "-1");
@@ -231,12 +229,12 @@ TEST_F(ProjectorSetup, AsksBeforeItOverwritesAnotherDefinition) {
 
 TEST_F(ProjectorSetup, CancelAsksOnlyWhenSomethingHasChanged) {
   OpenStorable();
+  const ProjectorDefinition opened = Current();
   Press("Cancel");
   EXPECT_FALSE(form_->isVisible());
   EXPECT_THAT(prompts_.Shown, IsEmpty());
 
-  OpenStorable();
-  const ProjectorDefinition opened = Current();
+  Open();
   Key(Display(1), Qt::Key_Delete);
   prompts_.Answers = {false};
   form_->close();
