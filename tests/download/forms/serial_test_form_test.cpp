@@ -9,14 +9,13 @@
 #include "support/simulated_projector.h"
 #include "support/strings.h"
 
+#include <QAbstractButton>
 #include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolButton>
 
 #include <gmock/gmock.h>
 

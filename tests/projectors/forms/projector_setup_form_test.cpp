@@ -9,12 +9,12 @@
 #include "support/distinct_projector.h"
 #include "support/strings.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QRadioButton>
 #include <QTest>
-#include <QToolButton>
 
 #include <array>
 #include <set>

@@ -4,12 +4,9 @@
 #include "projectors/projector_volume.h"
 #include "support/fake_prompts.h"
 
-#include <QCheckBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
