@@ -9,8 +9,6 @@
 #include "support/random_seed.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -166,53 +164,6 @@ TEST_F(Options, KeepNumbersWithinTheirRanges) {
     EXPECT_EQ(entry.Value(), range.Low) << range.Control;
     entry.SetValue(1000);
     EXPECT_EQ(entry.Value(), range.High) << range.Control;
-  }
-}
-
-TEST_F(Options, CarryTheEstablishedCaptions) {
-  const struct {
-    const char* Control;
-    const char* Caption;
-  } captions[] = {
-      {"OutputsOption_4", "Use to control projector power and screen"},
-      {"OutputsOption_3", "Use to control projector lift      and screen"},
-      {"OutputsOption_2", "Use to control volume using ZRB-LX or similar"},
-      {"OutputsOption_1", "Use to control screen"},
-      {"OutputsOption_0", "Disabled"},
-      {"AllowVolumeWhenOffCheck", "Allow Volume control when projector off"},
-      {"ScreenUseVolumeCheck", "Use volume buttons to raise / lower when projector off"},
-      {"ControlInputOption_0", "Disabled"},
-      {"ControlInputOption_1", "Use with enable keyswitch"},
-      {"ControlInputOption_2", "Use as external power down"},
-      {"ControlInputOption_3", "Use as room PIR power down"},
-      {"LockOnFrontPanelCheck", "Lock on front panel off"},
-      {"LockONExternalCheck", "Lock on external power down"},
-      {"LockOnRoomEmptyCheck", "Lock on room empty"},
-      {"LockUsingButtonsCheck", "Lock using button sequence"},
-      {"LockNoButtonCheck", "Lock after no button power down"},
-      {"TurnOffNoButtonCheck", "Turn off after no button presses for"},
-      {"AudioTurnsOnCheck", "Audio input turns on amplifier."},
-      {"UsePC1Check", "PC 1 (Data 1) in use"},
-      {"UsePC2Check", "PC 2 (Data 2) in use"},
-      {"UseVideoCheck", "Video in use"},
-      {"Option2_0", "QDM 7"},
-      {"Option2_1", "QDM 6"},
-      {"Option2_2", "QDM 4"},
-      {"Option2_3", "TL-VOX"},
-  };
-  for (const auto& caption : captions) {
-    EXPECT_EQ(Get<QAbstractButton>(caption.Control).text().toStdString(), caption.Caption);
-  }
-  QStringList frames;
-  for (const auto* frame : controls_.findChildren<QGroupBox*>()) frames.append(frame->title());
-  for (const char* title :
-       {"Controller Type", "Audio Input Control", "Volume Control", "Power Down", "Lock Control",
-        "Lock/Unlock Sequence", "Projector/Audio inputs", "Outputs", "Control Input"}) {
-    EXPECT_TRUE(frames.contains(QLatin1String(title))) << title;
-  }
-  for (const auto* label : controls_.findChildren<QLabel*>()) {
-    EXPECT_TRUE(label->buddy() != nullptr || label->objectName().endsWith(QLatin1String("Unit")))
-        << label->text().toStdString();
   }
 }
 

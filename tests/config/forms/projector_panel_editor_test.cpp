@@ -7,9 +7,6 @@
 #include "projectors/forms/projector_tree.h"
 #include "projectors/forms/qt_text.h"
 
-#include <QCheckBox>
-#include <QFileInfo>
-#include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
@@ -30,16 +27,12 @@ class Editor : public LibraryFixture {
  protected:
   Editor() {
     windows_.Selector = [this](QWidget*) {
-      opened_.push_back("selector");
       if (inSelector_) inSelector_();
     };
     windows_.Download = [this](QWidget*, const PanelConfiguration& configuration) {
       opened_.push_back("download");
       downloaded_ = configuration;
     };
-    windows_.FindPanel = [this](QWidget*) { opened_.push_back("find panel"); };
-    windows_.Help = [this](QWidget*) { opened_.push_back("help"); };
-    windows_.About = [this](QWidget*) { opened_.push_back("about"); };
   }
 
   // The window as the program starts it, on the library of the fixture.
@@ -63,7 +56,6 @@ class Editor : public LibraryFixture {
   QString Path(const char* name) const { return QString::fromStdString((folder_ / name).string()); }
 
   void Press(const char* key) { Child<QAction>(*window_, key).trigger(); }
-  void Click(const char* name) { qdm::Click(*window_, name); }
   void Check(const char* name) { Child<QAbstractButton>(*window_, name).click(); }
   // An option that every type shows.
   void ChangeSomething() { Check("LockUsingButtonsCheck"); }
@@ -103,56 +95,6 @@ class Editor : public LibraryFixture {
   PanelConfiguration downloaded_;
   std::function<void()> inSelector_;
 };
-
-TEST_F(Editor, StartsWithANewConfiguration) {
-  Put({Named("ACME", "X 1"), Named("ZETA", "Z")});
-  Start();
-  EXPECT_EQ(Title(), kStartTitle);
-  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ");
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").Model().rowCount(), 2);
-  EXPECT_FALSE(window_->Modified());
-  EXPECT_THAT(Boxes(), IsEmpty());
-}
-
-TEST_F(Editor, NamesItsCommandsAsEstablished) {
-  Start();
-  const struct {
-    const char* Key;
-    const char* ToolTip;
-  } commands[] = {{"NEW", "Start New Configuration"},
-                  {"OPEN", "Open Existing Configuration"},
-                  {"SAVE", "Save Configuration"},
-                  {"SAVEAS", "Save Configuration As New File"},
-                  {"EDITPROJECTOR", "Edit projectors"},
-                  {"DOWNLOAD", "Donload Configuration to Controller"},
-                  {"EXIT", ""},
-                  {"HELP", "Diplay help"},
-                  {"ABOUT", "Display information about this program"}};
-  const auto& bar = Child<QToolBar>(*window_, "Toolbar1");
-  QStringList keys;
-  for (const QAction* action : bar.actions()) {
-    if (!action->isSeparator()) keys.append(action->objectName());
-  }
-  int place = 0;
-  for (const auto& command : commands) {
-    EXPECT_EQ(keys.value(place++).toStdString(), command.Key);
-    auto& action = Child<QAction>(*window_, command.Key);
-    EXPECT_EQ(bar.widgetForAction(&action)->toolTip().toStdString(), command.ToolTip);
-    EXPECT_FALSE(action.icon().isNull()) << command.Key;
-    EXPECT_TRUE(action.isEnabled()) << command.Key;
-  }
-  for (const char* key : {"EDITPROJECTOR", "HELP", "ABOUT"}) Press(key);
-  Click("FindPanel");
-  EXPECT_THAT(opened_, ElementsAre("selector", "help", "about", "find panel"));
-}
-
-TEST_F(Editor, DisablesACommandWithoutItsWindow) {
-  windows_.About = nullptr;
-  Start();
-  EXPECT_FALSE(Child<QAction>(*window_, "ABOUT").isEnabled());
-  EXPECT_NE(Child<QAction>(*window_, "ABOUT").toolTip(),
-            QStringLiteral("Display information about this program"));
-}
 
 TEST_F(Editor, OpensTheFileOfItsCommandLine) {
   const QString file = Write("Board room.BVC");
@@ -232,7 +174,7 @@ TEST_F(Editor, LeavesEverythingWhenAFileCannotBeRead) {
   EXPECT_TRUE(window_->Modified());
 }
 
-TEST_F(Editor, SavesOverTheCurrentFileWithoutATail) {
+TEST_F(Editor, SavesOverItsOwnFileWithoutATailAndOverAnotherWithIt) {
   const QString file = Write("Room.BVC");
   std::filesystem::resize_file(folder_ / "Room.BVC", 5000);
   Start(file);
@@ -244,20 +186,17 @@ TEST_F(Editor, SavesOverTheCurrentFileWithoutATail) {
   EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").OutputsOption, kOutputsScreen);
   EXPECT_FALSE(window_->Modified());
   EXPECT_EQ(Status(), "Saved Room.BVC (" + folder_.Path().string() + ")");
-}
 
-TEST_F(Editor, SavesUnderANewName) {
-  Start(Write("Room.BVC"));
+  prompts_.Shown.clear();
   WriteAndFlush(folder_ / "Other.BVC", Bytes(4000, 7));
   prompts_.Files = {std::nullopt, Path("Other.BVC")};
-  Press("SAVEAS");
-  EXPECT_THAT(Boxes(), IsEmpty());
+  Press("SAVEAS");  // and cancel
   EXPECT_EQ(Title(), "Room");
   Press("SAVEAS");
   EXPECT_THAT(Boxes(), ElementsAre(saved_));
   EXPECT_EQ(Title(), "Other");
   EXPECT_EQ(std::filesystem::file_size(folder_ / "Other.BVC"), 4000U) << "the tail stays";
-  EXPECT_EQ(ReadConfiguration(folder_ / "Other.BVC").Projector, window_->Configuration().Projector);
+  EXPECT_EQ(ReadConfiguration(folder_ / "Other.BVC").OutputsOption, kOutputsScreen);
 }
 
 TEST_F(Editor, SaysWhyAFileCannotBeWritten) {
@@ -318,20 +257,6 @@ TEST_F(Editor, ChecksBeforeStoringWhenItSavesAndAfterWhenItDownloads) {
   Check("Option2_0");
   Press("DOWNLOAD");
   EXPECT_THAT(opened_, ElementsAre("download", "download")) << "panels have no volume range";
-}
-
-TEST_F(Editor, StartsANewConfiguration) {
-  PanelConfiguration configuration;
-  configuration.ControllerType = kQdm4;
-  configuration.Spare[3] = 9;
-  Start(Write("Room.BVC", configuration));
-  Press("NEW");
-  EXPECT_EQ(Title(), kStartTitle);
-  EXPECT_TRUE(Child<QAbstractButton>(*window_, "Option2_0").isChecked());
-  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ");
-  EXPECT_EQ(window_->Configuration().Spare[3], 9) << "not an option";
-  EXPECT_FALSE(window_->Modified());
-  EXPECT_EQ(window_->FileName(), QString());
 }
 
 TEST_F(Editor, TakesTheProjectorAtTheClick) {
@@ -527,24 +452,6 @@ TEST_F(Editor, RemembersTheLastTenFiles) {
   open->menu()->actions().constFirst()->trigger();
   EXPECT_EQ(prompts_.Shown.back().Title, "Sorry");
   EXPECT_EQ(RecentNames().front(), "Room 11.BVC") << "a file that is gone leaves the list";
-}
-
-TEST_F(Editor, ListensToItsKeys) {
-  const QString file = Write("Room.BVC");
-  Start(file);
-  window_->activateWindow();
-  QApplication::processEvents();
-  prompts_.Files = {Path("Copy.BVC"), file};
-  QTest::keyClick(window_.get(), Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(Title(), "Copy");
-  QTest::keyClick(window_.get(), Qt::Key_O, Qt::ControlModifier);
-  EXPECT_EQ(Title(), "Room");
-  QTest::keyClick(window_.get(), Qt::Key_S, Qt::ControlModifier);
-  EXPECT_EQ(Boxes().size(), 2U);
-  QTest::keyClick(window_.get(), Qt::Key_N, Qt::ControlModifier);
-  EXPECT_EQ(Title(), kStartTitle);
-  QTest::keyClick(window_.get(), Qt::Key_F, Qt::ControlModifier);
-  EXPECT_EQ(QApplication::focusWidget(), &Child<QWidget>(*window_, "Filter"));
 }
 
 TEST_F(Editor, RestoresALibraryThatIsDamaged) {
