@@ -259,6 +259,36 @@ TEST_F(Editor, ChecksBeforeStoringWhenItSavesAndAfterWhenItDownloads) {
   EXPECT_THAT(opened_, ElementsAre("download", "download")) << "panels have no volume range";
 }
 
+TEST_F(Editor, NamesItsCommandsAsEstablishedAndSaysWhichHaveNoWindow) {
+  Start();
+  QStringList tips;
+  const auto& bar = Child<QToolBar>(*window_, "Toolbar1");
+  for (QAction* action : bar.actions()) {
+    if (!action->isSeparator())
+      tips << action->objectName() + QLatin1Char('=') + bar.widgetForAction(action)->toolTip();
+  }
+  EXPECT_EQ(
+      tips.join(QLatin1Char('|')).toStdString(),
+      "NEW=Start New Configuration|OPEN=Open Existing Configuration|SAVE=Save Configuration|"
+      "SAVEAS=Save Configuration As New File|EDITPROJECTOR=Edit projectors|"
+      "DOWNLOAD=Donload Configuration to Controller|EXIT=|HELP=Diplay help: not available in this version|"
+      "ABOUT=Display information about this program: not available in this version");
+}
+
+TEST_F(Editor, StartsANewConfiguration) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = kQdm4;
+  configuration.Spare[3] = 9;
+  Start(Write("Room.BVC", configuration));
+  Press("NEW");
+  EXPECT_EQ(Title(), kStartTitle);
+  EXPECT_TRUE(Child<QAbstractButton>(*window_, "Option2_0").isChecked());
+  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ");
+  EXPECT_EQ(window_->Configuration().Spare[3], 9) << "not an option";
+  EXPECT_FALSE(window_->Modified());
+  EXPECT_EQ(window_->FileName(), QString());
+}
+
 TEST_F(Editor, TakesTheProjectorAtTheClick) {
   Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2)});
   globals_.ProjectorDatabase.Append(Named("ZETA", "Z", 3));
