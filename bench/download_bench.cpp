@@ -1,9 +1,9 @@
 // The memory image in real time; programming and search in virtual time, against what the line itself needs.
 // The ratios are in the counters.
 
-#include "download/panel_image.h"
-#include "download/programming.h"
-#include "download/simulated_line.h"
+#include "panels/panel_image.h"
+#include "panels/programming.h"
+#include "simulation/simulated_line.h"
 #include "support/panel_descriptions.h"
 #include "support/virtual_time.h"
 

@@ -1,10 +1,10 @@
 // The selector with 10,000 models: from the command to its painted tree, and a key typed into its filter to
 // the painted result.
 
-#include "app/globals.h"
 #include "app/qt_prompts.h"
-#include "controls/filter_box.h"
-#include "projectors/forms/projector_selector.h"
+#include "forms/controls/filter_box.h"
+#include "forms/projectors/projector_selector.h"
+#include "forms/shared/globals.h"
 
 #include <QCoreApplication>
 #include <QPixmap>

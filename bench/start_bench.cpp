@@ -1,10 +1,10 @@
 // From the program's start to the first paint: the editor with a library of 1,000 definitions against an
 // empty window, each a process of its own.
 
-#include "app/globals.h"
 #include "app/qt_prompts.h"
 #include "app/resources.h"
-#include "config/forms/projector_panel_editor.h"
+#include "forms/editor/projector_panel_editor.h"
+#include "forms/shared/globals.h"
 #include "projectors/projector_files.h"
 #include "start_window.h"
 

@@ -1,7 +1,7 @@
 // make_examples FOLDER: writes the example files there.
 
+#include "base/file_access.h"
 #include "examples/example_data.h"
-#include "projectors/file_access.h"
 
 #include <cstdio>
 

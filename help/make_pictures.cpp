@@ -3,17 +3,17 @@
 // The look is fixed, so that a picture changes only when its window does.
 #include "app/resources.h"
 #include "config/configuration_file.h"
-#include "config/forms/projector_panel_editor.h"
-#include "download/forms/download_form.h"
-#include "download/forms/serial_test_form.h"
-#include "download/simulated_line.h"
-#include "projectors/forms/projector_replace_form.h"
-#include "projectors/forms/projector_selector.h"
-#include "projectors/forms/projector_setup_form.h"
-#include "projectors/forms/qt_text.h"
+#include "forms/bench/serial_test_form.h"
+#include "forms/download/download_form.h"
+#include "forms/editor/projector_panel_editor.h"
+#include "forms/projectors/projector_replace_form.h"
+#include "forms/projectors/projector_selector.h"
+#include "forms/projectors/projector_setup_form.h"
+#include "forms/shared/qt_text.h"
+#include "forms/strings/serial_editor.h"
+#include "forms/strings/volume_editor_form.h"
 #include "serial_io/event_loop_waiting.h"
-#include "serial_strings/forms/serial_editor.h"
-#include "serial_strings/forms/volume_editor_form.h"
+#include "simulation/simulated_line.h"
 
 #include <QApplication>
 #include <QCursor>

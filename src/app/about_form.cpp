@@ -1,9 +1,9 @@
 #include "app/about_form.h"
 
-#include "app/link_colour.h"
+#include "base/file_access.h"
 #include "config/maker.h"
 #include "config/version.h"
-#include "projectors/file_access.h"
+#include "forms/shared/link_colour.h"
 #include "ui_about_form.h"
 
 #include <QApplication>

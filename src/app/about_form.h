@@ -1,7 +1,7 @@
 // Version, maker, addresses, and the way to the licence text that lies beside the program.
 #pragma once
 
-#include "app/user_prompts.h"
+#include "forms/shared/user_prompts.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "app/demonstration.h"
 
-#include "projectors/file_access.h"
-#include "projectors/forms/qt_text.h"
+#include "base/file_access.h"
+#include "forms/shared/qt_text.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "app/help.h"
 
-#include "projectors/file_access.h"
+#include "base/file_access.h"
 
 #ifdef _WIN32
 #include <windows.h>

@@ -2,7 +2,7 @@
 // elsewhere.
 #pragma once
 
-#include "app/user_prompts.h"
+#include "forms/shared/user_prompts.h"
 
 #include <QObject>
 #include <QPointer>

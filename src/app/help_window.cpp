@@ -1,6 +1,6 @@
 #include "app/help_window.h"
 
-#include "app/link_colour.h"
+#include "forms/shared/link_colour.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,7 +1,7 @@
 // UserPrompts with the desktop's own boxes and file dialogs.
 #pragma once
 
-#include "app/user_prompts.h"
+#include "forms/shared/user_prompts.h"
 
 namespace qdm {
 

@@ -3,8 +3,8 @@
 // turns into one line on the error stream and the exit status.
 #pragma once
 
-#include "download/serial_port.h"
-#include "download/waiting.h"
+#include "line/serial_port.h"
+#include "line/waiting.h"
 
 #include <filesystem>
 #include <functional>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "command_line/command_context.h"
-#include "download/panel_image.h"
+#include "panels/panel_image.h"
 
 #include <optional>
 #include <string>

@@ -4,7 +4,7 @@
 #include "command_line/record_files.h"
 #include "command_line/signals.h"
 #include "config/configuration_rules.h"
-#include "download/programming.h"
+#include "panels/programming.h"
 
 #include <iomanip>
 #include <ostream>

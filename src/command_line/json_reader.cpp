@@ -81,7 +81,7 @@ class FieldFinder {
     if (Is(name)) Found(Words{values, true});
   }
   template <std::size_t N>
-  void Strings(std::string_view name, std::array<SerialString, N>& strings) {
+  void Records(std::string_view name, std::array<SerialString, N>& strings) {
     if (Is(name)) Found(std::span<SerialString>(strings));
   }
   template <std::size_t N>

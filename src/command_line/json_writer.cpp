@@ -86,7 +86,7 @@ class JsonFieldWriter {
     AppendList(json_, values, AppendFlag);
   }
   template <std::size_t N>
-  void Strings(std::string_view name, const std::array<SerialString, N>& strings) {
+  void Records(std::string_view name, const std::array<SerialString, N>& strings) {
     Key(name);
     json_ += '[';
     for (const SerialString& string : strings) {

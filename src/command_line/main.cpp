@@ -1,6 +1,6 @@
+#include "base/file_access.h"
 #include "command_line/run_qdm.h"
 #include "projectors/data_folder.h"
-#include "projectors/file_access.h"
 #include "serial_io/event_loop_waiting.h"
 #include "serial_io/port_list.h"
 

@@ -1,7 +1,7 @@
 // Messages and other texts of the program as the lines of a terminal.
 #pragma once
 
-#include "serial_strings/message.h"
+#include "base/message.h"
 
 #include <string>
 #include <string_view>

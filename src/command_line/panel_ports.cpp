@@ -1,7 +1,7 @@
 #include "command_line/panel_ports.h"
 
 #include "command_line/message_text.h"
-#include "download/programming.h"
+#include "panels/programming.h"
 #include "serial_io/port_list.h"
 
 #include <algorithm>

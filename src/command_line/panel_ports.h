@@ -2,7 +2,7 @@
 #pragma once
 
 #include "command_line/command_context.h"
-#include "download/panel_search.h"
+#include "panels/panel_search.h"
 
 #include <string>
 #include <vector>

@@ -2,9 +2,9 @@
 // standard input or output. What cannot be read, understood or written is a CommandError with kUnusable.
 #pragma once
 
+#include "base/record_codec.h"
 #include "command_line/command_context.h"
 #include "command_line/json_reader.h"
-#include "projectors/record_codec.h"
 
 #include <string>
 #include <string_view>

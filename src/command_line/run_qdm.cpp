@@ -1,9 +1,9 @@
 #include "command_line/run_qdm.h"
 
+#include "base/file_access.h"
 #include "command_line/commands.h"
 #include "command_line/message_text.h"
 #include "config/version.h"
-#include "projectors/file_access.h"
 
 #include <CLI/CLI.hpp>
 

@@ -3,7 +3,7 @@
 // is asked to stop instead and leaves the panels running.
 #pragma once
 
-#include "download/waiting.h"
+#include "line/waiting.h"
 
 #include <memory>
 

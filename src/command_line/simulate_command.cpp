@@ -12,9 +12,9 @@ int Simulate(const SimulateOptions&, CommandContext&) {
 
 #else
 
+#include "base/file_access.h"
 #include "command_line/record_files.h"
 #include "command_line/signals.h"
-#include "projectors/file_access.h"
 #include "serial_io/pseudo_terminal_panel.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // File trouble, a file shorter than one record included, is a FileError.
 #pragma once
 
+#include "base/file_access.h"
 #include "config/panel_configuration.h"
-#include "projectors/file_access.h"
 
 #include <filesystem>
 #include <string>

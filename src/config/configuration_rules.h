@@ -1,8 +1,8 @@
 // What may be saved and downloaded, and which option makes which other option visible or editable.
 #pragma once
 
+#include "base/message.h"
 #include "config/panel_configuration.h"
-#include "serial_strings/message.h"
 
 #include <optional>
 

@@ -2,8 +2,8 @@
 // definition goes into the library. Knows no window.
 #pragma once
 
+#include "base/message.h"
 #include "projectors/projector_library.h"
-#include "serial_strings/message.h"
 
 #include <array>
 #include <cstddef>

@@ -5,8 +5,8 @@
 // from files: any field may hold any bits.
 #pragma once
 
-#include "projectors/fixed_text.h"
-#include "projectors/record_codec.h"
+#include "base/fixed_text.h"
+#include "base/record_codec.h"
 #include "serial_strings/serial_string.h"
 
 #include <array>
@@ -70,7 +70,7 @@ constexpr void Fields(Visitor& v, Definition& d) {
   v.Text("Notes", d.Notes);
   v.Flags("Available", d.Available);
   v.Flags("RequiresReply", d.RequiresReply);
-  v.Strings("Strings", d.Strings);
+  v.Records("Strings", d.Strings);
   v.Integer("MaximumLevel", d.MaximumLevel);
   v.Integer("MinimumLevel", d.MinimumLevel);
   v.Integer("MessageFormat", d.MessageFormat);

@@ -5,9 +5,9 @@
 // trouble is a FileError.
 #pragma once
 
-#include "projectors/file_access.h"
+#include "base/file_access.h"
+#include "base/message.h"
 #include "projectors/projector_library.h"
-#include "serial_strings/message.h"
 
 #include <filesystem>
 #include <functional>

@@ -69,7 +69,7 @@ class DifferenceVisitor {
     }
   }
   template <std::size_t N>
-  void Strings(std::string_view name, const std::array<SerialString, N>& strings) {
+  void Records(std::string_view name, const std::array<SerialString, N>& strings) {
     for (std::size_t i = 0; i < N; ++i) {
       const SerialString& other = Counterpart(strings[i]);
       if (strings[i] == other) continue;

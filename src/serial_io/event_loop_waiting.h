@@ -2,7 +2,7 @@
 // brings ends the wait. Never keeps the processor busy. Needs a QCoreApplication (or QApplication) to exist.
 #pragma once
 
-#include "download/waiting.h"
+#include "line/waiting.h"
 
 #include <QElapsedTimer>
 #include <QObject>

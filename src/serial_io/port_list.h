@@ -5,7 +5,7 @@
 // seen.
 #pragma once
 
-#include "download/serial_port.h"
+#include "line/serial_port.h"
 
 #include <filesystem>
 #include <optional>

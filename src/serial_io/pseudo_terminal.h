@@ -3,8 +3,8 @@
 // is full; then they are lost.
 #pragma once
 
-#include "download/line_settings.h"
-#include "projectors/record_codec.h"
+#include "base/record_codec.h"
+#include "line/line_settings.h"
 
 #include <string>
 

@@ -3,8 +3,8 @@
 // is compared: a panel set to 19200 even is found at 19200 none.
 #pragma once
 
-#include "download/simulated_line.h"
 #include "serial_io/pseudo_terminal.h"
+#include "simulation/simulated_line.h"
 
 #include <QSocketNotifier>
 #include <QTimer>

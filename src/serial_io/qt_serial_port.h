@@ -4,8 +4,8 @@
 // away (adapter pulled out, the other end of a pseudo-terminal closed) the port reads as closed.
 #pragma once
 
-#include "download/line_settings.h"
-#include "download/serial_port.h"
+#include "line/line_settings.h"
+#include "line/serial_port.h"
 
 class QSerialPort;
 class QSocketNotifier;

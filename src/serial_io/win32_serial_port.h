@@ -3,8 +3,8 @@
 // reads as closed.
 #pragma once
 
-#include "download/line_settings.h"
-#include "download/serial_port.h"
+#include "line/line_settings.h"
+#include "line/serial_port.h"
 
 #include <string>
 

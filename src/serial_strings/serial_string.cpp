@@ -1,6 +1,6 @@
 #include "serial_strings/serial_string.h"
 
-#include "serial_strings/code_page.h"
+#include "base/code_page.h"
 
 #include <cstdio>
 

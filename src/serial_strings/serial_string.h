@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace qdm {
 
@@ -33,6 +34,15 @@ struct SerialString {
   friend bool operator==(const SerialString&, const SerialString&) = default;
 };
 static_assert(sizeof(SerialString) == 66);
+
+// The record's fields, in stored order. Stored on disk: never reorder.
+template <class Visitor, class String>
+requires std::is_same_v<std::remove_const_t<String>, SerialString>
+constexpr void Fields(Visitor& v, String& s) {
+  v.Integer("Count", s.Count);
+  v.Block("Values", s.Values);
+  v.Block("Kinds", s.Kinds);
+}
 
 // "NUL" .. "US", the names of the values 0..31.
 extern const std::array<std::string_view, 32> ControlCodeNames;

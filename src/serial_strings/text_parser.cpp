@@ -1,7 +1,7 @@
 #include "serial_strings/text_parser.h"
 
+#include "base/code_page.h"
 #include "serial_strings/byte_notation.h"
-#include "serial_strings/code_page.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "projectors/data_folder.h"
 
-#include "projectors/file_access.h"
+#include "base/file_access.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Search and programming as the programs run them: through a real serial port, with a simulated panel behind
 // a pseudo-terminal at its other end.
-#include "download/panel_search.h"
-#include "download/programming.h"
+#include "panels/panel_search.h"
+#include "panels/programming.h"
 #include "serial_io/port_list.h"
 #include "serial_io/pseudo_terminal_panel.h"
 #include "support/event_loop.h"

@@ -1,7 +1,6 @@
 #include "serial_strings/text_parser.h"
 
-#include "serial_strings/code_page.h"
-#include "serial_strings/paste_rule.h"
+#include "base/code_page.h"
 #include "support/random_seed.h"
 #include "support/strings.h"
 
@@ -125,11 +124,6 @@ TEST(TextParser, SurvivesAnything) {
     accepted += parsed.Readings.size();
   }
   EXPECT_GT(accepted, 100'000U) << "the texts are not all nonsense";
-}
-
-TEST(PasteRule, CommandsOfSlots0To9HaveNoIgnoredBytes) {
-  const SerialString string = String({{'A'}, {0, IGN}});
-  for (const std::size_t slot : {9U, 10U}) EXPECT_EQ(CheckPaste(slot, string).has_value(), slot < 10);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Simulated ports of which some exist but belong to a group that the user is not in.
 #pragma once
 
-#include "download/simulated_line.h"
+#include "simulation/simulated_line.h"
 
 #include <map>
 

@@ -2,7 +2,7 @@
 // fails the test.
 #pragma once
 
-#include "app/user_prompts.h"
+#include "forms/shared/user_prompts.h"
 
 #include <gtest/gtest.h>
 

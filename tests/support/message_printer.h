@@ -1,7 +1,7 @@
 // Shows a message in a failed expectation as the user would read it.
 #pragma once
 
-#include "serial_strings/message.h"
+#include "base/message.h"
 
 #include <ostream>
 

@@ -3,8 +3,8 @@
 
 #include "command_line/run_qdm.h"
 #include "config/configuration_file.h"
-#include "download/simulated_line.h"
 #include "projectors/projector_files.h"
+#include "simulation/simulated_line.h"
 #include "support/temp_folder.h"
 #include "support/virtual_time.h"
 

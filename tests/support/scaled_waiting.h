@@ -2,7 +2,7 @@
 // real lines within a test. Delays of the simulated panel are divided by the same factor.
 #pragma once
 
-#include "download/waiting.h"
+#include "line/waiting.h"
 
 namespace qdm {
 

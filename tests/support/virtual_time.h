@@ -1,7 +1,7 @@
 // A clock that stands still until somebody waits, and then jumps to whatever comes next.
 #pragma once
 
-#include "download/waiting.h"
+#include "line/waiting.h"
 
 #include <algorithm>
 #include <functional>

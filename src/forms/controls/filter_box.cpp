@@ -1,0 +1,34 @@
+#include "forms/controls/filter_box.h"
+
+#include <QAction>
+#include <QIcon>
+#include <QKeyEvent>
+
+namespace qdm {
+
+FilterBox::FilterBox(QWidget* parent) : QLineEdit(parent) {
+  addAction(QIcon(QStringLiteral(":/icons/find.png")), QLineEdit::LeadingPosition);
+  // The line edit's own clear button looks its icon up in the desktop's themes: a quarter of the editor's
+  // start.
+  QAction* const clearAction =
+      addAction(QIcon(QStringLiteral(":/icons/clear.png")), QLineEdit::TrailingPosition);
+  clearAction->setToolTip(QStringLiteral("Show all"));
+  clearAction->setVisible(false);
+  connect(clearAction, &QAction::triggered, this, &QLineEdit::clear);
+  connect(this, &QLineEdit::textChanged, clearAction,
+          [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
+  setPlaceholderText(QStringLiteral("Filter"));
+  setAccessibleName(QStringLiteral("Filter"));
+}
+
+void FilterBox::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && !text().isEmpty()) {
+    clear();
+  } else if (event->key() == Qt::Key_Down && view_ != nullptr) {
+    view_->setFocus(Qt::TabFocusReason);
+  } else {
+    QLineEdit::keyPressEvent(event);
+  }
+}
+
+}  // namespace qdm

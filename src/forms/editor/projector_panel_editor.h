@@ -1,0 +1,110 @@
+// The main window: the one current configuration, every option of it, the projector tree and the commands of
+// the toolbar. Owns the record and its file name. File trouble is told in a box and leaves the record as it
+// was; nothing that would drop unsaved work goes ahead unasked, except EXIT, which keeps it in a file
+// instead.
+#pragma once
+
+#include "base/file_access.h"
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+
+class QSettings;
+
+namespace Ui {
+class ProjectorPanelEditor;
+}
+
+namespace qdm {
+
+class RecentFiles;
+
+// What the main window opens without knowing how it is made. A window that is not there disables its command.
+struct EditorWindows {
+  std::function<void(QWidget* parent)> Selector;
+  std::function<void(QWidget* parent, const PanelConfiguration& configuration)> Download;
+  std::function<void(QWidget* parent)> FindPanel;
+  std::function<void(QWidget* parent)> Help;
+  std::function<void(QWidget* parent)> About;
+};
+
+class ProjectorPanelEditor : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // All references must outlive the window.
+  ProjectorPanelEditor(Globals& globals, UserPrompts& prompts, QSettings& settings, EditorWindows windows);
+  ~ProjectorPanelEditor() override;
+
+  // Loads the library and shows a new configuration.
+  void Form_Load();
+  // What stands on the command line, perhaps in double quotes: a *.BVC is opened, a *.BVD imported. Endings
+  // in lower case and files that do not exist are left alone.
+  void OpenNamedFile(QString commandLine);
+
+  const PanelConfiguration& Configuration() const { return record_; }
+  const QString& FileName() const { return fileName_; }
+  // Something was changed since the configuration was shown or saved.
+  bool Modified() const;
+  void ShowStatus(const QString& text);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void SetUpToolbar();
+  void ConnectControls();
+  void RestoreWindow();
+
+  void New();
+  void Open();
+  bool Save();
+  bool SaveAs();
+  void EditProjector();
+  void Download();
+  void Exit();
+  void Help();
+  void About();
+  void FindPanel();
+
+  void TreeView1_NodeClick(std::size_t element);
+  void Filter_Change(const QString& text);
+  void RecentFile_Click(const QString& fileName);
+  void Options_Change();
+
+  void ShowRecordInControls();
+  void StoreControlsToRecord();
+  bool CheckConfiguration();
+  void ShowProjector();
+  void RefreshTitle();
+
+  // False when the user wants to stay with what is there.
+  bool MayDiscard();
+  bool OpenConfiguration(const QString& fileName);
+  bool WriteRecord(const QString& fileName, OldTail tail);
+  void ImportProjectors(const QString& fileName);
+  void OpenDropped(const QString& fileName);
+
+  PanelConfiguration RecordAsShown() const;
+  void SetBaseline();
+
+  Globals& globals_;
+  UserPrompts& prompts_;
+  QSettings& settings_;
+  EditorWindows windows_;
+  std::unique_ptr<Ui::ProjectorPanelEditor> ui_;
+  RecentFiles* recentFiles_;
+
+  PanelConfiguration record_;
+  PanelConfiguration baseline_;  // the record as the controls showed it when it was opened or saved
+  QString fileName_;             // empty for a configuration that has never been saved or opened
+  bool exiting_ = false;
+};
+
+}  // namespace qdm

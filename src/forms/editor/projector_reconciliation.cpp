@@ -1,0 +1,54 @@
+#include "forms/editor/projector_reconciliation.h"
+
+#include "forms/projectors/projector_replace_form.h"
+#include "projectors/projector_files.h"
+#include "projectors/record_difference.h"
+
+namespace qdm {
+namespace {
+
+const Message kProjectorChanged{
+    "The projector included in this configuration has been edited!\r\n"
+    "Do you wish to change it to the new version?",
+    "Projector Changed!", MessageIcon::Question};
+
+}  // namespace
+
+bool ReconcileProjector(Globals& globals, UserPrompts& prompts, QWidget* parent,
+                        ProjectorDefinition& projector) {
+  ProjectorDefinition cleaned = projector;
+  if (!CleanNames(cleaned)) return false;
+  ProjectorLibrary& library = globals.ProjectorDatabase;
+  const std::optional<std::size_t> found = library.FindProjector(cleaned);
+  if (!found) {
+    library.Append(cleaned);
+    if (!SaveLibrary(globals, prompts, parent)) library.Remove(library.Size() - 1);
+    return true;
+  }
+  if (ProjectorsEqual(cleaned, library[*found])) return false;
+  const auto settled = SettleConfigurationConflict(globals, prompts, parent, projector);
+  if (settled) projector = *settled;
+  return true;
+}
+
+void OfferNewVersion(const Globals& globals, UserPrompts& prompts, QWidget* parent,
+                     ProjectorDefinition& projector) {
+  ProjectorDefinition cleaned = projector;
+  if (!CleanNames(cleaned)) return;
+  const ProjectorLibrary& library = globals.ProjectorDatabase;
+  const std::optional<std::size_t> found = library.FindProjector(cleaned);
+  if (!found || ProjectorsEqual(cleaned, library[*found])) return;
+  if (prompts.AskYesNo(parent, kProjectorChanged)) projector = library[*found];
+}
+
+bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent) {
+  try {
+    SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase);
+    return true;
+  } catch (const FileError& error) {
+    prompts.Show(parent, SorryAbout(error));
+    return false;
+  }
+}
+
+}  // namespace qdm

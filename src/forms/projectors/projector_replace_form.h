@@ -1,0 +1,101 @@
+// Two definitions of one manufacturer and model that are not the same: the dialogs in which the user decides.
+// Both show what differs and work on Globals::CurrentProjector, the incoming definition; the library's is
+// found by its names when the dialog loads. A dialog that is closed by its close box has changed nothing.
+#pragma once
+
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+
+class QCheckBox;
+class QPushButton;
+
+namespace Ui {
+class ReplaceDialog;
+}
+
+namespace qdm {
+
+enum class ReplaceAnswer { DoNothing, NewInData, ReplaceInConfiguration, ReplaceInDataBase };
+
+// What both dialogs have in common.
+class ReplaceDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  ~ReplaceDialog() override;
+
+ protected:
+  struct Texts {
+    QString Title;
+    QString Explanation;
+    QString IncomingColumn;  // whose values the table's second column holds
+  };
+  // The library must hold a definition with the names of CurrentProjector.
+  ReplaceDialog(const Texts& texts, Globals& globals, UserPrompts& prompts, QWidget* parent);
+
+  QPushButton* AddButton(const char* name, const QString& caption);
+  void AddBelowButtons(QWidget* widget);
+
+  // Asks for the new names. True when the definition was appended to the library under them; it stays in
+  // ClipboardProjector.
+  bool AppendUnderNewName();
+  void ReplaceElement(const ProjectorDefinition& projector);
+
+  Globals& globals_;
+  UserPrompts& prompts_;
+  const std::size_t index_;  // of the library's definition
+
+ private:
+  void FillTable(const QString& incomingColumn);
+
+  std::unique_ptr<Ui::ReplaceDialog> ui_;
+};
+
+// For the projector of a configuration that is being opened. What it changes in the library is saved at once;
+// when that fails, the user is told, the library is as it was, and the dialog stays.
+class ProjectorReplaceForm : public ReplaceDialog {
+  Q_OBJECT
+
+ public:
+  ProjectorReplaceForm(Globals& globals, UserPrompts& prompts, QWidget* parent = nullptr);
+
+ private:
+  void NewInData_Click();
+  void ReplaceInConfiguration_Click();
+  void ReplaceInDataBase_Click();
+  bool SaveLibrary();
+};
+
+// For a definition that is being imported. Nothing is saved to disk here.
+class ProjectorReplaceForm2 : public ReplaceDialog {
+  Q_OBJECT
+
+ public:
+  ProjectorReplaceForm2(Globals& globals, UserPrompts& prompts, QWidget* parent = nullptr);
+
+  // Keep or replace, when the user wants that for all further conflicts of the import too.
+  std::optional<ReplaceAnswer> AnswerForAll() const { return answerForAll_; }
+
+ private:
+  void ReplaceInDataBase_Click();
+  void NewInData_Click();
+  void DoNothing_Click();
+  void Answer(ReplaceAnswer answer);
+
+  QCheckBox* forAll_ = nullptr;
+  std::optional<ReplaceAnswer> answerForAll_;
+};
+
+// Reconciles a configuration's projector with the library's definition of the same names, which must be there
+// and differ. The definition that the configuration is to carry from now on, or nothing when it keeps its
+// own.
+std::optional<ProjectorDefinition> SettleConfigurationConflict(Globals& globals, UserPrompts& prompts,
+                                                               QWidget* parent,
+                                                               const ProjectorDefinition& projector);
+
+}  // namespace qdm

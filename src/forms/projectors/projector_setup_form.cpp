@@ -1,0 +1,209 @@
+#include "forms/projectors/projector_setup_form.h"
+
+#include "forms/projectors/name_validator.h"
+#include "forms/projectors/string_rows.h"
+#include "forms/shared/globals.h"
+#include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
+#include "forms/strings/kind_colours.h"
+#include "projectors/definition_setup.h"
+#include "ui_projector_setup_form.h"
+
+#include <QButtonGroup>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+
+#include <algorithm>
+#include <set>
+
+namespace qdm {
+namespace {
+
+constexpr int kNameLength = static_cast<int>(FixedText<32>::kLength);
+constexpr int kLongestTime = 255;
+constexpr int kLongestByteDelay = 10;
+
+FixedText<32> NameIn(const QString& text) { return FixedText<32>(TrimBlanks(text.toStdU16String())); }
+
+// Each manufacturer once, in the order of the alphabet.
+QStringList ManufacturersOf(const ProjectorLibrary& library) {
+  std::set<std::u16string> names;
+  for (const ProjectorDefinition& projector : library.Elements())
+    names.insert(UpperCase(projector.Manufacturer.Trimmed()));
+  QStringList list;
+  for (const std::u16string& name : names) list << ToQString(name);
+  return list;
+}
+
+void Choose(QButtonGroup* group, int id) {
+  if (QAbstractButton* button = group->button(id)) button->setChecked(true);
+}
+
+std::int16_t Narrow(int value) { return static_cast<std::int16_t>(value); }
+
+}  // namespace
+
+ProjectorSetupForm::ProjectorSetupForm(Globals& globals, UserPrompts& prompts, SlotWindows windows,
+                                       QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::ProjectorSetupForm>()),
+      globals_(globals),
+      prompts_(prompts),
+      windows_(std::move(windows)),
+      Strings(new StringRows(globals, prompts)),
+      Baudrate(new QButtonGroup(this)),
+      ParityOption(new QButtonGroup(this)),
+      Stopbits(new QButtonGroup(this)),
+      opened_(globals.CurrentProjector) {
+  ui_->setupUi(this);
+  ui_->StringsFrameLayout->addWidget(Strings);
+  MakeGroups();
+  for (QLineEdit* box : {ui_->Manufacturer->lineEdit(), ui_->Model}) {
+    box->setMaxLength(kNameLength);
+    box->setValidator(new NameValidator(box));
+  }
+  ConnectControls();
+  Load();
+}
+
+ProjectorSetupForm::~ProjectorSetupForm() = default;
+
+// An option's id is the value that it stands for in the record.
+void ProjectorSetupForm::MakeGroups() {
+  int id = 0;
+  for (QRadioButton* speed :
+       {ui_->Baudrate_0, ui_->Baudrate_1, ui_->Baudrate_2, ui_->Baudrate_3, ui_->Baudrate_4})
+    Baudrate->addButton(speed, id++);
+  id = 0;
+  for (QRadioButton* parity : {ui_->ParityOption_0, ui_->ParityOption_1, ui_->ParityOption_2})
+    ParityOption->addButton(parity, id++);
+  id = 0;
+  for (QRadioButton* bits : {ui_->Stopbits_0, ui_->Stopbits_1}) Stopbits->addButton(bits, id++);
+}
+
+void ProjectorSetupForm::ConnectControls() {
+  connect(Strings, &StringRows::Changed, this, &ProjectorSetupForm::ShowBudget);
+  connect(Strings, &StringRows::EditRequest, this, &ProjectorSetupForm::EditSlot);
+  connect(Strings, &StringRows::TestRequest, this, &ProjectorSetupForm::TestSlot);
+  connect(ui_->Done, &QPushButton::clicked, this, &ProjectorSetupForm::Done_Click);
+  connect(ui_->Cancel, &QPushButton::clicked, this, &ProjectorSetupForm::reject);
+  connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, ui_->Done, &QPushButton::click);
+}
+
+void ProjectorSetupForm::Load() {
+  const ProjectorDefinition& p = globals_.CurrentProjector;
+  ui_->Manufacturer->addItems(ManufacturersOf(globals_.ProjectorDatabase));
+  ui_->Manufacturer->setCurrentText(ToQString(p.Manufacturer.Trimmed()));
+  ui_->Model->setText(ToQString(p.Model.Trimmed()));
+  ui_->Notes->SetNotes(p.Notes);
+  Choose(Baudrate, p.Baudrate >= 1 && p.Baudrate <= 4 ? p.Baudrate : 0);
+  Choose(ParityOption, p.Parity);
+  Choose(Stopbits, p.Stopbits != 0 ? 1 : 0);
+  LoadNumber(ui_->InterCommandDelay, p.InterCommandDelay, kLongestTime,
+             "Minimum delay between serial commands");
+  LoadNumber(ui_->InterByteDelay, p.InterByteDelay, kLongestByteDelay, "Minimum delay between serial bytes");
+  LoadNumber(ui_->WarmUpTime, p.WarmUpTime, kLongestTime,
+             "Time it takes the projector to warm up after power on");
+  LoadNumber(ui_->CoolDownTime, p.CoolDownTime, kLongestTime,
+             p.CoolDownTime >= 0 && p.CoolDownTime <= kLongestTime
+                 ? "Time it takes the projector to cool down after power off"
+                 : "Time it takes the projector to cool down after power down");
+  Strings->Load();
+  ShowBudget();
+  loaded_ = Edited();
+  ui_->Manufacturer->setFocus();
+}
+
+// A stored value out of range leaves the entry with its own starting value.
+void ProjectorSetupForm::LoadNumber(IntegerEntry* entry, int stored, int highest, const char* label) {
+  entry->SetLimits(0, highest);
+  entry->SetLabel(tr(label));
+  if (stored >= 0 && stored <= highest) entry->SetValue(stored);
+}
+
+// What no control shows, or shows only in part, stays as it was: an unknown parity, another "two stop bits".
+void ProjectorSetupForm::Store(ProjectorDefinition& projector) const {
+  // In capitals already: the box itself takes the spelling of its list.
+  projector.Manufacturer = NameIn(ui_->Manufacturer->currentText());
+  projector.Manufacturer.Assign(UpperCase(projector.Manufacturer.View()));
+  projector.Model = NameIn(ui_->Model->text());
+  projector.Notes = ui_->Notes->Notes();
+  projector.Baudrate = Narrow(std::max(0, Baudrate->checkedId()));
+  if (ParityOption->checkedId() >= 0) projector.Parity = Narrow(ParityOption->checkedId());
+  const bool two = Stopbits->checkedId() == 1;
+  if (two != (projector.Stopbits != 0)) projector.Stopbits = two ? 1 : 0;
+  projector.InterCommandDelay = Narrow(ui_->InterCommandDelay->Value());
+  projector.InterByteDelay = Narrow(ui_->InterByteDelay->Value());
+  projector.WarmUpTime = Narrow(ui_->WarmUpTime->Value());
+  projector.CoolDownTime = Narrow(ui_->CoolDownTime->Value());
+}
+
+ProjectorDefinition ProjectorSetupForm::Edited() const {
+  ProjectorDefinition projector = globals_.CurrentProjector;
+  Store(projector);
+  return projector;
+}
+
+void ProjectorSetupForm::Done_Click() {
+  ShowBudget();
+  ProjectorDefinition projector = Edited();
+  if (const auto refusal = CheckDefinition(projector)) return prompts_.Show(this, *refusal);
+  CompleteDefinition(projector);
+  const auto question = OverwriteQuestion(globals_.ProjectorDatabase, projector);
+  if (question && !prompts_.AskYesNo(this, *question)) return;
+  StoreDefinition(globals_.ProjectorDatabase, projector);
+  globals_.CurrentProjector = projector;
+  accept();
+}
+
+void ProjectorSetupForm::reject() {
+  if (Edited() != loaded_ &&
+      !prompts_.AskYesNo(this,
+                         {"The changes to this projector have not been saved. Do you wish to drop them?",
+                          "Are you sure?", MessageIcon::Question}))
+    return;
+  globals_.CurrentProjector = opened_;
+  QDialog::reject();
+}
+
+void ProjectorSetupForm::EditSlot(int slot, int firstByte) {
+  PrepareSlotWindow(slot);
+  windows_.Edit(this, firstByte);
+  ShowAfterSlotWindow();
+}
+
+void ProjectorSetupForm::TestSlot(int slot) {
+  PrepareSlotWindow(slot);
+  windows_.Test(this);
+  ShowAfterSlotWindow();
+}
+
+// The test console's line settings and delay are those on show.
+void ProjectorSetupForm::PrepareSlotWindow(int slot) {
+  globals_.CurrentSlot = Narrow(slot);
+  Store(globals_.CurrentProjector);
+}
+
+void ProjectorSetupForm::ShowAfterSlotWindow() {
+  Strings->Load();
+  ShowBudget();
+}
+
+void ProjectorSetupForm::ShowBudget() {
+  const ProjectorDefinition& projector = globals_.CurrentProjector;
+  const int used = SerialBytesUsed(projector, ShownSlots(projector));
+  const int remaining = kSerialByteBudget - used;
+  ui_->BytesUsed->setText(QString::number(used));
+  ui_->ByteRemaining->setText(QString::number(remaining));
+  QPalette colours = palette();
+  if (remaining < 0) colours.setColor(QPalette::WindowText, ErrorColourOn(colours.color(QPalette::Window)));
+  for (QLabel* label : {ui_->BytesUsed, ui_->ByteRemaining}) label->setPalette(colours);
+}
+
+void ProjectorSetupForm::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) ShowBudget();
+  QDialog::changeEvent(event);
+}
+
+}  // namespace qdm

@@ -1,0 +1,55 @@
+// The library's tree as a view, for the main window and the selector: shows a ProjectorTreeModel, keeps open
+// manufacturers and the current node through rebuilding and filtering, and opens every manufacturer while a
+// filter text is set.
+#pragma once
+
+#include "forms/projectors/projector_tree_model.h"
+
+#include <QSet>
+#include <QTreeView>
+
+namespace qdm {
+
+class ProjectorTree : public QTreeView {
+  Q_OBJECT
+
+ public:
+  explicit ProjectorTree(QWidget* parent = nullptr);
+
+  // `library` must outlive the view.
+  void SetLibrary(const ProjectorLibrary& library);
+  // After every change of the library.
+  void Rebuild();
+  void SetFilter(const QString& text);
+
+  // Makes the node of these names current, its manufacturer open and itself seen; clears the selection when
+  // there is none.
+  void SelectProjector(const ProjectorDefinition& projector);
+  // The element of the selected node; nothing while none or a manufacturer is selected.
+  std::optional<std::size_t> SelectedElement() const;
+  // In the tree's order; see ProjectorTreeModel::ElementsOf.
+  std::vector<std::size_t> SelectedElements() const;
+
+  ProjectorTreeModel& Model() const { return *model_; }
+
+ Q_SIGNALS:
+  // A model node was clicked or activated by key.
+  void ElementChosen(std::size_t element);
+  // Another node became current, or none.
+  void SelectionChanged();
+
+ protected:
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+ private:
+  template <class Change>
+  void KeepingNodes(Change change);
+  void Choose(const QModelIndex& index);
+  // A view that gets the focus makes its first node current; the user has chosen nothing with that.
+  QModelIndex SelectedIndex() const;
+
+  ProjectorTreeModel* model_ = nullptr;
+  QSet<QString> openKeys_;  // manufacturers that the user left open
+};
+
+}  // namespace qdm

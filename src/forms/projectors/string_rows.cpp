@@ -1,0 +1,180 @@
+#include "forms/projectors/string_rows.h"
+
+#include "forms/shared/globals.h"
+#include "forms/strings/serial_string_display.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QToolButton>
+
+namespace qdm {
+namespace {
+
+constexpr int kNameColumn = 0;
+constexpr int kBoxColumn = 1;
+constexpr int kCommandColumn = 2;  // string, edit, test
+constexpr int kTestColumn = 4;
+constexpr int kReplyBoxColumn = 5;
+constexpr int kReplyColumn = 6;  // string, edit
+constexpr int kLastReply = 12;
+
+// A hidden string leaves its place free, so that the rows stay where they are.
+void KeepPlace(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
+
+}  // namespace
+
+struct StringRows::Row {
+  std::size_t Slot;
+  const char* Caption;
+  const char* BoxName = nullptr;  // of a command that not every definition has
+  const char* BoxCaption = nullptr;
+};
+
+StringRows::StringRows(Globals& globals, UserPrompts& prompts, QWidget* parent)
+    : QWidget(parent), globals_(globals), prompts_(prompts), grid_(new QGridLayout(this)) {
+  static constexpr Row kRows[] = {
+      {0, "Serial enable", "SerialOnOffUsedCheck", "Required"},
+      {1, "Power on"},
+      {2, "Data 1 (PC 1)"},
+      {3, "Data 2 (PC 2)", "AvailableCheck_3", "Available"},
+      {4, "Video"},
+      {23, "Video 2", "AvailableCheck_23", "Available"},
+      {5, "Blank On (Off)", "AvailableCheck_5", "Available"},
+      {24, "Blank Off", "AvailableCheck_24", "Available"},
+      {6, "Volume up", "VolumeAvailableCheck", "Available"},
+      {7, "Volume down"},
+      {8, "Power off"},
+      {9, "Serial disable"},
+      {20, "External on"},
+      {21, "External off"},
+  };
+  grid_->setContentsMargins(0, 0, 0, 0);
+  grid_->setHorizontalSpacing(4);
+  grid_->setVerticalSpacing(2);
+  grid_->setColumnStretch(kCommandColumn, 1);
+  grid_->setColumnStretch(kReplyColumn, 1);
+  int line = 0;
+  for (const Row& row : kRows) MakeRow(row, line++);
+  Load();
+}
+
+void StringRows::MakeRow(const Row& row, int line) {
+  const QString caption = tr(row.Caption);
+  auto* name = new QLabel(caption, this);
+  grid_->addWidget(name, line, kNameColumn);
+  if (row.BoxName != nullptr) {
+    QCheckBox* box = MakeBox(QLatin1String(row.BoxName), tr(row.BoxCaption),
+                             QStringLiteral("%1: %2").arg(caption, tr(row.BoxCaption)),
+                             globals_.CurrentProjector.Available[row.Slot]);
+    grid_->addWidget(box, line, kBoxColumn);
+  }
+  if (row.Slot == 7) {
+    UseLevelsCheck = MakeBox(QStringLiteral("UseLevelsCheck"), tr("Uses Levels"), tr("Volume: Uses Levels"),
+                             globals_.CurrentProjector.UseLevels);
+    grid_->addWidget(UseLevelsCheck, line, kBoxColumn);
+  }
+  if (SlotHasIgnoreMask(row.Slot)) {
+    const std::size_t reply = row.Slot - kFirstReceivedSlot;
+    QCheckBox* box =
+        MakeBox(QStringLiteral("ReplyCheck_%1").arg(reply), tr("Requires reply"),
+                tr("%1: Requires reply").arg(caption), globals_.CurrentProjector.RequiresReply[reply]);
+    grid_->addWidget(box, line, kBoxColumn);
+  }
+  MakeDisplay(row.Slot, caption, line, kCommandColumn);
+  if (SlotHasIgnoreMask(row.Slot)) return;
+  Cell& cell = cells_[row.Slot];
+  cell.Test = MakeButton("Test", row.Slot, tr("Test"), tr("Try %1 on a projector (F5)").arg(caption));
+  grid_->addWidget(cell.Test, line, kTestColumn);
+  connect(cell.Test, &QToolButton::clicked, this,
+          [this, slot = static_cast<int>(row.Slot)] { Q_EMIT TestRequest(slot); });
+  MakeReply(row.Slot, caption, line);
+}
+
+void StringRows::MakeReply(std::size_t command, const QString& caption, int line) {
+  const auto slot = ReplySlotOf(command);
+  if (!slot) return;
+  const std::size_t reply = *slot - kFirstReceivedSlot;
+  const QString boxCaption = reply == kLastReply ? tr("In Use") : tr("Requires reply");
+  QCheckBox* box =
+      MakeBox(QStringLiteral("ReplyCheck_%1").arg(reply), boxCaption,
+              tr("%1 reply: %2").arg(caption, boxCaption), globals_.CurrentProjector.RequiresReply[reply]);
+  cells_[command].ReplyCheck = box;
+  grid_->addWidget(box, line, kReplyBoxColumn);
+  MakeDisplay(*slot, tr("%1 reply").arg(caption), line, kReplyColumn);
+}
+
+void StringRows::MakeDisplay(std::size_t slot, const QString& name, int line, int column) {
+  const int number = static_cast<int>(slot);
+  auto* display = new SerialStringDisplay(this);
+  display->setObjectName(QStringLiteral("SerialStringDisplay1_%1").arg(number));
+  display->setAccessibleName(name);
+  display->Bind(globals_, prompts_);
+  KeepPlace(display);
+  cells_[slot].Display = display;
+  cells_[slot].Edit = MakeButton("Edit", slot, {}, tr("Edit %1 (Enter)").arg(name));
+  cells_[slot].Edit->setAutoRaise(true);
+  cells_[slot].Edit->setIcon(QIcon(QStringLiteral(":/icons/edit.png")));
+  grid_->addWidget(display, line, column);
+  grid_->addWidget(cells_[slot].Edit, line, column + 1);
+
+  connect(display, &SerialStringDisplay::StringChanged, this, &StringRows::Changed);
+  connect(display, &SerialStringDisplay::EditRequest, this,
+          [this, display, number] { Q_EMIT EditRequest(number, display->RequestedByte()); });
+  connect(display, &SerialStringDisplay::TestRequest, this, [this, number] { Q_EMIT TestRequest(number); });
+  connect(cells_[slot].Edit, &QToolButton::clicked, this, [this, number] { Q_EMIT EditRequest(number, -1); });
+}
+
+// For the mouse: the display has keys for the same.
+QToolButton* StringRows::MakeButton(const char* name, std::size_t slot, const QString& caption,
+                                    const QString& toolTip) {
+  auto* button = new QToolButton(this);
+  button->setObjectName(QStringLiteral("%1_%2").arg(QLatin1String(name)).arg(slot));
+  button->setText(caption);
+  button->setToolTip(toolTip);
+  button->setAccessibleName(toolTip);
+  button->setFocusPolicy(Qt::NoFocus);
+  KeepPlace(button);
+  return button;
+}
+
+QCheckBox* StringRows::MakeBox(const QString& name, const QString& caption, const QString& meaning,
+                               std::int16_t& flag) {
+  auto* box = new QCheckBox(caption, this);
+  box->setObjectName(name);
+  box->setAccessibleName(meaning);
+  KeepPlace(box);
+  boxes_.push_back({box, &flag});
+  connect(box, &QCheckBox::clicked, this, [this, &flag](bool checked) {
+    flag = FlagOf(checked);
+    ShowStrings();
+    Q_EMIT Changed();
+  });
+  return box;
+}
+
+void StringRows::Load() {
+  for (const FlagBox& flagBox : boxes_) flagBox.Box->setChecked(*flagBox.Flag != kFlagClear);
+  for (std::size_t slot = 0; slot < cells_.size(); ++slot)
+    cells_[slot].Display->Display(static_cast<int>(slot));
+  ShowStrings();
+}
+
+void StringRows::ShowStrings() {
+  const SlotSet shown = ShownSlots(globals_.CurrentProjector);
+  for (std::size_t slot = 0; slot < cells_.size(); ++slot) {
+    const Cell& cell = cells_[slot];
+    for (QWidget* widget : {static_cast<QWidget*>(cell.Display), static_cast<QWidget*>(cell.Edit),
+                            static_cast<QWidget*>(cell.Test), static_cast<QWidget*>(cell.ReplyCheck)}) {
+      if (widget != nullptr) widget->setVisible(shown[slot]);
+    }
+  }
+  UseLevelsCheck->setVisible(shown[7]);
+}
+
+}  // namespace qdm

@@ -1,0 +1,32 @@
+// The one seam to the user: every box and every file dialog goes through it. The editor's one opens Qt
+// dialogs, the tests' one answers from a list and keeps what was shown.
+#pragma once
+
+#include "base/message.h"
+
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+
+namespace qdm {
+
+enum class SaveAnswer { Save, DontSave, Cancel };
+
+class UserPrompts {
+ public:
+  virtual ~UserPrompts() = default;
+
+  virtual void Show(QWidget* parent, const Message& message) = 0;
+  // Yes and No buttons; closing the box is No.
+  virtual bool AskYesNo(QWidget* parent, const Message& question) = 0;
+  // Whether to save before something unsaved is given up; closing the box is Cancel.
+  virtual SaveAnswer AskSave(QWidget* parent, const Message& question) = 0;
+  // Nothing when the user cancelled. `filter` is in the form "Caption (*.EXT)|*.EXT".
+  virtual std::optional<QString> OpenFile(QWidget* parent, const char* filter) = 0;
+  // Asks before an existing file is chosen; a name without ending gets the filter's.
+  virtual std::optional<QString> SaveFile(QWidget* parent, const char* filter) = 0;
+};
+
+}  // namespace qdm

@@ -1,0 +1,49 @@
+// How a panel is asked who it is, and at which line settings.
+// Request: the 8 letters QDMSETUP. Reply, exactly 4 bytes:
+//   model code | firmware major | firmware minor | check byte: the sum of all four is 1 modulo 256
+#pragma once
+
+#include "base/record_codec.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qdm {
+
+struct LineSetting {
+  std::string_view Settings;
+  std::string_view StatusText;
+};
+inline constexpr std::size_t kLineSettings = 15;
+// In the order in which they are tried.
+extern const std::array<LineSetting, kLineSettings> LineSettingsTable;
+
+extern const std::array<std::uint8_t, 8> SearchRequest;
+
+// Panels take programs at these settings, whatever they were found at.
+inline constexpr std::string_view kProgrammingSettings = "9600,n,8,2";
+
+struct Identification {
+  std::uint8_t Model = 0;  // 1 QDM 7, 2 QDM 6, 3 QDM 4, 4 TL-VOX: the controller type plus one
+  std::uint8_t Major = 0;
+  std::uint8_t Minor = 0;
+
+  bool IsOfType(int controllerType) const { return Model == controllerType + 1; }
+
+  friend bool operator==(const Identification&, const Identification&) = default;
+};
+
+inline constexpr std::size_t kIdentReplyBytes = 4;
+
+// Nothing unless there are exactly 4 bytes and their sum is right.
+std::optional<Identification> ParseIdentReply(ByteView reply);
+std::array<std::uint8_t, kIdentReplyBytes> IdentReplyOf(const Identification& panel);
+
+// "QDM7 1.3", "TL-VOX 1.2". A model code outside 1..`knownModels` has no name: the text is the version alone.
+inline constexpr std::size_t kModels = 4;
+std::string IdentificationText(const Identification& panel, int knownModels = static_cast<int>(kModels));
+
+}  // namespace qdm

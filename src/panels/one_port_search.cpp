@@ -1,0 +1,50 @@
+#include "panels/one_port_search.h"
+
+#include <utility>
+
+namespace qdm {
+namespace {
+
+constexpr int kModelsKnown = 3;
+
+}  // namespace
+
+OnePortSearch::OnePortSearch(SerialPort& port, const Waiting& time, StatusChanged status)
+    : port_(port), time_(time), status_(std::move(status)) {
+  AskAt(0);
+}
+
+void OnePortSearch::AskAt(std::size_t setting) {
+  if (setting == LineSettingsTable.size()) return NotFound();
+  setting_ = setting;
+  if (!AskForIdentification(port_, LineSettingsTable[setting].Settings)) return NotFound();
+  deadline_ = time_.Now() + kOnePortReplyTimeout;
+  status_(std::string(LineSettingsTable[setting].StatusText));
+}
+
+void OnePortSearch::Look() {
+  if (finished_) return;
+  if (!port_.IsOpen()) return NotFound();
+  if (port_.BytesWaiting() < kIdentReplyBytes && time_.Now() < deadline_) return;
+  if (const std::optional<Identification> panel = AnswerWaiting(port_)) return Found(*panel);
+  AskAt(setting_ + 1);
+}
+
+void OnePortSearch::Stop() {
+  if (!finished_) NotFound();
+}
+
+void OnePortSearch::Found(const Identification& panel) {
+  finished_ = true;
+  port_.Close();
+  result_ = {panel, std::string(LineSettingsTable[setting_].Settings)};
+  status_(IdentificationText(panel, kModelsKnown));
+}
+
+void OnePortSearch::NotFound() {
+  finished_ = true;
+  port_.Close();
+  status_("No QDM found");
+}
+
+}  // namespace qdm

@@ -1,0 +1,232 @@
+#include "panels/programming.h"
+
+#include "config/maker.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace qdm {
+
+constexpr std::array<std::uint8_t, 3> RestartCommand = {0xFF, 0x44, 0xBD};
+
+namespace {
+
+constexpr std::uint8_t kStartByte = 0xFF;
+constexpr std::uint8_t kWriteCommand = 0x22;
+constexpr std::uint8_t kEscape = 0xFE;
+constexpr std::uint8_t kEscapedFF = 0xFE;
+constexpr std::uint8_t kEscapedFE = 0xFD;
+
+// How late an acknowledgement may come after its frame was sent: 2 s, and the frame's own time on the line.
+constexpr Microseconds kLateReply = std::chrono::milliseconds(2100);
+// A line that never falls silent is given up.
+constexpr Microseconds kSettleLimit = std::chrono::seconds(10);
+
+void AppendEscaped(Bytes& wire, std::uint8_t value) {
+  if (value == 0xFF) {
+    wire.insert(wire.end(), {kEscape, kEscapedFF});
+  } else if (value == 0xFE) {
+    wire.insert(wire.end(), {kEscape, kEscapedFE});
+  } else {
+    wire.push_back(value);
+  }
+}
+
+Message Failure(std::string text) { return {std::move(text), "Error!", MessageIcon::Exclamation}; }
+
+Message RestartFailure() { return Failure("The QDM panel failed to restart"); }
+
+// Sends frames that the panel acknowledges. A frame that had to be repeated leaves acknowledgements behind
+// that may still be on their way; before the next frame the link lets them pass, since a late one would
+// confirm a frame that was lost.
+class PanelLink {
+ public:
+  PanelLink(SerialPort& port, Waiting& time) : port_(port), time_(time) {}
+
+  // Opens the port for programming. False when it does not open.
+  bool Open();
+  // Replies that were not waited for may come up to 2 s from now.
+  void ExpectLateReplies() { repliesUntil_ = time_.Now() + kLateReply; }
+  // True when acknowledged. A request to stop is looked at before each attempt.
+  bool SendAcknowledged(ByteView frame, const StopRequest& stop);
+  // Until nothing late can come any more. False when the line does not fall silent or is gone.
+  bool LetLateRepliesPass();
+
+  int Attempts() const { return attempts_; }  // so far, of all frames
+
+ private:
+  bool Attempt(ByteView frame);
+
+  SerialPort& port_;
+  Waiting& time_;
+  int attempts_ = 0;
+  std::optional<Microseconds> repliesUntil_;  // replies of an earlier frame may come until then
+};
+
+bool PanelLink::Open() {
+  port_.Close();
+  port_.SetSettings(kProgrammingSettings);
+  return port_.Open();
+}
+
+bool PanelLink::SendAcknowledged(ByteView frame, const StopRequest& stop) {
+  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    if (stop.IsSet() || !port_.IsOpen()) return false;
+    const Microseconds sent = time_.Now();
+    const bool acknowledged = Attempt(frame);
+    if (!acknowledged || attempt > 1) repliesUntil_ = sent + kLateReply;
+    if (acknowledged) return true;
+  }
+  return false;
+}
+
+bool PanelLink::Attempt(ByteView frame) {
+  ++attempts_;
+  port_.ReadAll();
+  if (!port_.Write(frame)) return false;
+  WaitUntil(time_, kReplyTimeout, [this] { return port_.BytesWaiting() > 0 || !port_.IsOpen(); });
+  const Bytes reply = port_.ReadAll();
+  return !reply.empty() && reply.front() == kAcknowledge;
+}
+
+bool PanelLink::LetLateRepliesPass() {
+  if (!repliesUntil_) return true;
+  const Deadline limit(time_, kSettleLimit);
+  Microseconds silentSince = time_.Now();
+  while (port_.IsOpen() && !limit.Passed()) {
+    if (!port_.ReadAll().empty()) silentSince = time_.Now();
+    const Microseconds settled = std::max(*repliesUntil_, silentSince + kReplyTimeout);
+    if (time_.Now() >= settled) {
+      repliesUntil_.reset();
+      return true;
+    }
+    time_.Yield(settled);
+  }
+  return false;
+}
+
+// The exchange of the search, on one port. The whole time-out: a reply counts only if nothing follows it.
+bool Identifies(SerialPort& port, std::string_view settings, int controllerType, Waiting& time) {
+  if (!AskForIdentification(port, settings)) return false;
+  WaitUntil(time, kReplyTimeout, [&port] { return !port.IsOpen(); });
+  const std::optional<Identification> panel = AnswerWaiting(port);
+  return panel && panel->IsOfType(controllerType);
+}
+
+// How often the panel was asked until it answered; 0 when it did not.
+int Connect(SerialPort& port, const std::string& settings, int controllerType, Waiting& time,
+            const StopRequest& stop) {
+  int asked = 0;
+  const auto answersAt = [&](std::string_view at) {
+    ++asked;
+    return !stop.IsSet() && Identifies(port, at, controllerType, time);
+  };
+  const bool answered =
+      answersAt(settings) || std::any_of(LineSettingsTable.begin(), LineSettingsTable.end(),
+                                         [&](const LineSetting& entry) { return answersAt(entry.Settings); });
+  return answered ? asked : 0;
+}
+
+void SendRecords(PanelLink& link, const PanelImage& image, const StopRequest& stop,
+                 ProgrammingObserver& observer, ProgrammingResult& result) {
+  observer.RecordsAcknowledged(0);
+  while (result.Records < kRecords) {
+    const int attemptsBefore = link.Attempts();
+    const bool acknowledged =
+        link.LetLateRepliesPass() && link.SendAcknowledged(ProgramRecord(image, result.Records), stop);
+    result.Retries += std::max(0, link.Attempts() - attemptsBefore - 1);
+    if (!acknowledged) return;
+    observer.RecordsAcknowledged(++result.Records);
+  }
+  result.Programmed = true;
+}
+
+// On a line that does not fall silent it is sent all the same, but nothing there can confirm it.
+bool SendRestart(PanelLink& link) {
+  const StopRequest never;
+  const bool silent = link.LetLateRepliesPass();
+  return link.SendAcknowledged(RestartCommand, never) && silent;
+}
+
+}  // namespace
+
+Bytes ProgramRecord(const PanelImage& image, int record) {
+  const int address = record * kRecordDataBytes;
+  std::array<std::uint8_t, 4 + kRecordDataBytes> plain = {kStartByte, kWriteCommand,
+                                                          static_cast<std::uint8_t>(address & 0xFF),
+                                                          static_cast<std::uint8_t>(address >> 8)};
+  std::copy_n(image.begin() + address, kRecordDataBytes, plain.begin() + 4);
+  const unsigned sum = std::accumulate(plain.begin(), plain.end(), 0U);
+
+  // The sum covers the unescaped bytes; escaping happens after it. The address high byte is 0 or 1.
+  Bytes wire = {kStartByte, kWriteCommand};
+  AppendEscaped(wire, plain[2]);
+  wire.push_back(plain[3]);
+  std::for_each(plain.begin() + 4, plain.end(), [&wire](std::uint8_t value) { AppendEscaped(wire, value); });
+  AppendEscaped(wire, static_cast<std::uint8_t>(0U - sum));
+  return wire;
+}
+
+ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
+                               const PanelImage& image, Waiting& time, const StopRequest& stop,
+                               ProgrammingObserver& observer) {
+  ProgrammingResult result;
+  observer.Connecting();
+  const int asked = Connect(port, settings, controllerType, time, stop);
+  result.Connected = asked > 0;
+  if (!result.Connected) {
+    port.Close();
+    observer.Tell(Failure("Could not connect to QDM panel"));
+    return result;
+  }
+
+  PanelLink link(port, time);
+  if (asked > 1) link.ExpectLateReplies();
+  if (link.Open()) SendRecords(link, image, stop, observer, result);
+  observer.Tell(result.Programmed ? Message{"The QDM panel has been programed", "Done!", MessageIcon::None}
+                                  : Failure("The QDM panel failed to program"));
+
+  result.Restarted = link.Open() && SendRestart(link);
+  port.Close();
+  if (!result.Restarted) observer.Tell(RestartFailure());
+  return result;
+}
+
+std::optional<Message> RestartPanel(SerialPort& port, Waiting& time) {
+  PanelLink link(port, time);
+  const bool restarted = link.Open() && SendRestart(link);
+  port.Close();
+  if (restarted) return std::nullopt;
+  return RestartFailure();
+}
+
+std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time) {
+  std::vector<Message> messages;
+  bool repeated = false;
+  for (SearchSlot& slot : slots) {
+    if (!slot.Panel) continue;
+    PanelLink link(*slot.Port, time);
+    const bool restarted = link.Open() && SendRestart(link);
+    slot.Port->Close();
+    if (!restarted) messages.push_back(RestartFailure());
+    repeated = repeated || link.Attempts() > 1;
+  }
+  // Programming may follow at once: no late reply to a restart may confirm a record of it.
+  if (repeated) WaitUntil(time, kLateReply, [] { return false; });
+  return messages;
+}
+
+std::optional<Message> FirmwareGate(const std::string& identificationText) {
+  const std::string_view text = identificationText;
+  if (!text.starts_with("TL-VOX")) return std::nullopt;
+  if (!text.ends_with("1.0") && !text.ends_with("1.1") && !text.ends_with("1.2")) return std::nullopt;
+  return Message{
+      "This version of the QDM editor can only\r\n"
+      "operate with TL-VOX firmware 1.3 or higher\r\n"
+      "To proceed you will need to update the firmware\r\n"
+      "Please go to " +
+          std::string(kMakerWebAddress) + " to download the latest firmware",
+      "Sorry", MessageIcon::Exclamation};
+}
+
+}  // namespace qdm

@@ -1,0 +1,18 @@
+// Which strings may be pasted into which slot of a definition.
+#pragma once
+
+#include "base/message.h"
+#include "serial_strings/serial_string.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace qdm {
+
+// Slots 0..9 are commands that the panel sends: nothing can be ignored there.
+inline constexpr std::size_t kSlotsWithoutIgnore = 10;
+
+// What the user must be told when `string` cannot be pasted into `slot`; nothing when it can.
+std::optional<Message> CheckPaste(std::size_t slot, const SerialString& string);
+
+}  // namespace qdm

@@ -1,0 +1,65 @@
+#include "forms/controls/buttons.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace qdm {
+namespace {
+
+struct Picker {
+  Buttons Control;
+  QSignalSpy Changed{&Control, &Buttons::Changed};
+
+  Picker() {
+    Control.show();
+    Control.activateWindow();
+    QCoreApplication::processEvents();
+  }
+  QToolButton* Option1(int index) const {
+    return Control.findChild<QToolButton*>(QStringLiteral("Option1_%1").arg(index));
+  }
+  std::string Chosen() const {
+    std::string marks;
+    for (int i = 0; i < Buttons::kButtons; ++i) marks += Option1(i)->isChecked() ? 'x' : '.';
+    return marks;
+  }
+};
+
+TEST(Buttons, KeepAValueThatNoShownButtonStandsFor) {
+  Picker picker;
+  for (const int value : {0, 1, -1, 6, 32767}) {
+    picker.Control.SetHiddenButtons({0, 1});
+    picker.Control.SetValue(value);
+    EXPECT_EQ(picker.Control.Value(), value);
+    EXPECT_EQ(picker.Chosen(), "......");
+  }
+  picker.Control.setFocus();
+  EXPECT_TRUE(picker.Option1(2)->hasFocus()) << "keys reach it all the same";
+  picker.Control.SetValue(1);
+  picker.Control.SetHiddenButtons({});
+  EXPECT_EQ(picker.Chosen(), ".x....");
+  EXPECT_EQ(picker.Changed.count(), 0);
+}
+
+TEST(Buttons, AreChosenByMouseAndByArrowsOverShownOnes) {
+  Picker picker;
+  picker.Control.SetHiddenButtons({0, 3});
+  QTest::mouseClick(picker.Option1(2), Qt::LeftButton);
+  QTest::mouseClick(picker.Option1(2), Qt::LeftButton);  // again: stays chosen
+  EXPECT_EQ(picker.Chosen(), "..x...");
+  EXPECT_EQ(picker.Changed.count(), 1);
+  QTest::keyClick(picker.Option1(2), Qt::Key_Right);
+  EXPECT_EQ(picker.Control.Value(), 4);
+  EXPECT_TRUE(picker.Option1(4)->hasFocus());
+  QTest::keyClick(picker.Option1(4), Qt::Key_Left);
+  QTest::keyClick(picker.Option1(2), Qt::Key_Up);
+  QTest::keyClick(picker.Option1(1), Qt::Key_Left);  // nothing further
+  EXPECT_EQ(picker.Control.Value(), 1);
+  EXPECT_EQ(picker.Changed.count(), 4);
+}
+
+}  // namespace
+}  // namespace qdm

@@ -1,0 +1,184 @@
+#include "forms/download/download_form.h"
+
+#include "support/closed_ports.h"
+#include "support/fake_prompts.h"
+#include "support/form_time.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::HasSubstr;
+
+constexpr const char* kProgramed = "The QDM panel has been programed";
+constexpr const char* kFailed = "The QDM panel failed to program";
+constexpr const char* kNoRestart = "The QDM panel failed to restart";
+
+SimulatedPanel PanelWith(Identification who, std::string settings, PanelFaults faults = {}) {
+  return SimulatedPanel({.Panel = who, .Settings = std::move(settings), .Faults = std::move(faults)});
+}
+
+PanelFaults Faults(std::initializer_list<const char*> texts) {
+  PanelFaults faults;
+  for (const char* text : texts) faults.push_back(ParsePanelFault(text));
+  return faults;
+}
+
+// The window over simulated ports, from just after loading on.
+struct Session {
+  FormTime Time;
+  FakePrompts Prompts;
+  Globals Shared;
+  PanelConfiguration Configuration;
+  ClosedPorts Ports{Time};
+  std::unique_ptr<Download> Form;
+
+  explicit Session(std::int16_t controllerType = kQdm7) {
+    Configuration.ControllerType = controllerType;
+    Configuration.Projector.VolumeBytePosition = 0;
+    Form = std::make_unique<Download>(Shared, Configuration, Ports, Time, Prompts);
+    Form->show();
+    Form->activateWindow();
+    QCoreApplication::processEvents();
+  }
+  void Search() { Form->Timer1_Timer(); }
+  void AttachAllFour() {
+    Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "19200,e,8,2"));
+    Ports.AttachPanel(2, "ttyUSB1", PanelWith({2, 1, 3}, "9600,n,8,2"));
+    Ports.AttachPanel(3, "ttyUSB2", PanelWith({3, 2, 0}, "115200,o,8,2"));
+    Ports.AttachPanel(4, "ttyUSB3", PanelWith({4, 1, 3}, "9600,o,8,2"));
+    Ports.AttachLine(5, "ttyS0");
+  }
+
+  template <class Widget = QPushButton>
+  Widget* Find(const char* name) const {
+    return Form->findChild<Widget*>(QLatin1String(name));
+  }
+  QRadioButton* Option1(int slot) const {
+    return Form->findChild<QRadioButton*>(QStringLiteral("Option1_%1").arg(slot));
+  }
+  std::string Status(int slot) const {
+    return Form->findChild<QLabel*>(QStringLiteral("Label1_%1").arg(slot))->text().toStdString();
+  }
+  void Click(const char* button) { QTest::mouseClick(Find(button), Qt::LeftButton); }
+  void ClickOption(int slot) {
+    QTest::mouseClick(Option1(slot), Qt::LeftButton, {}, QPoint(8, Option1(slot)->height() / 2));
+  }
+  std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (const Message& message : Prompts.Shown) texts.push_back(message.Text);
+    return texts;
+  }
+};
+
+TEST(DownloadForm, OffersOnlyPanelsOfTheConfiguredType) {
+  const char* const found[] = {"QDM7 1.3", "QDM6 1.3", "QDM4 2.0", "TL-VOX 1.3"};
+  for (std::int16_t type = kQdm7; type <= kTlVox; ++type) {
+    Session session(type);
+    session.AttachAllFour();
+    session.Search();
+    for (int slot = 0; slot < 4; ++slot) {
+      EXPECT_EQ(session.Status(slot), found[slot]);
+      EXPECT_EQ(session.Option1(slot)->isEnabled(), slot == type);
+      EXPECT_EQ(session.Option1(slot)->toolTip().isEmpty(), slot == type) << "the others say why";
+      EXPECT_EQ(session.Ports.PanelAt(slot + 1)->Restarts(), 1);
+    }
+    EXPECT_EQ(session.Status(5), "No Port");
+  }
+}
+
+TEST(DownloadForm, TellsWhichGroupOpensAPortAndSearchesAgain) {
+  Session session;
+  session.AttachAllFour();
+  session.Ports.Groups = {{1, "dialout"}, {4, "tty"}, {5, "dialout"}};
+  session.Time.Plan(milliseconds(1200), [&] { session.Click("Stopper"); });
+  session.Search();
+  EXPECT_LT(session.Time.Elapsed(), milliseconds(1600)) << "it was stopped";
+  const auto* const hint = session.Find<QLabel>("PortHint");
+  EXPECT_EQ(hint->text().toStdString(),
+            "ttyUSB0, ttyS0 belong to the group dialout: join it (sudo adduser $USER dialout) and log in "
+            "again.\nttyUSB3 belongs to the group tty: join it (sudo adduser $USER tty) and log in again.");
+  EXPECT_EQ(session.Status(0), "No Port");
+  session.Ports.Groups.clear();  // joined
+  session.Click("Find");
+  EXPECT_FALSE(hint->isVisible());
+  EXPECT_EQ(session.Status(0), "QDM7 1.3");
+}
+
+TEST(DownloadForm, ProgramsThePanelThatIsClickedOrChosenByKeys) {
+  Session session;
+  session.Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "9600,n,8,2"));
+  session.Ports.AttachPanel(3, "ttyUSB1", PanelWith({1, 1, 4}, "9600,n,8,2"));
+  session.Search();
+  QTest::keyClick(session.Option1(0), Qt::Key_Down);
+  QTest::keyClick(session.Option1(2), Qt::Key_Return);
+  EXPECT_EQ(session.Ports.PanelAt(3)->Memory(), BuildPanelImage(session.Configuration));
+  EXPECT_EQ(session.Ports.PanelAt(1)->RecordsWritten(), 0);
+
+  bool locked = false;
+  session.Time.Plan(milliseconds(100), [&] { locked = !session.Find<QWidget>("CommFrame")->isEnabled(); });
+  session.ClickOption(0);
+  EXPECT_TRUE(locked);
+  EXPECT_EQ(session.Prompts.Shown, std::vector(2, Message{kProgramed, "Done!", MessageIcon::None}));
+  EXPECT_EQ(session.Ports.PanelAt(1)->RecordsWritten(), kRecords);
+}
+
+TEST(DownloadForm, TellsEachFailureInItsOrder) {
+  PanelFaults silentAfterSearch;
+  for (int reply = 2; reply <= 20; ++reply) {
+    silentAfterSearch.push_back(ParsePanelFault("lose-ident:" + std::to_string(reply)));
+  }
+  const std::pair<PanelFaults, std::vector<std::string>> cases[] = {
+      {silentAfterSearch, {"Could not connect to QDM panel"}},
+      {Faults({"die:40"}), {kFailed, kNoRestart}},
+      {Faults({"lose-ack"}), {kFailed}},
+      {Faults({"no-restart-ack"}), {kNoRestart, kProgramed, kNoRestart}},
+      {Faults({"lose-ack:3", "corrupt:20"}), {kProgramed}}};
+  for (const auto& [faults, texts] : cases) {
+    Session session;
+    session.Ports.AttachPanel(7, "ttyUSB0", PanelWith({1, 1, 3}, "38400,n,8,2", faults));
+    session.Search();
+    session.ClickOption(6);
+    EXPECT_EQ(session.Texts(), texts);
+    EXPECT_TRUE(session.Option1(6)->isEnabled()) << "it can be tried again";
+  }
+}
+
+TEST(DownloadForm, OffersNothingWithoutAnImage) {
+  Session session;
+  session.AttachAllFour();
+  session.Configuration.Projector.VolumeBytePosition = -1;
+  session.Search();
+  EXPECT_THAT(session.Prompts.LastText(), HasSubstr("VolumeBytePosition"));
+  EXPECT_FALSE(session.Find("Find")->isEnabled());
+}
+
+// Who has answered is not left waiting: it restarts in every case.
+TEST(DownloadForm, MayBeClosedOrDeletedInTheMiddle) {
+  for (const bool programming : {false, true}) {
+    for (const bool deleted : {false, true}) {
+      Session session;
+      session.Ports.AttachPanel(1, "ttyUSB0",
+                                PanelWith({1, 1, 3}, "9600,e,8,2", Faults({"late-ack:%1:400"})));
+      if (programming) session.Search();
+      session.Time.Plan(milliseconds(programming ? 5000 : 600),
+                        [&] { deleted ? session.Form.reset() : void(session.Form->close()); });
+      Download* form = session.Form.get();
+      programming ? session.ClickOption(0) : form->Timer1_Timer();
+      EXPECT_TRUE(deleted ? session.Form == nullptr : !session.Form->isVisible());
+      const bool told = programming && !deleted;  // without a window there is none to show a box over
+      EXPECT_EQ(session.Texts(), std::vector<std::string>(told ? 1 : 0, kFailed));
+      EXPECT_EQ(session.Ports.PanelAt(1)->Restarts(), programming ? 2 : 1);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qdm

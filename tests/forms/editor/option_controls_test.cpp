@@ -1,0 +1,358 @@
+#include "forms/editor/option_controls.h"
+
+#include "config/version.h"
+#include "forms/controls/buttons.h"
+#include "forms/controls/integer5v.h"
+#include "forms/controls/integer_entry.h"
+#include "support/dialog_script.h"
+#include "support/distinct_configuration.h"
+#include "support/random_seed.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+
+class Options : public testing::Test {
+ protected:
+  Options() {
+    controls_.ShowRecordInControls(record_);
+    controls_.show();
+  }
+  void Show() { controls_.ShowRecordInControls(record_); }
+  PanelConfiguration Stored() const {
+    PanelConfiguration stored = record_;
+    controls_.StoreControlsToRecord(stored);
+    return stored;
+  }
+  template <class Widget>
+  Widget& Get(const char* name) {
+    return Child<Widget>(controls_, name);
+  }
+  void Press(const char* name) { Get<QAbstractButton>(name).click(); }
+  bool Enabled(const char* name) { return Get<QWidget>(name).isEnabled(); }
+  bool Shown(const char* name) { return Get<QWidget>(name).isVisible(); }
+  bool Ticked(const char* name) { return Get<QAbstractButton>(name).isChecked(); }
+  int Number(const char* name) { return Get<IntegerEntry>(name).Value(); }
+  std::string Label(const char* name) { return Get<QWidget>(name).accessibleName().toStdString(); }
+  void Type(const char* name, const char* text) {
+    auto& entry = Child<QLineEdit>(Get<QWidget>(name), "Text1");
+    entry.setFocus();
+    entry.selectAll();
+    QTest::keyClicks(&entry, QLatin1String(text));
+  }
+  void Enter(const char* name, const char* text) {
+    Type(name, text);
+    QTest::keyClick(&Child<QLineEdit>(Get<QWidget>(name), "Text1"), Qt::Key_Return);
+  }
+
+  PanelConfiguration record_;
+  OptionControls controls_;
+};
+
+// A value of its own in every field that a control shows, within its range.
+PanelConfiguration Distinct() {
+  PanelConfiguration record = DistinctConfiguration();
+  record.ControllerType = kTlVox;
+  record.OutputsOption = kOutputsLift;
+  record.UpTime = 201;
+  record.DownTime = 202;
+  record.ScreenUseVolume = record.LockOnFrontPanel = record.LockOnRoomEmpty = record.UsePC1 =
+      record.UseVideo = -1;
+  record.AllowVolumeWhenOff = record.LockOnExternalPowerDown = record.AudioTurnsOnAmplifier = -1;
+  record.LockUsingButtons = record.UsePC2 = record.LockOnNoButton = record.ControlInputActiveHigh = 0;
+  record.ControlInputOption = kControlInputExternalPowerDown;
+  record.RoomTimeout = 203;
+  record.ThresholdVoltage = 77;
+  record.LockAfterProjectorOffPeriod = 204;
+  record.LockAfterRoomEmptyPeriod = 205;
+  record.LockSequence = {0, 3, 5, 1};
+  record.EditorMajor = static_cast<std::int16_t>(kEditorVersion.Major);
+  record.EditorMinor = static_cast<std::int16_t>(kEditorVersion.Minor);
+  record.NoButtonPowerDown = 7;
+  record.VolumeMin = -44;
+  record.VolumeMax = 17;
+  record.VolumeStep = 5;
+  record.PowerUpVolume = -3;
+  record.TLVOXpowerDownTime = 14;
+  record.AudioRouting = 0x120;
+  return record;
+}
+
+PanelConfiguration WithFlagsTurned(PanelConfiguration record) {
+  for (const auto& word : kConfigurationWords) {
+    if (word.IsFlag) record.*word.Member = FlagOf(record.*word.Member == 0);
+  }
+  return record;
+}
+
+TEST_F(Options, StoreWhatTheyShow) {
+  for (const PanelConfiguration& record : {Distinct(), WithFlagsTurned(Distinct())}) {
+    record_ = record;
+    Show();
+    EXPECT_EQ(record_, record) << "showing changes nothing but the version";
+    PanelConfiguration stored = DistinctConfiguration();  // what no control has stays
+    stored.EditorMajor = record.EditorMajor;
+    stored.EditorMinor = record.EditorMinor;
+    controls_.StoreControlsToRecord(stored);
+    EXPECT_EQ(stored, record);
+  }
+}
+
+TEST_F(Options, ShowEachFieldInItsControl) {
+  record_ = Distinct();
+  Show();
+  EXPECT_TRUE(Ticked("Option2_3"));
+  EXPECT_TRUE(Ticked("OutputsOption_3"));
+  EXPECT_TRUE(Ticked("ControlInputOption_2"));
+  EXPECT_TRUE(Ticked("ControlInputOptionLowHighOption_0"));
+  EXPECT_TRUE(Ticked("PC1AudioOption_0"));
+  EXPECT_TRUE(Ticked("PC2AudioOption_2"));
+  EXPECT_TRUE(Ticked("VideoAudioOption_1"));
+  EXPECT_TRUE(Ticked("TurnOffNoButtonCheck"));
+  EXPECT_EQ(Get<Integer5V>("integer5v1").Count(), 77);
+  const struct {
+    const char* Control;
+    int Value;
+    const char* Label;
+  } entries[] = {
+      {"ScreenUpTime", 201, "Lift/screen raise time"},
+      {"LiftOptionUpTime", 201, "Lift/screen raise time"},
+      {"ProjectorPowerScreenUp", 201, "Lift/screen raise time"},
+      {"ScreenDownTime", 202, "Lift lower time"},
+      {"LiftOptionDownTime", 202, "Lift lower time"},
+      {"ProjectorPowerUpTime", 202, "Lift lower time"},
+      {"RoomTimeout", 203, "Room empty timeout"},
+      {"LockOnFrontPanelAfterTimePeriod", 204, "Lock panel timeout after projector off"},
+      {"LockOnRoomEmptyPeriod", 205, "Lock panel timeout after room empty timeout"},
+      {"NoButtonTimeOut", 7, "No button press power down time out"},
+      {"VolumeMin", -44, "TL-VOX minimum volume"},
+      {"VolumeMax", 17, "TL-VOX minimum volume"},
+      {"VolumeStep", 5, "TL-VOX volume steps"},
+      {"PowerUpVolume", -3, "TL-VOX powerup level"},
+      {"TLVOXpowerDownTime", 14, "No audio input power down time out"},
+  };
+  for (const auto& entry : entries) {
+    EXPECT_EQ(Number(entry.Control), entry.Value) << entry.Control;
+    EXPECT_EQ(Label(entry.Control), entry.Label) << entry.Control;
+  }
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(Get<Buttons>(("Buttons1_" + std::to_string(i)).c_str()).Value(),
+              record_.LockSequence[static_cast<std::size_t>(i)]);
+  }
+}
+
+TEST_F(Options, KeepNumbersWithinTheirRanges) {
+  const struct {
+    const char* Control;
+    int Low;
+    int High;
+  } ranges[] = {{"ScreenUpTime", 1, 255},  {"ProjectorPowerUpTime", 1, 255},
+                {"RoomTimeout", 1, 255},   {"LockOnFrontPanelAfterTimePeriod", 0, 255},
+                {"VolumeMin", -45, 18},    {"LockOnRoomEmptyPeriod", 0, 255},
+                {"VolumeMax", -6, 18},     {"VolumeStep", 1, 6},
+                {"PowerUpVolume", -6, 18}, {"TLVOXpowerDownTime", 1, 15},
+                {"NoButtonTimeOut", 1, 10}};
+  for (const auto& range : ranges) {
+    auto& entry = Get<IntegerEntry>(range.Control);
+    entry.SetValue(-1000);
+    EXPECT_EQ(entry.Value(), range.Low) << range.Control;
+    entry.SetValue(1000);
+    EXPECT_EQ(entry.Value(), range.High) << range.Control;
+  }
+}
+
+TEST_F(Options, ShowFramesForTheControllerType) {
+  const QStringList panel = {QStringLiteral("OutputsFrame"),
+                             QStringLiteral("ControlInputFrame"),
+                             QStringLiteral("LockOnRoomEmptyCheck"),
+                             QStringLiteral("LockOnRoomEmptyPeriod"),
+                             QStringLiteral("LockOnRoomEmptyPeriodLabel"),
+                             QStringLiteral("LockONExternalCheck")};
+  const QStringList amplifier = {QStringLiteral("AudioInputFrame"), QStringLiteral("VolumeFrame")};
+  const QStringList both = {QStringLiteral("ControllerTypeFrame"), QStringLiteral("PowerDownFrame"),
+                            QStringLiteral("LockFrame"), QStringLiteral("LockSequenceFrame"),
+                            QStringLiteral("InputsFrame")};
+  const QSignalSpy types(&controls_, &OptionControls::ControllerTypeChosen);
+  for (const int type : {3, 2, 1, 0}) {
+    Press(("Option2_" + std::to_string(type)).c_str());
+    EXPECT_EQ(types.last().first().toInt(), type);
+    EXPECT_EQ(Stored().ControllerType, type);
+    for (const QString& name : panel) EXPECT_EQ(Shown(qPrintable(name)), type != 3) << qPrintable(name);
+    for (const QString& name : amplifier) EXPECT_EQ(Shown(qPrintable(name)), type == 3) << qPrintable(name);
+    for (const QString& name : both) EXPECT_TRUE(Shown(qPrintable(name))) << qPrintable(name);
+    EXPECT_EQ(Get<QWidget>("LockFrame").minimumHeight(), type == 3 ? 129 : 209);
+    EXPECT_EQ(Get<QWidget>("InputsFrame").toolTip().isEmpty(), type == 3);
+    auto& step = Get<Buttons>("Buttons1_2");
+    const std::string hidden = type == 2 ? "01" : type == 3 ? "45" : "";
+    for (int picture = 0; picture < 6; ++picture) {
+      const QString name = QStringLiteral("Option1_%1").arg(picture);
+      EXPECT_EQ(step.findChild<QWidget*>(name)->isHidden(),
+                hidden.find(static_cast<char>('0' + picture)) != std::string::npos)
+          << "type " << type << " picture " << picture;
+    }
+  }
+}
+
+TEST_F(Options, KeepAHiddenStepOfTheSequence) {
+  record_.LockSequence = {0, 1, 4, 5};
+  Show();
+  Press("Option2_2");
+  Press("Option2_3");
+  EXPECT_EQ(Stored().LockSequence, record_.LockSequence);
+}
+
+TEST_F(Options, EnableTheTimesOfTheSelectedUse) {
+  const std::array<std::array<const char*, 2>, 5> pairs = {
+      {{"", ""},
+       {"ScreenUpTime", "ScreenDownTime"},
+       {"", ""},
+       {"LiftOptionUpTime", "LiftOptionDownTime"},
+       {"ProjectorPowerScreenUp", "ProjectorPowerUpTime"}}};
+  for (int use = 4; use >= 0; --use) {
+    Press(("OutputsOption_" + std::to_string(use)).c_str());
+    for (int other = 0; other < 5; ++other) {
+      for (const char* name : pairs[static_cast<std::size_t>(other)]) {
+        if (*name == '\0') continue;
+        EXPECT_EQ(Enabled(name), other == use) << name << " with use " << use;
+        EXPECT_EQ(Enabled((std::string(name) + "Label").c_str()), other == use) << name;
+      }
+    }
+    EXPECT_EQ(Enabled("ScreenUseVolumeCheck"), use == 1);
+    EXPECT_EQ(Enabled("AllowVolumeWhenOffCheck"), use == 2);
+    EXPECT_EQ(Stored().OutputsOption, use);
+  }
+}
+
+TEST_F(Options, ShareTheirTimesBetweenTheUses) {
+  record_.OutputsOption = kOutputsScreen;
+  Show();
+  EXPECT_EQ(Label("ScreenUpTime"), "Screen rise time");
+  EXPECT_EQ(Label("ScreenDownTime"), "Sreen lower time");
+  Enter("ScreenUpTime", "31");
+  Enter("ScreenDownTime", "300");
+  EXPECT_EQ(Number("LiftOptionUpTime"), 31);
+  EXPECT_EQ(Number("ProjectorPowerUpTime"), 255);
+
+  Press("OutputsOption_3");
+  Enter("LiftOptionUpTime", "32");
+  EXPECT_EQ(Number("ScreenUpTime"), 32);
+  EXPECT_EQ(Label("LiftOptionUpTime"), "Lift/Screen raise time") << "editing writes the label differently";
+  EXPECT_EQ(Label("LiftOptionDownTime"), "Lift lower time");
+
+  Press("OutputsOption_4");
+  Type("ProjectorPowerUpTime", "33");  // without Enter
+  const PanelConfiguration stored = Stored();
+  EXPECT_EQ(stored.UpTime, 32);
+  EXPECT_EQ(stored.DownTime, 33);
+  EXPECT_EQ(Label("ProjectorPowerUpTime"), "Projector power up time");
+}
+
+TEST_F(Options, FollowTheRoomSensor) {
+  const char* const sensor[] = {"RoomTimeout",         "RoomTimeoutLabel",
+                                "integer5v1",          "integer5v1Label",
+                                "OccupiedLabel",       "ControlInputOptionLowHighOption_1",
+                                "LockOnRoomEmptyCheck"};
+  record_.RoomTimeout = 44;
+  record_.LockOnRoomEmpty = -1;
+  Show();
+  for (int use = 3; use >= 0; --use) {
+    Press(("ControlInputOption_" + std::to_string(use)).c_str());
+    for (const char* name : sensor) EXPECT_EQ(Enabled(name), use == 3) << name;
+    EXPECT_EQ(Enabled("LockOnRoomEmptyPeriod"), use == 3);
+    EXPECT_EQ(Get<QWidget>("LockOnRoomEmptyCheck").toolTip().isEmpty(), use == 3)
+        << "the reason is not in sight";
+  }
+  EXPECT_EQ(Stored().RoomTimeout, 44);
+  EXPECT_EQ(Stored().LockOnRoomEmpty, -1) << "disabled is not unticked";
+  Press("ControlInputOption_3");
+  Press("LockOnRoomEmptyCheck");
+  EXPECT_FALSE(Enabled("LockOnRoomEmptyPeriod"));
+}
+
+TEST_F(Options, EnableWhatATickedBoxNeeds) {
+  const struct {
+    const char* Check;
+    const char* Dependent;
+  } rules[] = {{"TurnOffNoButtonCheck", "NoButtonTimeOut"},
+               {"TurnOffNoButtonCheck", "LockNoButtonCheck"},
+               {"AudioTurnsOnCheck", "TLVOXpowerDownTime"},
+               {"AudioTurnsOnCheck", "TLVOXpowerDownTimeLabel"},
+               {"LockOnFrontPanelCheck", "LockOnFrontPanelAfterTimePeriod"},
+               {"UsePC1Check", "PC1AudioOption_1"},
+               {"UsePC2Check", "PC2AudioOption_0"},
+               {"UseVideoCheck", "VideoAudioOption_2"}};
+  for (const auto& rule : rules) {
+    for (int press = 0; press < 2; ++press) {
+      EXPECT_EQ(Enabled(rule.Dependent), Ticked(rule.Check)) << rule.Dependent;
+      Press(rule.Check);
+    }
+  }
+}
+
+TEST_F(Options, StoreNoPowerDownAsZero) {
+  record_.NoButtonPowerDown = 6;
+  Show();
+  Press("TurnOffNoButtonCheck");
+  EXPECT_EQ(Stored().NoButtonPowerDown, 0);
+  record_.NoButtonPowerDown = 0;
+  Show();
+  EXPECT_FALSE(Ticked("TurnOffNoButtonCheck"));
+  EXPECT_EQ(Stored().NoButtonPowerDown, 0);
+}
+
+TEST_F(Options, StoreWhatNothingIsChosenFor) {
+  record_.ControllerType = 9;
+  record_.OutputsOption = -2;
+  record_.ControlInputOption = 4;
+  record_.AudioRouting = 0x1473;  // no field selects a source
+  Show();
+  for (const char* name : {"Option2_3", "Option2_0", "OutputsOption_0", "ControlInputOption_0",
+                           "PC1AudioOption_0", "PC2AudioOption_2", "VideoAudioOption_1"}) {
+    EXPECT_FALSE(Ticked(name)) << name;
+  }
+  EXPECT_TRUE(Shown("OutputsFrame"));
+  const PanelConfiguration stored = Stored();
+  EXPECT_EQ(stored.ControllerType, kTlVox) << "the scan over the panels ends at the amplifier";
+  EXPECT_EQ(stored.OutputsOption, -2);
+  EXPECT_EQ(stored.ControlInputOption, 4);
+  EXPECT_EQ(stored.AudioRouting, 0x333);
+}
+
+// Any bits may come from a file: they are shown without harm, and what has been stored once stays as it is.
+TEST_F(Options, TakeAnyRecord) {
+  const RandomSeed seed;
+  SCOPED_TRACE(seed.Text());
+  std::mt19937 random(seed.Value());
+  for (int round = 0; round < 200; ++round) {
+    Decode(RandomBytes(random, kStoredConfigurationSize), record_);
+    Show();
+    PanelConfiguration once = Stored();
+    record_ = once;
+    Show();
+    EXPECT_EQ(Stored(), once);
+    EXPECT_GE(once.UpTime, 1);
+    EXPECT_LE(once.VolumeMax, 18);
+  }
+}
+
+TEST_F(Options, TellOfEveryChange) {
+  const QSignalSpy changes(&controls_, &OptionControls::Changed);
+  int expected = 0;
+  for (const char* name : {"Option2_1", "OutputsOption_1", "ControlInputOption_3",
+                           "ControlInputOptionLowHighOption_1", "PC1AudioOption_2", "UsePC2Check",
+                           "LockUsingButtonsCheck", "ScreenUseVolumeCheck", "TurnOffNoButtonCheck"}) {
+    Press(name);
+    EXPECT_EQ(changes.count(), ++expected) << name;
+  }
+  Show();
+  EXPECT_EQ(changes.count(), expected) << "showing a record is no change";
+}
+
+}  // namespace
+}  // namespace qdm

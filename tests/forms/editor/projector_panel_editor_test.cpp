@@ -1,0 +1,500 @@
+#include "forms/editor/projector_panel_editor.h"
+
+#include "config/configuration_file.h"
+#include "config/version.h"
+#include "forms/controls/integer_entry.h"
+#include "forms/projectors/library_fixture.h"
+#include "forms/projectors/projector_tree.h"
+#include "forms/shared/qt_text.h"
+
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace qdm {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kStartTitle = "Brevan QDM Editor " + VersionText();
+
+class Editor : public LibraryFixture {
+ protected:
+  Editor() {
+    windows_.Selector = [this](QWidget*) {
+      if (inSelector_) inSelector_();
+    };
+    windows_.Download = [this](QWidget*, const PanelConfiguration& configuration) {
+      opened_.push_back("download");
+      downloaded_ = configuration;
+    };
+  }
+
+  // The window as the program starts it, on the library of the fixture.
+  ProjectorPanelEditor& Start(const QString& commandLine = {}) {
+    window_.reset();
+    SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
+    window_ = std::make_unique<ProjectorPanelEditor>(globals_, prompts_, settings_, windows_);
+    window_->Form_Load();
+    window_->show();
+    window_->OpenNamedFile(commandLine);
+    return *window_;
+  }
+
+  // A file with this configuration; the projector is in the library.
+  QString Write(const char* name, PanelConfiguration configuration = {}) {
+    if (!HasBothNames(configuration.Projector)) configuration.Projector = Named("ACME", "X 1", 1);
+    if (!globals_.ProjectorDatabase.FindProjector(configuration.Projector)) Put({configuration.Projector});
+    WriteConfiguration(folder_ / name, configuration, OldTail::Dropped);
+    return QString::fromStdString((folder_ / name).string());
+  }
+  QString Path(const char* name) const { return QString::fromStdString((folder_ / name).string()); }
+
+  void Press(const char* key) { Child<QAction>(*window_, key).trigger(); }
+  void Check(const char* name) { Child<QAbstractButton>(*window_, name).click(); }
+  // An option that every type shows.
+  void ChangeSomething() { Check("LockUsingButtonsCheck"); }
+  std::string Title() const { return window_->windowTitle().toStdString(); }
+  std::string Label(const char* name) const { return Child<QLabel>(*window_, name).text().toStdString(); }
+  std::string Status() const { return Label("StatusText"); }
+  std::vector<std::string> Boxes() {
+    std::vector<std::string> texts;
+    for (const Message& message : prompts_.Shown) texts.push_back(message.Text);
+    prompts_.Shown.clear();
+    return texts;
+  }
+  Lines RecentNames() const {
+    Lines names;
+    const auto* open = qobject_cast<QToolButton*>(
+        Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
+    for (const QAction* action : open->menu()->actions()) {
+      names.push_back(action->text().section(QStringLiteral("  "), 1).toStdString());
+    }
+    return names;
+  }
+  void Drop(const QString& fileName) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(fileName)});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window_.get(), &enter);
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window_.get(), &drop);
+    QCoreApplication::processEvents();
+  }
+
+  const std::string saved_ = "QDM configuration saved";
+  EditorWindows windows_;
+  QSettings settings_{QString::fromStdString((folder_ / "settings.ini").string()), QSettings::IniFormat};
+  std::unique_ptr<ProjectorPanelEditor> window_;
+  std::vector<std::string> opened_;
+  PanelConfiguration downloaded_;
+  std::function<void()> inSelector_;
+};
+
+TEST_F(Editor, OpensTheFileOfItsCommandLine) {
+  const QString file = Write("Board room.BVC");
+  const QString lower = Write("small.bvc");
+  const struct {
+    QString CommandLine;
+    std::string Title;
+  } cases[] = {
+      {file, "Board room"},
+      {QLatin1Char('"') + file + QLatin1Char('"'), "Board room"},
+      {QLatin1Char('"') + file, "Board room"},
+      {lower, kStartTitle},
+      {Path("missing.BVC"), kStartTitle},
+      {QString(), kStartTitle},
+  };
+  for (const auto& c : cases) {
+    Start(c.CommandLine);
+    EXPECT_EQ(Title(), c.Title) << c.CommandLine.toStdString();
+    EXPECT_THAT(Boxes(), IsEmpty());
+  }
+}
+
+TEST_F(Editor, ImportsTheDefinitionsOfItsCommandLine) {
+  Put({Named("ACME", "X 1", 1)});
+  ExportDefinitions(folder_ / "New.BVD", {Named("acme", "X 1", 2), Named("acme", "X 2", 3)});
+  const DialogScript script({[](QWidget& dialog) { qdm::Click(dialog, "ReplaceInDataBase"); }});
+  Start(Path("New.BVD"));
+  EXPECT_THAT(InMemory(), ElementsAre("ACME / X 1 = 2", "ACME / X 2 = 3"));
+  EXPECT_EQ(OnDisk(), InMemory()) << "nothing else would save them";
+  EXPECT_EQ(Title(), kStartTitle);
+  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1")
+                .Model()
+                .ElementsOf(Child<ProjectorTree>(*window_, "TreeView1").Model().index(0, 0))
+                .size(),
+            2U);
+}
+
+TEST_F(Editor, OpensAFile) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = kTlVox;
+  configuration.VolumeMin = -12;
+  configuration.Projector = Named("ACME", "X 1", 1);
+  configuration.Projector.Notes.AssignUtf8("Behind the lectern");
+  const QString file = Write("Hall.BVC", configuration);
+  Start();
+  prompts_.Files = {file};
+  Press("OPEN");
+  EXPECT_EQ(Title(), "Hall");
+  EXPECT_EQ(window_->FileName(), file);
+  EXPECT_EQ(Status(), "Opened Hall.BVC (" + folder_.Path().string() + ")");
+  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 1");
+  EXPECT_EQ(Child<QPlainTextEdit>(*window_, "NotesText").toPlainText(), QStringLiteral("Behind the lectern"));
+  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").SelectedElement(), 0U);
+  EXPECT_EQ(Child<IntegerEntry>(*window_, "VolumeMin").Value(), -12);
+  EXPECT_EQ(window_->Configuration().EditorMajor, kEditorVersion.Major);
+  EXPECT_FALSE(window_->Modified());
+}
+
+TEST_F(Editor, LeavesEverythingWhenAFileCannotBeRead) {
+  const QString file = Write("Good.BVC");
+  WriteAndFlush(folder_ / "Short.BVC", Bytes(3160));
+  Start(file);
+  Check("LockUsingButtonsCheck");
+  const PanelConfiguration before = window_->Configuration();
+  prompts_.SaveAnswers = {SaveAnswer::DontSave, SaveAnswer::DontSave, SaveAnswer::DontSave};
+  prompts_.Files = {Path("Short.BVC"), Path("missing.BVC"), std::nullopt};
+  for (const char* reason : {"3160", "missing.BVC"}) {
+    prompts_.Shown.clear();
+    Press("OPEN");
+    ASSERT_EQ(prompts_.Shown.size(), 2U);
+    EXPECT_EQ(prompts_.Shown[1].Title, "Sorry");
+    EXPECT_THAT(prompts_.Shown[1].Text, testing::HasSubstr(reason));
+  }
+  Press("OPEN");  // and cancel
+  EXPECT_EQ(window_->Configuration(), before);
+  EXPECT_EQ(Title(), "Good");
+  EXPECT_TRUE(window_->Modified());
+}
+
+TEST_F(Editor, SavesOverItsOwnFileWithoutATailAndOverAnotherWithIt) {
+  const QString file = Write("Room.BVC");
+  std::filesystem::resize_file(folder_ / "Room.BVC", 5000);
+  Start(file);
+  Check("OutputsOption_1");
+  Press("SAVE");
+  ASSERT_EQ(prompts_.Shown.size(), 1U);
+  EXPECT_EQ(prompts_.Shown[0], (Message{saved_, "File Saved.", MessageIcon::None}));
+  EXPECT_EQ(std::filesystem::file_size(folder_ / "Room.BVC"), kStoredConfigurationSize);
+  EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").OutputsOption, kOutputsScreen);
+  EXPECT_FALSE(window_->Modified());
+  EXPECT_EQ(Status(), "Saved Room.BVC (" + folder_.Path().string() + ")");
+
+  prompts_.Shown.clear();
+  WriteAndFlush(folder_ / "Other.BVC", Bytes(4000, 7));
+  prompts_.Files = {std::nullopt, Path("Other.BVC")};
+  Press("SAVEAS");  // and cancel
+  EXPECT_EQ(Title(), "Room");
+  Press("SAVEAS");
+  EXPECT_THAT(Boxes(), ElementsAre(saved_));
+  EXPECT_EQ(Title(), "Other");
+  EXPECT_EQ(std::filesystem::file_size(folder_ / "Other.BVC"), 4000U) << "the tail stays";
+  EXPECT_EQ(ReadConfiguration(folder_ / "Other.BVC").OutputsOption, kOutputsScreen);
+}
+
+TEST_F(Editor, SaysWhyAFileCannotBeWritten) {
+  const QString file = Write("Room.BVC");
+  Start(file);
+  ChangeSomething();
+  std::filesystem::create_directories(folder_ / "Folder.BVC");
+  prompts_.Files = {Path("Folder.BVC")};
+  Press("SAVEAS");
+  ASSERT_EQ(prompts_.Shown.size(), 1U);
+  EXPECT_EQ(prompts_.Shown[0].Title, "Sorry");
+  EXPECT_THAT(prompts_.Shown[0].Text, testing::HasSubstr("Folder.BVC"));
+  EXPECT_EQ(Title(), "Room");
+  EXPECT_TRUE(window_->Modified());
+}
+
+TEST_F(Editor, AsksForANameOnlyWhenThereIsNone) {
+  Put({Named("ACME", "X 1")});
+  Start();
+  Press("SAVE");
+  EXPECT_THAT(Boxes(), ElementsAre("Cannot proceed, no projector has been defined!"));
+  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
+  tree.expandAll();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 1"))).center());
+  prompts_.Files = {Path("First.BVC")};
+  Press("SAVE");
+  Press("SAVE");
+  EXPECT_THAT(Boxes(), ElementsAre(saved_, saved_));
+  EXPECT_EQ(Title(), "First");
+}
+
+// The established order: saving checks the record before the controls are stored, downloading after.
+TEST_F(Editor, ChecksBeforeStoringWhenItSavesAndAfterWhenItDownloads) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = kTlVox;
+  const QString file = Write("Amplifier.BVC", configuration);
+  Start(file);
+  auto& maximum = Child<IntegerEntry>(*window_, "VolumeMax");
+  auto& minimum = Child<IntegerEntry>(*window_, "VolumeMin");
+  maximum.SetValue(-6);
+  minimum.SetValue(18);
+  Press("SAVE");
+  EXPECT_THAT(Boxes(), ElementsAre(saved_)) << "the record still had good values";
+  Press("SAVE");
+  EXPECT_THAT(Boxes(), ElementsAre("Cannot proceed, Maximum volume is less than or equal to minimum!"));
+  maximum.SetValue(18);
+  minimum.SetValue(-45);
+  Press("SAVE");
+  EXPECT_THAT(Boxes(), ElementsAre("Cannot proceed, Maximum volume is less than or equal to minimum!"));
+  Press("DOWNLOAD");
+  EXPECT_THAT(opened_, ElementsAre("download"));
+  EXPECT_EQ(downloaded_.VolumeMin, -45);
+  maximum.SetValue(0);
+  Child<IntegerEntry>(*window_, "PowerUpVolume").SetValue(1);
+  Press("DOWNLOAD");
+  EXPECT_THAT(Boxes(), ElementsAre("Cannot proceed, Power up volume is more than maximum!"));
+  Check("Option2_0");
+  Press("DOWNLOAD");
+  EXPECT_THAT(opened_, ElementsAre("download", "download")) << "panels have no volume range";
+}
+
+TEST_F(Editor, NamesItsCommandsAsEstablishedAndSaysWhichHaveNoWindow) {
+  Start();
+  QStringList tips;
+  const auto& bar = Child<QToolBar>(*window_, "Toolbar1");
+  for (QAction* action : bar.actions()) {
+    if (!action->isSeparator())
+      tips << action->objectName() + QLatin1Char('=') + bar.widgetForAction(action)->toolTip();
+  }
+  EXPECT_EQ(
+      tips.join(QLatin1Char('|')).toStdString(),
+      "NEW=Start New Configuration|OPEN=Open Existing Configuration|SAVE=Save Configuration|"
+      "SAVEAS=Save Configuration As New File|EDITPROJECTOR=Edit projectors|"
+      "DOWNLOAD=Donload Configuration to Controller|EXIT=|HELP=Diplay help: not available in this version|"
+      "ABOUT=Display information about this program: not available in this version");
+}
+
+TEST_F(Editor, StartsANewConfiguration) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = kQdm4;
+  configuration.Spare[3] = 9;
+  Start(Write("Room.BVC", configuration));
+  Press("NEW");
+  EXPECT_EQ(Title(), kStartTitle);
+  EXPECT_TRUE(Child<QAbstractButton>(*window_, "Option2_0").isChecked());
+  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ");
+  EXPECT_EQ(window_->Configuration().Spare[3], 9) << "not an option";
+  EXPECT_FALSE(window_->Modified());
+  EXPECT_EQ(window_->FileName(), QString());
+}
+
+TEST_F(Editor, TakesTheProjectorAtTheClick) {
+  Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2)});
+  globals_.ProjectorDatabase.Append(Named("ZETA", "Z", 3));
+  Start();
+  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
+  QTest::keyClicks(&Child<QWidget>(*window_, "Filter"), QStringLiteral("x"));
+  ASSERT_EQ(tree.Model().rowCount(), 1);
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(tree.Model().index(0, 0)).center());
+  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ") << "a manufacturer changes nothing";
+  tree.expandAll();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 2"))).center());
+  EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 2");
+  EXPECT_EQ(window_->Configuration().Projector, globals_.ProjectorDatabase[1]);
+  EXPECT_TRUE(window_->Modified());
+}
+
+TEST_F(Editor, AddsAnUnknownProjectorToTheLibraryAtOnce) {
+  const QString file = Write("Room.BVC");
+  globals_.ProjectorDatabase.Clear();
+  PanelConfiguration configuration = ReadConfiguration(folder_ / "Room.BVC");
+  configuration.Projector = Named(" acme", "X 1 ", 5);
+  WriteConfiguration(folder_ / "Room.BVC", configuration, OldTail::Dropped);
+  Start(file);
+  EXPECT_THAT(OnDisk(), ElementsAre("ACME / X 1 = 5"));
+  EXPECT_EQ(InMemory(), OnDisk());
+  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").Model().rowCount(), 1);
+  EXPECT_EQ(window_->Configuration().Projector, configuration.Projector)
+      << "the file's own copy stays as it is";
+  EXPECT_FALSE(window_->Modified());
+
+  globals_.ProjectorDatabase.Clear();
+  Start();
+  BlockSaving();
+  prompts_.Files = {file};
+  Press("OPEN");
+  EXPECT_EQ(prompts_.Shown.back().Title, "Sorry");
+  EXPECT_THAT(InMemory(), IsEmpty()) << "as on the disk";
+  EXPECT_EQ(Title(), "Room");
+  UnblockSaving();
+}
+
+TEST_F(Editor, SettlesAProjectorThatDiffers) {
+  const QString file = Write("Room.BVC");
+  globals_.ProjectorDatabase.Replace(0, Named("ACME", "X 1", 8));
+  const struct {
+    const char* Button;
+    std::string InConfiguration;
+    Lines InLibrary;
+  } answers[] = {
+      {"DoNothing", "ACME / X 1 = 1", {"ACME / X 1 = 8"}},
+      {"ReplaceInConfiguration", "ACME / X 1 = 8", {"ACME / X 1 = 8"}},
+      {"ReplaceInDataBase", "ACME / X 1 = 1", {"ACME / X 1 = 1"}},
+  };
+  for (const auto& answer : answers) {
+    const DialogScript script({Clicks(answer.Button)});
+    Start(file);
+    EXPECT_EQ(Line(window_->Configuration().Projector), answer.InConfiguration) << answer.Button;
+    EXPECT_EQ(InMemory(), answer.InLibrary);
+    EXPECT_EQ(OnDisk(), answer.InLibrary);
+    EXPECT_EQ(window_->Modified(), answer.InConfiguration != "ACME / X 1 = 1") << "the file has another";
+  }
+  const DialogScript none({});
+  Start(file);  // settled for good
+}
+
+TEST_F(Editor, OffersTheNewVersionAfterEditingProjectors) {
+  Start(Write("Room.BVC"));
+  inSelector_ = [this] { globals_.ProjectorDatabase.Replace(0, Named("ACME", "X 1", 9)); };
+  prompts_.Answers = {false, true};
+  Press("EDITPROJECTOR");
+  EXPECT_EQ(prompts_.Shown.back(),
+            (Message{"The projector included in this configuration has been edited!\r\n"
+                     "Do you wish to change it to the new version?",
+                     "Projector Changed!", MessageIcon::Question}));
+  EXPECT_EQ(window_->Configuration().Projector.InterCommandDelay, 1);
+  Press("EDITPROJECTOR");
+  EXPECT_EQ(window_->Configuration().Projector.InterCommandDelay, 9);
+  Press("EDITPROJECTOR");  // the same now: no question
+  inSelector_ = [this] {
+    globals_.ProjectorDatabase.Clear();
+    Put({Named("ZETA", "Z")});
+  };
+  Press("EDITPROJECTOR");  // gone from the library: none either
+  EXPECT_EQ(Boxes().size(), 2U);
+  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").Model().index(0, 0).data(), QStringLiteral("ZETA"));
+}
+
+TEST_F(Editor, AsksBeforeItGivesUpChanges) {
+  const QString file = Write("Room.BVC");
+  const QString other = Write("Other.BVC");
+  const struct {
+    const char* What;
+    std::function<void()> Do;
+    std::string TitleAfter;
+  } ways[] = {
+      {"NEW", [&] { Press("NEW"); }, kStartTitle},
+      {"OPEN",
+       [&] {
+         prompts_.Files = {other};
+         Press("OPEN");
+       },
+       "Other"},
+      {"a recent file",
+       [&] {
+         const auto* open = qobject_cast<QToolButton*>(
+             Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
+         open->menu()->actions().at(1)->trigger();
+       },
+       "Other"},
+      {"a dropped file", [&] { Drop(other); }, "Other"},
+      {"the close box", [&] { window_->close(); }, "Room"},
+  };
+  for (const auto& way : ways) {
+    for (const SaveAnswer answer : {SaveAnswer::Cancel, SaveAnswer::DontSave, SaveAnswer::Save}) {
+      WriteConfiguration(folder_ / "Room.BVC", ReadConfiguration(folder_ / "Other.BVC"), OldTail::Dropped);
+      Start(other);
+      window_.reset();
+      Start(file);
+      ChangeSomething();
+      EXPECT_TRUE(Child<QLabel>(*window_, "UnsavedMark").isVisible());
+      prompts_.SaveAnswers = {answer};
+      prompts_.Files.clear();
+      way.Do();
+      const bool goesOn = answer != SaveAnswer::Cancel;
+      EXPECT_EQ(Title(), goesOn ? way.TitleAfter : "Room") << way.What;
+      EXPECT_EQ(window_->isVisible(), way.TitleAfter != "Room" || !goesOn) << way.What;
+      EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").LockUsingButtons != 0, answer == SaveAnswer::Save);
+      EXPECT_TRUE(prompts_.SaveAnswers.empty()) << way.What << " did not ask";
+      prompts_.Shown.clear();
+    }
+  }
+}
+
+TEST_F(Editor, StaysWhenSavingFirstFails) {
+  Start();
+  ChangeSomething();
+  prompts_.SaveAnswers = {SaveAnswer::Save};
+  window_->close();
+  EXPECT_THAT(Boxes(), ElementsAre("The new configuration has been changed.\r\nDo you want to save it first?",
+                                   "Cannot proceed, no projector has been defined!"));
+  EXPECT_TRUE(window_->isVisible());
+}
+
+TEST_F(Editor, AsksNothingWhenNothingIsChanged) {
+  Start(Write("Room.BVC"));
+  ChangeSomething();
+  ChangeSomething();  // back again
+  Press("NEW");
+  EXPECT_TRUE(window_->close());
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(Editor, ExitsAtOnceAndKeepsWhatWasNotSaved) {
+  const QString file = Write("Room.BVC");
+  for (const char* kept : {"Unsaved.BVC", "Unsaved 2.BVC"}) {
+    Start(file);
+    ChangeSomething();
+    Press("EXIT");
+    EXPECT_FALSE(window_->isVisible());
+    EXPECT_THAT(Boxes(), IsEmpty());
+    EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").LockUsingButtons, 0);
+    EXPECT_EQ(ReadConfiguration(folder_ / kept).LockUsingButtons, -1);
+    Start();
+    EXPECT_THAT(Status(), testing::HasSubstr(std::string(kept) + " (" + folder_.Path().string() + ")"));
+    Start();
+    EXPECT_EQ(Status(), "") << "said once";
+  }
+  Start(file);
+  Press("EXIT");
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Unsaved 3.BVC")) << "nothing to keep";
+}
+
+TEST_F(Editor, RemembersTheLastTenFiles) {
+  Start();
+  EXPECT_THAT(RecentNames(), ElementsAre(""));
+  Lines expected;
+  for (int i = 1; i <= 12; ++i) {
+    const std::string name = "Room " + std::to_string(i) + ".BVC";
+    prompts_.Files = {Write(name.c_str())};
+    Press("OPEN");
+    expected.insert(expected.begin(), name);
+  }
+  expected.resize(10);
+  EXPECT_EQ(RecentNames(), expected);
+  Start();
+  EXPECT_EQ(RecentNames(), expected) << "also next time";
+  std::filesystem::remove(folder_ / "Room 12.BVC");
+  const auto* open = qobject_cast<QToolButton*>(
+      Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
+  open->menu()->actions().constFirst()->trigger();
+  EXPECT_EQ(prompts_.Shown.back().Title, "Sorry");
+  EXPECT_EQ(RecentNames().front(), "Room 11.BVC") << "a file that is gone leaves the list";
+}
+
+TEST_F(Editor, RestoresALibraryThatIsDamaged) {
+  Put({Named("ACME", "X 1", 1)});
+  SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
+  std::filesystem::rename(files_.Library, files_.Backup);
+  std::filesystem::create_directories(files_.Library);
+  window_ = std::make_unique<ProjectorPanelEditor>(globals_, prompts_, settings_, windows_);
+  window_->Form_Load();
+  ASSERT_EQ(prompts_.Shown.size(), 1U);
+  EXPECT_EQ(prompts_.Shown[0].Title, "Configuration damaged!");
+  EXPECT_THAT(InMemory(), ElementsAre("ACME / X 1 = 1"));
+}
+
+}  // namespace
+}  // namespace qdm

@@ -1,0 +1,290 @@
+#include "forms/projectors/projector_setup_form.h"
+
+#include "forms/controls/integer_entry.h"
+#include "forms/projectors/notes_box.h"
+#include "forms/strings/serial_string_display.h"
+#include "forms/strings/string_clipboard.h"
+#include "library_fixture.h"
+#include "projectors/definition_setup.h"
+#include "support/distinct_projector.h"
+#include "support/strings.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QTest>
+
+#include <array>
+#include <set>
+
+namespace qdm {
+namespace {
+
+using enum ByteKind;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Slots = std::set<int>;
+
+class ProjectorSetup : public LibraryFixture {
+ protected:
+  ProjectorDefinition& Current() { return globals_.CurrentProjector; }
+
+  void Open() {
+    const auto run = [this](QWidget*) {
+      used_.push_back(globals_.CurrentSlot);
+      if (whileOpen_) whileOpen_();
+    };
+    const SlotWindows windows{.Edit = [run](QWidget* parent, int) { run(parent); }, .Test = run};
+    form_ = std::make_unique<ProjectorSetupForm>(globals_, prompts_, windows);
+    form_->show();
+    form_->activateWindow();
+    QCoreApplication::processEvents();
+  }
+  // The commands that every definition has, each of one byte.
+  void OpenStorable() {
+    Current() = Named("Acme", "A1", 7);
+    for (const std::size_t slot : std::set<std::size_t>{1, 2, 4, 8})
+      Current().Strings[slot] = Characters("x");
+    Open();
+  }
+
+  template <class Widget>
+  Widget* Find(const char* name) {
+    return form_->findChild<Widget*>(QLatin1String(name));
+  }
+  SerialStringDisplay* Display(int slot) {
+    return form_->findChild<SerialStringDisplay*>(QStringLiteral("SerialStringDisplay1_%1").arg(slot));
+  }
+  Slots ShownDisplays() {
+    Slots shown;
+    for (int slot = 0; slot < 25; ++slot) {
+      if (Display(slot)->isVisible()) shown.insert(slot);
+    }
+    return shown;
+  }
+  void Press(const char* button) { QTest::mouseClick(Find<QAbstractButton>(button), Qt::LeftButton); }
+  void Tick(const char* box) {
+    QTest::mouseClick(Find<QAbstractButton>(box), Qt::LeftButton, {},
+                      QPoint(8, Find<QWidget>(box)->height() / 2));
+  }
+  void Key(QWidget* widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    form_->activateWindow();
+    widget->setFocus();
+    QTest::keyClick(widget, key, modifiers);
+  }
+  void Replace(QWidget* box, const char* text) {
+    Key(box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(box, Qt::Key_Delete);
+    QTest::keyClicks(box, QLatin1String(text));
+  }
+  void SetNumber(const char* entry, const char* text) {
+    Replace(Find<IntegerEntry>(entry)->findChild<QLineEdit*>(QStringLiteral("Text1")), text);
+  }
+  std::string Text(const char* label) { return Find<QLabel>(label)->text().toStdString(); }
+
+  // What Done refuses with; "" when it stored.
+  std::string Done() {
+    prompts_.Shown.clear();
+    Press("Done");
+    if (!form_->isVisible()) return {};
+    EXPECT_EQ(prompts_.Shown.size(), 1U);
+    EXPECT_EQ(prompts_.Shown.at(0).Title, "Sorry!");
+    EXPECT_EQ(prompts_.Shown.at(0).Icon, MessageIcon::Exclamation);
+    EXPECT_EQ(globals_.ProjectorDatabase.Size(), 0U);
+    return prompts_.LastText();
+  }
+
+  std::unique_ptr<ProjectorSetupForm> form_;
+  std::vector<int> used_;            // the slots that were edited or tested
+  std::function<void()> whileOpen_;  // what the user does in the editor or the console
+};
+
+TEST_F(ProjectorSetup, StoresWhatItShowsUnchangedAndValuesOutOfRangeAsTheControlsOwn) {
+  ProjectorDefinition stored = DistinctProjector();
+  stored.Manufacturer.AssignUtf8("ACME");
+  stored.Model.AssignUtf8("Señor 5");
+  stored.Notes.AssignUtf8("two\r\nlines");
+  stored.Baudrate = 3;
+  stored.Parity = 9;
+  stored.Stopbits = 5;
+  stored.InterCommandDelay = 255;
+  stored.InterByteDelay = 10;
+  stored.WarmUpTime = 30;
+  stored.CoolDownTime = 90;
+  for (SerialString& string : stored.Strings) string.Count = 1;
+  stored.Strings[6].Kinds[20] = static_cast<std::uint8_t>(VAR);
+  stored.Available.fill(kFlagSet);
+  stored.RequiresReply.fill(kFlagSet);
+  Put({Named("ZETA", "Z"), Named("ACME", "Other"), stored});
+  Current() = stored;
+  Open();
+  EXPECT_EQ(Find<QComboBox>("Manufacturer")->count(), 2) << "each manufacturer once";
+  EXPECT_EQ(Find<NotesBox>("Notes")->toPlainText(), QStringLiteral("two\nlines"));
+  EXPECT_EQ(ShownDisplays().size(), 25U);
+  prompts_.Answers = {true};
+  Press("Done");
+  ASSERT_FALSE(form_->isVisible());
+  stored.VolumeBytePosition = VariableBytePositionOf(stored.Strings[6]);
+  EXPECT_EQ(globals_.ProjectorDatabase[2], stored);
+  EXPECT_EQ(Current(), stored);
+
+  Current().Baudrate = 5;
+  Current().InterCommandDelay = 256;
+  Current().InterByteDelay = 11;
+  Current().WarmUpTime = -1;
+  Current().CoolDownTime = 300;
+  Open();
+  EXPECT_TRUE(Find<QRadioButton>("Baudrate_0")->isChecked());
+  for (const char* entry : {"InterCommandDelay", "InterByteDelay", "WarmUpTime", "CoolDownTime"})
+    EXPECT_EQ(Find<IntegerEntry>(entry)->Value(), 0) << entry;
+}
+
+TEST_F(ProjectorSetup, BoxesShowAndHideStringsAndTheirReplies) {
+  Open();
+  Slots expected = {1, 2, 4, 8};
+  const struct {
+    const char* Box;
+    Slots Shows;
+  } steps[] = {
+      {"SerialOnOffUsedCheck", {0, 9}}, {"AvailableCheck_3", {3}},   {"AvailableCheck_5", {5}},
+      {"AvailableCheck_23", {23}},      {"AvailableCheck_24", {24}}, {"VolumeAvailableCheck", {6, 7}},
+      {"ReplyCheck_0", {10}},           {"ReplyCheck_1", {11}},      {"ReplyCheck_6", {16}},
+      {"ReplyCheck_10", {20}},          {"ReplyCheck_11", {21}},     {"ReplyCheck_12", {22}}};
+  for (const auto& step : steps) {
+    Tick(step.Box);
+    expected.insert(step.Shows.begin(), step.Shows.end());
+    EXPECT_EQ(ShownDisplays(), expected) << step.Box;
+  }
+  Tick("VolumeAvailableCheck");
+  Key(Find<QCheckBox>("AvailableCheck_24"), Qt::Key_Space);
+  for (const int slot : {6, 7, 16, 22, 24}) expected.erase(slot);
+  EXPECT_EQ(ShownDisplays(), expected);
+  EXPECT_FALSE(Find<QCheckBox>("ReplyCheck_6")->isVisible());
+}
+
+TEST_F(ProjectorSetup, CountsTheBytesOfWhatIsShown) {
+  Current().RequiresReply[1] = kFlagSet;
+  Current().Strings[1] = Characters("12345");
+  Current().Strings[11] = Characters("123");
+  Current().Strings[3] = Characters("hidden");
+  Open();
+  EXPECT_EQ(Text("BytesUsed"), "12") << "five, three, and four for the mask";
+  Key(Display(11), Qt::Key_Delete);
+  Tick("AvailableCheck_3");
+  EXPECT_EQ(Text("BytesUsed"), "11") << "an empty reply costs nothing, what is shown now does";
+  whileOpen_ = [this] { Current().Strings[3].Count = 456; };
+  Key(Display(3), Qt::Key_Return);
+  EXPECT_EQ(Text("ByteRemaining"), "-1");
+}
+
+TEST_F(ProjectorSetup, DoneRefusesInOrder) {
+  Current().WarmUpTime = Current().CoolDownTime = 0;
+  Current().Available[3] = kFlagSet;
+  Current().Strings[3].Count = 461;
+  Open();
+  EXPECT_EQ(Done(), "Cannot save as there are too many serial bytes in this configuration!");
+  Key(Display(3), Qt::Key_Delete);
+  CopyString(globals_, Characters("x"));
+  const std::pair<int, const char*> names[] = {
+      {1, "Power on"}, {2, "Data 1"}, {3, "Data 2"}, {4, "Video"}, {8, "Power off"}};
+  for (const auto& [slot, name] : names) {
+    EXPECT_EQ(Done(), std::string("Cannot save as ") + name + " string has zero byte length!");
+    Key(Display(slot), Qt::Key_V, Qt::ControlModifier);
+  }
+  EXPECT_EQ(Done(), "Cannot save as no manufacturer name has been defined!");
+  Replace(Find<QComboBox>("Manufacturer")->lineEdit(), " Acme ");
+  EXPECT_EQ(Done(), "Cannot save as no model name has been defined!");
+  Replace(Find<QLineEdit>("Model"), "A1");
+  EXPECT_EQ(Done(), "Cannot save as cool down time has not been defined!");
+  SetNumber("CoolDownTime", "90");
+  EXPECT_EQ(Done(), "Cannot save as Warm Up Time has not been defined!");
+  SetNumber("WarmUpTime", "30");
+  Tick("Baudrate_4");
+  Tick("ParityOption_2");
+  Tick("Stopbits_1");
+  EXPECT_EQ(Done(), "");
+  ASSERT_EQ(globals_.ProjectorDatabase.Size(), 1U);
+  const ProjectorDefinition& stored = globals_.ProjectorDatabase[0];
+  EXPECT_EQ(Line(stored), "ACME / A1 = 0");
+  EXPECT_THAT((std::array{stored.Baudrate, stored.Parity, stored.Stopbits}), ElementsAre(4, 2, 1));
+  EXPECT_THAT((std::array{stored.WarmUpTime, stored.CoolDownTime}), ElementsAre(30, 90));
+}
+
+TEST_F(ProjectorSetup, AsksBeforeItOverwritesAnotherDefinition) {
+  Put({Named("ACME", "A1", 1), Named("ACME", "B2", 2)});
+  OpenStorable();
+  Replace(Find<QLineEdit>("Model"), "b2");
+  prompts_.Answers = {false};
+  Press("Done");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(prompts_.LastText(), "Projector ACME / b2 already exists do you wish to over-write it?");
+  EXPECT_THAT(InMemory(), ElementsAre("ACME / A1 = 1", "ACME / B2 = 2"));
+  prompts_.Answers = {true};
+  Key(Find<QLineEdit>("Model"), Qt::Key_S, Qt::ControlModifier);
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_THAT(InMemory(), ElementsAre("ACME / A1 = 1", "ACME / b2 = 7"));
+}
+
+TEST_F(ProjectorSetup, CancelAsksOnlyWhenSomethingHasChanged) {
+  OpenStorable();
+  const ProjectorDefinition opened = Current();
+  Press("Cancel");
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_THAT(prompts_.Shown, IsEmpty());
+
+  Open();
+  Key(Display(1), Qt::Key_Delete);
+  prompts_.Answers = {false};
+  form_->close();
+  EXPECT_TRUE(form_->isVisible());
+  prompts_.Answers = {true};
+  Key(Find<QLineEdit>("Model"), Qt::Key_Escape);
+  EXPECT_FALSE(form_->isVisible());
+  EXPECT_EQ(Current(), opened);
+}
+
+TEST_F(ProjectorSetup, OpensEditorAndConsoleOnTheSlotAndShowsWhatTheyDid) {
+  OpenStorable();
+  SetNumber("InterByteDelay", "4");
+  whileOpen_ = [this] { Current().Strings[2] = Characters("abc"); };
+  Key(Display(2), Qt::Key_Return);
+  EXPECT_EQ(Display(2)->String(), Characters("abc"));
+  Press("Edit_8");
+  whileOpen_ = [this] {
+    EXPECT_EQ(Current().InterByteDelay, 4) << "what is tried is what is on show";
+    TakeAsExpectedReply(Current(), 4, Characters("OK"));
+  };
+  Press("Test_4");
+  EXPECT_THAT(used_, ElementsAre(2, 8, 4));
+  EXPECT_TRUE(Find<QCheckBox>("ReplyCheck_4")->isChecked());
+  EXPECT_EQ(Display(14)->String(), Characters("OK"));
+}
+
+TEST_F(ProjectorSetup, NotesTakeWhatARecordCanHold) {
+  OpenStorable();
+  auto* notes = Find<NotesBox>("Notes");
+  notes->setFocus();
+  notes->insertPlainText(QString(250, QLatin1Char('n')) + QChar(0x141) + QChar(0x20AC));
+  QTest::keyClick(notes, Qt::Key_Return);
+  QTest::keyClicks(notes, QStringLiteral("12345"));
+  EXPECT_EQ(notes->Notes().View().substr(250), std::u16string_view(u"\u20AC\r\n123"))
+      << "the line end is two characters, and there is no code for U+0141";
+}
+
+TEST_F(ProjectorSetup, EveryStringAndBoxFitsTheScreenAndIsReachedByKeys) {
+  Current().Available.fill(kFlagSet);
+  Current().RequiresReply.fill(kFlagSet);
+  Open();
+  EXPECT_LE(form_->height(), 700);
+  std::set<const QWidget*> reached;
+  for (QWidget* widget = form_->focusWidget(); reached.insert(widget).second; widget = form_->focusWidget())
+    QTest::keyClick(widget, Qt::Key_Tab);
+  for (int slot = 0; slot < 25; ++slot) EXPECT_TRUE(reached.contains(Display(slot))) << slot;
+  for (const QCheckBox* box : form_->findChildren<QCheckBox*>())
+    EXPECT_TRUE(reached.contains(box)) << box->objectName().toStdString();
+}
+
+}  // namespace
+}  // namespace qdm

@@ -1,0 +1,228 @@
+#include "panels/programming.h"
+
+#include "simulation/simulated_line.h"
+#include "support/message_printer.h"
+#include "support/panel_descriptions.h"
+#include "support/virtual_time.h"
+
+#include <gmock/gmock.h>
+
+#include <numeric>
+
+namespace qdm {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const Message kDone{"The QDM panel has been programed", "Done!", MessageIcon::None};
+const Message kFailed{"The QDM panel failed to program", "Error!", MessageIcon::Exclamation};
+const Message kNotConnected{"Could not connect to QDM panel", "Error!", MessageIcon::Exclamation};
+const Message kNotRestarted{"The QDM panel failed to restart", "Error!", MessageIcon::Exclamation};
+
+// Bytes of every value, among them those that are escaped.
+PanelImage SomeImage() {
+  PanelImage image;
+  for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(i * 37 + i / 100);
+  image[11] = 0x02;  // as a panel's line: 38400,n
+  return image;
+}
+
+TEST(ProgramRecord, IsCheckedThenEscaped) {
+  PanelImage image{};
+  std::copy_n(std::array<std::uint8_t, 8>{0x21, 0xFF, 0xFF, 0x00, 0x80}.begin(), 8, image.begin());
+  EXPECT_THAT(ProgramRecord(image, 0), ElementsAre(0xFF, 0x22, 0x00, 0x00, 0x21, 0xFE, 0xFE, 0xFE, 0xFE, 0x00,
+                                                   0x80, 0x00, 0x00, 0x00, 0x40));
+
+  image.fill(0);
+  image[256] = 0xFE;
+  EXPECT_THAT(ProgramRecord(image, 32),
+              ElementsAre(0xFF, 0x22, 0x00, 0x01, 0xFE, 0xFD, 0, 0, 0, 0, 0, 0, 0, 0xE0));
+  image[8] = 0xD9;  // a check byte of FE
+  EXPECT_THAT(ProgramRecord(image, 1),
+              ElementsAre(0xFF, 0x22, 0x08, 0x00, 0xD9, 0, 0, 0, 0, 0, 0, 0, 0xFE, 0xFD));
+}
+
+class Recorder : public ProgrammingObserver {
+ public:
+  void Connecting() override {}
+  void RecordsAcknowledged(int records) override { progress.push_back(records); }
+  void Tell(const Message& message) override { told.push_back(message); }
+
+  std::vector<int> progress;
+  std::vector<Message> told;
+};
+
+// A QDM 7 at 19200,e on a simulated line, with faults.
+class Download : public testing::Test {
+ protected:
+  void PanelWith(const std::vector<std::string>& faults, std::string settings = "19200,e,8,2") {
+    panel = std::make_unique<SimulatedPanel>(Described(kQdm7, std::move(settings), faults));
+    line = std::make_unique<SimulatedLine>(panel.get(), time, Pacing::TrueByteTime);
+  }
+  void Program(const std::string& settings = "19200,e,8,2", int controllerType = kQdm7) {
+    user.told.clear();
+    const Microseconds start = time.Now();
+    result = ProgramPanel(*line, settings, controllerType, image, time, stop, user);
+    took = time.Now() - start;
+    EXPECT_FALSE(line->IsOpen());
+  }
+  bool MemoryIsImage() const { return panel->Memory() == image; }
+
+  VirtualTime time;
+  PanelImage image = SomeImage();
+  std::unique_ptr<SimulatedPanel> panel;
+  std::unique_ptr<SimulatedLine> line;
+  StopRequest stop;
+  Recorder user;
+  ProgrammingResult result;
+  Microseconds took{};
+};
+
+TEST_F(Download, ProgramsEveryByteAndRestartsThePanel) {
+  PanelWith({});
+  Program("9600,n,8,2");  // where the panel is not found: every other setting is tried
+  EXPECT_TRUE(MemoryIsImage());
+  EXPECT_THAT(user.told, ElementsAre(kDone));
+  std::vector<int> everyRecord(kRecords + 1);
+  std::iota(everyRecord.begin(), everyRecord.end(), 0);
+  EXPECT_EQ(user.progress, everyRecord);
+  EXPECT_TRUE(result.Connected && result.Programmed && result.Restarted);
+  EXPECT_EQ(result.Records, kRecords);
+  EXPECT_EQ(result.Retries, 0);
+  EXPECT_EQ(panel->Restarts(), 1);
+  EXPECT_EQ(panel->OwnSettings().Speed, 38400) << "listens where its new memory says";
+}
+
+TEST_F(Download, DoesNotConnectToAnotherTypeOrToNothing) {
+  PanelWith({});
+  Program("19200,e,8,2", kQdm6);
+  EXPECT_THAT(user.told, ElementsAre(kNotConnected));
+  EXPECT_EQ(took, milliseconds(16 * 500));
+  EXPECT_EQ(panel->RecordsSeen(), 0);
+  EXPECT_EQ(panel->Restarts(), 0);
+}
+
+TEST_F(Download, RepeatsWhatGoesWrongOnTheWay) {
+  const std::vector<std::string> faults = {"lose-ack:3",  "wrong-ack:7",      "noise:2",
+                                           "long-ack:2",  "late-ack:5:1500",  "late-ack:64:1999",
+                                           "drop:9",      "drop:9:0",         "drop:9:1",
+                                           "corrupt:9",   "corrupt:9:0:128",  "corrupt:64:12:255",
+                                           "restart:10",  "lose-restart:1",   "late-restart:1:700",
+                                           "lose-ack:%7", "late-ack:%9:2000", "drop:1:2"};
+  for (const std::string& fault : faults) {
+    SCOPED_TRACE(fault);
+    PanelWith({fault});
+    Program();
+    EXPECT_THAT(user.told, ElementsAre(kDone));
+    EXPECT_TRUE(MemoryIsImage());
+    EXPECT_EQ(result.Retries, panel->RecordsSeen() - kRecords);
+  }
+}
+
+TEST_F(Download, GivesUpAfterSixSilences) {
+  PanelWith({"die:40"});
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kFailed, kNotRestarted));
+  EXPECT_EQ(result.Records, 39);
+  EXPECT_EQ(result.Retries, 5);
+
+  PanelWith({"lose-ack"});
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kFailed));
+  EXPECT_EQ(panel->RecordsSeen(), 6);
+  EXPECT_EQ(panel->Restarts(), 1) << "partly written, but running";
+
+  PanelWith({"late-ack:64:1900", "lose-restart"});
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kDone, kNotRestarted)) << "what comes late confirms no restart";
+  EXPECT_TRUE(result.Programmed);
+  EXPECT_FALSE(result.Restarted);
+}
+
+// The acknowledgement of attempt 1 of record 10 comes 1.9 s late, while record 11 is lost on its way six
+// times.
+TEST_F(Download, ALateAcknowledgementConfirmsNoLaterRecord) {
+  for (const int late : {600, 1000, 1500, 1900, 2000}) {
+    SCOPED_TRACE(late);
+    PanelWith({"late-ack:10:" + std::to_string(late), "drop:12", "drop:13", "drop:14", "drop:15", "drop:16",
+               "drop:17"});
+    Program();
+    EXPECT_THAT(user.told, ElementsAre(kFailed));
+    EXPECT_EQ(result.Records, 10);
+  }
+}
+
+TEST_F(Download, ALineThatNeverFallsSilentIsGivenUp) {
+  PanelWith({"lose-ack:3"});
+  for (int i = 0; i < 200; ++i) line->NoiseAt(time.Now() + milliseconds(1000 + 100 * i), Bytes{0x55});
+  Program();
+  EXPECT_EQ(user.told.front(), kFailed);
+  EXPECT_FALSE(MemoryIsImage());
+}
+
+TEST_F(Download, AStopRequestEndsItAsFailedAndRestartsThePanel) {
+  PanelWith({});
+  time.At(time.Now() + milliseconds(800), [this] { stop.Set(); });
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kFailed));
+  EXPECT_GT(result.Records, 0);
+  EXPECT_LT(result.Records, kRecords);
+  EXPECT_EQ(panel->Restarts(), 1);
+  EXPECT_LT(took, seconds(1));
+
+  PanelWith({});
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kNotConnected)) << "stopped before it began";
+  EXPECT_EQ(took, Microseconds(0));
+}
+
+TEST_F(Download, AnAdapterThatIsPulledOutEndsItAtOnce) {
+  for (const int after : {100, 600, 900}) {
+    SCOPED_TRACE(after);
+    PanelWith({});
+    line->UnplugAt(time.Now() + milliseconds(after));
+    Program();
+    EXPECT_EQ(took, milliseconds(after));
+    if (after < 500) {
+      EXPECT_THAT(user.told, ElementsAre(kNotConnected));
+    } else {
+      EXPECT_THAT(user.told, ElementsAre(kFailed, kNotRestarted));
+    }
+  }
+}
+
+TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
+  SimulatedPorts ports(time);
+  ports.AttachPanel(1, "simulated", SimulatedPanel(Described(kQdm7, "9600,n,8,2")));
+  ports.AttachPanel(2, "simulated", SimulatedPanel(Described(kQdm6, "9600,n,8,2", {"no-restart-ack"})));
+  ports.AttachPanel(3, "simulated", SimulatedPanel(Described(kTlVox, "9600,n,8,2")));
+  ports.AttachLine(4, "silent");
+  std::vector<SearchSlot> slots = AllSlots(ports);
+  SearchAllPorts(slots, kQdm7, time, stop, nullptr);
+  EXPECT_THAT(RestartFoundPanels(slots, time), ElementsAre(kNotRestarted));
+  EXPECT_EQ(ports.PanelAt(1)->Restarts(), 1);
+  EXPECT_EQ(ports.PanelAt(2)->Restarts(), 6);
+  EXPECT_EQ(ports.PanelAt(3)->Restarts(), 1);
+}
+
+TEST(FirmwareGate, RefusesAmplifiersBefore13) {
+  for (const char* refused : {"TL-VOX 1.0", "TL-VOX 1.1", "TL-VOX 1.2", "TL-VOX 11.2"}) {
+    const std::optional<Message> message = FirmwareGate(refused);
+    ASSERT_TRUE(message) << refused;
+    EXPECT_EQ(message->Title, "Sorry");
+    EXPECT_EQ(message->Icon, MessageIcon::Exclamation);
+    EXPECT_THAT(message->Text,
+                HasSubstr("This version of the QDM editor can only\r\noperate with TL-VOX firmware 1.3 "
+                          "or higher\r\nTo proceed you will need to update the firmware\r\n"));
+    EXPECT_THAT(message->Text, HasSubstr("www.brevan.example"));
+  }
+  for (const char* passed : {"TL-VOX 1.3", "TL-VOX 2.0", "TL-VOX 1.12", "QDM7 1.2", "QDM4 1.0", ""}) {
+    EXPECT_FALSE(FirmwareGate(passed)) << passed;
+  }
+}
+
+}  // namespace
+}  // namespace qdm
