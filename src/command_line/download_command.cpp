@@ -62,7 +62,7 @@ class DownloadRun {
   }
 
   std::size_t Choose(const PanelSearch& search) const {
-    if (context_.Stop.IsSet()) Fail("interrupted, nothing was programmed");
+    if (context_.Stop.stop_requested()) Fail("interrupted, nothing was programmed");
     std::vector<std::size_t> choosable;
     for (std::size_t i = 0; i < search.Slots.size(); ++i) {
       if (search.Slots[i].Choosable()) choosable.push_back(i);
@@ -88,7 +88,7 @@ class DownloadRun {
     ConsoleObserver observer(context_);
     const Microseconds begin = context_.Time.Now();
     const ProgrammingResult result = ProgramPanel(*slot.Port, slot.Settings, configuration_.ControllerType,
-                                                  image, context_.Time, context_.Stop, observer);
+                                                  image, context_.Time, context_.Stop.get_token(), observer);
     const std::chrono::duration<double> taken = context_.Time.Now() - begin;
 
     const std::string records =
@@ -99,7 +99,7 @@ class DownloadRun {
     if (result.Connected) context_.Out << summary.str();
     if (result.Programmed && result.Restarted) return;
     if (result.Programmed) Fail("programmed, but the panel did not restart");
-    const std::string reason = context_.Stop.IsSet() ? "interrupted" : "failed";
+    const std::string reason = context_.Stop.stop_requested() ? "interrupted" : "failed";
     Fail(result.Connected ? reason + " after " + records : reason + ", the panel does not answer");
   }
 

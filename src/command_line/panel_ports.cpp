@@ -81,7 +81,7 @@ PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<in
   AddPorts(search, ports, context);
   ProgressLine progress(context);
   const auto show = [&](std::size_t slot) { progress.Show(search.Slots[slot].Status); };
-  SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop, show);
+  SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop.get_token(), show);
   const bool anyAnswered = std::any_of(search.Slots.begin(), search.Slots.end(),
                                        [](const SearchSlot& slot) { return slot.Panel.has_value(); });
   progress.Show(anyAnswered ? "Restarting" : "");

@@ -111,7 +111,7 @@ int Simulate(const SimulateOptions& options, CommandContext& context) {
   const PseudoTerminalPanel served(panel, context.Time, options.Pace ? Pacing::TrueByteTime : Pacing::None);
   context.Out << served.Device() << std::endl;
   // Kept whenever it changed: by the time that a restart is acknowledged, everything before is on the disk.
-  while (!context.Stop.IsSet()) {
+  while (!context.Stop.stop_requested()) {
     context.Time.Yield(context.Time.Now() + std::chrono::hours(1));
     memory.Keep(panel.Memory());
   }

@@ -22,7 +22,7 @@ void OnePortSearch::AskAt(std::size_t setting) {
   status_(std::string(LineSettingsTable[setting].StatusText));
 }
 
-void OnePortSearch::Look() {
+void OnePortSearch::Advance() {
   if (finished_) return;
   if (!port_.IsOpen()) return NotFound();
   if (port_.BytesWaiting() < kIdentReplyBytes && time_.Now() < deadline_) return;

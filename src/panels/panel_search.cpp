@@ -103,11 +103,11 @@ void AllPortsSearch::ClosePorts() {
 }  // namespace
 
 void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controllerType, Waiting& time,
-                    const StopRequest& stop, const SlotChanged& changed) {
+                    const std::stop_token& stop, const SlotChanged& changed) {
   AllPortsSearch search(slots, controllerType, time, changed);
   search.OpenPorts();
   for (const LineSetting& setting : LineSettingsTable) {
-    if (stop.IsSet() || !search.AnybodyToAsk()) break;
+    if (stop.stop_requested() || !search.AnybodyToAsk()) break;
     search.AskAt(setting);
     search.WaitForAnswers();
     search.TakeAnswers(setting);

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,7 @@ using SlotChanged = std::function<void(std::size_t slot)>;
 // is closed afterwards. Ends early when nobody is left to ask, or at the next line setting after `stop` is
 // set; slots that have not answered then read "No QDM found".
 void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controllerType, Waiting& time,
-                    const StopRequest& stop, const SlotChanged& changed);
+                    const std::stop_token& stop, const SlotChanged& changed);
 
 // One slot for each of COM1..COM16.
 std::vector<SearchSlot> AllSlots(SerialPorts& ports);

@@ -33,32 +33,32 @@ std::string_view ParityPiece(std::int16_t parity) {
   }
 }
 
-void Pause(Waiting& time, std::chrono::milliseconds period, const StopRequest& stop) {
+void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_token& stop) {
   const Deadline deadline(time, period);
-  while (!deadline.Passed() && !stop.IsSet()) time.Yield(deadline.At());
+  while (!deadline.Passed() && !stop.stop_requested()) time.Yield(deadline.At());
 }
 
 }  // namespace
 
-std::string TestLineSettings(const ProjectorDefinition& projector) {
+std::string TrialLineSettings(const ProjectorDefinition& projector) {
   std::string settings(SpeedPiece(projector.Baudrate));
   settings += ParityPiece(projector.Parity);
   settings += projector.Stopbits != 0 ? "2" : "1";
   return settings;
 }
 
-void SendString(SerialPort& port, const StringTest& test, Waiting& time, const StopRequest& stop) {
+void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const std::stop_token& stop) {
   const auto send = [&](std::uint8_t byte) {
     port.Write({&byte, 1});
-    Pause(time, test.InterByteDelay, stop);
+    Pause(time, trial.InterByteDelay, stop);
   };
-  for (std::size_t i = 0; i < test.String.BytesInUse(); ++i) {
-    if (stop.IsSet() || !port.IsOpen()) return;
-    if (test.Level && static_cast<int>(i) == test.VariablePosition - 1) {
-      for (const std::uint8_t byte : *test.Level) send(byte);
-      Pause(time, test.InterByteDelay, stop);
+  for (std::size_t i = 0; i < trial.String.BytesInUse(); ++i) {
+    if (stop.stop_requested() || !port.IsOpen()) return;
+    if (trial.Level && static_cast<int>(i) == trial.VariablePosition - 1) {
+      for (const std::uint8_t byte : *trial.Level) send(byte);
+      Pause(time, trial.InterByteDelay, stop);
     } else {
-      send(test.String.Values[i]);
+      send(trial.String.Values[i]);
     }
   }
 }

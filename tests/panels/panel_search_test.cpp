@@ -36,14 +36,14 @@ class PanelSearch : public testing::Test {
   void Search(std::optional<int> controllerType = std::nullopt) {
     slots = AllSlots(ports);
     const Microseconds start = time.Now();
-    SearchAllPorts(slots, controllerType, time, stop,
+    SearchAllPorts(slots, controllerType, time, stop.get_token(),
                    [this](std::size_t slot) { shown[slot].push_back(slots[slot].Status); });
     took = time.Now() - start;
   }
 
   VirtualTime time;
   SimulatedPorts ports{time};
-  StopRequest stop;
+  std::stop_source stop;
   std::vector<SearchSlot> slots;
   std::map<std::size_t, std::vector<std::string>> shown;
   Microseconds took{};
@@ -98,7 +98,7 @@ TEST_F(PanelSearch, WhateverIsNotExactlyOneReplyIsNoAnswer) {
 TEST_F(PanelSearch, StopsBeforeTheNextSettingAndKeepsWhatAnswered) {
   Attach(Described(kQdm7, "9600,e,8,2"));
   Attach(Described(kQdm6, "9600,o,8,2"));
-  time.At(time.Now() + milliseconds(700), [this] { stop.Set(); });
+  time.At(time.Now() + milliseconds(700), [this] { stop.request_stop(); });
   Search(kTlVox);
   EXPECT_EQ(took, milliseconds(1000));
   EXPECT_EQ(slots[0].Status, "QDM7 1.3");

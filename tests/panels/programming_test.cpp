@@ -65,7 +65,7 @@ class Download : public testing::Test {
   void Program(const std::string& settings = "19200,e,8,2", int controllerType = kQdm7) {
     user.told.clear();
     const Microseconds start = time.Now();
-    result = ProgramPanel(*line, settings, controllerType, image, time, stop, user);
+    result = ProgramPanel(*line, settings, controllerType, image, time, stop.get_token(), user);
     took = time.Now() - start;
     EXPECT_FALSE(line->IsOpen());
   }
@@ -75,7 +75,7 @@ class Download : public testing::Test {
   PanelImage image = SomeImage();
   std::unique_ptr<SimulatedPanel> panel;
   std::unique_ptr<SimulatedLine> line;
-  StopRequest stop;
+  std::stop_source stop;
   Recorder user;
   ProgrammingResult result;
   Microseconds took{};
@@ -165,7 +165,7 @@ TEST_F(Download, ALineThatNeverFallsSilentIsGivenUp) {
 
 TEST_F(Download, AStopRequestEndsItAsFailedAndRestartsThePanel) {
   PanelWith({});
-  time.At(time.Now() + milliseconds(800), [this] { stop.Set(); });
+  time.At(time.Now() + milliseconds(800), [this] { stop.request_stop(); });
   Program();
   EXPECT_THAT(user.told, ElementsAre(kFailed));
   EXPECT_GT(result.Records, 0);
@@ -201,7 +201,7 @@ TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
   ports.AttachPanel(3, "simulated", SimulatedPanel(Described(kTlVox, "9600,n,8,2")));
   ports.AttachLine(4, "silent");
   std::vector<SearchSlot> slots = AllSlots(ports);
-  SearchAllPorts(slots, kQdm7, time, stop, nullptr);
+  SearchAllPorts(slots, kQdm7, time, stop.get_token(), nullptr);
   EXPECT_THAT(RestartFoundPanels(slots, time), ElementsAre(kNotRestarted));
   EXPECT_EQ(ports.PanelAt(1)->Restarts(), 1);
   EXPECT_EQ(ports.PanelAt(2)->Restarts(), 6);

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <stop_token>
 #include <vector>
 
 namespace qdm {
@@ -37,7 +38,7 @@ QString PortName(std::size_t slot) { return QStringLiteral("COM%1").arg(slot + 1
 // What a procedure works on. It keeps its own hold, so that it can end in peace when the form is gone.
 struct Download::Work {
   std::vector<SearchSlot> Slots;
-  StopRequest Stop;
+  std::stop_source Stop;
   bool Running = false;
 };
 
@@ -85,7 +86,7 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
   Form_Load();
 }
 
-Download::~Download() { work_->Stop.Set(); }
+Download::~Download() { work_->Stop.request_stop(); }
 
 void Download::MakeRow(std::size_t slot) {
   SlotRow& row = rows_[slot];
@@ -138,7 +139,7 @@ void Download::Timer1_Timer() {
 void Download::Find_Click() { Search(); }
 
 void Download::Stopper_Click() {
-  work_->Stop.Set();
+  work_->Stop.request_stop();
   ShowInstruction();
 }
 
@@ -161,7 +162,7 @@ void Download::reject() {
   Timer1->stop();
   if (work_->Running) {
     closing_ = true;
-    work_->Stop.Set();
+    work_->Stop.request_stop();
     ShowStage(stage_);
     return;
   }
@@ -171,7 +172,7 @@ void Download::reject() {
 
 void Download::BeginWork() {
   work_->Running = true;
-  work_->Stop.Clear();
+  work_->Stop = std::stop_source();
 }
 
 void Download::EndWork() {
@@ -196,9 +197,10 @@ void Download::Search() {
   work->Slots = AllSlots(ports_);
   Waiting& time = time_;
   ShowStage(Stage::Searching);
-  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->Stop, [self](std::size_t slot) {
-    if (self) self->ShowSlot(slot);
-  });
+  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->Stop.get_token(),
+                 [self](std::size_t slot) {
+                   if (self) self->ShowSlot(slot);
+                 });
   if (self) ShowStage(Stage::Restarting);
   for (const Message& message : RestartFoundPanels(work->Slots, time)) {
     if (self) prompts_.Show(this, message);
@@ -217,7 +219,7 @@ void Download::ProgramSlot(std::size_t slot) {
   Progress progress(this);
   const SearchSlot& panel = work->Slots[slot];
   const ProgrammingResult result = ProgramPanel(*panel.Port, panel.Settings, configuration_.ControllerType,
-                                                globals_.Image, time_, work->Stop, progress);
+                                                globals_.Image, time_, work->Stop.get_token(), progress);
   if (!self) return;
   outcome_ =
       result.Programmed
@@ -283,7 +285,7 @@ void Download::ShowInstruction() {
       text = QStringLiteral("This configuration cannot be downloaded.");
       break;
   }
-  if (work_->Running && work_->Stop.IsSet()) text = QStringLiteral("Stopping...");
+  if (work_->Running && work_->Stop.stop_requested()) text = QStringLiteral("Stopping...");
   for (QLabel* label : {ui_->SearchLabel, ui_->ClickSelectLabel, ui_->LinkLabel, ui_->ProgramLabel})
     label->setText(text);
 }

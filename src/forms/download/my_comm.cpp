@@ -84,8 +84,8 @@ void MyComm::Timer1_Timer() {
   }
 }
 
-void MyComm::Look() {
-  search_->Look();
+void MyComm::Advance() {
+  search_->Advance();
   if (search_->Finished()) Finish();
 }
 
