@@ -104,10 +104,9 @@ class DownloadRun {
   }
 
   std::string TypeName() const {
-    const auto type = static_cast<std::size_t>(configuration_.ControllerType);
-    return type < ControllerTypeNames.size()
-               ? std::string(ControllerTypeNames[type])
-               : "controller of type " + std::to_string(configuration_.ControllerType);
+    const PanelType* type = PanelTypeOf(configuration_.ControllerType);
+    return type != nullptr ? std::string(type->Caption)
+                           : "controller of type " + std::to_string(configuration_.ControllerType);
   }
   // "; QDM6 1.3 is on COM2".
   std::string OthersIn(const PanelSearch& search) const {

@@ -49,19 +49,9 @@ void Runs(CLI::App* command, Request& request, int (*run)(const Options&, Comman
   });
 }
 
-// "QDM 7", "qdm7", "tl-vox": case and blanks do not matter.
-int ControllerTypeOf(const std::string& text) {
-  const auto plain = [](std::string_view name) {
-    std::string kept;
-    for (const char c : name) {
-      if (c != ' ') kept += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return kept;
-  };
-  for (std::size_t type = 0; type < ControllerTypeNames.size(); ++type) {
-    if (plain(ControllerTypeNames[type]) == plain(text)) return static_cast<int>(type);
-  }
-  throw CLI::ValidationError("--type", "\"" + text + "\" is none of QDM 7, QDM 6, QDM 4, TL-VOX");
+ControllerTypeValue ControllerTypeOf(const std::string& text) {
+  if (const PanelType* type = PanelTypeNamed(text)) return type->Code;
+  throw CLI::ValidationError("--type", "\"" + text + "\" is none of " + CaptionsOfPanelTypes());
 }
 
 void AddTextCommands(CLI::App& app, Request& request) {
@@ -233,7 +223,7 @@ void AddPanelCommands(CLI::App& app, Request& request) {
       ->add_option_function<std::string>(
           "--type",
           [&request](const std::string& type) { request.Find.ControllerType = ControllerTypeOf(type); },
-          "what to look for: QDM 7, QDM 6, QDM 4 or TL-VOX; any when left out")
+          "what to look for: " + CaptionsOfPanelTypes(" or ") + "; any when left out")
       ->type_name("TYPE");
   command->add_option("--port", request.Find.Ports, "search this port alone; may be repeated")
       ->allow_extra_args(false)
@@ -271,7 +261,7 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
       ->add_option_function<std::string>(
           "--type",
           [&request](const std::string& type) { request.Simulate.ControllerType = ControllerTypeOf(type); },
-          "QDM 7 (when left out), QDM 6, QDM 4 or TL-VOX")
+          CaptionsOfPanelTypes(" or ").insert(PanelTypes.front().Caption.size(), " (when left out)"))
       ->type_name("TYPE");
   command->add_option("--firmware", request.Simulate.Firmware, "its version; 1.3 when left out")
       ->type_name("MAJOR.MINOR");

@@ -26,9 +26,6 @@ constexpr std::array<std::uint8_t, 8> SearchRequest = {'Q', 'D', 'M', 'S', 'E', 
 
 namespace {
 
-// By model code less one; the blank belongs to the name.
-constexpr std::array<std::string_view, kModels> kModelNames = {"QDM7 ", "QDM6 ", "QDM4 ", "TL-VOX "};
-
 constexpr std::uint8_t kSumOfReply = 1;
 
 }  // namespace
@@ -45,10 +42,11 @@ std::array<std::uint8_t, kIdentReplyBytes> IdentReplyOf(const Identification& pa
   return {panel.Model, panel.Major, panel.Minor, static_cast<std::uint8_t>(kSumOfReply - sum)};
 }
 
-std::string IdentificationText(const Identification& panel, int knownModels) {
-  std::string text;
-  if (panel.Model >= 1 && panel.Model <= knownModels) text = kModelNames[panel.Model - 1U];
-  return text + std::to_string(panel.Major) + "." + std::to_string(panel.Minor);
+std::string IdentificationText(const Identification& panel, NamedModels named) {
+  const std::string version = std::to_string(panel.Major) + "." + std::to_string(panel.Minor);
+  const PanelType* type = panel.Type();
+  const bool hasName = type != nullptr && (named == NamedModels::All || type->Kind == DeviceKind::WallPanel);
+  return hasName ? std::string(type->ShortName) + " " + version : version;
 }
 
 }  // namespace qdm

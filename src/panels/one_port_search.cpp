@@ -3,11 +3,6 @@
 #include <utility>
 
 namespace qdm {
-namespace {
-
-constexpr int kModelsKnown = 3;
-
-}  // namespace
 
 OnePortSearch::OnePortSearch(SerialPort& port, const Waiting& time, StatusChanged status)
     : port_(port), time_(time), status_(std::move(status)) {
@@ -38,7 +33,7 @@ void OnePortSearch::Found(const Identification& panel) {
   finished_ = true;
   port_.Close();
   result_ = {panel, std::string(LineSettingsTable[setting_].Settings)};
-  status_(IdentificationText(panel, kModelsKnown));
+  status_(IdentificationText(panel, NamedModels::WallPanels));
 }
 
 void OnePortSearch::NotFound() {

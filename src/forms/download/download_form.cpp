@@ -23,10 +23,8 @@ constexpr int kRows = kPortSlots / 2;  // in two columns of slots
 constexpr int kColumnsOfSlot = 4;      // option, device, status, gap
 constexpr int kGap = 24;
 
-QString TypeName(int controllerType) {
-  const auto index = static_cast<std::size_t>(controllerType);
-  if (index >= ControllerTypeNames.size()) return QStringLiteral("unknown model");
-  return QLatin1String(ControllerTypeNames[index]);
+QString TypeName(const PanelType* type) {
+  return type != nullptr ? QLatin1String(type->Caption) : QStringLiteral("unknown model");
 }
 
 bool IsEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
@@ -292,7 +290,7 @@ void Download::ShowInstruction() {
 
 QString Download::ChoiceInstruction() const {
   const std::vector<SearchSlot>& slots = work_->Slots;
-  const QString wanted = TypeName(configuration_.ControllerType);
+  const QString wanted = TypeName(PanelTypeOf(configuration_.ControllerType));
   if (std::any_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Choosable(); })) {
     return QStringLiteral("Click on the panel to program.");
   }
@@ -336,7 +334,7 @@ QString Download::WhyNotChoosable(const SearchSlot& slot, int number) const {
   if (stage_ != Stage::Choice || slot.Choosable()) return {};
   if (slot.Panel) {
     return QStringLiteral("This is a %1, the configuration is for a %2.")
-        .arg(TypeName(slot.Panel->Model - 1), TypeName(configuration_.ControllerType));
+        .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(configuration_.ControllerType)));
   }
   if (slot.Present) return QStringLiteral("Nobody answered at any line setting.");
   return WhyPortIsClosed(ports_, number);

@@ -1,0 +1,25 @@
+// What bash completes is written down in its own language; it must be what the program's tables hold.
+#include "base/file_access.h"
+#include "config/panel_types.h"
+
+#include <gmock/gmock.h>
+
+namespace qdm {
+namespace {
+
+template <class Rows, class Member>
+std::string Joined(const Rows& rows, Member member, const std::string& separator) {
+  std::string joined;
+  for (const auto& row : rows) joined.append(joined.empty() ? "" : separator).append(row.*member);
+  return joined;
+}
+
+TEST(BashCompletion, OffersEveryRowOfTheTables) {
+  const Bytes file = ReadWholeFile(PathFromUtf8(QDM_SOURCE_DIR "/packaging/qdm.bash-completion"));
+  const std::string script(file.begin(), file.end());
+  EXPECT_THAT(script, testing::HasSubstr("--type) _qdm_words $'" +
+                                         Joined(PanelTypes, &PanelType::ShortName, "\\n") + "'"));
+}
+
+}  // namespace
+}  // namespace qdm
