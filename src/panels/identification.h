@@ -5,6 +5,7 @@
 
 #include "base/record_codec.h"
 #include "config/panel_types.h"
+#include "line/speeds_and_parities.h"
 
 #include <array>
 #include <cstdint>
@@ -18,8 +19,8 @@ struct LineSetting {
   std::string_view Settings;
   std::string_view StatusText;
 };
-inline constexpr std::size_t kLineSettings = 15;
-// In the order in which they are tried.
+inline constexpr std::size_t kLineSettings = LineSpeeds.size() * LineParities.size();
+// In the order in which they are tried: "9600,n,8,2" with "Search 9K6,none", each speed with each parity.
 extern const std::array<LineSetting, kLineSettings> LineSettingsTable;
 
 extern const std::array<std::uint8_t, 8> SearchRequest;

@@ -1,36 +1,16 @@
 #include "projector_bench/string_trial.h"
 
+#include "line/speeds_and_parities.h"
+
 #include <algorithm>
 
 namespace qdm {
 namespace {
 
-std::string_view SpeedPiece(std::int16_t baudrate) {
-  switch (baudrate) {
-    case 1:
-      return "19200,";
-    case 2:
-      return "38400,";
-    case 3:
-      return "57600,";
-    case 4:
-      return "115200,";
-    default:
-      return "9600,";
-  }
-}
-
-std::string_view ParityPiece(std::int16_t parity) {
-  switch (parity) {
-    case 0:
-      return "n,8,";
-    case 1:
-      return "e,8,";
-    case 2:
-      return "0,8,";
-    default:
-      return "";
-  }
+std::string ParityPiece(int code) {
+  const ParityChoice* parity = ParityWithCode(code);
+  if (parity == nullptr) return "";
+  return std::string(parity->Parity == LineParity::Odd ? "0" : parity->Letter) + ",8,";
 }
 
 void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_token& stop) {
@@ -41,10 +21,8 @@ void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_toke
 }  // namespace
 
 std::string TrialLineSettings(const ProjectorDefinition& projector) {
-  std::string settings(SpeedPiece(projector.Baudrate));
-  settings += ParityPiece(projector.Parity);
-  settings += projector.Stopbits != 0 ? "2" : "1";
-  return settings;
+  return std::string(SpeedOf(projector.Baudrate).Digits) + "," + ParityPiece(projector.Parity) +
+         (projector.Stopbits != 0 ? "2" : "1");
 }
 
 void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const std::stop_token& stop) {

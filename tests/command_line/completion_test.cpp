@@ -1,6 +1,7 @@
 // What bash completes is written down in its own language; it must be what the program's tables hold.
 #include "base/file_access.h"
 #include "config/panel_types.h"
+#include "line/speeds_and_parities.h"
 
 #include <gmock/gmock.h>
 
@@ -19,6 +20,9 @@ TEST(BashCompletion, OffersEveryRowOfTheTables) {
   const std::string script(file.begin(), file.end());
   EXPECT_THAT(script, testing::HasSubstr("--type) _qdm_words $'" +
                                          Joined(PanelTypes, &PanelType::ShortName, "\\n") + "'"));
+  const std::string settings = "{" + Joined(LineSpeeds, &LineSpeed::Digits, ",") + "},{" +
+                               Joined(LineParities, &ParityChoice::Letter, ",") + "},8,2";
+  EXPECT_THAT(script, testing::HasSubstr("--settings) _qdm_words \"$(printf '%s\\n' " + settings + ")\""));
 }
 
 }  // namespace
