@@ -39,7 +39,7 @@ void OnePortSearch::Found(const Identification& panel) {
 void OnePortSearch::NotFound() {
   finished_ = true;
   port_.Close();
-  status_("No QDM found");
+  status_(std::string(kNoPanelText));
 }
 
 }  // namespace qdm

@@ -11,21 +11,32 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qdm {
 
 inline constexpr Microseconds kReplyTimeout = std::chrono::milliseconds(500);
 
+// How far the search on one port is.
+enum class SlotState { Waiting, NoPort, Asking, Asked };
+
 struct SearchSlot {
   std::unique_ptr<SerialPort> Port;
-  bool Present = false;
-  std::string Status;  // "Please Wait", "No Port", a search text, "No QDM found" or the identification text
-  std::optional<Identification> Panel;  // whoever answered, of the wanted type or not
-  std::string Settings;                 // where it answered; empty unless it is of the wanted type
+  SlotState State = SlotState::Waiting;
+  const LineSetting* Setting = nullptr;  // the one that is being tried, or where the panel answered
+  std::optional<Identification> Panel;   // whoever answered, of the wanted type or not
+  bool Wanted = false;                   // the panel is of the type that is looked for
 
-  bool Choosable() const { return !Settings.empty(); }
+  bool Present() const { return State != SlotState::NoPort; }
+  bool Choosable() const { return Panel && Wanted; }
+  // Where it answered; empty unless it can be chosen.
+  std::string_view Settings() const { return Choosable() ? Setting->Settings : std::string_view(); }
 };
+
+inline constexpr std::string_view kNoPanelText = "No QDM found";
+// What a slot shows: "Please Wait", "No Port", a search text, "No QDM found" or the identification text.
+std::string StatusText(const SearchSlot& slot);
 
 // Told after every change of a slot.
 using SlotChanged = std::function<void(std::size_t slot)>;

@@ -208,10 +208,10 @@ std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting&
   return messages;
 }
 
-std::optional<Message> FirmwareGate(const std::string& identificationText) {
-  const std::string_view text = identificationText;
-  if (!text.starts_with("TL-VOX")) return std::nullopt;
-  if (!text.ends_with("1.0") && !text.ends_with("1.1") && !text.ends_with("1.2")) return std::nullopt;
+std::optional<Message> FirmwareGate(const Identification& panel) {
+  // Only the last digit of the major version counts, as it always has: 11.2 is taken for 1.2.
+  const bool tooOld = panel.Major % 10 == 1 && panel.Minor <= 2;
+  if (!panel.IsOfType(kTlVox) || !tooOld) return std::nullopt;
   return Message{
       "This version of the QDM editor can only\r\n"
       "operate with TL-VOX firmware 1.3 or higher\r\n"

@@ -54,8 +54,7 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
 // message for each that did not acknowledge; every port is closed afterwards.
 std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time);
 
-// Amplifiers with firmware before 1.3 cannot be programmed: the message for an identification text that is
-// refused.
-std::optional<Message> FirmwareGate(const std::string& identificationText);
+// Amplifiers with firmware before 1.3 cannot be programmed: the message for one that is refused.
+std::optional<Message> FirmwareGate(const Identification& panel);
 
 }  // namespace qdm

@@ -209,9 +209,10 @@ TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
 }
 
 TEST(FirmwareGate, RefusesAmplifiersBefore13) {
-  for (const char* refused : {"TL-VOX 1.0", "TL-VOX 1.1", "TL-VOX 1.2", "TL-VOX 11.2"}) {
+  using Panel = Identification;
+  for (const Panel refused : {Panel{4, 1, 0}, Panel{4, 1, 1}, Panel{4, 1, 2}, Panel{4, 11, 2}}) {
     const std::optional<Message> message = FirmwareGate(refused);
-    ASSERT_TRUE(message) << refused;
+    ASSERT_TRUE(message) << IdentificationText(refused);
     EXPECT_EQ(message->Title, "Sorry");
     EXPECT_EQ(message->Icon, MessageIcon::Exclamation);
     EXPECT_THAT(message->Text,
@@ -219,8 +220,9 @@ TEST(FirmwareGate, RefusesAmplifiersBefore13) {
                           "or higher\r\nTo proceed you will need to update the firmware\r\n"));
     EXPECT_THAT(message->Text, HasSubstr("www.brevan.example"));
   }
-  for (const char* passed : {"TL-VOX 1.3", "TL-VOX 2.0", "TL-VOX 1.12", "QDM7 1.2", "QDM4 1.0", ""}) {
-    EXPECT_FALSE(FirmwareGate(passed)) << passed;
+  for (const Panel passed : {Panel{4, 1, 3}, Panel{4, 2, 0}, Panel{4, 1, 12}, Panel{4, 0, 2}, Panel{1, 1, 2},
+                             Panel{3, 1, 0}, Panel{0, 1, 2}, Panel{5, 1, 2}}) {
+    EXPECT_FALSE(FirmwareGate(passed)) << IdentificationText(passed);
   }
 }
 

@@ -76,10 +76,10 @@ TEST_F(PanelOnPseudoTerminal, IsFoundAtItsSpeedWhateverElseIsOnThePorts) {
   slots[1].Port = PortAt("/dev/missing");
   slots[2].Port = PortAt(device->Device());
   SearchAllPorts(slots, kType, scaled, stop.get_token(), [](std::size_t) {});
-  EXPECT_EQ(slots[0].Status, "No QDM found");
-  EXPECT_EQ(slots[1].Status, "No Port");
-  EXPECT_EQ(slots[2].Status, "QDM7 1.3");
-  EXPECT_EQ(slots[2].Settings, "38400,n,8,2");
+  EXPECT_EQ(StatusText(slots[0]), "No QDM found");
+  EXPECT_EQ(StatusText(slots[1]), "No Port");
+  EXPECT_EQ(StatusText(slots[2]), "QDM7 1.3");
+  EXPECT_EQ(slots[2].Settings(), "38400,n,8,2");
   EXPECT_THAT(RestartFoundPanels(slots, scaled), testing::IsEmpty());
   EXPECT_EQ(panel->Restarts(), 1);
   for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
@@ -100,7 +100,7 @@ TEST_F(PanelOnPseudoTerminal, IsFoundLaterWhenAnAnswerIsSpoilt) {
     std::vector<SearchSlot> slots(1);
     slots[0].Port = PortAt(device->Device());
     SearchAllPorts(slots, kType, scaled, stop.get_token(), [](std::size_t) {});
-    EXPECT_EQ(slots[0].Settings, foundAt) << fault;
+    EXPECT_EQ(slots[0].Settings(), foundAt) << fault;
   }
 }
 

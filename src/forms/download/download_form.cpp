@@ -117,7 +117,6 @@ void Download::Form_Load() {
     ui_->SlotGrid->setColumnStretch(column, 1);
   ui_->Records->setRange(0, kRecords);
   work_->Slots = AllSlots(ports_);
-  for (SearchSlot& slot : work_->Slots) slot.Status = "Please Wait";
   ShowStage(Stage::Loading);
   Timer1->start(kStartDelay);
 }
@@ -147,7 +146,7 @@ void Download::FindPanel_Click() {
 }
 
 void Download::Option1_Click(std::size_t slot) {
-  if (const std::optional<Message> refusal = FirmwareGate(work_->Slots[slot].Status)) {
+  if (const std::optional<Message> refusal = FirmwareGate(*work_->Slots[slot].Panel)) {
     rows_[slot].Option1->setChecked(false);
     prompts_.Show(this, *refusal);
     return;
@@ -216,8 +215,9 @@ void Download::ProgramSlot(std::size_t slot) {
   ShowStage(Stage::Connecting);
   Progress progress(this);
   const SearchSlot& panel = work->Slots[slot];
-  const ProgrammingResult result = ProgramPanel(*panel.Port, panel.Settings, configuration_.ControllerType,
-                                                globals_.Image, time_, work->Stop.get_token(), progress);
+  const ProgrammingResult result =
+      ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType, globals_.Image,
+                   time_, work->Stop.get_token(), progress);
   if (!self) return;
   outcome_ =
       result.Programmed
@@ -251,7 +251,7 @@ void Download::ShowStage(Stage stage) {
 void Download::ShowPortHint() {
   std::vector<int> closed;
   for (std::size_t slot = 0; slot < work_->Slots.size(); ++slot) {
-    if (!work_->Slots[slot].Present) closed.push_back(static_cast<int>(slot) + 1);
+    if (!work_->Slots[slot].Present()) closed.push_back(static_cast<int>(slot) + 1);
   }
   const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(ports_, closed) : QString();
   ui_->PortHint->setText(hint);
@@ -299,7 +299,7 @@ QString Download::ChoiceInstruction() const {
     return QStringLiteral("No %1 was found. What answered is of another type than the configuration.")
         .arg(wanted);
   }
-  if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present; })) {
+  if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present(); })) {
     return ui_->PortHint->text().isEmpty()
                ? QStringLiteral("No port could be opened. Plug the adapter in, then press Find.")
                : QStringLiteral("No port could be opened. The line below the ports says why.");
@@ -317,7 +317,7 @@ void Download::ShowSlot(std::size_t index) {
   const SlotRow& row = rows_[index];
   const int number = static_cast<int>(index) + 1;
   row.Device->setText(OwnName(ports_, number));
-  row.Label1->setText(QString::fromStdString(slot.Status));
+  row.Label1->setText(QString::fromStdString(StatusText(slot)));
   row.Option1->setEnabled(slot.Choosable() && stage_ != Stage::Searching && stage_ != Stage::Restarting);
   row.Option1->setAccessibleName(QStringLiteral("%1, %2").arg(PortName(index), row.Label1->text()));
   row.Label1->setAutoFillBackground(slot.Choosable());
@@ -336,7 +336,7 @@ QString Download::WhyNotChoosable(const SearchSlot& slot, int number) const {
     return QStringLiteral("This is a %1, the configuration is for a %2.")
         .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(configuration_.ControllerType)));
   }
-  if (slot.Present) return QStringLiteral("Nobody answered at any line setting.");
+  if (slot.Present()) return QStringLiteral("Nobody answered at any line setting.");
   return WhyPortIsClosed(ports_, number);
 }
 
