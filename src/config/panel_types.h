@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,13 +32,19 @@ enum LockButton : std::uint8_t {
 };
 inline constexpr std::size_t kLockButtons = 6;
 
+// By LockButton.
+using LockButtonSet = std::array<bool, kLockButtons>;
+inline constexpr LockButtonSet kEveryButton = {true, true, true, true, true, true};
+inline constexpr LockButtonSet kAllButVolume = {false, false, true, true, true, true};
+inline constexpr LockButtonSet kAllButVideoAndPower = {true, true, true, true, false, false};
+
 struct PanelType {
   ControllerTypeValue Code;
   std::string_view Caption;
   std::string_view ShortName;  // in front of a firmware version and on the command line
   DeviceKind Kind;
   MemoryLayout Layout;
-  std::array<bool, kLockButtons> HasButton;  // by LockButton
+  LockButtonSet HasButton;
 
   // What a panel of this type calls itself in an identification reply.
   constexpr std::uint8_t ModelCode() const { return static_cast<std::uint8_t>(Code + 1); }
@@ -45,10 +52,10 @@ struct PanelType {
 
 // By code.
 inline constexpr std::array PanelTypes = {
-    PanelType{kQdm7, "QDM 7", "QDM7", DeviceKind::WallPanel, MemoryLayout::Qdm, {true, true, true, true, true, true}},
-    PanelType{kQdm6, "QDM 6", "QDM6", DeviceKind::WallPanel, MemoryLayout::Qdm, {true, true, true, true, true, true}},
-    PanelType{kQdm4, "QDM 4", "QDM4", DeviceKind::WallPanel, MemoryLayout::Qdm, {false, false, true, true, true, true}},
-    PanelType{kTlVox, "TL-VOX", "TL-VOX", DeviceKind::Amplifier, MemoryLayout::Tlvox, {true, true, true, true, false, false}},
+    PanelType{kQdm7, "QDM 7", "QDM7", DeviceKind::WallPanel, MemoryLayout::Qdm, kEveryButton},
+    PanelType{kQdm6, "QDM 6", "QDM6", DeviceKind::WallPanel, MemoryLayout::Qdm, kEveryButton},
+    PanelType{kQdm4, "QDM 4", "QDM4", DeviceKind::WallPanel, MemoryLayout::Qdm, kAllButVolume},
+    PanelType{kTlVox, "TL-VOX", "TL-VOX", DeviceKind::Amplifier, MemoryLayout::Tlvox, kAllButVideoAndPower},
 };
 
 // Nothing for a code that no type has.
