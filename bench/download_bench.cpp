@@ -72,7 +72,7 @@ void ProgramRecordsAt9600(benchmark::State& state) {
     SimulatedPanel panel(Described(kQdm7, "9600,n,8,2"));
     SimulatedLine line(&panel, time, Pacing::TrueByteTime);
     Silent observer(time);
-    ProgramPanel(line, "9600,n,8,2", kQdm7, image, time, StopRequest(), observer);
+    ProgramPanel(line, "9600,n,8,2", kQdm7, image, time, std::stop_token(), observer);
     if (panel.Memory() != image) state.SkipWithError("the memory differs from the image");
     ratio = static_cast<double>(observer.Took().count()) /
             static_cast<double>(TimeThatTheBytesNeed(image).count());
@@ -87,7 +87,7 @@ Microseconds TimeOfSearch(int portsThere) {
   for (int number = 1; number <= portsThere; ++number) ports.AttachLine(number, "silent");
   std::vector<SearchSlot> slots = AllSlots(ports);
   const Microseconds start = time.Now();
-  SearchAllPorts(slots, std::nullopt, time, StopRequest(), nullptr);
+  SearchAllPorts(slots, std::nullopt, time, std::stop_token(), nullptr);
   return time.Now() - start;
 }
 

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <stop_token>
 #include <string>
 
 namespace qdm {
@@ -35,7 +36,7 @@ struct CommandContext {
   SerialPorts& Ports;
   std::function<std::unique_ptr<SerialPort>(const std::string& device)> PortAt;
   Waiting& Time;
-  StopRequest& Stop;
+  std::stop_source& Stop;  // asked when the user interrupts a procedure on the line
 };
 
 // `what()` is the line without "qdm: ": what failed (a file, as the user named it) and why.

@@ -69,7 +69,7 @@ int ExtractProjectors(const ExtractOptions& options, CommandContext& context);
 int RemoveProjector(const RemoveOptions& options, CommandContext& context);
 
 struct FindOptions {
-  std::optional<int> ControllerType;
+  std::optional<ControllerTypeValue> ControllerType;
   std::vector<std::string> Ports;  // empty: all
 };
 int Find(const FindOptions& options, CommandContext& context);
@@ -81,7 +81,7 @@ struct DownloadOptions {
 int Download(const DownloadOptions& options, CommandContext& context);
 
 struct SimulateOptions {
-  int ControllerType = 0;
+  ControllerTypeValue ControllerType = kQdm7;
   std::string Firmware = "1.3";
   std::string Settings = "9600,n,8,2";
   std::string Memory;  // empty: kept nowhere

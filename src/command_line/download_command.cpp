@@ -46,10 +46,11 @@ class DownloadRun {
         options_.Port.empty() ? std::vector<std::string>() : std::vector{options_.Port};
     PanelSearch search = SearchPanels(ports, configuration_.ControllerType, context_, context_.Out);
     const std::size_t chosen = Choose(search);
-    PassFirmwareGate(search.Slots[chosen].Status);
-    context_.Out << search.Slots[chosen].Status << " on " << search.Names[chosen] << " at "
-                 << search.Slots[chosen].Settings << std::endl;
-    Program(search.Slots[chosen], image);
+    SearchSlot& slot = search.Slots[chosen];
+    PassFirmwareGate(*slot.Panel);
+    context_.Out << IdentificationText(*slot.Panel) << " on " << search.Names[chosen] << " at "
+                 << slot.Settings() << std::endl;
+    Program(slot, image);
     return kDone;
   }
 
@@ -62,14 +63,14 @@ class DownloadRun {
   }
 
   std::size_t Choose(const PanelSearch& search) const {
-    if (context_.Stop.IsSet()) Fail("interrupted, nothing was programmed");
+    if (context_.Stop.stop_requested()) Fail("interrupted, nothing was programmed");
     std::vector<std::size_t> choosable;
     for (std::size_t i = 0; i < search.Slots.size(); ++i) {
       if (search.Slots[i].Choosable()) choosable.push_back(i);
     }
     if (choosable.size() == 1) return choosable.front();
     if (choosable.empty()) {
-      context_.Out << "No QDM found" << std::endl;
+      context_.Out << kNoPanelText << std::endl;
       Fail("no " + TypeName() + " found" + OthersIn(search));
     }
     for (const std::size_t slot : choosable) context_.Out << search.Line(slot) << "\n";
@@ -77,18 +78,19 @@ class DownloadRun {
     Fail(std::to_string(choosable.size()) + " of type " + TypeName() + " found");
   }
 
-  void PassFirmwareGate(const std::string& identification) const {
-    const std::optional<Message> refusal = FirmwareGate(identification);
+  void PassFirmwareGate(const Identification& panel) const {
+    const std::optional<Message> refusal = FirmwareGate(panel);
     if (!refusal) return;
     context_.Out << TextOf(*refusal) << std::endl;
-    Fail("the firmware of " + identification + " is too old");
+    Fail("the firmware of " + IdentificationText(panel) + " is too old");
   }
 
   void Program(SearchSlot& slot, const PanelImage& image) const {
     ConsoleObserver observer(context_);
     const Microseconds begin = context_.Time.Now();
-    const ProgrammingResult result = ProgramPanel(*slot.Port, slot.Settings, configuration_.ControllerType,
-                                                  image, context_.Time, context_.Stop, observer);
+    const ProgrammingResult result =
+        ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType, image,
+                     context_.Time, context_.Stop.get_token(), observer);
     const std::chrono::duration<double> taken = context_.Time.Now() - begin;
 
     const std::string records =
@@ -99,21 +101,21 @@ class DownloadRun {
     if (result.Connected) context_.Out << summary.str();
     if (result.Programmed && result.Restarted) return;
     if (result.Programmed) Fail("programmed, but the panel did not restart");
-    const std::string reason = context_.Stop.IsSet() ? "interrupted" : "failed";
+    const std::string reason = context_.Stop.stop_requested() ? "interrupted" : "failed";
     Fail(result.Connected ? reason + " after " + records : reason + ", the panel does not answer");
   }
 
   std::string TypeName() const {
-    const auto type = static_cast<std::size_t>(configuration_.ControllerType);
-    return type < ControllerTypeNames.size()
-               ? std::string(ControllerTypeNames[type])
-               : "controller of type " + std::to_string(configuration_.ControllerType);
+    const PanelType* type = PanelTypeOf(configuration_.ControllerType);
+    return type != nullptr ? std::string(type->Caption)
+                           : "controller of type " + std::to_string(configuration_.ControllerType);
   }
   // "; QDM6 1.3 is on COM2".
   std::string OthersIn(const PanelSearch& search) const {
     std::string others;
     for (std::size_t i = 0; i < search.Slots.size(); ++i) {
-      if (search.Slots[i].Panel) others += "; " + search.Slots[i].Status + " is on " + search.Names[i];
+      const std::optional<Identification>& panel = search.Slots[i].Panel;
+      if (panel) others += "; " + IdentificationText(*panel) + " is on " + search.Names[i];
     }
     return others;
   }

@@ -11,7 +11,7 @@ int Find(const FindOptions& options, CommandContext& context) {
   const StopOnSignals interruptible(context.Stop);
   const PanelSearch search = SearchPanels(options.Ports, std::nullopt, context, context.Err);
   for (std::size_t slot = 0; slot < search.Slots.size(); ++slot) context.Out << search.Line(slot) << "\n";
-  if (context.Stop.IsSet()) throw CommandError(kRefused, "find", "interrupted");
+  if (context.Stop.stop_requested()) throw CommandError(kRefused, "find", "interrupted");
   const bool found = std::any_of(search.Slots.begin(), search.Slots.end(), [&](const SearchSlot& slot) {
     return slot.Panel && (!options.ControllerType || slot.Panel->IsOfType(*options.ControllerType));
   });

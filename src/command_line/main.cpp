@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const std::unique_ptr<qdm::SerialPorts> ports = qdm::MakeSystemPorts();
   qdm::EventLoopWaiting time;
-  qdm::StopRequest stop;
+  std::stop_source stop;
   qdm::CommandContext context{
       .In = std::cin,
       .Out = std::cout,

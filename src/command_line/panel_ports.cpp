@@ -49,7 +49,7 @@ void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, Comman
 
 void TellClosedDevices(const PanelSearch& search, CommandContext& context) {
   for (std::size_t i = 0; i < search.Slots.size(); ++i) {
-    if (search.Slots[i].Present) continue;
+    if (search.Slots[i].Present()) continue;
     const std::optional<int> number = PortNumber(search.Names[i]);
     const auto closed = DeviceClosedToUser(number ? context.Ports.DeviceName(*number) : search.Names[i]);
     if (!closed) continue;
@@ -70,8 +70,8 @@ void ProgressLine::Show(const std::string& text) {
 }
 
 std::string PanelSearch::Line(std::size_t slot) const {
-  std::string line = Names[slot] + "\t" + Slots[slot].Status;
-  if (Slots[slot].Choosable()) line += "\t" + Slots[slot].Settings;
+  std::string line = Names[slot] + "\t" + StatusText(Slots[slot]);
+  if (Slots[slot].Choosable()) line.append("\t").append(Slots[slot].Settings());
   return line;
 }
 
@@ -80,8 +80,8 @@ PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<in
   PanelSearch search;
   AddPorts(search, ports, context);
   ProgressLine progress(context);
-  const auto show = [&](std::size_t slot) { progress.Show(search.Slots[slot].Status); };
-  SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop, show);
+  const auto show = [&](std::size_t slot) { progress.Show(StatusText(search.Slots[slot])); };
+  SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop.get_token(), show);
   const bool anyAnswered = std::any_of(search.Slots.begin(), search.Slots.end(),
                                        [](const SearchSlot& slot) { return slot.Panel.has_value(); });
   progress.Show(anyAnswered ? "Restarting" : "");

@@ -49,19 +49,9 @@ void Runs(CLI::App* command, Request& request, int (*run)(const Options&, Comman
   });
 }
 
-// "QDM 7", "qdm7", "tl-vox": case and blanks do not matter.
-int ControllerTypeOf(const std::string& text) {
-  const auto plain = [](std::string_view name) {
-    std::string kept;
-    for (const char c : name) {
-      if (c != ' ') kept += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    return kept;
-  };
-  for (std::size_t type = 0; type < ControllerTypeNames.size(); ++type) {
-    if (plain(ControllerTypeNames[type]) == plain(text)) return static_cast<int>(type);
-  }
-  throw CLI::ValidationError("--type", "\"" + text + "\" is none of QDM 7, QDM 6, QDM 4, TL-VOX");
+ControllerTypeValue ControllerTypeOf(const std::string& text) {
+  if (const PanelType* type = PanelTypeNamed(text)) return type->Code;
+  throw CLI::ValidationError("--type", "\"" + text + "\" is none of " + CaptionsOfPanelTypes());
 }
 
 void AddTextCommands(CLI::App& app, Request& request) {
@@ -145,28 +135,19 @@ void AddDataOption(CLI::App* command, LibraryOptions& options) {
       ->type_name("DIR");
 }
 
-void AddProjectorsCommands(CLI::App& app, Request& request) {
-  CLI::App* projectors =
-      AddCommand(app, "projectors", "Look at the projector library and change it",
-                 "The library is the editor's; --data or the variable QDM_DATA names the folder of another.\n"
-                 "Do not change it while an editor is open: what is saved last stays.\n\n"
-                 "Examples:\n"
-                 "  qdm projectors list\n"
-                 "  qdm projectors add Visora.BVD --on-conflict keep\n"
-                 "  qdm projectors extract VISORA -o Visora.BVD\n"
-                 "  qdm projectors remove VISORA \"Grand 4\"");
-  projectors->require_subcommand(1);
-
+void AddListCommand(CLI::App& projectors, Request& request) {
   CLI::App* command =
-      AddCommand(*projectors, "list", "List the library",
+      AddCommand(projectors, "list", "List the library",
                  "A line each, separated by tabs: manufacturer, model, bytes of serial strings of 460.\n\n"
                  "Example:\n"
                  "  qdm projectors list | sort");
   AddDataOption(command, request.List);
   Runs(command, request, ListProjectors, request.List);
+}
 
-  command = AddCommand(
-      *projectors, "add", "Add the definitions of a file to the library",
+void AddAddCommand(CLI::App& projectors, Request& request) {
+  CLI::App* command = AddCommand(
+      projectors, "add", "Add the definitions of a file to the library",
       "A definition whose names the library has, but with other contents, is a conflict: without\n"
       "--on-conflict it is reported and not imported, and the exit status is 1; all others are. With it:\n"
       "  keep      the library's definition stays, the file's is not imported\n"
@@ -189,9 +170,11 @@ void AddProjectorsCommands(CLI::App& app, Request& request) {
       ->type_name("keep|replace|rename");
   AddDataOption(command, request.Add);
   Runs(command, request, AddProjectors, request.Add);
+}
 
-  command = AddCommand(
-      *projectors, "extract", "Copy definitions from the library into a file",
+void AddExtractCommand(CLI::App& projectors, Request& request) {
+  CLI::App* command = AddCommand(
+      projectors, "extract", "Copy definitions from the library into a file",
       "Names in either case. Over a longer old file, its later definitions stay in place, as with the\n"
       "editor's EXPORT.\n\n"
       "Examples:\n"
@@ -204,15 +187,34 @@ void AddProjectorsCommands(CLI::App& app, Request& request) {
       ->type_name("FILE.BVD");
   AddDataOption(command, request.Extract);
   Runs(command, request, ExtractProjectors, request.Extract);
+}
 
-  command = AddCommand(*projectors, "remove", "Delete a definition from the library",
-                       "The library before that stays as Projectors.BAK.\n\n"
-                       "Example:\n"
-                       "  qdm projectors remove VISORA Compact");
+void AddRemoveCommand(CLI::App& projectors, Request& request) {
+  CLI::App* command = AddCommand(projectors, "remove", "Delete a definition from the library",
+                                 "The library before that stays as Projectors.BAK.\n\n"
+                                 "Example:\n"
+                                 "  qdm projectors remove VISORA Compact");
   command->add_option("MANUFACTURER", request.Remove.Manufacturer, "the manufacturer")->required();
   command->add_option("MODEL", request.Remove.Model, "the model")->required();
   AddDataOption(command, request.Remove);
   Runs(command, request, RemoveProjector, request.Remove);
+}
+
+void AddProjectorsCommands(CLI::App& app, Request& request) {
+  CLI::App* projectors =
+      AddCommand(app, "projectors", "Look at the projector library and change it",
+                 "The library is the editor's; --data or the variable QDM_DATA names the folder of another.\n"
+                 "Do not change it while an editor is open: what is saved last stays.\n\n"
+                 "Examples:\n"
+                 "  qdm projectors list\n"
+                 "  qdm projectors add Visora.BVD --on-conflict keep\n"
+                 "  qdm projectors extract VISORA -o Visora.BVD\n"
+                 "  qdm projectors remove VISORA \"Grand 4\"");
+  projectors->require_subcommand(1);
+  AddListCommand(*projectors, request);
+  AddAddCommand(*projectors, request);
+  AddExtractCommand(*projectors, request);
+  AddRemoveCommand(*projectors, request);
 }
 
 constexpr const char* kAboutPorts =
@@ -233,7 +235,7 @@ void AddPanelCommands(CLI::App& app, Request& request) {
       ->add_option_function<std::string>(
           "--type",
           [&request](const std::string& type) { request.Find.ControllerType = ControllerTypeOf(type); },
-          "what to look for: QDM 7, QDM 6, QDM 4 or TL-VOX; any when left out")
+          "what to look for: " + CaptionsOfPanelTypes(" or ") + "; any when left out")
       ->type_name("TYPE");
   command->add_option("--port", request.Find.Ports, "search this port alone; may be repeated")
       ->allow_extra_args(false)
@@ -260,8 +262,8 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
   CLI::App* command = AddCommand(
       app, "simulate", "Be a panel, for practice and tests",
       "Prints the path of a pseudo-terminal and answers there like a panel, until it is interrupted.\n"
-      "Faults, with N the how manieth (3 the third, %3 every third, left out all), REPLY ident, ack or "
-      "restart:\n"
+      "Faults: N says which one goes wrong (3 the third, %3 every third, left out all of them), REPLY is\n"
+      "ident, ack or restart:\n"
       "  lose-REPLY[:N], wrong-REPLY[:N], noise-REPLY[:N], long-REPLY[:N], late-REPLY:N:MS,\n"
       "  drop:N[:BYTE], corrupt:N[:BYTE[:MASK]], die:N, restart:N\n\n"
       "Examples:\n"
@@ -271,7 +273,7 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
       ->add_option_function<std::string>(
           "--type",
           [&request](const std::string& type) { request.Simulate.ControllerType = ControllerTypeOf(type); },
-          "QDM 7 (when left out), QDM 6, QDM 4 or TL-VOX")
+          CaptionsOfPanelTypes(" or ").insert(PanelTypes.front().Caption.size(), " (when left out)"))
       ->type_name("TYPE");
   command->add_option("--firmware", request.Simulate.Firmware, "its version; 1.3 when left out")
       ->type_name("MAJOR.MINOR");

@@ -22,20 +22,20 @@ namespace qdm {
 
 namespace {
 
-std::recursive_mutex consoleEvents;  // held by whoever must not be interrupted, and by what it calls
-std::atomic<StopRequest*> asked{};   // the procedure that is asked to stop
+std::recursive_mutex consoleEvents;      // held by whoever must not be interrupted, and by what it calls
+std::atomic<std::stop_source*> asked{};  // the procedure that is asked to stop
 std::atomic<bool> ended{};
 
 // Runs on a thread of its own; the system ends the program when it returns FALSE, and for all events but
 // Ctrl-C and Ctrl-Break also when it returns TRUE.
 BOOL WINAPI OnConsoleEvent(DWORD event) {
-  StopRequest* const stop = asked;
+  std::stop_source* const stop = asked;
   if (stop == nullptr) {
     const std::lock_guard wait(consoleEvents);
     return FALSE;
   }
   QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [stop] { stop->Set(); }, Qt::QueuedConnection);
+      QCoreApplication::instance(), [stop] { stop->request_stop(); }, Qt::QueuedConnection);
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
     while (!ended) Sleep(10);
   }
@@ -57,7 +57,7 @@ HeldSignals::~HeldSignals() = default;
 
 struct StopOnSignals::Line {};
 
-StopOnSignals::StopOnSignals(StopRequest& stop) {
+StopOnSignals::StopOnSignals(std::stop_source& stop) {
   ended = false;
   asked = &stop;
   SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
@@ -106,7 +106,7 @@ struct StopOnSignals::Line {
   std::unique_ptr<QSocketNotifier> Told;
 };
 
-StopOnSignals::StopOnSignals(StopRequest& stop) : line_(std::make_unique<Line>()) {
+StopOnSignals::StopOnSignals(std::stop_source& stop) : line_(std::make_unique<Line>()) {
   if (::pipe(line_->Pipe.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
   for (const int end : line_->Pipe) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   pipeToLoop = line_->Pipe[1];
@@ -115,7 +115,7 @@ StopOnSignals::StopOnSignals(StopRequest& stop) : line_(std::make_unique<Line>()
                    [&stop, from = line_->Pipe[0]] {
                      char byte = 0;
                      [[maybe_unused]] const auto got = ::read(from, &byte, 1);
-                     stop.Set();
+                     stop.request_stop();
                    });
   struct sigaction action {};
   action.sa_handler = OnSignal;

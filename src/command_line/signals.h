@@ -3,9 +3,8 @@
 // is asked to stop instead and leaves the panels running.
 #pragma once
 
-#include "line/waiting.h"
-
 #include <memory>
+#include <stop_token>
 
 namespace qdm {
 
@@ -22,11 +21,11 @@ class HeldSignals {
   std::unique_ptr<Before> before_;
 };
 
-// While this lives, signals set the stop request, from within the thread's event loop, and end its wait. One
+// While this lives, signals ask `stop` to stop, from within the thread's event loop, and end its wait. One
 // at a time.
 class StopOnSignals {
  public:
-  explicit StopOnSignals(StopRequest& stop);
+  explicit StopOnSignals(std::stop_source& stop);
   ~StopOnSignals();
   StopOnSignals(const StopOnSignals&) = delete;
   StopOnSignals& operator=(const StopOnSignals&) = delete;

@@ -40,7 +40,7 @@ std::uint8_t VersionNumber(std::string_view digits, const std::string& whole) {
 Identification IdentificationFor(const SimulateOptions& options) {
   const std::string_view version = options.Firmware;
   const std::size_t dot = std::min(version.find('.'), version.size());
-  return {.Model = static_cast<std::uint8_t>(options.ControllerType + 1),
+  return {.Model = PanelTypeOf(options.ControllerType)->ModelCode(),
           .Major = VersionNumber(version.substr(0, dot), options.Firmware),
           .Minor = VersionNumber(version.substr(std::min(dot + 1, version.size())), options.Firmware)};
 }
@@ -111,7 +111,7 @@ int Simulate(const SimulateOptions& options, CommandContext& context) {
   const PseudoTerminalPanel served(panel, context.Time, options.Pace ? Pacing::TrueByteTime : Pacing::None);
   context.Out << served.Device() << std::endl;
   // Kept whenever it changed: by the time that a restart is acknowledged, everything before is on the disk.
-  while (!context.Stop.IsSet()) {
+  while (!context.Stop.stop_requested()) {
     context.Time.Yield(context.Time.Now() + std::chrono::hours(1));
     memory.Keep(panel.Memory());
   }

@@ -13,7 +13,7 @@ std::optional<Message> CheckConfiguration(PanelConfiguration& configuration) {
   projector.Model = FixedText<32>(std::u16string(projector.Model.Trimmed()));
   if (!HasBothNames(projector)) return Sorry("Cannot proceed, no projector has been defined!");
 
-  if (configuration.ControllerType != kTlVox) return std::nullopt;
+  if (!IsAmplifier(configuration.ControllerType)) return std::nullopt;
   if (configuration.VolumeMax <= configuration.VolumeMin) {
     return Sorry("Cannot proceed, Maximum volume is less than or equal to minimum!");
   }
@@ -30,7 +30,7 @@ OptionStates StatesFor(const OptionSelections& selected) {
   OptionStates states;
   states.NoButtonTimeOut = states.LockNoButton = selected.TurnOffNoButton;
 
-  states.AmplifierLayout = selected.ControllerType == kTlVox;
+  states.AmplifierLayout = IsAmplifier(selected.ControllerType);
   states.LockFrameTwips = states.AmplifierLayout ? kLockFrameTwipsAmplifier : kLockFrameTwipsPanel;
   states.PowerDownTime = selected.AudioTurnsOn;
 

@@ -4,18 +4,14 @@
 // unchecked.
 #pragma once
 
+#include "config/panel_types.h"
 #include "projectors/projector_definition.h"
 
 #include <array>
 #include <cstdint>
-#include <string_view>
 #include <type_traits>
 
 namespace qdm {
-
-// Stored on disk and, plus one, what a panel answers: never renumber.
-enum ControllerTypeValue : std::int16_t { kQdm7 = 0, kQdm6 = 1, kQdm4 = 2, kTlVox = 3 };
-inline constexpr std::array<std::string_view, 4> ControllerTypeNames = {"QDM 7", "QDM 6", "QDM 4", "TL-VOX"};
 
 enum OutputsOptionValue : std::int16_t {
   kOutputsDisabled = 0,
@@ -33,10 +29,10 @@ enum ControlInputOptionValue : std::int16_t {
 };
 
 struct PanelConfiguration {
-  std::int16_t ControllerType = kQdm7;
+  std::int16_t ControllerType = kQdm7;  // see panel_types.h
   std::int16_t OutputsOption = kOutputsDisabled;
-  std::int16_t UpTime = 1;    // 1..255
-  std::int16_t DownTime = 1;  // 1..255
+  std::int16_t UpTime = 1;    // seconds, 1..255
+  std::int16_t DownTime = 1;  // seconds, 1..255
   std::int16_t ScreenUseVolume = 0;
   std::int16_t AllowVolumeWhenOff = 0;
   std::int16_t ControlInputOption = kControlInputDisabled;

@@ -1,6 +1,7 @@
 #include "line/line_settings.h"
 
 #include <array>
+#include <cctype>
 #include <charconv>
 
 namespace qdm {
@@ -21,10 +22,12 @@ std::optional<int> NumberIn(std::string_view text, int lowest, int highest) {
   return number;
 }
 
-std::optional<LineParity> ParityOf(std::string_view letter) {
-  if (letter == "n" || letter == "N") return LineParity::None;
-  if (letter == "e" || letter == "E") return LineParity::Even;
-  if (letter == "o" || letter == "O") return LineParity::Odd;
+std::optional<LineParity> ParityOf(std::string_view piece) {
+  if (piece.size() != 1) return std::nullopt;
+  const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(piece.front())));
+  for (const ParityChoice& choice : LineParities) {
+    if (choice.Letter.front() == letter) return choice.Parity;
+  }
   return std::nullopt;
 }
 

@@ -3,15 +3,15 @@
 // it stays empty, and the port keeps what it had for it.
 #pragma once
 
+#include "line/speeds_and_parities.h"
+
 #include <optional>
 #include <string_view>
 
 namespace qdm {
 
-enum class LineParity { None, Even, Odd };
-
 struct LineSettings {
-  std::optional<int> Speed;  // baud, above 0
+  std::optional<int> Speed;  // bits a second, above 0
   std::optional<LineParity> Parity;
   std::optional<int> DataBits;  // 5..8
   std::optional<int> StopBits;  // 1 or 2

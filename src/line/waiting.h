@@ -1,5 +1,7 @@
 // Time, as procedures on the line see it. Every wait is a loop over Now() and Yield(), so that the editor
-// stays usable while it waits and tests and simulations jump through time.
+// stays usable while it waits and tests and simulations jump through time. A procedure that can be ended
+// early takes a std::stop_token and looks at it where a step begins: an exchange that has begun is always
+// finished.
 #pragma once
 
 #include <chrono>
@@ -39,17 +41,5 @@ void WaitUntil(Waiting& time, Microseconds period, Condition happened) {
   const Deadline deadline(time, period);
   while (!happened() && !deadline.Passed()) time.Yield(deadline.At());
 }
-
-// Set by whoever wants a procedure to end; the procedure looks at it where a step begins, so that
-// an exchange that has begun is always finished.
-class StopRequest {
- public:
-  void Set() { set_ = true; }
-  void Clear() { set_ = false; }
-  bool IsSet() const { return set_; }
-
- private:
-  bool set_ = false;
-};
 
 }  // namespace qdm

@@ -1,33 +1,58 @@
 #include "panels/identification.h"
 
+#include <initializer_list>
 #include <numeric>
+#include <utility>
 
 namespace qdm {
 
-constexpr std::array<LineSetting, kLineSettings> LineSettingsTable = {{
-    {"9600,n,8,2", "Search 9K6,none"},
-    {"9600,e,8,2", "Search 9K6,even"},
-    {"9600,o,8,2", "Search 9K6,odd"},
-    {"19200,n,8,2", "Search 19K2,none"},
-    {"19200,e,8,2", "Search 19K2,even"},
-    {"19200,o,8,2", "Search 19K2,odd"},
-    {"38400,n,8,2", "Search 38K4,none"},
-    {"38400,e,8,2", "Search 38K4,even"},
-    {"38400,o,8,2", "Search 38K4,odd"},
-    {"57600,n,8,2", "Search 57K6,none"},
-    {"57600,e,8,2", "Search 57K6,even"},
-    {"57600,o,8,2", "Search 57K6,odd"},
-    {"115200,n,8,2", "Search 115K2,none"},
-    {"115200,e,8,2", "Search 115K2,even"},
-    {"115200,o,8,2", "Search 115K2,odd"},
-}};
+namespace {
+
+// A short text that is put together while compiling.
+class BuiltText {
+ public:
+  constexpr BuiltText(std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view piece : pieces) {
+      for (const char c : piece) characters_[size_++] = c;
+    }
+  }
+  constexpr std::string_view View() const { return {characters_.data(), size_}; }
+
+ private:
+  std::array<char, 24> characters_{};
+  std::size_t size_ = 0;
+};
+
+struct SettingTexts {
+  BuiltText Settings;
+  BuiltText StatusText;
+};
+
+constexpr SettingTexts TextsOf(std::size_t index) {
+  const LineSpeed& speed = LineSpeeds[index / LineParities.size()];
+  const ParityChoice& parity = LineParities[index % LineParities.size()];
+  return {{speed.Digits, ",", parity.Letter, ",8,2"}, {"Search ", speed.SearchText, ",", parity.SearchText}};
+}
+
+template <std::size_t... Index>
+constexpr std::array<SettingTexts, sizeof...(Index)> AllTexts(std::index_sequence<Index...>) {
+  return {TextsOf(Index)...};
+}
+constexpr std::array kTexts = AllTexts(std::make_index_sequence<kLineSettings>());
+
+template <std::size_t... Index>
+constexpr std::array<LineSetting, sizeof...(Index)> ViewsOfTexts(std::index_sequence<Index...>) {
+  return {LineSetting{kTexts[Index].Settings.View(), kTexts[Index].StatusText.View()}...};
+}
+
+}  // namespace
+
+constexpr std::array<LineSetting, kLineSettings> LineSettingsTable =
+    ViewsOfTexts(std::make_index_sequence<kLineSettings>());
 
 constexpr std::array<std::uint8_t, 8> SearchRequest = {'Q', 'D', 'M', 'S', 'E', 'T', 'U', 'P'};
 
 namespace {
-
-// By model code less one; the blank belongs to the name.
-constexpr std::array<std::string_view, kModels> kModelNames = {"QDM7 ", "QDM6 ", "QDM4 ", "TL-VOX "};
 
 constexpr std::uint8_t kSumOfReply = 1;
 
@@ -45,10 +70,11 @@ std::array<std::uint8_t, kIdentReplyBytes> IdentReplyOf(const Identification& pa
   return {panel.Model, panel.Major, panel.Minor, static_cast<std::uint8_t>(kSumOfReply - sum)};
 }
 
-std::string IdentificationText(const Identification& panel, int knownModels) {
-  std::string text;
-  if (panel.Model >= 1 && panel.Model <= knownModels) text = kModelNames[panel.Model - 1U];
-  return text + std::to_string(panel.Major) + "." + std::to_string(panel.Minor);
+std::string IdentificationText(const Identification& panel, NamedModels named) {
+  const std::string version = std::to_string(panel.Major) + "." + std::to_string(panel.Minor);
+  const PanelType* type = panel.Type();
+  const bool hasName = type != nullptr && (named == NamedModels::All || type->Kind == DeviceKind::WallPanel);
+  return hasName ? std::string(type->ShortName) + " " + version : version;
 }
 
 }  // namespace qdm

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "base/record_codec.h"
+#include "config/panel_types.h"
+#include "line/speeds_and_parities.h"
 
 #include <array>
 #include <cstdint>
@@ -17,8 +19,8 @@ struct LineSetting {
   std::string_view Settings;
   std::string_view StatusText;
 };
-inline constexpr std::size_t kLineSettings = 15;
-// In the order in which they are tried.
+inline constexpr std::size_t kLineSettings = LineSpeeds.size() * LineParities.size();
+// In the order in which they are tried: "9600,n,8,2" with "Search 9K6,none", each speed with each parity.
 extern const std::array<LineSetting, kLineSettings> LineSettingsTable;
 
 extern const std::array<std::uint8_t, 8> SearchRequest;
@@ -27,10 +29,11 @@ extern const std::array<std::uint8_t, 8> SearchRequest;
 inline constexpr std::string_view kProgrammingSettings = "9600,n,8,2";
 
 struct Identification {
-  std::uint8_t Model = 0;  // 1 QDM 7, 2 QDM 6, 3 QDM 4, 4 TL-VOX: the controller type plus one
+  std::uint8_t Model = 0;  // PanelType::ModelCode, or that of a model which is not known
   std::uint8_t Major = 0;
   std::uint8_t Minor = 0;
 
+  const PanelType* Type() const { return PanelTypeOfModel(Model); }
   bool IsOfType(int controllerType) const { return Model == controllerType + 1; }
 
   friend bool operator==(const Identification&, const Identification&) = default;
@@ -42,8 +45,8 @@ inline constexpr std::size_t kIdentReplyBytes = 4;
 std::optional<Identification> ParseIdentReply(ByteView reply);
 std::array<std::uint8_t, kIdentReplyBytes> IdentReplyOf(const Identification& panel);
 
-// "QDM7 1.3", "TL-VOX 1.2". A model code outside 1..`knownModels` has no name: the text is the version alone.
-inline constexpr std::size_t kModels = 4;
-std::string IdentificationText(const Identification& panel, int knownModels = static_cast<int>(kModels));
+// "QDM7 1.3", "TL-VOX 1.2". A model that has no name, or none here, is told by its version alone.
+enum class NamedModels { All, WallPanels };
+std::string IdentificationText(const Identification& panel, NamedModels named = NamedModels::All);
 
 }  // namespace qdm

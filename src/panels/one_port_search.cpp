@@ -3,11 +3,6 @@
 #include <utility>
 
 namespace qdm {
-namespace {
-
-constexpr int kModelsKnown = 3;
-
-}  // namespace
 
 OnePortSearch::OnePortSearch(SerialPort& port, const Waiting& time, StatusChanged status)
     : port_(port), time_(time), status_(std::move(status)) {
@@ -22,7 +17,7 @@ void OnePortSearch::AskAt(std::size_t setting) {
   status_(std::string(LineSettingsTable[setting].StatusText));
 }
 
-void OnePortSearch::Look() {
+void OnePortSearch::Advance() {
   if (finished_) return;
   if (!port_.IsOpen()) return NotFound();
   if (port_.BytesWaiting() < kIdentReplyBytes && time_.Now() < deadline_) return;
@@ -38,13 +33,13 @@ void OnePortSearch::Found(const Identification& panel) {
   finished_ = true;
   port_.Close();
   result_ = {panel, std::string(LineSettingsTable[setting_].Settings)};
-  status_(IdentificationText(panel, kModelsKnown));
+  status_(IdentificationText(panel, NamedModels::WallPanels));
 }
 
 void OnePortSearch::NotFound() {
   finished_ = true;
   port_.Close();
-  status_("No QDM found");
+  status_(std::string(kNoPanelText));
 }
 
 }  // namespace qdm

@@ -19,9 +19,9 @@ class OnePortSearch {
 
   bool Finished() const { return finished_; }
   // Takes what has arrived and moves on when the wait at this setting is over. To be called whenever
-  // something happened and at NextLook() at the latest.
-  void Look();
-  Microseconds NextLook() const { return deadline_; }
+  // something happened and at NextTime() at the latest.
+  void Advance();
+  Microseconds NextTime() const { return deadline_; }
   // Ends a running search as not found.
   void Stop();
 

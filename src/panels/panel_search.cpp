@@ -17,6 +17,20 @@ std::optional<Identification> AnswerWaiting(SerialPort& port) {
   return ParseIdentReply(port.ReadAll());
 }
 
+std::string StatusText(const SearchSlot& slot) {
+  switch (slot.State) {
+    case SlotState::Waiting:
+      return "Please Wait";
+    case SlotState::NoPort:
+      return "No Port";
+    case SlotState::Asking:
+      return std::string(slot.Setting->StatusText);
+    case SlotState::Asked:
+      break;
+  }
+  return slot.Panel ? IdentificationText(*slot.Panel) : std::string(kNoPanelText);
+}
+
 namespace {
 
 class AllPortsSearch {
@@ -29,12 +43,14 @@ class AllPortsSearch {
   bool AnybodyToAsk() const { return std::any_of(slots_.begin(), slots_.end(), IsAsked); }
   void AskAt(const LineSetting& setting);
   void WaitForAnswers();
-  void TakeAnswers(const LineSetting& setting);
+  void TakeAnswers();
   void ClosePorts();
 
  private:
-  static bool IsAsked(const SearchSlot& slot) { return slot.Present && !slot.Panel; }
-  void Show(SearchSlot& slot, std::string status);
+  static bool IsAsked(const SearchSlot& slot) {
+    return slot.State == SlotState::Waiting || slot.State == SlotState::Asking;
+  }
+  void Show(const SearchSlot& slot);
   void MarkAbsent(SearchSlot& slot);
 
   std::vector<SearchSlot>& slots_;
@@ -43,31 +59,31 @@ class AllPortsSearch {
   const SlotChanged& changed_;
 };
 
-void AllPortsSearch::Show(SearchSlot& slot, std::string status) {
-  slot.Status = std::move(status);
+void AllPortsSearch::Show(const SearchSlot& slot) {
   if (changed_) changed_(static_cast<std::size_t>(&slot - slots_.data()));
 }
 
 void AllPortsSearch::MarkAbsent(SearchSlot& slot) {
-  slot.Present = false;
+  slot.State = SlotState::NoPort;
   slot.Port->Close();
-  Show(slot, "No Port");
+  Show(slot);
 }
 
 void AllPortsSearch::OpenPorts() {
   for (SearchSlot& slot : slots_) {
+    slot.State = SlotState::Waiting;
     slot.Panel.reset();
-    slot.Settings.clear();
-    slot.Present = slot.Port->Open();
-    if (!slot.Present) MarkAbsent(slot);
+    if (!slot.Port->Open()) MarkAbsent(slot);
   }
 }
 
 void AllPortsSearch::AskAt(const LineSetting& setting) {
   for (SearchSlot& slot : slots_) {
     if (!IsAsked(slot)) continue;
+    slot.State = SlotState::Asking;
+    slot.Setting = &setting;
     if (AskForIdentification(*slot.Port, setting.Settings)) {
-      Show(slot, std::string(setting.StatusText));
+      Show(slot);
     } else {
       MarkAbsent(slot);
     }
@@ -82,45 +98,45 @@ void AllPortsSearch::WaitForAnswers() {
   });
 }
 
-void AllPortsSearch::TakeAnswers(const LineSetting& setting) {
+void AllPortsSearch::TakeAnswers() {
   for (SearchSlot& slot : slots_) {
     if (!IsAsked(slot)) continue;
     slot.Panel = AnswerWaiting(*slot.Port);
     if (!slot.Panel) continue;
-    if (!controllerType_ || slot.Panel->IsOfType(*controllerType_)) slot.Settings = setting.Settings;
+    slot.State = SlotState::Asked;
+    slot.Wanted = !controllerType_ || slot.Panel->IsOfType(*controllerType_);
     slot.Port->Close();
-    Show(slot, IdentificationText(*slot.Panel));
+    Show(slot);
   }
 }
 
 void AllPortsSearch::ClosePorts() {
   for (SearchSlot& slot : slots_) {
     slot.Port->Close();
-    if (IsAsked(slot)) Show(slot, "No QDM found");
+    if (!IsAsked(slot)) continue;
+    slot.State = SlotState::Asked;
+    Show(slot);
   }
 }
 
 }  // namespace
 
 void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controllerType, Waiting& time,
-                    const StopRequest& stop, const SlotChanged& changed) {
+                    const std::stop_token& stop, const SlotChanged& changed) {
   AllPortsSearch search(slots, controllerType, time, changed);
   search.OpenPorts();
   for (const LineSetting& setting : LineSettingsTable) {
-    if (stop.IsSet() || !search.AnybodyToAsk()) break;
+    if (stop.stop_requested() || !search.AnybodyToAsk()) break;
     search.AskAt(setting);
     search.WaitForAnswers();
-    search.TakeAnswers(setting);
+    search.TakeAnswers();
   }
   search.ClosePorts();
 }
 
 std::vector<SearchSlot> AllSlots(SerialPorts& ports) {
   std::vector<SearchSlot> slots(kPortSlots);
-  for (std::size_t i = 0; i < slots.size(); ++i) {
-    slots[i].Port = ports.Port(static_cast<int>(i) + 1);
-    slots[i].Status = "Please Wait";
-  }
+  for (std::size_t i = 0; i < slots.size(); ++i) slots[i].Port = ports.Port(static_cast<int>(i) + 1);
   return slots;
 }
 

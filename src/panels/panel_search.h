@@ -9,22 +9,34 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qdm {
 
 inline constexpr Microseconds kReplyTimeout = std::chrono::milliseconds(500);
 
+// How far the search on one port is.
+enum class SlotState { Waiting, NoPort, Asking, Asked };
+
 struct SearchSlot {
   std::unique_ptr<SerialPort> Port;
-  bool Present = false;
-  std::string Status;  // "Please Wait", "No Port", a search text, "No QDM found" or the identification text
-  std::optional<Identification> Panel;  // whoever answered, of the wanted type or not
-  std::string Settings;                 // where it answered; empty unless it is of the wanted type
+  SlotState State = SlotState::Waiting;
+  const LineSetting* Setting = nullptr;  // the one that is being tried, or where the panel answered
+  std::optional<Identification> Panel;   // whoever answered, of the wanted type or not
+  bool Wanted = false;                   // the panel is of the type that is looked for
 
-  bool Choosable() const { return !Settings.empty(); }
+  bool Present() const { return State != SlotState::NoPort; }
+  bool Choosable() const { return Panel && Wanted; }
+  // Where it answered; empty unless it can be chosen.
+  std::string_view Settings() const { return Choosable() ? Setting->Settings : std::string_view(); }
 };
+
+inline constexpr std::string_view kNoPanelText = "No QDM found";
+// What a slot shows: "Please Wait", "No Port", a search text, "No QDM found" or the identification text.
+std::string StatusText(const SearchSlot& slot);
 
 // Told after every change of a slot.
 using SlotChanged = std::function<void(std::size_t slot)>;
@@ -33,7 +45,7 @@ using SlotChanged = std::function<void(std::size_t slot)>;
 // is closed afterwards. Ends early when nobody is left to ask, or at the next line setting after `stop` is
 // set; slots that have not answered then read "No QDM found".
 void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controllerType, Waiting& time,
-                    const StopRequest& stop, const SlotChanged& changed);
+                    const std::stop_token& stop, const SlotChanged& changed);
 
 // One slot for each of COM1..COM16.
 std::vector<SearchSlot> AllSlots(SerialPorts& ports);

@@ -48,7 +48,7 @@ class PanelLink {
   // Replies that were not waited for may come up to 2 s from now.
   void ExpectLateReplies() { repliesUntil_ = time_.Now() + kLateReply; }
   // True when acknowledged. A request to stop is looked at before each attempt.
-  bool SendAcknowledged(ByteView frame, const StopRequest& stop);
+  bool SendAcknowledged(ByteView frame, const std::stop_token& stop);
   // Until nothing late can come any more. False when the line does not fall silent or is gone.
   bool LetLateRepliesPass();
 
@@ -69,9 +69,9 @@ bool PanelLink::Open() {
   return port_.Open();
 }
 
-bool PanelLink::SendAcknowledged(ByteView frame, const StopRequest& stop) {
+bool PanelLink::SendAcknowledged(ByteView frame, const std::stop_token& stop) {
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
-    if (stop.IsSet() || !port_.IsOpen()) return false;
+    if (stop.stop_requested() || !port_.IsOpen()) return false;
     const Microseconds sent = time_.Now();
     const bool acknowledged = Attempt(frame);
     if (!acknowledged || attempt > 1) repliesUntil_ = sent + kLateReply;
@@ -115,11 +115,11 @@ bool Identifies(SerialPort& port, std::string_view settings, int controllerType,
 
 // How often the panel was asked until it answered; 0 when it did not.
 int Connect(SerialPort& port, const std::string& settings, int controllerType, Waiting& time,
-            const StopRequest& stop) {
+            const std::stop_token& stop) {
   int asked = 0;
   const auto answersAt = [&](std::string_view at) {
     ++asked;
-    return !stop.IsSet() && Identifies(port, at, controllerType, time);
+    return !stop.stop_requested() && Identifies(port, at, controllerType, time);
   };
   const bool answered =
       answersAt(settings) || std::any_of(LineSettingsTable.begin(), LineSettingsTable.end(),
@@ -127,7 +127,7 @@ int Connect(SerialPort& port, const std::string& settings, int controllerType, W
   return answered ? asked : 0;
 }
 
-void SendRecords(PanelLink& link, const PanelImage& image, const StopRequest& stop,
+void SendRecords(PanelLink& link, const PanelImage& image, const std::stop_token& stop,
                  ProgrammingObserver& observer, ProgrammingResult& result) {
   observer.RecordsAcknowledged(0);
   while (result.Records < kRecords) {
@@ -143,7 +143,7 @@ void SendRecords(PanelLink& link, const PanelImage& image, const StopRequest& st
 
 // On a line that does not fall silent it is sent all the same, but nothing there can confirm it.
 bool SendRestart(PanelLink& link) {
-  const StopRequest never;
+  const std::stop_token never;
   const bool silent = link.LetLateRepliesPass();
   return link.SendAcknowledged(RestartCommand, never) && silent;
 }
@@ -168,7 +168,7 @@ Bytes ProgramRecord(const PanelImage& image, int record) {
 }
 
 ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
-                               const PanelImage& image, Waiting& time, const StopRequest& stop,
+                               const PanelImage& image, Waiting& time, const std::stop_token& stop,
                                ProgrammingObserver& observer) {
   ProgrammingResult result;
   observer.Connecting();
@@ -192,14 +192,6 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
   return result;
 }
 
-std::optional<Message> RestartPanel(SerialPort& port, Waiting& time) {
-  PanelLink link(port, time);
-  const bool restarted = link.Open() && SendRestart(link);
-  port.Close();
-  if (restarted) return std::nullopt;
-  return RestartFailure();
-}
-
 std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time) {
   std::vector<Message> messages;
   bool repeated = false;
@@ -216,10 +208,10 @@ std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting&
   return messages;
 }
 
-std::optional<Message> FirmwareGate(const std::string& identificationText) {
-  const std::string_view text = identificationText;
-  if (!text.starts_with("TL-VOX")) return std::nullopt;
-  if (!text.ends_with("1.0") && !text.ends_with("1.1") && !text.ends_with("1.2")) return std::nullopt;
+std::optional<Message> FirmwareGate(const Identification& panel) {
+  // Only the last digit of the major version counts, as it always has: 11.2 is taken for 1.2.
+  const bool tooOld = panel.Major % 10 == 1 && panel.Minor <= 2;
+  if (!panel.IsOfType(kTlVox) || !tooOld) return std::nullopt;
   return Message{
       "This version of the QDM editor can only\r\n"
       "operate with TL-VOX firmware 1.3 or higher\r\n"

@@ -11,6 +11,7 @@
 #include "panels/panel_image.h"
 #include "panels/panel_search.h"
 
+#include <stop_token>
 #include <string>
 
 namespace qdm {
@@ -46,18 +47,14 @@ struct ProgrammingResult {
 // stop request or a port that went away ends the procedure as failed, and a panel that was being programmed
 // is restarted all the same.
 ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
-                               const PanelImage& image, Waiting& time, const StopRequest& stop,
+                               const PanelImage& image, Waiting& time, const std::stop_token& stop,
                                ProgrammingObserver& observer);
 
-// Up to 6 attempts. Nothing when the panel acknowledged, else the message to show. The port is closed
-// afterwards.
-std::optional<Message> RestartPanel(SerialPort& port, Waiting& time);
-
-// Restarts every panel that identified itself in a search, whatever its type.
+// Restarts every panel that identified itself in a search, whatever its type: up to 6 attempts each. A
+// message for each that did not acknowledge; every port is closed afterwards.
 std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time);
 
-// Amplifiers with firmware before 1.3 cannot be programmed: the message for an identification text that is
-// refused.
-std::optional<Message> FirmwareGate(const std::string& identificationText);
+// Amplifiers with firmware before 1.3 cannot be programmed: the message for one that is refused.
+std::optional<Message> FirmwareGate(const Identification& panel);
 
 }  // namespace qdm

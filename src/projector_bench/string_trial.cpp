@@ -1,64 +1,42 @@
 #include "projector_bench/string_trial.h"
 
+#include "line/speeds_and_parities.h"
+
 #include <algorithm>
 
 namespace qdm {
 namespace {
 
-std::string_view SpeedPiece(std::int16_t baudrate) {
-  switch (baudrate) {
-    case 1:
-      return "19200,";
-    case 2:
-      return "38400,";
-    case 3:
-      return "57600,";
-    case 4:
-      return "115200,";
-    default:
-      return "9600,";
-  }
+std::string ParityPiece(int code) {
+  const ParityChoice* parity = ParityWithCode(code);
+  if (parity == nullptr) return "";
+  return std::string(parity->Parity == LineParity::Odd ? "0" : parity->Letter) + ",8,";
 }
 
-std::string_view ParityPiece(std::int16_t parity) {
-  switch (parity) {
-    case 0:
-      return "n,8,";
-    case 1:
-      return "e,8,";
-    case 2:
-      return "0,8,";
-    default:
-      return "";
-  }
-}
-
-void Pause(Waiting& time, std::chrono::milliseconds period, const StopRequest& stop) {
+void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_token& stop) {
   const Deadline deadline(time, period);
-  while (!deadline.Passed() && !stop.IsSet()) time.Yield(deadline.At());
+  while (!deadline.Passed() && !stop.stop_requested()) time.Yield(deadline.At());
 }
 
 }  // namespace
 
-std::string TestLineSettings(const ProjectorDefinition& projector) {
-  std::string settings(SpeedPiece(projector.Baudrate));
-  settings += ParityPiece(projector.Parity);
-  settings += projector.Stopbits != 0 ? "2" : "1";
-  return settings;
+std::string TrialLineSettings(const ProjectorDefinition& projector) {
+  return std::string(SpeedOf(projector.Baudrate).Digits) + "," + ParityPiece(projector.Parity) +
+         (projector.Stopbits != 0 ? "2" : "1");
 }
 
-void SendString(SerialPort& port, const StringTest& test, Waiting& time, const StopRequest& stop) {
+void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const std::stop_token& stop) {
   const auto send = [&](std::uint8_t byte) {
     port.Write({&byte, 1});
-    Pause(time, test.InterByteDelay, stop);
+    Pause(time, trial.InterByteDelay, stop);
   };
-  for (std::size_t i = 0; i < test.String.BytesInUse(); ++i) {
-    if (stop.IsSet() || !port.IsOpen()) return;
-    if (test.Level && static_cast<int>(i) == test.VariablePosition - 1) {
-      for (const std::uint8_t byte : *test.Level) send(byte);
-      Pause(time, test.InterByteDelay, stop);
+  for (std::size_t i = 0; i < trial.String.BytesInUse(); ++i) {
+    if (stop.stop_requested() || !port.IsOpen()) return;
+    if (trial.Level && static_cast<int>(i) == trial.VariablePosition - 1) {
+      for (const std::uint8_t byte : *trial.Level) send(byte);
+      Pause(time, trial.InterByteDelay, stop);
     } else {
-      send(test.String.Values[i]);
+      send(trial.String.Values[i]);
     }
   }
 }

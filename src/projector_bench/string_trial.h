@@ -7,28 +7,29 @@
 #include "projectors/projector_definition.h"
 
 #include <optional>
+#include <stop_token>
 #include <string>
 
 namespace qdm {
 
 // How long the console waits before it takes the reply in.
-inline constexpr Microseconds kTestReplyTime = std::chrono::milliseconds(1000);
+inline constexpr Microseconds kTrialReplyTime = std::chrono::milliseconds(1000);
 
 // "9600,n,8,2" from the definition's speed, parity and stop bits. Odd parity gives "0,8," with a digit zero,
 // as it always has, and a parity outside 0..2 no piece at all: a port refuses such a setting and keeps the
 // one that it had.
-std::string TestLineSettings(const ProjectorDefinition& projector);
+std::string TrialLineSettings(const ProjectorDefinition& projector);
 
-// Sends the bytes in use, each followed by `interByteDelay`. With `level` the byte at the 1-based
-// `variablePosition` goes out as those bytes, each followed by the delay of its own. A port that is closed,
+// Sends the bytes in use, each followed by `InterByteDelay`. With `Level` the byte at the 1-based
+// `VariablePosition` goes out as those bytes, each followed by the delay of its own. A port that is closed,
 // or closes in the middle, sends nothing and says nothing.
-struct StringTest {
+struct StringTrial {
   SerialString String;
   std::int16_t VariablePosition = 0;
   std::optional<Bytes> Level;
   std::chrono::milliseconds InterByteDelay{0};
 };
-void SendString(SerialPort& port, const StringTest& test, Waiting& time, const StopRequest& stop);
+void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const std::stop_token& stop);
 
 // What waits in the port, as a string of that kind; nothing when there is nothing or more than 31 bytes.
 std::optional<SerialString> TakeReply(SerialPort& port, ByteKind kind);

@@ -1,6 +1,7 @@
 #include "projectors/field_captions.h"
 
-#include <array>
+#include "line/speeds_and_parities.h"
+
 #include <charconv>
 #include <optional>
 
@@ -9,13 +10,11 @@ namespace {
 
 using Naming = std::string_view (*)(int value);
 
-std::string_view SpeedName(int value) {
-  constexpr std::array<std::string_view, 5> kSpeeds = {"9600", "19200", "38400", "57600", "115200"};
-  return value >= 1 && value <= 4 ? kSpeeds[static_cast<std::size_t>(value)] : kSpeeds[0];
-}
+std::string_view SpeedName(int value) { return SpeedOf(value).Digits; }
 
 std::string_view ParityName(int value) {
-  return value == 0 ? "None" : value == 1 ? "Even" : value == 2 ? "Odd" : "";
+  const ParityChoice* parity = ParityWithCode(value);
+  return parity != nullptr ? parity->Caption : "";
 }
 
 std::string_view StopBitsName(int value) { return value == 0 ? "1" : "2"; }

@@ -48,14 +48,14 @@ struct ProjectorDefinition {
   std::int16_t FixedStartLevel = 0;
   std::int16_t UsePowerDown = 0;
   std::array<std::int16_t, 2> Reserved{};
-  std::int16_t Baudrate = 0;           // 1 = 19200, 2 = 38400, 3 = 57600, 4 = 115200, anything else 9600
+  std::int16_t Baudrate = 0;           // code of a speed, line/speeds_and_parities.h
   std::int16_t InterCommandDelay = 0;  // 0..255
   std::int16_t InterByteDelay = 0;     // milliseconds, 0..10
   std::int16_t WarmUpTime = 1;         // 1..255
   std::int16_t CoolDownTime = 1;       // 1..255
   std::int16_t VolumeBytePosition =
       -1;                     // 1-based place of the VAR byte in slot 6; 0 none, -1 not yet determined
-  std::int16_t Parity = 0;    // 0 none, 1 even, 2 odd
+  std::int16_t Parity = 0;    // code of a parity, line/speeds_and_parities.h
   std::int16_t Stopbits = 0;  // 0 one, anything else two
 
   friend bool operator==(const ProjectorDefinition&, const ProjectorDefinition&) = default;

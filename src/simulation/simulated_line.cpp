@@ -147,19 +147,19 @@ std::unique_ptr<SerialPort> SimulatedPorts::Port(int number) {
 
 std::unique_ptr<SimulatedPorts> DemonstrationPorts(Waiting& time) {
   struct Demonstration {
-    int ControllerType;
+    ControllerTypeValue Type;
     const char* Settings;
   };
   constexpr std::array<Demonstration, 4> kPanels = {
       {{kQdm7, "19200,e,8,2"}, {kQdm6, "9600,n,8,2"}, {kQdm4, "38400,o,8,2"}, {kTlVox, "57600,n,8,2"}}};
   auto ports = std::make_unique<SimulatedPorts>(time, Pacing::TrueByteTime);
-  for (int number = 1; number <= static_cast<int>(kPanels.size()); ++number) {
-    const auto& [type, settings] = kPanels[static_cast<std::size_t>(number) - 1];
+  int number = 0;
+  for (const auto& [code, settings] : kPanels) {
+    const PanelType& type = *PanelTypeOf(code);
     SimulatedPanel::Description description;
-    description.Panel = {.Model = static_cast<std::uint8_t>(type + 1), .Major = 1, .Minor = 3};
+    description.Panel = {.Model = type.ModelCode(), .Major = 1, .Minor = 3};
     description.Settings = settings;
-    ports->AttachPanel(number, "demo " + std::string(ControllerTypeNames[static_cast<std::size_t>(type)]),
-                       SimulatedPanel(std::move(description)));
+    ports->AttachPanel(++number, "demo " + std::string(type.Caption), SimulatedPanel(std::move(description)));
   }
   return ports;
 }

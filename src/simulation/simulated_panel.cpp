@@ -29,13 +29,13 @@ LineSettings ProgrammingSettings() { return ParseLineSettings(kProgrammingSettin
 
 // Bits 0..3 speed, 4..5 parity, 6 two stop bits.
 std::optional<LineSettings> SettingsOfByte(std::uint8_t byte) {
-  constexpr std::array<int, 5> kSpeeds = {9600, 19200, 38400, 57600, 115200};
-  constexpr std::array<LineParity, 3> kParities = {LineParity::None, LineParity::Even, LineParity::Odd};
-  const std::size_t speed = byte & 0x0FU;
-  const std::size_t parity = byte >> 4U & 0x03U;
-  if (byte >= 0x80 || speed >= kSpeeds.size() || parity >= kParities.size()) return std::nullopt;
-  return LineSettings{
-      .Speed = kSpeeds[speed], .Parity = kParities[parity], .DataBits = 8, .StopBits = byte & 0x40U ? 2 : 1};
+  const LineSpeed* speed = SpeedWithCode(byte & 0x0F);
+  const ParityChoice* parity = ParityWithCode(byte >> 4 & 0x03);
+  if (byte >= 0x80 || speed == nullptr || parity == nullptr) return std::nullopt;
+  return LineSettings{.Speed = speed->BitsPerSecond,
+                      .Parity = parity->Parity,
+                      .DataBits = 8,
+                      .StopBits = byte & 0x40U ? 2 : 1};
 }
 
 // What follows an escape byte.

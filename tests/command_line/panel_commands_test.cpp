@@ -70,7 +70,7 @@ TEST_F(PanelCommands, DownloadLeavesEveryPanelRunningWhenItCannotChoose) {
 
 TEST_F(PanelCommands, AStopLeavesThePanelRestartedAndSaysWhereItStood) {
   SimulatedPanel& panel = Attach(1, 1, "9600,n,8,2", "late-ack:%1:100");
-  qdm.Time.At(qdm.Time.Now() + std::chrono::seconds(4), [this] { qdm.Stop.Set(); });
+  qdm.Time.At(qdm.Time.Now() + std::chrono::seconds(4), [this] { qdm.Stop.request_stop(); });
   EXPECT_THAT(Download(), Answers(1, HasSubstr("failed to program\n"), HasSubstr("interrupted after ")));
   EXPECT_GT(panel.RecordsWritten(), 0);
   EXPECT_LT(panel.RecordsWritten(), 64);

@@ -22,8 +22,8 @@ Outcome Search(SerialPort& port, VirtualTime& time, std::size_t stopAfter = 100)
   const Microseconds start = time.Now();
   OnePortSearch search(port, time, [&](const std::string& text) { outcome.Texts.push_back(text); });
   while (!search.Finished()) {
-    time.Yield(search.NextLook());
-    search.Look();
+    time.Yield(search.NextTime());
+    search.Advance();
     if (outcome.Texts.size() >= stopAfter) search.Stop();
   }
   EXPECT_FALSE(port.IsOpen());

@@ -36,14 +36,14 @@ class PanelSearch : public testing::Test {
   void Search(std::optional<int> controllerType = std::nullopt) {
     slots = AllSlots(ports);
     const Microseconds start = time.Now();
-    SearchAllPorts(slots, controllerType, time, stop,
-                   [this](std::size_t slot) { shown[slot].push_back(slots[slot].Status); });
+    SearchAllPorts(slots, controllerType, time, stop.get_token(),
+                   [this](std::size_t slot) { shown[slot].push_back(StatusText(slots[slot])); });
     took = time.Now() - start;
   }
 
   VirtualTime time;
   SimulatedPorts ports{time};
-  StopRequest stop;
+  std::stop_source stop;
   std::vector<SearchSlot> slots;
   std::map<std::size_t, std::vector<std::string>> shown;
   Microseconds took{};
@@ -56,8 +56,8 @@ TEST_F(PanelSearch, FindsAPanelAtEachOfTheLineSettings) {
     attached = 0;
     Attach(Described(kQdm7, settings));
     Search();
-    EXPECT_EQ(slots[0].Settings, settings);
-    EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+    EXPECT_EQ(slots[0].Settings(), settings);
+    EXPECT_EQ(StatusText(slots[0]), "QDM7 1.3");
     EXPECT_EQ(took, milliseconds(500) * (i + 1));
   }
 }
@@ -71,7 +71,7 @@ TEST_F(PanelSearch, ShowsEachSettingAndLeavesEveryPortClosed) {
   EXPECT_EQ(shown[1].size(), 16u);
   EXPECT_EQ(shown[1].back(), "No QDM found");
   EXPECT_THAT(shown[15], ElementsAre("No Port"));
-  EXPECT_FALSE(slots[15].Present);
+  EXPECT_FALSE(slots[15].Present());
   EXPECT_EQ(took, milliseconds(15 * 500)) << "all ports are asked at once";
   for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
 }
@@ -86,25 +86,25 @@ TEST_F(PanelSearch, WhateverIsNotExactlyOneReplyIsNoAnswer) {
     Search();
     EXPECT_FALSE(slots[0].Panel);
     EXPECT_FALSE(slots[0].Choosable());
-    EXPECT_EQ(slots[0].Status, "No QDM found");
+    EXPECT_EQ(StatusText(slots[0]), "No QDM found");
     EXPECT_EQ(took, milliseconds(15 * 500));
   }
   attached = 0;
   Attach(Described(kQdm7, "9600,n,8,2", {"late-ident:1:499"}));
   Search();
-  EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+  EXPECT_EQ(StatusText(slots[0]), "QDM7 1.3");
 }
 
 TEST_F(PanelSearch, StopsBeforeTheNextSettingAndKeepsWhatAnswered) {
   Attach(Described(kQdm7, "9600,e,8,2"));
   Attach(Described(kQdm6, "9600,o,8,2"));
-  time.At(time.Now() + milliseconds(700), [this] { stop.Set(); });
+  time.At(time.Now() + milliseconds(700), [this] { stop.request_stop(); });
   Search(kTlVox);
   EXPECT_EQ(took, milliseconds(1000));
-  EXPECT_EQ(slots[0].Status, "QDM7 1.3");
+  EXPECT_EQ(StatusText(slots[0]), "QDM7 1.3");
   EXPECT_TRUE(slots[0].Panel);
   EXPECT_FALSE(slots[0].Choosable()) << "is of another type";
-  EXPECT_EQ(slots[1].Status, "No QDM found");
+  EXPECT_EQ(StatusText(slots[1]), "No QDM found");
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ class Download : public testing::Test {
   void Program(const std::string& settings = "19200,e,8,2", int controllerType = kQdm7) {
     user.told.clear();
     const Microseconds start = time.Now();
-    result = ProgramPanel(*line, settings, controllerType, image, time, stop, user);
+    result = ProgramPanel(*line, settings, controllerType, image, time, stop.get_token(), user);
     took = time.Now() - start;
     EXPECT_FALSE(line->IsOpen());
   }
@@ -75,7 +75,7 @@ class Download : public testing::Test {
   PanelImage image = SomeImage();
   std::unique_ptr<SimulatedPanel> panel;
   std::unique_ptr<SimulatedLine> line;
-  StopRequest stop;
+  std::stop_source stop;
   Recorder user;
   ProgrammingResult result;
   Microseconds took{};
@@ -165,7 +165,7 @@ TEST_F(Download, ALineThatNeverFallsSilentIsGivenUp) {
 
 TEST_F(Download, AStopRequestEndsItAsFailedAndRestartsThePanel) {
   PanelWith({});
-  time.At(time.Now() + milliseconds(800), [this] { stop.Set(); });
+  time.At(time.Now() + milliseconds(800), [this] { stop.request_stop(); });
   Program();
   EXPECT_THAT(user.told, ElementsAre(kFailed));
   EXPECT_GT(result.Records, 0);
@@ -201,7 +201,7 @@ TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
   ports.AttachPanel(3, "simulated", SimulatedPanel(Described(kTlVox, "9600,n,8,2")));
   ports.AttachLine(4, "silent");
   std::vector<SearchSlot> slots = AllSlots(ports);
-  SearchAllPorts(slots, kQdm7, time, stop, nullptr);
+  SearchAllPorts(slots, kQdm7, time, stop.get_token(), nullptr);
   EXPECT_THAT(RestartFoundPanels(slots, time), ElementsAre(kNotRestarted));
   EXPECT_EQ(ports.PanelAt(1)->Restarts(), 1);
   EXPECT_EQ(ports.PanelAt(2)->Restarts(), 6);
@@ -209,9 +209,10 @@ TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
 }
 
 TEST(FirmwareGate, RefusesAmplifiersBefore13) {
-  for (const char* refused : {"TL-VOX 1.0", "TL-VOX 1.1", "TL-VOX 1.2", "TL-VOX 11.2"}) {
+  using Panel = Identification;
+  for (const Panel refused : {Panel{4, 1, 0}, Panel{4, 1, 1}, Panel{4, 1, 2}, Panel{4, 11, 2}}) {
     const std::optional<Message> message = FirmwareGate(refused);
-    ASSERT_TRUE(message) << refused;
+    ASSERT_TRUE(message) << IdentificationText(refused);
     EXPECT_EQ(message->Title, "Sorry");
     EXPECT_EQ(message->Icon, MessageIcon::Exclamation);
     EXPECT_THAT(message->Text,
@@ -219,8 +220,9 @@ TEST(FirmwareGate, RefusesAmplifiersBefore13) {
                           "or higher\r\nTo proceed you will need to update the firmware\r\n"));
     EXPECT_THAT(message->Text, HasSubstr("www.brevan.example"));
   }
-  for (const char* passed : {"TL-VOX 1.3", "TL-VOX 2.0", "TL-VOX 1.12", "QDM7 1.2", "QDM4 1.0", ""}) {
-    EXPECT_FALSE(FirmwareGate(passed)) << passed;
+  for (const Panel passed : {Panel{4, 1, 3}, Panel{4, 2, 0}, Panel{4, 1, 12}, Panel{4, 0, 2}, Panel{1, 1, 2},
+                             Panel{3, 1, 0}, Panel{0, 1, 2}, Panel{5, 1, 2}}) {
+    EXPECT_FALSE(FirmwareGate(passed)) << IdentificationText(passed);
   }
 }
 

@@ -49,7 +49,7 @@ SerialString StringOf(const Bytes& values, std::size_t variable = 99) {
   return string;
 }
 
-TEST(StringTest, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
+TEST(StringTrial, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
   struct Case {
     int Baudrate, Parity, Stopbits;
     const char* Settings;
@@ -61,11 +61,11 @@ TEST(StringTest, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
     projector.Baudrate = static_cast<std::int16_t>(c.Baudrate);
     projector.Parity = static_cast<std::int16_t>(c.Parity);
     projector.Stopbits = static_cast<std::int16_t>(c.Stopbits);
-    EXPECT_EQ(TestLineSettings(projector), c.Settings);
+    EXPECT_EQ(TrialLineSettings(projector), c.Settings);
   }
 }
 
-TEST(StringTest, PausesAfterEachByteAndAfterEachCharacterOfTheLevel) {
+TEST(StringTrial, PausesAfterEachByteAndAfterEachCharacterOfTheLevel) {
   VirtualTime time;
   RecordingPort port(time, 99);
   const SerialString string = StringOf({'V', 0, 13}, 1);
@@ -75,20 +75,20 @@ TEST(StringTest, PausesAfterEachByteAndAfterEachCharacterOfTheLevel) {
   EXPECT_THAT(port.SentAt, ElementsAre(0ms, 10ms, 20ms, 40ms));
 }
 
-TEST(StringTest, EndsQuietlyWhenThePortGoesAwayOrTheUserStops) {
+TEST(StringTrial, EndsQuietlyWhenThePortGoesAwayOrTheUserStops) {
   VirtualTime time;
   RecordingPort port(time, 2);
   SendString(port, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 1ms}, time, {});
   EXPECT_THAT(port.Sent, ElementsAre(1, 2));
 
-  StopRequest stop;
+  std::stop_source stop;
   RecordingPort other(time, 99);
-  time.At(time.Now() + 15ms, [&stop] { stop.Set(); });
-  SendString(other, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 10ms}, time, stop);
+  time.At(time.Now() + 15ms, [&stop] { stop.request_stop(); });
+  SendString(other, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 10ms}, time, stop.get_token());
   EXPECT_THAT(other.Sent, ElementsAre(1, 2));
 }
 
-TEST(StringTest, TakesRepliesOfOneTo31Bytes) {
+TEST(StringTrial, TakesRepliesOfOneTo31Bytes) {
   VirtualTime time;
   RecordingPort port(time, 99);
   EXPECT_FALSE(TakeReply(port, ByteKind::HEX));

@@ -55,12 +55,12 @@ struct PanelOnPseudoTerminal : testing::Test {
 
   ProgrammingResult Program(Waiting& time) {
     told.messages.clear();
-    return ProgramPanel(*port, "9600,n,8,2", kType, image, time, stop, told);
+    return ProgramPanel(*port, "9600,n,8,2", kType, image, time, stop.get_token(), told);
   }
 
   EventLoopWaiting wall;
   ScaledWaiting scaled{wall, kFaster};
-  StopRequest stop;
+  std::stop_source stop;
   std::optional<SimulatedPanel> panel;
   std::unique_ptr<PseudoTerminalPanel> device;
   std::unique_ptr<SerialPort> port;
@@ -75,11 +75,11 @@ TEST_F(PanelOnPseudoTerminal, IsFoundAtItsSpeedWhateverElseIsOnThePorts) {
   slots[0].Port = PortAt(nobody.Device());
   slots[1].Port = PortAt("/dev/missing");
   slots[2].Port = PortAt(device->Device());
-  SearchAllPorts(slots, kType, scaled, stop, [](std::size_t) {});
-  EXPECT_EQ(slots[0].Status, "No QDM found");
-  EXPECT_EQ(slots[1].Status, "No Port");
-  EXPECT_EQ(slots[2].Status, "QDM7 1.3");
-  EXPECT_EQ(slots[2].Settings, "38400,n,8,2");
+  SearchAllPorts(slots, kType, scaled, stop.get_token(), [](std::size_t) {});
+  EXPECT_EQ(StatusText(slots[0]), "No QDM found");
+  EXPECT_EQ(StatusText(slots[1]), "No Port");
+  EXPECT_EQ(StatusText(slots[2]), "QDM7 1.3");
+  EXPECT_EQ(slots[2].Settings(), "38400,n,8,2");
   EXPECT_THAT(RestartFoundPanels(slots, scaled), testing::IsEmpty());
   EXPECT_EQ(panel->Restarts(), 1);
   for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
@@ -99,8 +99,8 @@ TEST_F(PanelOnPseudoTerminal, IsFoundLaterWhenAnAnswerIsSpoilt) {
     Attach({fault});
     std::vector<SearchSlot> slots(1);
     slots[0].Port = PortAt(device->Device());
-    SearchAllPorts(slots, kType, scaled, stop, [](std::size_t) {});
-    EXPECT_EQ(slots[0].Settings, foundAt) << fault;
+    SearchAllPorts(slots, kType, scaled, stop.get_token(), [](std::size_t) {});
+    EXPECT_EQ(slots[0].Settings(), foundAt) << fault;
   }
 }
 

@@ -104,13 +104,14 @@ class FaultyLine : public ProgrammingObserver {
     if (noisy_) MakeNoiseWhileIdle();
     if (chance_.OneIn(20)) line_->UnplugAt(time_.Now() + milliseconds(chance_.Between(0, 5000)));
     if (chance_.OneIn(20))
-      time_.At(time_.Now() + milliseconds(chance_.Between(0, 5000)), [this] { stop_.Set(); });
+      time_.At(time_.Now() + milliseconds(chance_.Between(0, 5000)), [this] { stop_.request_stop(); });
   }
 
   void Program() {
     image_ = RandomImage(chance_);
     const Microseconds start = time_.Now();
-    result_ = ProgramPanel(*line_, settings_, panel_->Panel().Model - 1, image_, time_, stop_, *this);
+    result_ =
+        ProgramPanel(*line_, settings_, panel_->Panel().Model - 1, image_, time_, stop_.get_token(), *this);
     running_ = false;
     took_ = time_.Now() - start;
   }
@@ -171,7 +172,7 @@ class FaultyLine : public ProgrammingObserver {
   std::string settings_;
   std::unique_ptr<SimulatedPanel> panel_;
   std::unique_ptr<SimulatedLine> line_;
-  StopRequest stop_;
+  std::stop_source stop_;
   bool noisy_ = false;
   bool running_ = true;
   Microseconds lastWrite_ = time_.Now();

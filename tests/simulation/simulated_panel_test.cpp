@@ -90,12 +90,12 @@ TEST(SimulatedPorts, TheDemonstrationHasOnePanelOfEachType) {
   VirtualTime time;
   const std::unique_ptr<SimulatedPorts> ports = DemonstrationPorts(time);
   std::vector<SearchSlot> slots = AllSlots(*ports);
-  SearchAllPorts(slots, std::nullopt, time, StopRequest(), nullptr);
+  SearchAllPorts(slots, std::nullopt, time, std::stop_token(), nullptr);
   const std::vector<std::string> texts = {"QDM7 1.3", "QDM6 1.3", "QDM4 1.3", "TL-VOX 1.3"};
   std::set<std::string> settings;
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    EXPECT_EQ(slots[i].Status, texts[i]);
-    settings.insert(slots[i].Settings);
+    EXPECT_EQ(StatusText(slots[i]), texts[i]);
+    settings.emplace(slots[i].Settings());
   }
   EXPECT_EQ(settings.size(), texts.size());
   EXPECT_EQ(ports->DeviceName(1), "demo QDM 7");

@@ -28,9 +28,9 @@ class DialogScript {
  private:
   // Timers are single: one that is being served does not fire in the event loop of a dialog below it.
   void WatchOn() {
-    QTimer::singleShot(1, &context_, [this] { Look(); });
+    QTimer::singleShot(1, &context_, [this] { Serve(); });
   }
-  void Look() {
+  void Serve() {
     WatchOn();
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || dialog == served_) return;

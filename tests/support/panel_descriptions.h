@@ -11,7 +11,7 @@ namespace qdm {
 inline SimulatedPanel::Description Described(int controllerType, std::string settings,
                                              const std::vector<std::string>& faults = {}) {
   SimulatedPanel::Description description;
-  description.Panel.Model = static_cast<std::uint8_t>(controllerType + 1);
+  description.Panel.Model = PanelTypeOf(controllerType)->ModelCode();
   description.Settings = std::move(settings);
   for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
   return description;

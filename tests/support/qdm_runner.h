@@ -40,7 +40,7 @@ class QdmRunner {
   TempFolder Folder;
   VirtualTime Time;
   SimulatedPorts Ports{Time};
-  StopRequest Stop;
+  std::stop_source Stop;
   bool OnTerminal = false;
 
   Outcome Run(std::vector<std::string> arguments) {

@@ -47,13 +47,13 @@ SerialTestForm::SerialTestForm(Globals& globals, SerialPorts& ports, Waiting& ti
       Timer1(new QTimer(this)),
       Option2(new QButtonGroup(this)),
       slot_(static_cast<std::size_t>(globals.CurrentSlot)),
-      lineSettings_(TestLineSettings(globals.CurrentProjector)),
+      lineSettings_(TrialLineSettings(globals.CurrentProjector)),
       format_(VolumeFormatOf(globals.CurrentProjector)),
       variablePosition_(VariableBytePositionOf(Slot())),
       level_(FirstTrialLevel(format_)) {
   ui_->setupUi(this);
   Timer1->setObjectName(QStringLiteral("Timer1"));
-  Timer1->setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(kTestReplyTime));
+  Timer1->setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(kTrialReplyTime));
   ui_->SerialStringDisplay1->Bind(globals, prompts);
   ui_->SerialStringDisplay1->DisableMenu();
   ui_->SerialStringDisplay2->Bind(globals, prompts);
@@ -154,13 +154,13 @@ void SerialTestForm::Send_Click() {
   SetBusy(true);
   ForgetReply();
   port_->ReadAll();
-  StringTest test{.String = Slot(),
-                  .VariablePosition = variablePosition_,
-                  .Level = {},
-                  .InterByteDelay = std::chrono::milliseconds(globals_.CurrentProjector.InterByteDelay)};
-  if (SendsLevel()) test.Level = LevelBytes(format_, level_);
-  SendString(*port_, test, time_, stop_);
-  if (stop_.IsSet()) return;
+  StringTrial trial{.String = Slot(),
+                    .VariablePosition = variablePosition_,
+                    .Level = {},
+                    .InterByteDelay = std::chrono::milliseconds(globals_.CurrentProjector.InterByteDelay)};
+  if (SendsLevel()) trial.Level = LevelBytes(format_, level_);
+  SendString(*port_, trial, time_, stop_.get_token());
+  if (stop_.stop_requested()) return;
   if (port_->IsOpen()) {
     SetStatus(tr("Waiting for the reply..."));
   } else {
@@ -196,7 +196,7 @@ void SerialTestForm::SetBusy(bool busy) {
 void SerialTestForm::SetStatus(const QString& text) { ui_->Status->setText(text); }
 
 void SerialTestForm::done(int result) {
-  stop_.Set();
+  stop_.request_stop();
   Timer1->stop();
   port_->Close();
   QDialog::done(result);

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <memory>
+#include <stop_token>
 
 class QButtonGroup;
 class QSettings;
@@ -82,7 +83,7 @@ class SerialTestForm : public QDialog {
   const std::int16_t variablePosition_;
   std::int16_t level_;
   std::unique_ptr<SerialPort> port_;
-  StopRequest stop_;
+  std::stop_source stop_;
   bool sendHadFocus_ = false;  // before it was disabled
 };
 

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <stop_token>
 #include <vector>
 
 namespace qdm {
@@ -22,10 +23,8 @@ constexpr int kRows = kPortSlots / 2;  // in two columns of slots
 constexpr int kColumnsOfSlot = 4;      // option, device, status, gap
 constexpr int kGap = 24;
 
-QString TypeName(int controllerType) {
-  const auto index = static_cast<std::size_t>(controllerType);
-  if (index >= ControllerTypeNames.size()) return QStringLiteral("unknown model");
-  return QLatin1String(ControllerTypeNames[index]);
+QString TypeName(const PanelType* type) {
+  return type != nullptr ? QLatin1String(type->Caption) : QStringLiteral("unknown model");
 }
 
 bool IsEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
@@ -37,7 +36,7 @@ QString PortName(std::size_t slot) { return QStringLiteral("COM%1").arg(slot + 1
 // What a procedure works on. It keeps its own hold, so that it can end in peace when the form is gone.
 struct Download::Work {
   std::vector<SearchSlot> Slots;
-  StopRequest Stop;
+  std::stop_source Stop;
   bool Running = false;
 };
 
@@ -85,7 +84,7 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
   Form_Load();
 }
 
-Download::~Download() { work_->Stop.Set(); }
+Download::~Download() { work_->Stop.request_stop(); }
 
 void Download::MakeRow(std::size_t slot) {
   SlotRow& row = rows_[slot];
@@ -118,7 +117,6 @@ void Download::Form_Load() {
     ui_->SlotGrid->setColumnStretch(column, 1);
   ui_->Records->setRange(0, kRecords);
   work_->Slots = AllSlots(ports_);
-  for (SearchSlot& slot : work_->Slots) slot.Status = "Please Wait";
   ShowStage(Stage::Loading);
   Timer1->start(kStartDelay);
 }
@@ -138,7 +136,7 @@ void Download::Timer1_Timer() {
 void Download::Find_Click() { Search(); }
 
 void Download::Stopper_Click() {
-  work_->Stop.Set();
+  work_->Stop.request_stop();
   ShowInstruction();
 }
 
@@ -148,7 +146,7 @@ void Download::FindPanel_Click() {
 }
 
 void Download::Option1_Click(std::size_t slot) {
-  if (const std::optional<Message> refusal = FirmwareGate(work_->Slots[slot].Status)) {
+  if (const std::optional<Message> refusal = FirmwareGate(*work_->Slots[slot].Panel)) {
     rows_[slot].Option1->setChecked(false);
     prompts_.Show(this, *refusal);
     return;
@@ -161,7 +159,7 @@ void Download::reject() {
   Timer1->stop();
   if (work_->Running) {
     closing_ = true;
-    work_->Stop.Set();
+    work_->Stop.request_stop();
     ShowStage(stage_);
     return;
   }
@@ -171,7 +169,7 @@ void Download::reject() {
 
 void Download::BeginWork() {
   work_->Running = true;
-  work_->Stop.Clear();
+  work_->Stop = std::stop_source();
 }
 
 void Download::EndWork() {
@@ -196,9 +194,10 @@ void Download::Search() {
   work->Slots = AllSlots(ports_);
   Waiting& time = time_;
   ShowStage(Stage::Searching);
-  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->Stop, [self](std::size_t slot) {
-    if (self) self->ShowSlot(slot);
-  });
+  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->Stop.get_token(),
+                 [self](std::size_t slot) {
+                   if (self) self->ShowSlot(slot);
+                 });
   if (self) ShowStage(Stage::Restarting);
   for (const Message& message : RestartFoundPanels(work->Slots, time)) {
     if (self) prompts_.Show(this, message);
@@ -216,8 +215,9 @@ void Download::ProgramSlot(std::size_t slot) {
   ShowStage(Stage::Connecting);
   Progress progress(this);
   const SearchSlot& panel = work->Slots[slot];
-  const ProgrammingResult result = ProgramPanel(*panel.Port, panel.Settings, configuration_.ControllerType,
-                                                globals_.Image, time_, work->Stop, progress);
+  const ProgrammingResult result =
+      ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType, globals_.Image,
+                   time_, work->Stop.get_token(), progress);
   if (!self) return;
   outcome_ =
       result.Programmed
@@ -251,7 +251,7 @@ void Download::ShowStage(Stage stage) {
 void Download::ShowPortHint() {
   std::vector<int> closed;
   for (std::size_t slot = 0; slot < work_->Slots.size(); ++slot) {
-    if (!work_->Slots[slot].Present) closed.push_back(static_cast<int>(slot) + 1);
+    if (!work_->Slots[slot].Present()) closed.push_back(static_cast<int>(slot) + 1);
   }
   const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(ports_, closed) : QString();
   ui_->PortHint->setText(hint);
@@ -283,14 +283,14 @@ void Download::ShowInstruction() {
       text = QStringLiteral("This configuration cannot be downloaded.");
       break;
   }
-  if (work_->Running && work_->Stop.IsSet()) text = QStringLiteral("Stopping...");
+  if (work_->Running && work_->Stop.stop_requested()) text = QStringLiteral("Stopping...");
   for (QLabel* label : {ui_->SearchLabel, ui_->ClickSelectLabel, ui_->LinkLabel, ui_->ProgramLabel})
     label->setText(text);
 }
 
 QString Download::ChoiceInstruction() const {
   const std::vector<SearchSlot>& slots = work_->Slots;
-  const QString wanted = TypeName(configuration_.ControllerType);
+  const QString wanted = TypeName(PanelTypeOf(configuration_.ControllerType));
   if (std::any_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Choosable(); })) {
     return QStringLiteral("Click on the panel to program.");
   }
@@ -299,7 +299,7 @@ QString Download::ChoiceInstruction() const {
     return QStringLiteral("No %1 was found. What answered is of another type than the configuration.")
         .arg(wanted);
   }
-  if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present; })) {
+  if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present(); })) {
     return ui_->PortHint->text().isEmpty()
                ? QStringLiteral("No port could be opened. Plug the adapter in, then press Find.")
                : QStringLiteral("No port could be opened. The line below the ports says why.");
@@ -317,7 +317,7 @@ void Download::ShowSlot(std::size_t index) {
   const SlotRow& row = rows_[index];
   const int number = static_cast<int>(index) + 1;
   row.Device->setText(OwnName(ports_, number));
-  row.Label1->setText(QString::fromStdString(slot.Status));
+  row.Label1->setText(QString::fromStdString(StatusText(slot)));
   row.Option1->setEnabled(slot.Choosable() && stage_ != Stage::Searching && stage_ != Stage::Restarting);
   row.Option1->setAccessibleName(QStringLiteral("%1, %2").arg(PortName(index), row.Label1->text()));
   row.Label1->setAutoFillBackground(slot.Choosable());
@@ -334,9 +334,9 @@ QString Download::WhyNotChoosable(const SearchSlot& slot, int number) const {
   if (stage_ != Stage::Choice || slot.Choosable()) return {};
   if (slot.Panel) {
     return QStringLiteral("This is a %1, the configuration is for a %2.")
-        .arg(TypeName(slot.Panel->Model - 1), TypeName(configuration_.ControllerType));
+        .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(configuration_.ControllerType)));
   }
-  if (slot.Present) return QStringLiteral("Nobody answered at any line setting.");
+  if (slot.Present()) return QStringLiteral("Nobody answered at any line setting.");
   return WhyPortIsClosed(ports_, number);
 }
 

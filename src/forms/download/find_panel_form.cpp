@@ -88,9 +88,9 @@ void FindPanel::RunSearches() {
   for (;;) {
     std::optional<Microseconds> next;
     for (const Cell& cell : cells_) {
-      if (cell.Comm->Searching()) cell.Comm->Look();
+      if (cell.Comm->Searching()) cell.Comm->Advance();
       if (cell.Comm->Searching())
-        next = std::min(next.value_or(cell.Comm->NextLook()), cell.Comm->NextLook());
+        next = std::min(next.value_or(cell.Comm->NextTime()), cell.Comm->NextTime());
     }
     if (!next) break;
     time_.Yield(*next);

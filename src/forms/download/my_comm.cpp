@@ -61,7 +61,7 @@ void MyComm::StopSearch() {
   if (Pending()) {
     Timer1->stop();
     port_->Close();
-    ShowStatus(QStringLiteral("No QDM found"));
+    ShowStatus(QLatin1String(kNoPanelText));
     Q_EMIT Finished();
   } else if (Searching()) {
     search_->Stop();
@@ -84,8 +84,8 @@ void MyComm::Timer1_Timer() {
   }
 }
 
-void MyComm::Look() {
-  search_->Look();
+void MyComm::Advance() {
+  search_->Advance();
   if (search_->Finished()) Finish();
 }
 

@@ -1,8 +1,8 @@
 // Which panel is on this port? One port, one search at a time: `StartSearch` opens the port, 500 ms later the
 // search begins, and in the end the control shows either `Option1` to choose the port by, with what was found
 // beside it, or "No QDM found". A port that does not open shows nothing at all.
-// It does not wait: whoever owns it calls Look() from `Began` on, until Searching() is over. So the searches
-// of several controls run side by side.
+// It does not wait: whoever owns it calls Advance() from `Began` on, until Searching() is over. So the
+// searches of several controls run side by side.
 #pragma once
 
 #include "panels/one_port_search.h"
@@ -33,8 +33,8 @@ class MyComm : public QWidget {
   bool Opened() const { return port_ != nullptr; }
   bool Pending() const;    // started, but not begun
   bool Searching() const;  // begun and not finished
-  Microseconds NextLook() const { return search_->NextLook(); }
-  void Look();
+  Microseconds NextTime() const { return search_->NextTime(); }
+  void Advance();
 
   // What was found; empty unless `Option1` is offered.
   const OnePortResult& Result() const { return result_; }

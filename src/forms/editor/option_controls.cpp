@@ -4,6 +4,9 @@
 #include "config/version.h"
 #include "ui_option_controls.h"
 
+#include <QButtonGroup>
+#include <QRadioButton>
+
 namespace qdm {
 namespace {
 
@@ -11,7 +14,6 @@ constexpr int kLowestTime = 1;  // seconds
 constexpr int kHighestTime = 255;
 constexpr int kShortestNoButton = 1;
 constexpr int kLongestNoButton = 10;
-constexpr int kPanelTypes = 3;  // QDM 7, QDM 6, QDM 4
 
 // Numbers of a group's buttons stand behind the last "_" of their names.
 void NumberButtons(QButtonGroup* group) {
@@ -44,23 +46,38 @@ QString TextOf(std::string_view text) {
 
 int PixelsOf(int twips) { return twips * 96 / 1440; }
 
-// Pictures that have no button on the panel: the smallest has no volume pair, the amplifier no last two.
+// Pictures that have no button on the panel.
 QList<int> HiddenLockButtons(int controllerType) {
-  if (controllerType == kQdm4) return {0, 1};
-  if (controllerType == kTlVox) return {4, 5};
-  return {};
+  QList<int> hidden;
+  const PanelType* type = PanelTypeOf(controllerType);
+  for (std::size_t button = 0; type != nullptr && button < kLockButtons; ++button) {
+    if (!type->HasButton[button]) hidden.push_back(static_cast<int>(button));
+  }
+  return hidden;
 }
 
 }  // namespace
 
 OptionControls::OptionControls(QWidget* parent)
-    : QWidget(parent), ui_(std::make_unique<Ui::OptionControls>()) {
+    : QWidget(parent), ui_(std::make_unique<Ui::OptionControls>()), Option2(new QButtonGroup(this)) {
+  MakeTypeButtons();  // before the other controls: they are the first in the tab order
   ui_->setupUi(this);
+  for (QAbstractButton* button : Option2->buttons()) ui_->ControllerTypeFrameLayout->addWidget(button);
   ListControls();
   ConnectControls();
 }
 
 OptionControls::~OptionControls() = default;
+
+// In the order of the established window: the last type stands first.
+void OptionControls::MakeTypeButtons() {
+  Option2->setObjectName(QStringLiteral("Option2"));
+  for (auto type = PanelTypes.rbegin(); type != PanelTypes.rend(); ++type) {
+    auto* button = new QRadioButton(TextOf(type->Caption), this);
+    button->setObjectName(QStringLiteral("Option2_%1").arg(int{type->Code}));
+    Option2->addButton(button, type->Code);
+  }
+}
 
 void OptionControls::ListControls() {
   using Record = PanelConfiguration;
@@ -108,7 +125,7 @@ void OptionControls::ListControls() {
 }
 
 void OptionControls::ConnectControls() {
-  connect(ui_->Option2, &QButtonGroup::idClicked, this, &OptionControls::Option2_Click);
+  connect(Option2, &QButtonGroup::idClicked, this, &OptionControls::Option2_Click);
   connect(ui_->OutputsOption, &QButtonGroup::idClicked, this, &OptionControls::OutputsOption_Click);
   for (const TimePair& pair : times_) {
     connect(pair.Up, &IntegerEntry::Changed, this, [this, &pair] { Time_Change(pair); });
@@ -147,7 +164,7 @@ void OptionControls::ShowRecordInControls(PanelConfiguration& record) {
   Select(ui_->ControlInputOption, record.ControlInputOption);
   for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetValue(record.LockSequence[i]);
   Select(ui_->OutputsOption, record.OutputsOption);
-  Select(ui_->Option2, record.ControllerType);
+  Select(Option2, record.ControllerType);
   Select(ui_->ControlInputOptionLowHighOption, record.ControlInputActiveHigh != 0 ? 1 : 0);
   BindTimes(record.UpTime, record.DownTime, LabelsWhenShown(record.OutputsOption));
   ui_->integer5v1->SetCount(record.ThresholdVoltage);
@@ -163,10 +180,9 @@ void OptionControls::StoreControlsToRecord(PanelConfiguration& record) const {
   if (const int use = ui_->ControlInputOption->checkedId(); use >= 0) record.ControlInputOption = Word(use);
   for (std::size_t i = 0; i < sequence_.size(); ++i) record.LockSequence[i] = Word(sequence_[i]->Value());
   if (const int use = ui_->OutputsOption->checkedId(); use >= 0) record.OutputsOption = Word(use);
-  // Only the panels are asked for: what is none of them is the amplifier.
-  int type = 0;
-  while (type < kPanelTypes && !ui_->Option2->button(type)->isChecked()) ++type;
-  record.ControllerType = Word(type);
+  // Where none is chosen, the amplifier is meant.
+  const int type = Option2->checkedId();
+  record.ControllerType = type >= 0 ? Word(type) : Word(kTlVox);
   record.ControlInputActiveHigh = FlagOf(ui_->ControlInputOptionLowHighOption->checkedId() == 1);
   record.UpTime = Word(CurrentTimes().Up->Value());
   record.DownTime = Word(CurrentTimes().Down->Value());
@@ -221,7 +237,7 @@ const OptionControls::TimePair& OptionControls::CurrentTimes() const {
 }
 
 OptionSelections OptionControls::Selections() const {
-  return {.ControllerType = ui_->Option2->checkedId(),
+  return {.ControllerType = Option2->checkedId(),
           .OutputsOption = ui_->OutputsOption->checkedId(),
           .ControlInputOption = ui_->ControlInputOption->checkedId(),
           .TurnOffNoButton = ui_->TurnOffNoButtonCheck->isChecked(),
@@ -247,7 +263,7 @@ void OptionControls::ApplyLayout(const OptionStates& states) {
   }
   ui_->LockFrame->setMinimumHeight(PixelsOf(states.LockFrameTwips));
   ui_->InputsFrame->setToolTip(amplifier ? QString() : tr("Used by the TL-VOX"));
-  for (Buttons* step : sequence_) step->SetHiddenButtons(HiddenLockButtons(ui_->Option2->checkedId()));
+  for (Buttons* step : sequence_) step->SetHiddenButtons(HiddenLockButtons(Option2->checkedId()));
 }
 
 void OptionControls::Apply(const OptionStates& states) {

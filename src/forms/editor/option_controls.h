@@ -33,7 +33,7 @@ class OptionControls : public QWidget {
   // Writes the editor's version into the record and converts what editors of the 1.1 series kept differently.
   void ShowRecordInControls(PanelConfiguration& record);
   // Typed but not yet entered numbers included. A use of the outputs or of the control input that is not
-  // chosen stays as it is in the record; a controller type that is not chosen is the last one, "TL-VOX".
+  // chosen stays as it is in the record; a controller type that is not chosen is stored as "TL-VOX".
   void StoreControlsToRecord(PanelConfiguration& record) const;
   // Brings what is visible and enabled in line with what is selected.
   void UpdateOptionStates();
@@ -62,6 +62,7 @@ class OptionControls : public QWidget {
     IntegerEntry* Down;
   };
 
+  void MakeTypeButtons();
   void ListControls();
   void ConnectControls();
 
@@ -78,6 +79,7 @@ class OptionControls : public QWidget {
   void Apply(const OptionStates& states);
 
   std::unique_ptr<Ui::OptionControls> ui_;
+  QButtonGroup* Option2;  // ids are controller types
   std::vector<Entry> entries_;
   std::vector<Check> checks_;
   std::array<TimePair, 3> times_{};

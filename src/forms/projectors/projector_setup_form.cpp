@@ -6,15 +6,18 @@
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/kind_colours.h"
+#include "line/speeds_and_parities.h"
 #include "projectors/definition_setup.h"
 #include "ui_projector_setup_form.h"
 
 #include <QButtonGroup>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QShortcut>
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace qdm {
@@ -38,6 +41,19 @@ QStringList ManufacturersOf(const ProjectorLibrary& library) {
 
 void Choose(QButtonGroup* group, int id) {
   if (QAbstractButton* button = group->button(id)) button->setChecked(true);
+}
+
+// A button for each row of a table, with its caption and code. `name` is what a screen reader says, with %1
+// for the caption.
+template <class Row, std::size_t N>
+void AddChoices(QButtonGroup* group, const QString& name, const std::array<QRadioButton*, N>& buttons,
+                const std::array<Row, N>& rows) {
+  for (std::size_t i = 0; i < N; ++i) {
+    const QString caption = QLatin1String(rows[i].Caption);
+    buttons[i]->setText(caption);
+    buttons[i]->setAccessibleName(name.arg(caption));
+    group->addButton(buttons[i], rows[i].Code);
+  }
 }
 
 std::int16_t Narrow(int value) { return static_cast<std::int16_t>(value); }
@@ -71,14 +87,12 @@ ProjectorSetupForm::~ProjectorSetupForm() = default;
 
 // An option's id is the value that it stands for in the record.
 void ProjectorSetupForm::MakeGroups() {
+  const std::array speeds = {ui_->Baudrate_0, ui_->Baudrate_1, ui_->Baudrate_2, ui_->Baudrate_3,
+                             ui_->Baudrate_4};
+  const std::array parities = {ui_->ParityOption_0, ui_->ParityOption_1, ui_->ParityOption_2};
+  AddChoices(Baudrate, tr("Speed %1"), speeds, LineSpeeds);
+  AddChoices(ParityOption, tr("Parity %1"), parities, LineParities);
   int id = 0;
-  for (QRadioButton* speed :
-       {ui_->Baudrate_0, ui_->Baudrate_1, ui_->Baudrate_2, ui_->Baudrate_3, ui_->Baudrate_4})
-    Baudrate->addButton(speed, id++);
-  id = 0;
-  for (QRadioButton* parity : {ui_->ParityOption_0, ui_->ParityOption_1, ui_->ParityOption_2})
-    ParityOption->addButton(parity, id++);
-  id = 0;
   for (QRadioButton* bits : {ui_->Stopbits_0, ui_->Stopbits_1}) Stopbits->addButton(bits, id++);
 }
 
@@ -97,7 +111,7 @@ void ProjectorSetupForm::Load() {
   ui_->Manufacturer->setCurrentText(ToQString(p.Manufacturer.Trimmed()));
   ui_->Model->setText(ToQString(p.Model.Trimmed()));
   ui_->Notes->SetNotes(p.Notes);
-  Choose(Baudrate, p.Baudrate >= 1 && p.Baudrate <= 4 ? p.Baudrate : 0);
+  Choose(Baudrate, SpeedOf(p.Baudrate).Code);
   Choose(ParityOption, p.Parity);
   Choose(Stopbits, p.Stopbits != 0 ? 1 : 0);
   LoadNumber(ui_->InterCommandDelay, p.InterCommandDelay, kLongestTime,
