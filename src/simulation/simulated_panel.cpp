@@ -9,11 +9,6 @@ namespace {
 using Kind = PanelFault::Kind;
 using Target = PanelFault::Target;
 
-constexpr std::uint8_t kStartByte = 0xFF;
-constexpr std::uint8_t kWriteCommand = 0x22;
-constexpr std::uint8_t kRestartCommand = 0x44;
-constexpr std::uint8_t kEscape = 0xFE;
-
 // Where the memory holds the line of the projector, on which the panel listens too.
 constexpr std::size_t kQdmLineByte = 11;
 constexpr std::size_t kTlvoxLineByte = 6;
@@ -36,13 +31,6 @@ std::optional<LineSettings> SettingsOfByte(std::uint8_t byte) {
   if (byte >= 0x80 || speed >= kSpeeds.size() || parity >= kParities.size()) return std::nullopt;
   return LineSettings{
       .Speed = kSpeeds[speed], .Parity = kParities[parity], .DataBits = 8, .StopBits = byte & 0x40U ? 2 : 1};
-}
-
-// What follows an escape byte.
-std::optional<std::uint8_t> Unescaped(std::uint8_t byte) {
-  if (byte == 0xFE) return std::uint8_t{0xFF};
-  if (byte == 0xFD) return std::uint8_t{0xFE};
-  return std::nullopt;
 }
 
 }  // namespace
