@@ -1,6 +1,6 @@
 // The 512 bytes of memory that a panel is programmed with, made from a configuration. Two layouts for bytes
-// 0..25, one table of command strings from byte 26 on. The image is either whole or absent: a value that does
-// not fit is an ImageError that names the field or slot and the value.
+// 0..25 (image_layout.h), one table of command strings from byte 26 on. The image is either whole or absent:
+// a value that does not fit is an ImageError that names the field or slot and the value.
 #pragma once
 
 #include "config/panel_configuration.h"
@@ -36,13 +36,7 @@ class ImageError : public std::runtime_error {
 extern const std::array<std::uint8_t, kCommandSlots> CommandSlotOrder;
 inline constexpr std::size_t kStringTableStart = 26;
 
-// The codes that the panels use for the buttons of the lock sequence; 0 for an index outside 0..4.
-std::uint8_t QdmInputCode(int index);
-std::uint8_t TlvoxInputCode(int index);
-
-PanelImage BuildQdmImage(const PanelConfiguration& configuration);
-PanelImage BuildTlvoxImage(const PanelConfiguration& configuration);  // tlvox_eeprom.cpp
-// The layout that the configuration's controller type asks for.
+// In the layout that the configuration's controller type asks for.
 PanelImage BuildPanelImage(const PanelConfiguration& configuration);
 
 }  // namespace qdm

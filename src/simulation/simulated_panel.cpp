@@ -1,5 +1,7 @@
 #include "simulation/simulated_panel.h"
 
+#include "panels/image_layout.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,11 +11,6 @@ namespace {
 using Kind = PanelFault::Kind;
 using Target = PanelFault::Target;
 
-// Where the memory holds the line of the projector, on which the panel listens too.
-constexpr std::size_t kQdmLineByte = 11;
-constexpr std::size_t kTlvoxLineByte = 6;
-constexpr std::uint8_t kTlvoxModel = 4;
-
 PanelImage BlankMemory() {
   PanelImage memory;
   memory.fill(0xFF);
@@ -22,7 +19,7 @@ PanelImage BlankMemory() {
 
 LineSettings ProgrammingSettings() { return ParseLineSettings(kProgrammingSettings); }
 
-// Bits 0..3 speed, 4..5 parity, 6 two stop bits.
+// Of the byte that kProjectorLine names.
 std::optional<LineSettings> SettingsOfByte(std::uint8_t byte) {
   constexpr std::array<int, 5> kSpeeds = {9600, 19200, 38400, 57600, 115200};
   constexpr std::array<LineParity, 3> kParities = {LineParity::None, LineParity::Even, LineParity::Odd};
@@ -179,7 +176,7 @@ void SimulatedPanel::WriteRecord(std::vector<PanelReply>& replies) {
 
 void SimulatedPanel::Restart() {
   ++restarts_;
-  const std::size_t lineByte = panel_.Model == kTlvoxModel ? kTlvoxLineByte : kQdmLineByte;
+  const std::size_t lineByte = OffsetOf(LayoutOf(panel_.Model - 1), kProjectorLine);
   own_ = SettingsOfByte(memory_[lineByte]).value_or(own_);
   startWaits_ = false;
   recordByte_ = -1;

@@ -91,7 +91,7 @@ PanelConfiguration Distinct(std::int16_t controllerType) {
 }
 
 TEST(PanelImage, QdmLayoutHasEveryFieldInItsPlace) {
-  const PanelImage image = BuildQdmImage(Distinct(kQdm7));
+  const PanelImage image = BuildPanelImage(Distinct(kQdm7));
   ExpectBytes(image, 0,
               {16, 41, 42, 3 + 16, 44, 43, 1 + 4 + 160, 45, 46, 0x67, 0x42, 32 + 4 + 64, 51, 7, 52, 53});
   ExpectBytes(image, 16, {0x34, 0x12, 0xFE, 0xFF, 0x02, 0x01, 0x0B, 0x0A, 2 + 4 + 32 + 64, 5, 0});
@@ -170,8 +170,11 @@ TEST(PanelImage, ButtonCodes) {
   const std::array<int, 7> qdm = {7, 6, 2, 3, 4, 0, 0};
   const std::array<int, 7> tlvox = {4, 5, 2, 3, 0, 0, 0};
   for (std::size_t i = 0; i < indexes.size(); ++i) {
-    EXPECT_EQ(QdmInputCode(indexes[i]), qdm[i]);
-    EXPECT_EQ(TlvoxInputCode(indexes[i]), tlvox[i]);
+    const Change place = [&](PanelConfiguration& c) {
+      c.LockSequence.fill(static_cast<std::int16_t>(indexes[i]));
+    };
+    ExpectBytes(ImageOf(kQdm7, place), 9, {qdm[i] * 17, qdm[i] * 17});
+    ExpectBytes(ImageOf(kTlVox, place), 4, {tlvox[i] * 17, tlvox[i] * 17});
   }
 }
 
