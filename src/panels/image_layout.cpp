@@ -19,7 +19,7 @@ void ThrowOverflow(std::string_view field, int stored, int result) {
       stored == result
           ? "outside 0..255, which is all that its byte in the panel can hold"
           : "makes " + std::to_string(result) + ", which does not fit its byte in the panel (0..255)";
-  throw ImageError(ImageError::Kind::Overflow, std::string(field), stored, why);
+  throw ImageError(field, stored, why);
 }
 
 std::uint8_t FittingByte(std::string_view field, int stored, int result) {

@@ -3,17 +3,15 @@
 #include "panels/image_fields.h"
 
 #include <algorithm>
+#include <string>
 
 namespace qdm {
 
 constexpr std::array<std::uint8_t, kCommandSlots> CommandSlotOrder = {
     0, 1, 2, 3, 4, 23, 5, 24, 6, 7, 8, 9, 10, 11, 12, 13, 14, 21, 15, 22, 16, 17, 18, 19, 20};
 
-ImageError::ImageError(Kind kind, std::string field, int value, const std::string& why)
-    : std::runtime_error(field + " = " + std::to_string(value) + ": " + why),
-      kind_(kind),
-      field_(std::move(field)),
-      value_(value) {}
+ImageError::ImageError(std::string_view field, int value, std::string_view why)
+    : std::runtime_error(std::string(field) + " = " + std::to_string(value) + ": " + std::string(why)) {}
 
 namespace {
 
@@ -27,15 +25,13 @@ std::string SlotField(std::string_view array, std::size_t slot, std::string_view
       "the command strings run past byte 511 of the panel's memory; shorten strings or clear those that are "
       "not needed";
   if (projector.Available[slot] == 0) {
-    throw ImageError(ImageError::Kind::Subscript, SlotField("Available", slot, ""), 0, why);
+    throw ImageError(SlotField("Available", slot, ""), 0, why);
   }
-  throw ImageError(ImageError::Kind::Subscript, SlotField("Strings", slot, ".Count"),
-                   projector.Strings[slot].Count, why);
+  throw ImageError(SlotField("Strings", slot, ".Count"), projector.Strings[slot].Count, why);
 }
 
 [[noreturn]] void ThrowCountTooHigh(const SerialString& string, std::size_t slot) {
-  throw ImageError(ImageError::Kind::Subscript, SlotField("Strings", slot, ".Count"), string.Count,
-                   "a string has no more than 32 bytes");
+  throw ImageError(SlotField("Strings", slot, ".Count"), string.Count, "a string has no more than 32 bytes");
 }
 
 class StringTable {

@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <stdexcept>
-#include <string>
+#include <string_view>
 
 namespace qdm {
 
@@ -18,18 +18,8 @@ using PanelImage = std::array<std::uint8_t, kPanelImageSize>;
 // `what()` is one line: field or slot, value, why, and what to do where something can be done.
 class ImageError : public std::runtime_error {
  public:
-  enum class Kind { Overflow, Subscript };
-
-  ImageError(Kind kind, std::string field, int value, const std::string& why);
-
-  Kind Failure() const { return kind_; }
-  const std::string& Field() const { return field_; }  // "RoomTimeout", "Projector.Strings[10].Count"
-  int Value() const { return value_; }
-
- private:
-  Kind kind_;
-  std::string field_;
-  int value_;
+  // `field`: "RoomTimeout", "Projector.Strings[10].Count (Serial enable reply)".
+  ImageError(std::string_view field, int value, std::string_view why);
 };
 
 // The order of the string slots in the table, and the slots' place there.

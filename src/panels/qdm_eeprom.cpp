@@ -76,7 +76,7 @@ std::uint16_t VolumeFormat(const ImageField& field, const C& c) {
 std::uint16_t VolumeBytePosition(const ImageField& field, const C& c) {
   const std::int16_t position = c.Projector.VolumeBytePosition;
   if (position == -1) {
-    throw ImageError(ImageError::Kind::Overflow, std::string(field.Name), position,
+    throw ImageError(field.Name, position,
                      "not yet determined; open the projector in the setup dialog and press Done");
   }
   return FittingByte(field.Name, position, position);
