@@ -1,28 +1,31 @@
-// The images of the examples, as `qdm image` prints them: offset and 16 bytes a line.
+// The images of the examples, byte by byte, with the fields that each part is made from and its meaning.
 #include "config/configuration_file.h"
-#include "panels/panel_image.h"
+#include "panels/image_explanation.h"
 #include "projectors/projector_files.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
+#include <iomanip>
+#include <sstream>
 
 namespace qdm {
 namespace {
 
-std::string Dump(const PanelImage& image) {
-  std::string text;
-  char piece[8];
-  for (std::size_t i = 0; i < image.size(); ++i) {
-    if (i % 16 == 0) text += (std::snprintf(piece, sizeof piece, "%04X ", static_cast<unsigned>(i)), piece);
-    text += (std::snprintf(piece, sizeof piece, " %02X", image[i]), piece);
-    if (i % 16 == 15) text += '\n';
+std::string Explained(const PanelConfiguration& configuration) {
+  const PanelImage image = BuildPanelImage(configuration);
+  std::ostringstream text;
+  text << std::hex << std::uppercase << std::setfill('0');
+  for (const ImagePart& part : ExplainImage(configuration)) {
+    text << std::setw(3) << part.Offset << " |";
+    for (const int byte : ByteView(image).subspan(part.Offset, part.Length))
+      text << ' ' << std::setw(2) << byte;
+    text << " | " << part.Fields << " | " << part.Meaning << '\n';
   }
-  return text;
+  return text.str();
 }
 
-TEST(ExampleImages, AreTheRightOnesAndTakeEveryExampleProjector) {
+TEST(ExampleImages, AreAsTheyWereAndCanCarryEveryExampleProjector) {
   const std::filesystem::path source = PathFromUtf8(QDM_SOURCE_DIR);
   const std::vector<ProjectorDefinition> library = ReadDefinitions(source / "examples" / "Projectors.DEF");
   int configurations = 0;
@@ -31,8 +34,7 @@ TEST(ExampleImages, AreTheRightOnesAndTakeEveryExampleProjector) {
     ++configurations;
     PanelConfiguration configuration = ReadConfiguration(entry.path());
     std::ifstream golden(source / "tests/panels/golden" / entry.path().stem().concat(".txt"));
-    EXPECT_EQ(Dump(BuildPanelImage(configuration)), std::string(std::istreambuf_iterator(golden), {}))
-        << entry.path();
+    EXPECT_EQ(Explained(configuration), std::string(std::istreambuf_iterator(golden), {})) << entry.path();
     for (const ProjectorDefinition& projector : library) {
       configuration.Projector = projector;
       EXPECT_NO_THROW(BuildPanelImage(configuration)) << entry.path() << projector.Model.TrimmedUtf8();
