@@ -49,7 +49,7 @@ SerialString StringOf(const std::vector<std::uint8_t>& bytes) {
 }
 
 void Use(PanelConfiguration& c, std::size_t slot, const SerialString& string) {
-  c.Projector.Available[slot] = -1;
+  c.Projector.Available[slot] = 1;  // any value but 0
   c.Projector.Strings[slot] = string;
 }
 
