@@ -159,7 +159,9 @@ Bytes Encode(const Record& record) {
   return stored;
 }
 
-// `stored` must hold at least the record's stored size; what lies behind it is not looked at.
+// `stored` must hold at least StoredSize<Record>() bytes: a shorter one is read past its end, so whoever
+// reads a file compares its length first. What lies behind is not looked at. Any bits make a record: counts
+// and indexes in it are the caller's to check.
 template <class Record>
 void Decode(ByteView stored, Record& record) {
   RecordReader reader(stored.data());

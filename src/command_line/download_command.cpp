@@ -4,6 +4,7 @@
 #include "command_line/record_files.h"
 #include "command_line/signals.h"
 #include "config/configuration_rules.h"
+#include "panels/frame.h"
 #include "panels/programming.h"
 
 #include <iomanip>

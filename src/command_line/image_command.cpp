@@ -1,8 +1,8 @@
 #include "command_line/commands.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
+#include "panels/frame.h"
 #include "panels/image_explanation.h"
-#include "panels/programming.h"
 
 #include <algorithm>
 #include <iomanip>

@@ -1,43 +1,48 @@
-// What the two layouts of the panel's memory share: fields that must fit a byte, and the table of strings.
+// The bytes of a panel's memory before the table of strings, as rows: where a field stands, what it means,
+// which fields of the configuration it is made from, and how. One table of rows for the QDM panels
+// (qdm_eeprom.cpp), one for the amplifier (tlvox_eeprom.cpp). Building and explaining an image walk it, and
+// whoever needs the place of a field takes it from there. Bytes that no row has stay FF.
 #pragma once
 
-#include "panels/panel_image.h"
+#include "config/panel_configuration.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace qdm {
 
-[[noreturn]] void ThrowOverflow(std::string_view field, int stored, int result);
+struct ImageField {
+  // The value for its place; what the configuration's value cannot become is an ImageError.
+  using Encoder = std::uint16_t (*)(const ImageField& field, const PanelConfiguration& configuration);
 
-// The byte `result` that `field` becomes; `stored` is what the record holds. Overflow outside 0..255.
-inline std::uint8_t FittingByte(std::string_view field, int stored, int result) {
-  if (result < 0 || result > 255) ThrowOverflow(field, stored, result);
-  return static_cast<std::uint8_t>(result);
-}
-inline std::uint8_t FittingByte(std::string_view field, std::int16_t stored) {
-  return FittingByte(field, stored, stored);
-}
+  std::size_t Width;         // in bytes: 1, or 2 with the low byte first
+  std::string_view Name;     // of the field that an error blames, unless `Encode` knows better
+  std::string_view Meaning;  // for people
+  // Every field of the configuration that has a say, separated by ", ".
+  std::string_view Sources;
+  Encoder Encode;
+};
 
-// An intermediate result: the panel's makers reckon in 16 bits. Overflow outside them.
-inline int FittingWord(std::string_view field, int stored, int result) {
-  if (result < -0x8000 || result > 0x7FFF) ThrowOverflow(field, stored, result);
-  return result;
-}
+struct ImageRow {
+  std::size_t Offset;
+  ImageField Field;
+};
 
-constexpr int Bit(std::int16_t flag, int value) { return flag != 0 ? value : 0; }
+// In the order in which the values are made: of several that fail, the first is reported.
+using ImageLayout = std::span<const ImageRow>;
 
-// Two buttons of the lock sequence in one byte, the first in the low half.
-constexpr std::uint8_t ButtonPair(std::uint8_t first, std::uint8_t second) {
-  return static_cast<std::uint8_t>(second << 4 | first);
-}
+extern const ImageLayout kQdmLayout;
+extern const ImageLayout kTlvoxLayout;
 
-// `lockFlags` below bit 4, `NoButtonPowerDown` above.
-std::uint8_t LockByte(int lockFlags, const PanelConfiguration& configuration);
+// The layout of a controller type; QDM for a type that no panel has.
+ImageLayout LayoutOf(int controllerType);
 
-// Parity, speed and stop bits of the projector's line.
-std::uint8_t ProjectorLineByte(const ProjectorDefinition& projector);
+// Where the field of that name begins, which the layout has to have.
+std::size_t OffsetOf(ImageLayout layout, std::string_view name);
 
-// The table of command strings, from byte 26 on.
-void WriteStringTable(PanelImage& image, const ProjectorDefinition& projector);
+// The projector's line, at which the panel listens too: bits 0..3 speed, 4..5 parity, 6 two stop bits.
+inline constexpr std::string_view kProjectorLine = "ProjectorLine";
 
 }  // namespace qdm

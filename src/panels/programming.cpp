@@ -1,36 +1,18 @@
 #include "panels/programming.h"
 
 #include "config/maker.h"
+#include "panels/frame.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace qdm {
 
-constexpr std::array<std::uint8_t, 3> RestartCommand = {0xFF, 0x44, 0xBD};
-
 namespace {
-
-constexpr std::uint8_t kStartByte = 0xFF;
-constexpr std::uint8_t kWriteCommand = 0x22;
-constexpr std::uint8_t kEscape = 0xFE;
-constexpr std::uint8_t kEscapedFF = 0xFE;
-constexpr std::uint8_t kEscapedFE = 0xFD;
 
 // How late an acknowledgement may come after its frame was sent: 2 s, and the frame's own time on the line.
 constexpr Microseconds kLateReply = std::chrono::milliseconds(2100);
 // A line that never falls silent is given up.
 constexpr Microseconds kSettleLimit = std::chrono::seconds(10);
-
-void AppendEscaped(Bytes& wire, std::uint8_t value) {
-  if (value == 0xFF) {
-    wire.insert(wire.end(), {kEscape, kEscapedFF});
-  } else if (value == 0xFE) {
-    wire.insert(wire.end(), {kEscape, kEscapedFE});
-  } else {
-    wire.push_back(value);
-  }
-}
 
 Message Failure(std::string text) { return {std::move(text), "Error!", MessageIcon::Exclamation}; }
 
@@ -85,8 +67,7 @@ bool PanelLink::Attempt(ByteView frame) {
   port_.ReadAll();
   if (!port_.Write(frame)) return false;
   WaitUntil(time_, kReplyTimeout, [this] { return port_.BytesWaiting() > 0 || !port_.IsOpen(); });
-  const Bytes reply = port_.ReadAll();
-  return !reply.empty() && reply.front() == kAcknowledge;
+  return IsAcknowledged(port_.ReadAll());
 }
 
 bool PanelLink::LetLateRepliesPass() {
@@ -149,23 +130,6 @@ bool SendRestart(PanelLink& link) {
 }
 
 }  // namespace
-
-Bytes ProgramRecord(const PanelImage& image, int record) {
-  const int address = record * kRecordDataBytes;
-  std::array<std::uint8_t, 4 + kRecordDataBytes> plain = {kStartByte, kWriteCommand,
-                                                          static_cast<std::uint8_t>(address & 0xFF),
-                                                          static_cast<std::uint8_t>(address >> 8)};
-  std::copy_n(image.begin() + address, kRecordDataBytes, plain.begin() + 4);
-  const unsigned sum = std::accumulate(plain.begin(), plain.end(), 0U);
-
-  // The sum covers the unescaped bytes; escaping happens after it. The address high byte is 0 or 1.
-  Bytes wire = {kStartByte, kWriteCommand};
-  AppendEscaped(wire, plain[2]);
-  wire.push_back(plain[3]);
-  std::for_each(plain.begin() + 4, plain.end(), [&wire](std::uint8_t value) { AppendEscaped(wire, value); });
-  AppendEscaped(wire, static_cast<std::uint8_t>(0U - sum));
-  return wire;
-}
 
 ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
                                const PanelImage& image, Waiting& time, const std::stop_token& stop,

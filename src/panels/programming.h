@@ -1,29 +1,19 @@
-// Programming a panel: connect, 64 acknowledged records at 9600,n,8,2, restart.
-//
-// A record, before escaping:
-//   FF | 22 | address low | address high | 8 data bytes | check byte
-// The sum of all 13 is 0 modulo 256. In the address low byte, the data and the check byte FF goes out as FE
-// FE and FE as FE FD, after the check byte was computed: 13 to 23 bytes on the wire. Restart: FF 44 BD. A
-// reply that begins with F0 acknowledges either.
+// Programming a panel: connect, 64 acknowledged records at 9600,n,8,2, restart. frame.h draws what goes over
+// the wire. Up to 6 attempts for each frame, 500 ms for each reply.
 #pragma once
 
 #include "base/message.h"
 #include "panels/panel_image.h"
 #include "panels/panel_search.h"
 
+#include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace qdm {
 
-inline constexpr int kRecords = 64;
-inline constexpr int kRecordDataBytes = 8;
 inline constexpr int kAttempts = 6;
-inline constexpr std::uint8_t kAcknowledge = 0xF0;
-extern const std::array<std::uint8_t, 3> RestartCommand;
-
-// Record 0..63 of the image as it goes over the wire.
-Bytes ProgramRecord(const PanelImage& image, int record);
 
 // What happened so far, told as it happens. Boxes that it opens hold the procedure up, as the messages stand
 // in its order.

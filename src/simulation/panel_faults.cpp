@@ -1,5 +1,7 @@
 #include "simulation/panel_faults.h"
 
+#include "panels/frame.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -79,7 +81,6 @@ class FaultText {
   }
 
  private:
-  static constexpr int kLongestRecord = 23;
   static constexpr int kHighestCount = 1'000'000;
 
   [[noreturn]] void Complain(const std::string& why) const {

@@ -1,5 +1,7 @@
 #include "simulation/simulated_panel.h"
 
+#include "panels/image_layout.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,16 +11,6 @@ namespace {
 using Kind = PanelFault::Kind;
 using Target = PanelFault::Target;
 
-constexpr std::uint8_t kStartByte = 0xFF;
-constexpr std::uint8_t kWriteCommand = 0x22;
-constexpr std::uint8_t kRestartCommand = 0x44;
-constexpr std::uint8_t kEscape = 0xFE;
-
-// Where the memory holds the line of the projector, on which the panel listens too.
-constexpr std::size_t kQdmLineByte = 11;
-constexpr std::size_t kTlvoxLineByte = 6;
-constexpr std::uint8_t kTlvoxModel = 4;
-
 PanelImage BlankMemory() {
   PanelImage memory;
   memory.fill(0xFF);
@@ -27,7 +19,7 @@ PanelImage BlankMemory() {
 
 LineSettings ProgrammingSettings() { return ParseLineSettings(kProgrammingSettings); }
 
-// Bits 0..3 speed, 4..5 parity, 6 two stop bits.
+// Of the byte that kProjectorLine names.
 std::optional<LineSettings> SettingsOfByte(std::uint8_t byte) {
   const LineSpeed* speed = SpeedWithCode(byte & 0x0F);
   const ParityChoice* parity = ParityWithCode(byte >> 4 & 0x03);
@@ -36,13 +28,6 @@ std::optional<LineSettings> SettingsOfByte(std::uint8_t byte) {
                       .Parity = parity->Parity,
                       .DataBits = 8,
                       .StopBits = byte & 0x40U ? 2 : 1};
-}
-
-// What follows an escape byte.
-std::optional<std::uint8_t> Unescaped(std::uint8_t byte) {
-  if (byte == 0xFE) return std::uint8_t{0xFF};
-  if (byte == 0xFD) return std::uint8_t{0xFE};
-  return std::nullopt;
 }
 
 }  // namespace
@@ -191,7 +176,7 @@ void SimulatedPanel::WriteRecord(std::vector<PanelReply>& replies) {
 
 void SimulatedPanel::Restart() {
   ++restarts_;
-  const std::size_t lineByte = panel_.Model == kTlvoxModel ? kTlvoxLineByte : kQdmLineByte;
+  const std::size_t lineByte = OffsetOf(LayoutOf(panel_.Model - 1), kProjectorLine);
   own_ = SettingsOfByte(memory_[lineByte]).value_or(own_);
   startWaits_ = false;
   recordByte_ = -1;

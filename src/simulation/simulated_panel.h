@@ -10,8 +10,9 @@
 #pragma once
 
 #include "line/line_settings.h"
+#include "panels/frame.h"
 #include "panels/identification.h"
-#include "panels/programming.h"
+#include "panels/panel_image.h"
 #include "simulation/panel_faults.h"
 
 #include <array>
@@ -56,7 +57,6 @@ class SimulatedPanel {
   // Records that a fault had changed and that passed the check byte all the same: inverting bits of an escape
   // byte can make another valid record.
   int ChangedRecordsWritten() const { return changedRecordsWritten_; }
-  bool IsDead() const { return dead_; }
 
  private:
   // What the next byte of a frame is.

@@ -1,21 +1,40 @@
+// The images of the examples, byte by byte, with the fields that each part is made from and its meaning.
 #include "config/configuration_file.h"
-#include "panels/panel_image.h"
+#include "panels/image_explanation.h"
 #include "projectors/projector_files.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iomanip>
+#include <sstream>
+
 namespace qdm {
 namespace {
 
-TEST(ExampleImages, EveryExampleConfigurationCanCarryEveryExampleProjector) {
-  const std::filesystem::path examples = PathFromUtf8(QDM_SOURCE_DIR) / "examples";
-  const std::vector<ProjectorDefinition> library = ReadDefinitions(examples / "Projectors.DEF");
+std::string Explained(const PanelConfiguration& configuration) {
+  const PanelImage image = BuildPanelImage(configuration);
+  std::ostringstream text;
+  text << std::hex << std::uppercase << std::setfill('0');
+  for (const ImagePart& part : ExplainImage(configuration)) {
+    text << std::setw(3) << part.Offset << " |";
+    for (const int byte : ByteView(image).subspan(part.Offset, part.Length))
+      text << ' ' << std::setw(2) << byte;
+    text << " | " << part.Fields << " | " << part.Meaning << '\n';
+  }
+  return text.str();
+}
+
+TEST(ExampleImages, AreAsTheyWereAndCanCarryEveryExampleProjector) {
+  const std::filesystem::path source = PathFromUtf8(QDM_SOURCE_DIR);
+  const std::vector<ProjectorDefinition> library = ReadDefinitions(source / "examples" / "Projectors.DEF");
   int configurations = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(examples)) {
+  for (const auto& entry : std::filesystem::directory_iterator(source / "examples")) {
     if (entry.path().extension() != ".BVC") continue;
     ++configurations;
     PanelConfiguration configuration = ReadConfiguration(entry.path());
-    EXPECT_NO_THROW(BuildPanelImage(configuration)) << entry.path();
+    std::ifstream golden(source / "tests/panels/golden" / entry.path().stem().concat(".txt"));
+    EXPECT_EQ(Explained(configuration), std::string(std::istreambuf_iterator(golden), {})) << entry.path();
     for (const ProjectorDefinition& projector : library) {
       configuration.Projector = projector;
       EXPECT_NO_THROW(BuildPanelImage(configuration)) << entry.path() << projector.Model.TrimmedUtf8();

@@ -1,5 +1,6 @@
 #include "panels/programming.h"
 
+#include "panels/frame.h"
 #include "simulation/simulated_line.h"
 #include "support/message_printer.h"
 #include "support/panel_descriptions.h"
@@ -28,21 +29,6 @@ PanelImage SomeImage() {
   for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(i * 37 + i / 100);
   image[11] = 0x02;  // as a panel's line: 38400,n
   return image;
-}
-
-TEST(ProgramRecord, IsCheckedThenEscaped) {
-  PanelImage image{};
-  std::copy_n(std::array<std::uint8_t, 8>{0x21, 0xFF, 0xFF, 0x00, 0x80}.begin(), 8, image.begin());
-  EXPECT_THAT(ProgramRecord(image, 0), ElementsAre(0xFF, 0x22, 0x00, 0x00, 0x21, 0xFE, 0xFE, 0xFE, 0xFE, 0x00,
-                                                   0x80, 0x00, 0x00, 0x00, 0x40));
-
-  image.fill(0);
-  image[256] = 0xFE;
-  EXPECT_THAT(ProgramRecord(image, 32),
-              ElementsAre(0xFF, 0x22, 0x00, 0x01, 0xFE, 0xFD, 0, 0, 0, 0, 0, 0, 0, 0xE0));
-  image[8] = 0xD9;  // a check byte of FE
-  EXPECT_THAT(ProgramRecord(image, 1),
-              ElementsAre(0xFF, 0x22, 0x08, 0x00, 0xD9, 0, 0, 0, 0, 0, 0, 0, 0xFE, 0xFD));
 }
 
 class Recorder : public ProgrammingObserver {

@@ -1,5 +1,6 @@
 // Search and programming as the programs run them: through a real serial port, with a simulated panel behind
 // a pseudo-terminal at its other end.
+#include "panels/frame.h"
 #include "panels/panel_search.h"
 #include "panels/programming.h"
 #include "serial_io/port_list.h"

@@ -2,6 +2,7 @@
 // QDM_TEST_SEED=N repeats a run.
 #include "panels/programming.h"
 
+#include "panels/frame.h"
 #include "simulation/simulated_line.h"
 #include "support/message_printer.h"
 #include "support/panel_descriptions.h"
@@ -69,7 +70,7 @@ PanelFault RandomFault(Chance& chance) {
   fault.Number = fault.Every ? chance.Between(2, 20) : chance.Between(1, 70);
   fault.Value = AnythingButAcknowledge(chance);
   fault.Delay = milliseconds(chance.Between(1, 2000));
-  fault.Byte = chance.Between(0, 22);
+  fault.Byte = chance.Between(0, kLongestRecord - 1);
   fault.Mask = static_cast<std::uint8_t>(chance.Between(1, 255));
   return fault;
 }

@@ -2,6 +2,7 @@
 
 #include "forms/download/find_panel_form.h"
 #include "forms/shared/port_words.h"
+#include "panels/frame.h"
 #include "ui_download_form.h"
 
 #include <QKeyEvent>

@@ -1,5 +1,6 @@
 #include "forms/download/download_form.h"
 
+#include "panels/frame.h"
 #include "support/closed_ports.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
