@@ -6,9 +6,14 @@
 #include "config/configuration_rules.h"
 #include "panels/programming.h"
 
+#include <chrono>
+#include <cstddef>
 #include <iomanip>
+#include <optional>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -5,9 +5,14 @@
 #include "panels/programming.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -1,6 +1,9 @@
 #include "projector_bench/string_trial.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
 
 namespace qdm {
 namespace {
