@@ -4,7 +4,9 @@
 #include "base/message.h"
 #include "config/panel_configuration.h"
 
+#include <array>
 #include <optional>
+#include <string_view>
 
 namespace qdm {
 
@@ -23,15 +25,16 @@ struct OptionSelections {
   bool LockOnRoomEmpty = false;
 };
 
-// The height of the "Lock Control" frame, in twips (1/1440 inch).
-inline constexpr int kLockFrameTwipsAmplifier = 1935;
-inline constexpr int kLockFrameTwipsPanel = 3135;
+// Which buttons a controller type has, in the order of the values of `LockSequence`: volume up, volume down,
+// PC 1, PC 2, Video, power. All of them for a type that is none.
+using LockButtonSet = std::array<bool, 6>;
+LockButtonSet LockButtonsOf(int controllerType);
 
 struct OptionStates {
   // Target device
   bool AmplifierLayout =
       false;  // shows the amplifier's frames instead of "Outputs", "Control Input" and two lock controls
-  int LockFrameTwips = kLockFrameTwipsPanel;
+  LockButtonSet LockButtons = LockButtonsOf(kQdm7);
   // Power down
   bool NoButtonTimeOut = false;
   bool LockNoButton = false;

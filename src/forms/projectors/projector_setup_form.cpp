@@ -7,6 +7,7 @@
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/kind_colours.h"
 #include "projectors/definition_setup.h"
+#include "projectors/projector_names.h"
 #include "ui_projector_setup_form.h"
 
 #include <QButtonGroup>
@@ -15,7 +16,10 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -24,7 +28,7 @@ constexpr int kNameLength = static_cast<int>(FixedText<32>::kLength);
 constexpr int kLongestTime = 255;
 constexpr int kLongestByteDelay = 10;
 
-FixedText<32> NameIn(const QString& text) { return FixedText<32>(TrimBlanks(text.toStdU16String())); }
+FixedText<32> NameIn(const QString& text) { return TypedName(text.toStdU16String()); }
 
 // Each manufacturer once, in the order of the alphabet.
 QStringList ManufacturersOf(const ProjectorLibrary& library) {
