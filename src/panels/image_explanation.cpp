@@ -1,6 +1,7 @@
 #include "panels/image_explanation.h"
 
 #include <span>
+#include "panels/image_layout.h"
 
 namespace qdm {
 namespace {

@@ -1,11 +1,17 @@
 // What the two layouts of the panel's memory share: fields that must fit a byte, and the table of strings.
 #pragma once
 
+#include "config/panel_configuration.h"
 #include "panels/panel_image.h"
 
+#include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace qdm {
+
+// The order of the string slots in the table.
+extern const std::array<std::uint8_t, kCommandSlots> CommandSlotOrder;
 
 [[noreturn]] void ThrowOverflow(std::string_view field, int stored, int result);
 

@@ -3,14 +3,15 @@
 // not fit is an ImageError that names the field or slot and the value.
 #pragma once
 
-#include "config/panel_configuration.h"
-
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
 
 namespace qdm {
+
+struct PanelConfiguration;
 
 inline constexpr std::size_t kPanelImageSize = 512;
 using PanelImage = std::array<std::uint8_t, kPanelImageSize>;
@@ -32,8 +33,7 @@ class ImageError : public std::runtime_error {
   int value_;
 };
 
-// The order of the string slots in the table, and the slots' place there.
-extern const std::array<std::uint8_t, kCommandSlots> CommandSlotOrder;
+// Where the table of strings begins.
 inline constexpr std::size_t kStringTableStart = 26;
 
 // The codes that the panels use for the buttons of the lock sequence; 0 for an index outside 0..4.

@@ -1,6 +1,8 @@
 // The amplifier's layout of bytes 0..25. Bytes 17..25 stay 0xFF.
 #include "panels/image_layout.h"
 
+#include "config/panel_configuration.h"
+
 #include <cstdlib>
 
 namespace qdm {

@@ -1,5 +1,7 @@
 #include "panels/panel_image.h"
 
+#include "config/panel_configuration.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "forms/download/download_form.h"
 
+#include "config/panel_configuration.h"
+#include "forms/shared/globals.h"
 #include "support/closed_ports.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
