@@ -1,6 +1,7 @@
 // The memory image in real time; programming and search in virtual time, against what the line itself needs.
 // The ratios are in the counters.
 
+#include "config/panel_configuration.h"
 #include "panels/frame.h"
 #include "panels/panel_image.h"
 #include "panels/programming.h"

@@ -12,6 +12,8 @@
 #include <QFile>
 #include <QUrl>
 
+#include <string_view>
+
 namespace qdm {
 namespace {
 

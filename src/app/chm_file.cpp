@@ -5,6 +5,8 @@
 
 #include <chm_lib.h>
 
+#include <algorithm>
+
 namespace qdm {
 namespace {
 

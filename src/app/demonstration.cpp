@@ -20,7 +20,7 @@ QDir FindExamples() {
 }
 
 QString CopyInto(const QTemporaryDir& folder, const QString& file) {
-  const QString copy = folder.filePath(QFileInfo(file).fileName());
+  QString copy = folder.filePath(QFileInfo(file).fileName());
   WriteFileSafely(ToPath(copy), ReadWholeFile(ToPath(file)));
   return copy;
 }

@@ -14,6 +14,9 @@
 #include <QWidget>
 
 #include <array>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -16,6 +16,10 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+
 namespace qdm {
 namespace {
 
@@ -66,23 +70,22 @@ HelpWindow::HelpWindow(std::unique_ptr<ChmFile> file)
     : file_(std::move(file)),
       topics_(file_->Contents()),
       browser_(new HelpBrowser(*file_)),
-      tabs_(new QTabWidget),
       contents_(new QTreeWidget),
       searchText_(new QLineEdit),
       found_(new QListWidget) {
   setWindowTitle(tr("Brevan QDM Editor Help"));
   setWindowIcon(QApplication::windowIcon());
   resize(1220, 720);
+  NameControls();
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(MakeToolbar());
+  layout->addWidget(MakePanes(), 1);
+  FillContents();
+  ConnectControls();
+}
 
-  auto* const tools = new QToolBar;
-  QAction* const back = tools->addAction(style()->standardIcon(QStyle::SP_ArrowBack), tr("Back"));
-  QAction* const forward = tools->addAction(style()->standardIcon(QStyle::SP_ArrowForward), tr("Forward"));
-  QAction* const home = tools->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), tr("First page"));
-  back->setShortcuts(QKeySequence::Back);
-  forward->setShortcuts(QKeySequence::Forward);
-  back->setEnabled(false);
-  forward->setEnabled(false);
-
+void HelpWindow::NameControls() {
   contents_->setObjectName(QStringLiteral("Contents"));
   contents_->setAccessibleName(tr("Contents"));
   contents_->header()->hide();
@@ -94,32 +97,44 @@ HelpWindow::HelpWindow(std::unique_ptr<ChmFile> file)
   found_->setAccessibleName(tr("Pages found"));
   browser_->setObjectName(QStringLiteral("Browser"));
   browser_->setAccessibleName(tr("Help page"));
+}
 
-  auto* const search = new QWidget;
-  auto* const searchLayout = new QVBoxLayout(search);
-  searchLayout->addWidget(searchText_);
-  searchLayout->addWidget(found_);
-  tabs_->addTab(contents_, tr("&Contents"));
-  tabs_->addTab(search, tr("&Search"));
-
-  auto* const splitter = new QSplitter;
-  splitter->addWidget(tabs_);
-  splitter->addWidget(browser_);
-  splitter->setStretchFactor(1, 1);
-  splitter->setSizes({270, 950});
-
-  auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(tools);
-  layout->addWidget(splitter, 1);
-
-  FillContents();
-
+QWidget* HelpWindow::MakeToolbar() {
+  auto* const tools = new QToolBar;
+  QAction* const back = tools->addAction(style()->standardIcon(QStyle::SP_ArrowBack), tr("Back"));
+  QAction* const forward = tools->addAction(style()->standardIcon(QStyle::SP_ArrowForward), tr("Forward"));
+  QAction* const home = tools->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), tr("First page"));
+  back->setShortcuts(QKeySequence::Back);
+  forward->setShortcuts(QKeySequence::Forward);
+  back->setEnabled(false);
+  forward->setEnabled(false);
   connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);
   connect(forward, &QAction::triggered, browser_, &QTextBrowser::forward);
   connect(home, &QAction::triggered, this, [this] { ShowPage({}); });
   connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
   connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+  return tools;
+}
+
+// Contents and search beside the page.
+QWidget* HelpWindow::MakePanes() {
+  auto* const search = new QWidget;
+  auto* const searchLayout = new QVBoxLayout(search);
+  searchLayout->addWidget(searchText_);
+  searchLayout->addWidget(found_);
+  auto* const tabs = new QTabWidget;
+  tabs->addTab(contents_, tr("&Contents"));
+  tabs->addTab(search, tr("&Search"));
+
+  auto* const splitter = new QSplitter;
+  splitter->addWidget(tabs);
+  splitter->addWidget(browser_);
+  splitter->setStretchFactor(1, 1);
+  splitter->setSizes({270, 950});
+  return splitter;
+}
+
+void HelpWindow::ConnectControls() {
   connect(browser_, &QTextBrowser::sourceChanged, this,
           [this](const QUrl& url) { FollowInContents(url.path()); });
   connect(contents_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {

@@ -7,10 +7,10 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
 class QLineEdit;
 class QListWidget;
-class QTabWidget;
 class QTextBrowser;
 class QTreeWidget;
 
@@ -26,6 +26,10 @@ class HelpWindow : public QWidget {
   void ShowPage(const QString& page);
 
  private:
+  void NameControls();
+  QWidget* MakeToolbar();
+  QWidget* MakePanes();
+  void ConnectControls();
   void FillContents();
   void FollowInContents(const QString& path);
   void Search();
@@ -33,7 +37,6 @@ class HelpWindow : public QWidget {
   std::unique_ptr<ChmFile> file_;
   std::vector<HelpTopic> topics_;
   QTextBrowser* browser_;
-  QTabWidget* tabs_;
   QTreeWidget* contents_;
   QLineEdit* searchText_;
   QListWidget* found_;

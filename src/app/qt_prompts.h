@@ -3,6 +3,8 @@
 
 #include "forms/shared/user_prompts.h"
 
+#include <optional>
+
 namespace qdm {
 
 class QtPrompts : public UserPrompts {

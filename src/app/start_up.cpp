@@ -12,6 +12,7 @@
 #include "forms/editor/projector_panel_editor.h"
 #include "forms/projectors/projector_selector.h"
 #include "forms/projectors/projector_setup_form.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 #include "forms/strings/serial_editor.h"
 #include "projectors/data_folder.h"
@@ -25,6 +26,7 @@
 #include <QSettings>
 
 #include <algorithm>
+#include <memory>
 #include <string_view>
 
 namespace qdm {

@@ -150,6 +150,8 @@ std::u16string FromUtf8(std::string_view text) {
   return out;
 }
 
+bool IsNameCharacter(char16_t character) { return character >= 32 && ByteOf(character).has_value(); }
+
 std::u16string_view TrimBlanks(std::u16string_view text) {
   const std::size_t first = text.find_first_not_of(u' ');
   if (first == std::u16string_view::npos) return {};

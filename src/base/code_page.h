@@ -33,4 +33,7 @@ std::u16string FromUtf8(std::string_view text);
 // Blanks at both ends removed.
 std::u16string_view TrimBlanks(std::u16string_view text);
 
+// True for what a name may hold: printable, and a byte of the code page.
+bool IsNameCharacter(char16_t character);
+
 }  // namespace qdm

@@ -1,8 +1,10 @@
 #include "base/file_access.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <system_error>
 
 #ifdef _WIN32

@@ -35,6 +35,7 @@ struct FixedText {
   std::u16string_view Unpadded() const { return View().substr(0, View().find_last_not_of(u' ') + 1); }
   // Without the blanks at both ends.
   std::u16string_view Trimmed() const { return TrimBlanks(View()); }
+  void Trim() { *this = FixedText(Trimmed()); }
   std::string TrimmedUtf8() const { return ToUtf8(Trimmed()); }
 
   friend bool operator==(const FixedText&, const FixedText&) = default;

@@ -3,6 +3,7 @@
 #include "command_line/record_files.h"
 #include "config/configuration_rules.h"
 
+#include <optional>
 #include <ostream>
 
 namespace qdm {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "command_line/command_context.h"
+#include "config/panel_types.h"
 #include "panels/panel_image.h"
 
 #include <optional>

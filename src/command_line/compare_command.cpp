@@ -6,6 +6,9 @@
 #include <deque>
 #include <map>
 #include <ostream>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace qdm {
 namespace {

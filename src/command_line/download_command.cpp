@@ -7,9 +7,14 @@
 #include "panels/frame.h"
 #include "panels/programming.h"
 
+#include <chrono>
+#include <cstddef>
 #include <iomanip>
+#include <optional>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -3,6 +3,8 @@
 #include "command_line/signals.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <ostream>
 
 namespace qdm {

@@ -5,9 +5,14 @@
 #include "panels/image_explanation.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace qdm {
 namespace {

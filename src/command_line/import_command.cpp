@@ -2,6 +2,9 @@
 #include "command_line/record_files.h"
 #include "projectors/projector_files.h"
 
+#include <variant>
+#include <vector>
+
 namespace qdm {
 
 int Import(const ImportOptions& options, CommandContext& context) {

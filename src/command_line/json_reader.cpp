@@ -5,9 +5,13 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <span>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -1,7 +1,9 @@
 #include "command_line/json_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
 
 namespace qdm {
 namespace {

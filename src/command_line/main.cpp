@@ -6,8 +6,12 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
 #ifdef _WIN32
 #include <fcntl.h>

@@ -5,8 +5,14 @@
 #include "serial_io/port_list.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
+#include <memory>
+#include <optional>
 #include <ostream>
+#include <string_view>
+#include <system_error>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,8 @@
 #include "command_line/command_context.h"
 #include "panels/panel_search.h"
 
+#include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 

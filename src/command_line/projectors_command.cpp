@@ -5,9 +5,17 @@
 #include "command_line/signals.h"
 #include "projectors/data_folder.h"
 #include "projectors/projector_files.h"
+#include "projectors/projector_names.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <optional>
 #include <ostream>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {
@@ -50,14 +58,9 @@ std::string ShownNames(const ProjectorDefinition& projector) {
 std::optional<FixedText<32>> NameOf(const std::string& typed) {
   const std::u16string characters = FromUtf8(typed);
   const std::u16string_view name = TrimBlanks(characters);
-  const bool storable =
-      std::all_of(name.begin(), name.end(), [](char16_t character) { return ByteOf(character).has_value(); });
+  const bool storable = std::all_of(name.begin(), name.end(), IsNameCharacter);
   if (name.empty() || name.size() > FixedText<32>::kLength || !storable) return std::nullopt;
   return FixedText<32>(name);
-}
-
-bool SameText(const FixedText<32>& first, const FixedText<32>& second) {
-  return UpperCase(first.View()) == UpperCase(second.View());
 }
 
 [[noreturn]] void NoSuchProjector(const std::string& manufacturer, const std::string& model) {
@@ -80,7 +83,7 @@ std::vector<ProjectorDefinition> AllOf(const ProjectorLibrary& library, const st
   std::vector<ProjectorDefinition> definitions;
   const auto name = NameOf(manufacturer);
   for (std::size_t i = 0; name && i < library.Size(); ++i) {
-    if (SameText(library[i].Manufacturer, *name) && library.FindProjector(library[i]) == i) {
+    if (SameName(library[i].Manufacturer, *name) && library.FindProjector(library[i]) == i) {
       definitions.push_back(library[i]);
     }
   }
@@ -91,16 +94,8 @@ std::vector<ProjectorDefinition> AllOf(const ProjectorLibrary& library, const st
   return definitions;
 }
 
-// "Model (2)", "Model (3)", ...: the first that is free, cut where there is no room.
 void AppendRenamed(ProjectorDefinition projector, ProjectorLibrary& library) {
-  const std::u16string model(projector.Model.Trimmed());
-  for (int number = 2;; ++number) {
-    const std::u16string suffix = FromUtf8(" (" + std::to_string(number) + ")");
-    std::u16string name = model.substr(0, FixedText<32>::kLength - suffix.size());
-    name.erase(name.find_last_not_of(u' ') + 1);
-    projector.Model = FixedText<32>(name + suffix);
-    if (!library.FindProjector(projector)) break;
-  }
+  RenameUntilFree(projector, library);
   library.Append(projector);
 }
 

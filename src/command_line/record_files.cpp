@@ -5,9 +5,12 @@
 #include "projectors/projector_files.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <istream>
 #include <iterator>
 #include <ostream>
+#include <vector>
 
 namespace qdm {
 namespace {

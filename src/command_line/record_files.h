@@ -6,8 +6,10 @@
 #include "command_line/command_context.h"
 #include "command_line/json_reader.h"
 
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qdm {
 

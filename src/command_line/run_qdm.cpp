@@ -3,6 +3,7 @@
 #include "base/file_access.h"
 #include "command_line/commands.h"
 #include "command_line/message_text.h"
+#include "config/panel_configuration.h"
 #include "config/version.h"
 
 #include <CLI/CLI.hpp>

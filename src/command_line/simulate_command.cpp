@@ -19,7 +19,16 @@ int Simulate(const SimulateOptions&, CommandContext&) {
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <ostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -1,5 +1,7 @@
 #include "config/configuration_file.h"
 
+#include <string_view>
+
 namespace qdm {
 namespace {
 

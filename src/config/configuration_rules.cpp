@@ -1,5 +1,8 @@
 #include "config/configuration_rules.h"
 
+#include <string>
+#include <utility>
+
 namespace qdm {
 namespace {
 
@@ -9,8 +12,8 @@ Message Sorry(std::string text) { return {std::move(text), "Sorry", MessageIcon:
 
 std::optional<Message> CheckConfiguration(PanelConfiguration& configuration) {
   ProjectorDefinition& projector = configuration.Projector;
-  projector.Manufacturer = FixedText<32>(std::u16string(projector.Manufacturer.Trimmed()));
-  projector.Model = FixedText<32>(std::u16string(projector.Model.Trimmed()));
+  projector.Manufacturer.Trim();
+  projector.Model.Trim();
   if (!HasBothNames(projector)) return Sorry("Cannot proceed, no projector has been defined!");
 
   if (!IsAmplifier(configuration.ControllerType)) return std::nullopt;
@@ -26,12 +29,17 @@ std::optional<Message> CheckConfiguration(PanelConfiguration& configuration) {
   return std::nullopt;
 }
 
+LockButtonSet LockButtonsOf(int controllerType) {
+  const PanelType* type = PanelTypeOf(controllerType);
+  return type == nullptr ? kEveryButton : type->HasButton;
+}
+
 OptionStates StatesFor(const OptionSelections& selected) {
   OptionStates states;
   states.NoButtonTimeOut = states.LockNoButton = selected.TurnOffNoButton;
 
   states.AmplifierLayout = IsAmplifier(selected.ControllerType);
-  states.LockFrameTwips = states.AmplifierLayout ? kLockFrameTwipsAmplifier : kLockFrameTwipsPanel;
+  states.LockButtons = LockButtonsOf(selected.ControllerType);
   states.PowerDownTime = selected.AudioTurnsOn;
 
   states.ScreenTimes = states.ScreenUseVolume = selected.OutputsOption == kOutputsScreen;

@@ -3,8 +3,11 @@
 
 #include "base/message.h"
 #include "config/panel_configuration.h"
+#include "config/panel_types.h"
 
+#include <array>
 #include <optional>
+#include <string_view>
 
 namespace qdm {
 
@@ -23,15 +26,14 @@ struct OptionSelections {
   bool LockOnRoomEmpty = false;
 };
 
-// The height of the "Lock Control" frame, in twips (1/1440 inch).
-inline constexpr int kLockFrameTwipsAmplifier = 1935;
-inline constexpr int kLockFrameTwipsPanel = 3135;
+// Which buttons a controller type has; all of them for a type that is none.
+LockButtonSet LockButtonsOf(int controllerType);
 
 struct OptionStates {
   // Target device
   bool AmplifierLayout =
       false;  // shows the amplifier's frames instead of "Outputs", "Control Input" and two lock controls
-  int LockFrameTwips = kLockFrameTwipsPanel;
+  LockButtonSet LockButtons = kEveryButton;
   // Power down
   bool NoButtonTimeOut = false;
   bool LockNoButton = false;

@@ -3,6 +3,7 @@
 #include "panels/image_layout.h"
 
 #include <algorithm>
+#include <span>
 
 namespace qdm {
 namespace {

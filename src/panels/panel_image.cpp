@@ -1,6 +1,8 @@
 #include "panels/panel_image.h"
 
+#include "config/panel_configuration.h"
 #include "panels/image_fields.h"
+#include "panels/image_layout.h"
 
 #include <algorithm>
 #include <string>

@@ -3,14 +3,15 @@
 // a value that does not fit is an ImageError that names the field or slot and the value.
 #pragma once
 
-#include "config/panel_configuration.h"
-
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string_view>
 
 namespace qdm {
+
+struct PanelConfiguration;
 
 inline constexpr std::size_t kPanelImageSize = 512;
 using PanelImage = std::array<std::uint8_t, kPanelImageSize>;
@@ -22,8 +23,7 @@ class ImageError : public std::runtime_error {
   ImageError(std::string_view field, int value, std::string_view why);
 };
 
-// The order of the string slots in the table, and the slots' place there.
-extern const std::array<std::uint8_t, kCommandSlots> CommandSlotOrder;
+// Where the table of strings begins.
 inline constexpr std::size_t kStringTableStart = 26;
 
 // In the layout that the configuration's controller type asks for.

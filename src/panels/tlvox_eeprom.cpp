@@ -1,6 +1,8 @@
 // The amplifier's layout of the bytes before the table of strings.
 #include "panels/image_fields.h"
 
+#include "config/panel_configuration.h"
+
 #include <cstdlib>
 
 namespace qdm {

@@ -3,6 +3,9 @@
 #include "line/speeds_and_parities.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
 
 namespace qdm {
 namespace {

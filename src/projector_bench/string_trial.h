@@ -6,6 +6,8 @@
 #include "line/waiting.h"
 #include "projectors/projector_definition.h"
 
+#include <chrono>
+#include <cstdint>
 #include <optional>
 #include <stop_token>
 #include <string>

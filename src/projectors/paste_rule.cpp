@@ -1,6 +1,7 @@
 #include "projectors/paste_rule.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace qdm {
 
@@ -10,6 +11,12 @@ std::optional<Message> CheckPaste(std::size_t slot, const SerialString& string) 
   const bool ignores = std::find(string.Kinds.begin(), end, static_cast<std::uint8_t>(ByteKind::IGN)) != end;
   if (!ignores) return std::nullopt;
   return Message{"Sorry cannot paste here as serial string conatins an 'ignore' byte!", "sorry!",
+                 MessageIcon::Exclamation};
+}
+
+std::optional<Message> CheckRoomForPaste(std::size_t first, const SerialString& string) {
+  if (first + string.BytesInUse() <= kMaximumStringBytes) return std::nullopt;
+  return Message{"Sorry cannot paste here as the message would be more than 32 bytes!", "Sorry!",
                  MessageIcon::Exclamation};
 }
 

@@ -15,4 +15,7 @@ inline constexpr std::size_t kSlotsWithoutIgnore = 10;
 // What the user must be told when `string` cannot be pasted into `slot`; nothing when it can.
 std::optional<Message> CheckPaste(std::size_t slot, const SerialString& string);
 
+// The same when `string` is to stand from byte `first` on, 0..31, of the string that is edited.
+std::optional<Message> CheckRoomForPaste(std::size_t first, const SerialString& string);
+
 }  // namespace qdm

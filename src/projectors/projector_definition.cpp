@@ -1,5 +1,7 @@
 #include "projectors/projector_definition.h"
 
+#include <string>
+
 namespace qdm {
 
 const std::array<std::string_view, kCommandSlots> CommandSlotNames = {"Serial enable",
@@ -33,6 +35,12 @@ void ClearProjector(ProjectorDefinition& projector) {
   cleared.Baudrate = projector.Baudrate;
   cleared.UsePowerDown = projector.UsePowerDown;
   projector = cleared;
+}
+
+void CleanName(FixedText<32>& name) {
+  std::u16string kept(name.View());
+  std::erase_if(kept, [](char16_t character) { return !IsNameCharacter(character); });
+  name = FixedText<32>(TrimBlanks(kept));
 }
 
 bool CleanNames(ProjectorDefinition& projector) {

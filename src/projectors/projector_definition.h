@@ -107,14 +107,8 @@ constexpr bool SlotHasIgnoreMask(std::size_t slot) {
 // Back to the defaults of a new definition; `Baudrate` and `UsePowerDown` are left as they were.
 void ClearProjector(ProjectorDefinition& projector);
 
-// A name as it is kept: characters below 32 removed, then blanks at both ends.
-template <std::size_t N>
-void CleanName(FixedText<N>& name) {
-  std::array<char16_t, N> kept;
-  const auto end = std::copy_if(name.Characters.begin(), name.Characters.end(), kept.begin(),
-                                [](char16_t c) { return c >= 32; });
-  name.Assign(TrimBlanks({kept.begin(), end}));
-}
+// A name as it is kept: what no name may hold removed, then blanks at both ends.
+void CleanName(FixedText<32>& name);
 
 // What a record goes through when it comes into the library: both names cleaned, the manufacturer in upper
 // case. False when a name is blank: such a record is not kept.

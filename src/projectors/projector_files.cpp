@@ -2,6 +2,9 @@
 
 #include "projectors/record_difference.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <system_error>
 
 namespace qdm {

@@ -5,16 +5,6 @@
 namespace qdm {
 namespace {
 
-bool SameName(const FixedText<32>& first, const FixedText<32>& second) {
-  for (std::size_t i = 0; i < first.Characters.size(); ++i) {
-    if (first.Characters[i] != second.Characters[i] &&
-        UpperCase(first.Characters[i]) != UpperCase(second.Characters[i])) {
-      return false;
-    }
-  }
-  return true;
-}
-
 std::uint64_t Mix(std::uint64_t hash, const FixedText<32>& name) {
   for (const char16_t c : name.Characters) hash = (hash ^ UpperCase(c)) * 0x100000001B3U;  // FNV-1a
   return hash;
@@ -26,6 +16,16 @@ std::uint64_t HashOf(const FixedText<32>& manufacturer, const FixedText<32>& mod
 }
 
 }  // namespace
+
+bool SameName(const FixedText<32>& first, const FixedText<32>& second) {
+  for (std::size_t i = 0; i < first.Characters.size(); ++i) {
+    if (first.Characters[i] != second.Characters[i] &&
+        UpperCase(first.Characters[i]) != UpperCase(second.Characters[i])) {
+      return false;
+    }
+  }
+  return true;
+}
 
 void ProjectorLibrary::Append(const ProjectorDefinition& projector) {
   elements_.push_back(projector);

@@ -11,6 +11,9 @@
 
 namespace qdm {
 
+// Without regard to case, over the whole fixed-length texts.
+bool SameName(const FixedText<32>& first, const FixedText<32>& second);
+
 class ProjectorLibrary {
  public:
   // True while the library holds at least one element.
@@ -30,7 +33,7 @@ class ProjectorLibrary {
   void Remove(std::size_t index);
   void Clear();
 
-  // The first element with these names, compared without regard to case over the whole fixed-length texts.
+  // The first element with the same names.
   std::optional<std::size_t> FindProjector(const FixedText<32>& manufacturer,
                                            const FixedText<32>& model) const;
   std::optional<std::size_t> FindProjector(const ProjectorDefinition& projector) const {

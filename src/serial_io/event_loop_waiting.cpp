@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <thread>
 
 namespace qdm {

@@ -3,6 +3,8 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <memory>
+#include <string_view>
 
 namespace qdm {
 

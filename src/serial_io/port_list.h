@@ -8,8 +8,10 @@
 #include "line/serial_port.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qdm {

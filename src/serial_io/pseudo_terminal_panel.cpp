@@ -1,6 +1,7 @@
 #include "serial_io/pseudo_terminal_panel.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace qdm {
 

@@ -9,6 +9,8 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <string>
+
 namespace qdm {
 
 class PseudoTerminalPanel {

@@ -4,7 +4,13 @@
 #include <QSerialPortInfo>
 
 #include <algorithm>
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
 
 #include <fcntl.h>
 #include <grp.h>

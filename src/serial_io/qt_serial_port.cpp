@@ -6,6 +6,12 @@
 
 #include <poll.h>
 
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace qdm {
 
 namespace {

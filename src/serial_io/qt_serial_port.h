@@ -7,6 +7,11 @@
 #include "line/line_settings.h"
 #include "line/serial_port.h"
 
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
 class QSerialPort;
 class QSocketNotifier;
 

@@ -4,6 +4,9 @@
 #include <windows.h>
 
 #include <array>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace qdm {
 

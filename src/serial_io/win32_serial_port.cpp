@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+#include <cstdint>
+#include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 

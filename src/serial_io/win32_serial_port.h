@@ -6,7 +6,9 @@
 #include "line/line_settings.h"
 #include "line/serial_port.h"
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace qdm {
 

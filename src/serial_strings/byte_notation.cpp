@@ -3,6 +3,9 @@
 #include "base/code_page.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 namespace qdm {
 namespace {

@@ -3,6 +3,7 @@
 
 #include "serial_strings/serial_string.h"
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 

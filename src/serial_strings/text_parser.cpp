@@ -4,6 +4,8 @@
 #include "serial_strings/byte_notation.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -1,5 +1,7 @@
 #include "simulation/simulated_line.h"
 
+#include "config/panel_configuration.h"
+
 #include <algorithm>
 #include <utility>
 

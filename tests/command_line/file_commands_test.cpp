@@ -16,11 +16,13 @@ std::vector<std::string> WordsOf(const std::string& text) {
 
 TEST(Compare, PairsDefinitionsByNamesWhateverTheirOrder) {
   QdmRunner qdm;
-  ProjectorDefinition changed = Named("ACME", "two");
+  ProjectorDefinition changed = NamedProjector("ACME", "two");
   changed.Baudrate = 2;
   const std::string a =
-      qdm.Write("a.BVD", std::vector{Named("ACME", "One"), Named("ACME", "Two"), Named("ACME", "Gone")});
-  const std::string b = qdm.Write("b.DEF", std::vector{changed, Named("ACME", "New"), Named("ACME", "One")});
+      qdm.Write("a.BVD", std::vector{NamedProjector("ACME", "One"), NamedProjector("ACME", "Two"),
+                                     NamedProjector("ACME", "Gone")});
+  const std::string b =
+      qdm.Write("b.DEF", std::vector{changed, NamedProjector("ACME", "New"), NamedProjector("ACME", "One")});
   EXPECT_THAT(qdm.Run({"compare", a, b}), Answers(1,
                                                   "ACME/Two.Model: Two -> two\n"
                                                   "ACME/Two.Baudrate: 0 -> 2\n"

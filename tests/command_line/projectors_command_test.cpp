@@ -13,12 +13,13 @@ struct ProjectorsCommand : testing::Test {
 };
 
 TEST_F(ProjectorsCommand, ListsNamesAndBytesInUseAndRecoversADamagedLibrary) {
-  ProjectorDefinition used = Named("Überblick", "Ä 3");
+  ProjectorDefinition used = NamedProjector("Überblick", "Ä 3");
   used.Available[10] = used.Available[1] = kFlagSet;
   used.Strings[10].Count = 5;  // and the mask of a reply
   used.Strings[1].Count = 2;
   used.Strings[2].Count = 9;  // not in use
-  qdm.Write("Projectors.DEF", std::vector{Named("acme", "Two"), used, Named(" ", "dropped")});
+  qdm.Write("Projectors.DEF",
+            std::vector{NamedProjector("acme", "Two"), used, NamedProjector(" ", "dropped")});
   const std::string list = "ACME\tTwo\t0\nÜBERBLICK\tÄ 3\t11\n";
   EXPECT_THAT(qdm.Run({"projectors", "list"}), Answers(0, list, ""));
   EXPECT_EQ(Library().size(), 3U);  // a list writes nothing
@@ -30,14 +31,13 @@ TEST_F(ProjectorsCommand, ListsNamesAndBytesInUseAndRecoversADamagedLibrary) {
 }
 
 TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
-  const ProjectorDefinition full = Named("ACME", std::string(32, 'm'));
+  const ProjectorDefinition full = NamedProjector("ACME", "One");
   ProjectorDefinition fast = full;
-  fast.Baudrate = 3;
-  const ProjectorDefinition same = Named("ACME", std::string(28, 'm') + " (2)");
-  const ProjectorDefinition fresh = Named("ACME", "Three");
-  ProjectorDefinition renamed = fast;
-  renamed.Model.AssignUtf8(std::string(28, 'm') + " (3)");
-  const std::string file = qdm.Write("new.BVD", std::vector{fast, same, fresh, Named("A", " ")});
+  ProjectorDefinition renamed = NamedProjector("ACME", "One (2)");
+  fast.Baudrate = renamed.Baudrate = 3;
+  const ProjectorDefinition same = NamedProjector("ACME", "Two");
+  const ProjectorDefinition fresh = NamedProjector("ACME", "Three");
+  const std::string file = qdm.Write("new.BVD", std::vector{fast, same, fresh, NamedProjector("A", " ")});
   const std::vector<std::tuple<std::string, std::string, std::vector<ProjectorDefinition>>> cases = {
       {"keep", "1 kept as they were\n", {full, same, fresh}},
       {"replace", "1 replaced\n", {fast, same, fresh}},
@@ -51,7 +51,7 @@ TEST_F(ProjectorsCommand, AddsWhatIsNewAndSettlesConflictsAsTold) {
   }
   qdm.Write("Projectors.DEF", std::vector{full, same});
   EXPECT_THAT(qdm.Run({"projectors", "add", file}),
-              Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / mmm")));
+              Answers(1, "1 added, 1 unchanged, 1 not imported\n", HasSubstr("ACME / One")));
   EXPECT_THAT(Library(), testing::ElementsAre(full, same, fresh));
 }
 

@@ -55,8 +55,10 @@ TEST(OptionStates, FollowTheSelections) {
       {"TL-VOX", [](auto& s) { s.ControllerType = kTlVox; },
        [](auto& e) {
          e.AmplifierLayout = true;
-         e.LockFrameTwips = 1935;
+         e.LockButtons = {true, true, true, true, false, false};
        }},
+      {"QDM 4", [](auto& s) { s.ControllerType = kQdm4; },
+       [](auto& e) { e.LockButtons = {false, false, true, true, true, true}; }},
       {"audio turns on", [](auto& s) { s.AudioTurnsOn = true; }, [](auto& e) { e.PowerDownTime = true; }},
       {"screen", [](auto& s) { s.OutputsOption = 1; },
        [](auto& e) { e.ScreenTimes = e.ScreenUseVolume = true; }},
@@ -79,7 +81,7 @@ TEST(OptionStates, FollowTheSelections) {
     selected.OutputsOption = selected.ControlInputOption = -1;
     c.Selected(selected);
     OptionStates expected;
-    expected.LockFrameTwips = 3135;
+    expected.LockButtons.fill(true);
     c.Expected(expected);
     EXPECT_EQ(StatesFor(selected), expected) << c.Case;
   }

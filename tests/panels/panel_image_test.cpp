@@ -1,5 +1,6 @@
 #include "panels/panel_image.h"
 
+#include "config/panel_configuration.h"
 #include "panels/image_layout.h"
 #include "support/distinct_configuration.h"
 

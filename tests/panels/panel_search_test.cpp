@@ -1,5 +1,6 @@
 #include "panels/panel_search.h"
 
+#include "config/panel_configuration.h"
 #include "simulation/simulated_line.h"
 #include "support/panel_descriptions.h"
 #include "support/virtual_time.h"

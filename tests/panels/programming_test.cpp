@@ -1,5 +1,6 @@
 #include "panels/programming.h"
 
+#include "config/panel_configuration.h"
 #include "panels/frame.h"
 #include "simulation/simulated_line.h"
 #include "support/message_printer.h"

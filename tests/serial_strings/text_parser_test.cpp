@@ -97,7 +97,7 @@ TEST(TextParser, CompactTextGivesItsStringBack) {
   }
 }
 
-// A million texts, put together from pieces of every notation.
+// A hundred thousand texts, put together from pieces of every notation.
 TEST(TextParser, SurvivesAnything) {
   constexpr std::u16string_view kPieces[] = {
       u"0",    u"9",  u"F",   u"g",   u"h",        u"d",      u"b",      u"0x",
@@ -109,7 +109,7 @@ TEST(TextParser, SurvivesAnything) {
   std::mt19937 random(seed.Value());
   std::u16string text;
   std::size_t accepted = 0;
-  for (int i = 0; i < 1'000'000; ++i) {
+  for (int i = 0; i < 100'000; ++i) {
     text.clear();
     for (std::size_t pieces = random() % 10; pieces > 0; --pieces)
       text += kPieces[random() % std::size(kPieces)];
@@ -123,7 +123,7 @@ TEST(TextParser, SurvivesAnything) {
     }
     accepted += parsed.Readings.size();
   }
-  EXPECT_GT(accepted, 100'000U) << "the texts are not all nonsense";
+  EXPECT_GT(accepted, 10'000U) << "the texts are not all nonsense";
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // QDM_TEST_SEED=N repeats a run.
 #include "panels/programming.h"
 
+#include "config/panel_configuration.h"
 #include "panels/frame.h"
 #include "simulation/simulated_line.h"
 #include "support/message_printer.h"

@@ -1,5 +1,6 @@
 #include "simulation/simulated_panel.h"
 
+#include "config/panel_configuration.h"
 #include "panels/panel_search.h"
 #include "simulation/simulated_line.h"
 #include "support/panel_descriptions.h"

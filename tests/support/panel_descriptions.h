@@ -1,6 +1,7 @@
 // Simulated panels in a line: Described(kQdm7, "19200,e,8,2", {"lose-ack:3"}).
 #pragma once
 
+#include "config/panel_configuration.h"
 #include "simulation/simulated_panel.h"
 
 #include <string>

@@ -5,6 +5,7 @@
 #include "config/configuration_file.h"
 #include "projectors/projector_files.h"
 #include "simulation/simulated_line.h"
+#include "support/distinct_projector.h"
 #include "support/temp_folder.h"
 #include "support/virtual_time.h"
 
@@ -76,18 +77,11 @@ class QdmRunner {
   Bytes Read(const std::string& name) const { return ReadWholeFile(Folder / name); }
 };
 
-inline ProjectorDefinition Named(const std::string& manufacturer, const std::string& model) {
-  ProjectorDefinition projector;
-  projector.Manufacturer.AssignUtf8(manufacturer);
-  projector.Model.AssignUtf8(model);
-  return projector;
-}
-
 // Passes the check and becomes an image.
 inline PanelConfiguration UsableConfiguration(std::int16_t controllerType = kQdm7) {
   PanelConfiguration configuration;
   configuration.ControllerType = controllerType;
-  configuration.Projector = Named("ACME", "X 100");
+  configuration.Projector = NamedProjector("ACME", "X 100");
   configuration.Projector.VolumeBytePosition = 0;
   configuration.Projector.Available[1] = kFlagSet;
   configuration.Projector.Strings[1].Count = 3;

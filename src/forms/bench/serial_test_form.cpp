@@ -15,6 +15,9 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
 
 namespace qdm {
 namespace {

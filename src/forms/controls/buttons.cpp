@@ -82,8 +82,8 @@ Buttons::Buttons(QWidget* parent) : QWidget(parent) {
 
 void Buttons::SetLabel(const QString& label) { setAccessibleName(label); }
 
-void Buttons::SetHiddenButtons(const QList<int>& hidden) {
-  for (int i = 0; i < kButtons; ++i) Option1[static_cast<std::size_t>(i)]->setVisible(!hidden.contains(i));
+void Buttons::SetShownButtons(const std::array<bool, kButtons>& shown) {
+  for (std::size_t i = 0; i < shown.size(); ++i) Option1[i]->setVisible(shown[i]);
   ShowValue();
 }
 

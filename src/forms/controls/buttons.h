@@ -3,7 +3,6 @@
 // nothing chosen, until the user chooses.
 #pragma once
 
-#include <QList>
 #include <QWidget>
 
 #include <array>
@@ -22,7 +21,7 @@ class Buttons : public QWidget {
 
   // What the choice is for ("First button"): the accessible name.
   void SetLabel(const QString& label);
-  void SetHiddenButtons(const QList<int>& hidden);
+  void SetShownButtons(const std::array<bool, kButtons>& shown);
   void SetValue(int value);
   int Value() const { return value_; }
 

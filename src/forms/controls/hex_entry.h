@@ -3,6 +3,8 @@
 
 #include "forms/controls/spin_entry.h"
 
+#include <optional>
+
 namespace qdm {
 
 class HEXentry : public SpinEntry {

@@ -3,6 +3,7 @@
 #include <QLocale>
 
 #include <cmath>
+#include <optional>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,8 @@
 
 #include "forms/controls/spin_entry.h"
 
+#include <optional>
+
 namespace qdm {
 
 class Integer5V : public SpinEntry {

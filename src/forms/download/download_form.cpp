@@ -1,7 +1,10 @@
 #include "forms/download/download_form.h"
 
+#include "config/panel_configuration.h"
 #include "forms/download/find_panel_form.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
+#include "forms/shared/user_prompts.h"
 #include "panels/frame.h"
 #include "ui_download_form.h"
 
@@ -13,6 +16,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <optional>
 #include <stop_token>
 #include <vector>
 

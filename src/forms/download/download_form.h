@@ -5,8 +5,6 @@
 // procedure whole: what it works on belongs to it as much as to the form.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
 #include "panels/programming.h"
 
 #include <QDialog>
@@ -23,6 +21,10 @@ class Download;
 }
 
 namespace qdm {
+
+struct Globals;
+struct PanelConfiguration;
+class UserPrompts;
 
 class Download : public QDialog {
   Q_OBJECT

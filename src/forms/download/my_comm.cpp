@@ -5,6 +5,8 @@
 #include <QRadioButton>
 #include <QTimer>
 
+#include <string>
+
 namespace qdm {
 namespace {
 

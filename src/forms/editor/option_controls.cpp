@@ -1,19 +1,23 @@
 #include "forms/editor/option_controls.h"
 
 #include "config/audio_routing.h"
+#include "config/configuration_rules.h"
+#include "config/option_ranges.h"
+#include "config/panel_types.h"
 #include "config/version.h"
 #include "ui_option_controls.h"
 
 #include <QButtonGroup>
 #include <QRadioButton>
 
+#include <string_view>
+
 namespace qdm {
 namespace {
 
-constexpr int kLowestTime = 1;  // seconds
-constexpr int kHighestTime = 255;
-constexpr int kShortestNoButton = 1;
-constexpr int kLongestNoButton = 10;
+// The least height of the "Lock Control" frame, in twips (1/1440 inch).
+constexpr int kLockFrameTwipsAmplifier = 1935;
+constexpr int kLockFrameTwipsPanel = 3135;
 
 // Numbers of a group's buttons stand behind the last "_" of their names.
 void NumberButtons(QButtonGroup* group) {
@@ -44,17 +48,11 @@ QString TextOf(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-int PixelsOf(int twips) { return twips * 96 / 1440; }
-
-// Pictures that have no button on the panel.
-QList<int> HiddenLockButtons(int controllerType) {
-  QList<int> hidden;
-  const PanelType* type = PanelTypeOf(controllerType);
-  for (std::size_t button = 0; type != nullptr && button < kLockButtons; ++button) {
-    if (!type->HasButton[button]) hidden.push_back(static_cast<int>(button));
-  }
-  return hidden;
+void Bind(IntegerEntry* entry, int value, const OptionRange& range, std::string_view label) {
+  entry->Bind(value, range.Low, range.High, TextOf(label));
 }
+
+int PixelsOf(int twips) { return twips * 96 / 1440; }
 
 }  // namespace
 
@@ -82,16 +80,14 @@ void OptionControls::MakeTypeButtons() {
 void OptionControls::ListControls() {
   using Record = PanelConfiguration;
   entries_ = {
-      {ui_->VolumeMin, &Record::VolumeMin, -45, 18, "TL-VOX minimum volume"},
-      {ui_->VolumeMax, &Record::VolumeMax, -6, 18, "TL-VOX minimum volume"},
-      {ui_->VolumeStep, &Record::VolumeStep, 1, 6, "TL-VOX volume steps"},
-      {ui_->PowerUpVolume, &Record::PowerUpVolume, -6, 18, "TL-VOX powerup level"},
-      {ui_->TLVOXpowerDownTime, &Record::TLVOXpowerDownTime, 1, 15, "No audio input power down time out"},
-      {ui_->LockOnFrontPanelAfterTimePeriod, &Record::LockAfterProjectorOffPeriod, 0, 255,
-       "Lock panel timeout after projector off"},
-      {ui_->LockOnRoomEmptyPeriod, &Record::LockAfterRoomEmptyPeriod, 0, 255,
-       "Lock panel timeout after room empty timeout"},
-      {ui_->RoomTimeout, &Record::RoomTimeout, 1, 255, "Room empty timeout"},
+      {ui_->VolumeMin, &Record::VolumeMin},
+      {ui_->VolumeMax, &Record::VolumeMax},
+      {ui_->VolumeStep, &Record::VolumeStep},
+      {ui_->PowerUpVolume, &Record::PowerUpVolume},
+      {ui_->TLVOXpowerDownTime, &Record::TLVOXpowerDownTime},
+      {ui_->LockOnFrontPanelAfterTimePeriod, &Record::LockAfterProjectorOffPeriod},
+      {ui_->LockOnRoomEmptyPeriod, &Record::LockAfterRoomEmptyPeriod},
+      {ui_->RoomTimeout, &Record::RoomTimeout},
   };
   checks_ = {
       {ui_->AudioTurnsOnCheck, &Record::AudioTurnsOnAmplifier},
@@ -113,7 +109,7 @@ void OptionControls::ListControls() {
   audio_ = {ui_->PC1AudioOption, ui_->PC2AudioOption, ui_->VideoAudioOption};
 
   for (QButtonGroup* group : findChildren<QButtonGroup*>()) NumberButtons(group);
-  ui_->integer5v1->SetLabel(QStringLiteral("Voltage threshold for PIR sensor"));
+  ui_->integer5v1->SetLabel(TextOf(RangeOf(&Record::ThresholdVoltage).Label));
   // What the frame says to the eye, the name has to say to a screen reader.
   const std::array<QCheckBox*, 3> inputs = {ui_->UsePC1Check, ui_->UsePC2Check, ui_->UseVideoCheck};
   for (std::size_t i = 0; i < audio_.size(); ++i) NameButtons(audio_[i], inputs[i]->text());
@@ -154,13 +150,14 @@ void OptionControls::ShowRecordInControls(PanelConfiguration& record) {
   record.AudioRouting = MigrateAudioRouting(record.AudioRouting, record.EditorMajor, record.EditorMinor);
 
   for (const Entry& entry : entries_) {
-    entry.Control->Bind(record.*entry.Field, entry.Low, entry.High, QLatin1String(entry.Label));
+    const OptionRange& range = RangeOf(entry.Field);
+    Bind(entry.Control, record.*entry.Field, range, range.Label);
   }
   for (const Check& check : checks_) check.Control->setChecked(record.*check.Field != 0);
   ShowAudioRouting(record.AudioRouting);
   ui_->TurnOffNoButtonCheck->setChecked(record.NoButtonPowerDown != 0);
-  ui_->NoButtonTimeOut->Bind(record.NoButtonPowerDown, kShortestNoButton, kLongestNoButton,
-                             QStringLiteral("No button press power down time out"));
+  const OptionRange& noButton = RangeOf(&PanelConfiguration::NoButtonPowerDown);
+  Bind(ui_->NoButtonTimeOut, record.NoButtonPowerDown, noButton, noButton.Label);
   Select(ui_->ControlInputOption, record.ControlInputOption);
   for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetValue(record.LockSequence[i]);
   Select(ui_->OutputsOption, record.OutputsOption);
@@ -223,8 +220,8 @@ void OptionControls::Time_Change(const TimePair& changed) {
 
 void OptionControls::BindTimes(int up, int down, const OutputTimeLabels& labels) {
   for (const TimePair& pair : times_) {
-    pair.Up->Bind(up, kLowestTime, kHighestTime, TextOf(labels.Up));
-    pair.Down->Bind(down, kLowestTime, kHighestTime, TextOf(labels.Down));
+    Bind(pair.Up, up, RangeOf(&PanelConfiguration::UpTime), labels.Up);
+    Bind(pair.Down, down, RangeOf(&PanelConfiguration::DownTime), labels.Down);
   }
 }
 
@@ -261,9 +258,9 @@ void OptionControls::ApplyLayout(const OptionStates& states) {
         ui_->RoomEmptyPeriod}) {
     widget->setVisible(!amplifier);
   }
-  ui_->LockFrame->setMinimumHeight(PixelsOf(states.LockFrameTwips));
+  ui_->LockFrame->setMinimumHeight(PixelsOf(amplifier ? kLockFrameTwipsAmplifier : kLockFrameTwipsPanel));
   ui_->InputsFrame->setToolTip(amplifier ? QString() : tr("Used by the TL-VOX"));
-  for (Buttons* step : sequence_) step->SetHiddenButtons(HiddenLockButtons(Option2->checkedId()));
+  for (Buttons* step : sequence_) step->SetShownButtons(states.LockButtons);
 }
 
 void OptionControls::Apply(const OptionStates& states) {

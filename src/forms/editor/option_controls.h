@@ -3,11 +3,10 @@
 // button stands for shows as nothing chosen, a number outside its range as the nearest that is within.
 #pragma once
 
-#include "config/configuration_rules.h"
-
 #include <QWidget>
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -22,6 +21,11 @@ namespace qdm {
 
 class Buttons;
 class IntegerEntry;
+enum OutputsOptionValue : std::int16_t;
+struct OptionSelections;
+struct OptionStates;
+struct OutputTimeLabels;
+struct PanelConfiguration;
 
 class OptionControls : public QWidget {
   Q_OBJECT
@@ -30,7 +34,8 @@ class OptionControls : public QWidget {
   explicit OptionControls(QWidget* parent = nullptr);
   ~OptionControls() override;
 
-  // Writes the editor's version into the record and converts what editors of the 1.1 series kept differently.
+  // Writes the editor's version into the record before it looks whether an editor of the 1.1 series wrote it,
+  // in the established order: so audio routings that such an editor stored are shown as they stand.
   void ShowRecordInControls(PanelConfiguration& record);
   // Typed but not yet entered numbers included. A use of the outputs or of the control input that is not
   // chosen stays as it is in the record; a controller type that is not chosen is stored as "TL-VOX".
@@ -47,9 +52,6 @@ class OptionControls : public QWidget {
   struct Entry {
     IntegerEntry* Control;
     std::int16_t PanelConfiguration::*Field;
-    int Low;
-    int High;
-    const char* Label;
   };
   struct Check {
     QCheckBox* Control;

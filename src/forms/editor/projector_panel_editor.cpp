@@ -7,6 +7,7 @@
 #include "forms/editor/recent_files.h"
 #include "forms/editor/unsaved_work.h"
 #include "forms/projectors/projector_import.h"
+#include "forms/projectors/save_library.h"
 #include "forms/shared/qt_text.h"
 #include "projectors/projector_files.h"
 #include "ui_projector_panel_editor.h"
@@ -22,6 +23,11 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {

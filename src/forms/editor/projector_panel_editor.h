@@ -10,6 +10,7 @@
 
 #include <QMainWindow>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 

@@ -1,8 +1,13 @@
 #include "forms/editor/projector_reconciliation.h"
 
 #include "forms/projectors/projector_replace_form.h"
-#include "projectors/projector_files.h"
+#include "forms/projectors/save_library.h"
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
 #include "projectors/record_difference.h"
+
+#include <cstddef>
+#include <optional>
 
 namespace qdm {
 namespace {
@@ -39,16 +44,6 @@ void OfferNewVersion(const Globals& globals, UserPrompts& prompts, QWidget* pare
   const std::optional<std::size_t> found = library.FindProjector(cleaned);
   if (!found || ProjectorsEqual(cleaned, library[*found])) return;
   if (prompts.AskYesNo(parent, kProjectorChanged)) projector = library[*found];
-}
-
-bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent) {
-  try {
-    SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase);
-    return true;
-  } catch (const FileError& error) {
-    prompts.Show(parent, SorryAbout(error));
-    return false;
-  }
 }
 
 }  // namespace qdm

@@ -3,12 +3,13 @@
 // name is none. File trouble is told in a box and leaves the library as it was.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
-
 class QWidget;
 
 namespace qdm {
+
+struct Globals;
+struct ProjectorDefinition;
+class UserPrompts;
 
 // For a configuration that is being shown: a projector that the library does not have is added to it and
 // saved at once, one that differs is the user's decision. False when there was nothing to do.
@@ -18,8 +19,5 @@ bool ReconcileProjector(Globals& globals, UserPrompts& prompts, QWidget* parent,
 // After the library was edited: offers to take its version of the projector.
 void OfferNewVersion(const Globals& globals, UserPrompts& prompts, QWidget* parent,
                      ProjectorDefinition& projector);
-
-// False when that failed, which the user has been told.
-bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent);
 
 }  // namespace qdm

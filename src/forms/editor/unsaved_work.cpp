@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#include <string>
+
 namespace qdm {
 namespace {
 

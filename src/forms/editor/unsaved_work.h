@@ -2,8 +2,6 @@
 // earlier times, and leaves word of it for the next start.
 #pragma once
 
-#include "config/panel_configuration.h"
-
 #include <QString>
 
 #include <filesystem>
@@ -11,6 +9,8 @@
 class QSettings;
 
 namespace qdm {
+
+struct PanelConfiguration;
 
 // "Unsaved.BVC", "Unsaved 2.BVC", ... FileError when it cannot be written.
 void KeepUnsavedWork(const std::filesystem::path& folder, const PanelConfiguration& configuration,

@@ -14,9 +14,8 @@ class NameValidator : public QValidator {
   using QValidator::QValidator;
 
   State validate(QString& text, int&) const override {
-    const bool storable = std::all_of(text.cbegin(), text.cend(), [](QChar c) {
-      return c.unicode() >= 32 && ByteOf(c.unicode()).has_value();
-    });
+    const bool storable =
+        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return IsNameCharacter(c.unicode()); });
     return storable ? Acceptable : Invalid;
   }
 };

@@ -1,8 +1,10 @@
 #include "forms/projectors/new_name_form.h"
 
-#include "base/code_page.h"
 #include "forms/projectors/name_validator.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
+#include "projectors/projector_names.h"
 #include "ui_new_name_form.h"
 
 #include <QLineEdit>
@@ -11,7 +13,7 @@
 namespace qdm {
 namespace {
 
-FixedText<32> NameIn(const QLineEdit* box) { return FixedText<32>(TrimBlanks(box->text().toStdU16String())); }
+FixedText<32> NameIn(const QLineEdit* box) { return TypedName(box->text().toStdU16String()); }
 
 }  // namespace
 
@@ -52,19 +54,13 @@ void NewNameForm::ShowWhatCanBeTyped() {
 }
 
 void NewNameForm::Done_Click() {
-  FixedText<32> manufacturer = NameIn(ui_->Text1);
-  manufacturer.Assign(UpperCase(manufacturer.View()));
-  const FixedText<32> model = NameIn(ui_->Text2);
-  if (globals_.ProjectorDatabase.FindProjector(manufacturer, model)) {
-    prompts_.Show(this, {"Projector " + manufacturer.TrimmedUtf8() + " / " + model.TrimmedUtf8() +
-                             " already exists cannot paste to this name!",
-                         "Sorry cannot paste", MessageIcon::Exclamation});
-    return;
+  const auto refusal = PasteUnderNames(globals_.ProjectorDatabase, globals_.ClipboardProjector,
+                                       NameIn(ui_->Text1), NameIn(ui_->Text2));
+  if (refusal) {
+    prompts_.Show(this, *refusal);
+  } else {
+    accept();
   }
-  globals_.ClipboardProjector.Manufacturer = manufacturer;
-  globals_.ClipboardProjector.Model = model;
-  globals_.ProjectorDatabase.Append(globals_.ClipboardProjector);
-  accept();
 }
 
 }  // namespace qdm

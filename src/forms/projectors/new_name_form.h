@@ -3,9 +3,6 @@
 // copy of it to the library; nothing is saved to disk here.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
-
 #include <QDialog>
 
 #include <memory>
@@ -17,6 +14,9 @@ class NewNameForm;
 }
 
 namespace qdm {
+
+struct Globals;
+class UserPrompts;
 
 class NewNameForm : public QDialog {
   Q_OBJECT

@@ -1,7 +1,11 @@
 #include "forms/projectors/projector_import.h"
 
 #include "forms/projectors/projector_replace_form.h"
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
 #include "projectors/projector_files.h"
+
+#include <cstddef>
 
 namespace qdm {
 namespace {

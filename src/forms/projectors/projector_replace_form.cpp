@@ -1,14 +1,20 @@
 #include "forms/projectors/projector_replace_form.h"
 
 #include "forms/projectors/new_name_form.h"
+#include "forms/projectors/save_library.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
 #include "projectors/field_captions.h"
-#include "projectors/projector_files.h"
 #include "ui_projector_replace_form.h"
 
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QPushButton>
+
+#include <cstddef>
+#include <string>
+#include <vector>
 
 namespace qdm {
 
@@ -101,7 +107,7 @@ ProjectorReplaceForm::ProjectorReplaceForm(Globals& globals, UserPrompts& prompt
 void ProjectorReplaceForm::NewInData_Click() {
   if (!AppendUnderNewName()) {
     reject();
-  } else if (SaveLibrary()) {
+  } else if (SaveLibrary(globals_, prompts_, this)) {
     globals_.CurrentProjector = globals_.ClipboardProjector;
     accept();
   } else {
@@ -117,20 +123,10 @@ void ProjectorReplaceForm::ReplaceInConfiguration_Click() {
 void ProjectorReplaceForm::ReplaceInDataBase_Click() {
   const ProjectorDefinition old = globals_.ProjectorDatabase[index_];
   ReplaceElement(globals_.CurrentProjector);
-  if (SaveLibrary()) {
+  if (SaveLibrary(globals_, prompts_, this)) {
     accept();
   } else {
     globals_.ProjectorDatabase.Replace(index_, old);
-  }
-}
-
-bool ProjectorReplaceForm::SaveLibrary() {
-  try {
-    SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
-    return true;
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-    return false;
   }
 }
 
@@ -177,7 +173,7 @@ std::optional<ProjectorDefinition> SettleConfigurationConflict(Globals& globals,
                                                                QWidget* parent,
                                                                const ProjectorDefinition& projector) {
   globals.CurrentProjector = projector;
-  CleanName(globals.CurrentProjector.Manufacturer);
+  CleanName(globals.CurrentProjector.Manufacturer);  // its case is its own
   CleanName(globals.CurrentProjector.Model);
   const ProjectorDefinition incoming = globals.CurrentProjector;
   ProjectorReplaceForm form(globals, prompts, parent);

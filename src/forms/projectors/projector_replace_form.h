@@ -3,11 +3,9 @@
 // found by its names when the dialog loads. A dialog that is closed by its close box has changed nothing.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
-
 #include <QDialog>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -19,6 +17,10 @@ class ReplaceDialog;
 }
 
 namespace qdm {
+
+struct Globals;
+struct ProjectorDefinition;
+class UserPrompts;
 
 enum class ReplaceAnswer { DoNothing, NewInData, ReplaceInConfiguration, ReplaceInDataBase };
 
@@ -68,7 +70,6 @@ class ProjectorReplaceForm : public ReplaceDialog {
   void NewInData_Click();
   void ReplaceInConfiguration_Click();
   void ReplaceInDataBase_Click();
-  bool SaveLibrary();
 };
 
 // For a definition that is being imported. Nothing is saved to disk here.

@@ -2,7 +2,10 @@
 
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/projector_import.h"
+#include "forms/projectors/save_library.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
 #include "projectors/projector_files.h"
 #include "ui_projector_selector.h"
 
@@ -10,6 +13,9 @@
 #include <QItemSelectionModel>
 #include <QKeySequence>
 #include <QShortcut>
+
+#include <optional>
+#include <utility>
 
 namespace qdm {
 
@@ -208,21 +214,7 @@ void ProjectorSelector::ShowProjector(const ProjectorDefinition& projector) {
 }
 
 void ProjectorSelector::done(int result) {
-  if (SaveLibrary()) QDialog::done(result);
-}
-
-// True when the window may close: the library is on disk, or the user gives up.
-bool ProjectorSelector::SaveLibrary() {
-  try {
-    SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
-    return true;
-  } catch (const FileError& error) {
-    Message question = SorryAbout(error);
-    question.Text +=
-        "\r\n\r\nThe projector data base has not been saved. Do you wish to close this window all the "
-        "same?\r\nWith No it stays open, and you can close it again to try once more.";
-    return prompts_.AskYesNo(this, question);
-  }
+  if (SaveLibraryOrAsk(globals_, prompts_, this)) QDialog::done(result);
 }
 
 }  // namespace qdm

@@ -4,9 +4,6 @@
 // the library first, changed or not; when that fails, the user decides whether it stays open.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
-
 #include <QDialog>
 
 #include <functional>
@@ -20,6 +17,10 @@ class ProjectorSelector;
 }
 
 namespace qdm {
+
+struct Globals;
+struct ProjectorDefinition;
+class UserPrompts;
 
 class ProjectorSelector : public QDialog {
   Q_OBJECT
@@ -56,7 +57,6 @@ class ProjectorSelector : public QDialog {
   void SetUpCurrentProjector();
   bool Confirm(const char* question);
   void RemoveSelected();
-  bool SaveLibrary();
 
   QAction* ActionOf(const char* key) const;
   const ProjectorDefinition& SelectedProjector() const;

@@ -8,6 +8,7 @@
 #include "forms/strings/kind_colours.h"
 #include "line/speeds_and_parities.h"
 #include "projectors/definition_setup.h"
+#include "projectors/projector_names.h"
 #include "ui_projector_setup_form.h"
 
 #include <QButtonGroup>
@@ -18,7 +19,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -27,7 +31,7 @@ constexpr int kNameLength = static_cast<int>(FixedText<32>::kLength);
 constexpr int kLongestTime = 255;
 constexpr int kLongestByteDelay = 10;
 
-FixedText<32> NameIn(const QString& text) { return FixedText<32>(TrimBlanks(text.toStdU16String())); }
+FixedText<32> NameIn(const QString& text) { return TypedName(text.toStdU16String()); }
 
 // Each manufacturer once, in the order of the alphabet.
 QStringList ManufacturersOf(const ProjectorLibrary& library) {

@@ -1,5 +1,11 @@
 #include "forms/projectors/projector_tree.h"
 
+#include "projectors/projector_definition.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 namespace qdm {
 
 ProjectorTree::ProjectorTree(QWidget* parent) : QTreeView(parent) {

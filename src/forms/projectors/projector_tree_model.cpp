@@ -1,8 +1,12 @@
 #include "forms/projectors/projector_tree_model.h"
 
+#include "projectors/projector_library.h"
+
 #include <QSet>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -106,6 +110,10 @@ std::vector<std::size_t> ProjectorTreeModel::ElementsOf(const QModelIndex& index
 QModelIndex ProjectorTreeModel::IndexOf(const FixedText<32>& manufacturer, const FixedText<32>& model) const {
   const QString name = UpperTextOf(manufacturer.Trimmed());
   return IndexOfKey(model.Trimmed().empty() ? KeyOf(name) : KeyOf(name, model));
+}
+
+QModelIndex ProjectorTreeModel::IndexOf(const ProjectorDefinition& projector) const {
+  return IndexOf(projector.Manufacturer, projector.Model);
 }
 
 QModelIndex ProjectorTreeModel::IndexOfKey(const QString& key) const {

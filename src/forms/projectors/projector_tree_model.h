@@ -5,7 +5,7 @@
 // all its models.
 #pragma once
 
-#include "projectors/projector_library.h"
+#include "base/fixed_text.h"
 
 #include <QAbstractItemModel>
 #include <QHash>
@@ -16,6 +16,9 @@
 #include <vector>
 
 namespace qdm {
+
+class ProjectorLibrary;
+struct ProjectorDefinition;
 
 class ProjectorTreeModel : public QAbstractItemModel {
   Q_OBJECT
@@ -38,9 +41,7 @@ class ProjectorTreeModel : public QAbstractItemModel {
   std::vector<std::size_t> ElementsOf(const QModelIndex& index) const;
   // Invalid when there is no such node or the filter hides it. A blank model finds the manufacturer.
   QModelIndex IndexOf(const FixedText<32>& manufacturer, const FixedText<32>& model) const;
-  QModelIndex IndexOf(const ProjectorDefinition& projector) const {
-    return IndexOf(projector.Manufacturer, projector.Model);
-  }
+  QModelIndex IndexOf(const ProjectorDefinition& projector) const;
   QModelIndex IndexOfKey(const QString& key) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;

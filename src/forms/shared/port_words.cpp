@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include <map>
+#include <string>
 
 namespace qdm {
 
@@ -36,7 +37,7 @@ QString HintOnClosedPorts(const SerialPorts& ports, const std::vector<int>& numb
 QString WhyPortIsClosed(const SerialPorts& ports, int number) {
   const std::string device = ports.DeviceName(number);
   if (device.empty()) return QStringLiteral("This computer has no such port.");
-  if (const QString hint = HintOnClosedPorts(ports, {number}); !hint.isEmpty()) return hint;
+  if (QString hint = HintOnClosedPorts(ports, {number}); !hint.isEmpty()) return hint;
   return QStringLiteral("%1 could not be opened: another program may be using it.")
       .arg(QString::fromStdString(device));
 }

@@ -12,15 +12,15 @@ constexpr int kAscii = static_cast<int>(ByteKind::ASC);
 
 }  // namespace
 
-ByteModeForm::ByteModeForm(int variableBytePosition, bool isVariable, bool canIgnore, QWidget* parent)
+ByteModeForm::ByteModeForm(int otherVariableByte, bool canIgnore, QWidget* parent)
     : ChoicePopup(
           {tr("ASCII"), tr("HEX"), tr("DECIMAL"), tr("BINARY"), tr("CONTROL"), tr("VARIABLE"), tr("IGNORE")},
           static_cast<int>(kByteKinds), parent) {
   setObjectName(QStringLiteral("ByteModeForm"));
   setAccessibleName(tr("Byte mode"));
   Label(kAscii)->setToolTip(tr("Left click set this byte to ASCII, right click set all bytes to ASCII"));
-  if (variableBytePosition > 0 && !isVariable) {
-    Forbid(static_cast<int>(ByteKind::VAR), tr("Byte %1 is the variable byte").arg(variableBytePosition));
+  if (otherVariableByte > 0) {
+    Forbid(static_cast<int>(ByteKind::VAR), tr("Byte %1 is the variable byte").arg(otherVariableByte));
   }
   if (!canIgnore) {
     Forbid(static_cast<int>(ByteKind::IGN), tr("Only bytes of a received string can be ignored"));

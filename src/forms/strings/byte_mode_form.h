@@ -11,10 +11,9 @@ class ByteModeForm : public ChoicePopup {
   Q_OBJECT
 
  public:
-  // `variableBytePosition`: 1-based place of the string's variable byte, 0 when there is none. A string has
-  // one at most: another byte than that one (`isVariable`) cannot become it. Where nothing can be ignored
-  // that kind cannot be chosen.
-  ByteModeForm(int variableBytePosition, bool isVariable, bool canIgnore, QWidget* parent);
+  // `otherVariableByte`: 1-based place of another byte that is the string's variable one, below 1 when there
+  // is none. A string has one at most. Where nothing can be ignored that kind cannot be chosen.
+  ByteModeForm(int otherVariableByte, bool canIgnore, QWidget* parent);
 
   // The right button on "ASCII": all bytes of the string.
   bool AllBytes() const { return allBytes_; }

@@ -2,10 +2,13 @@
 
 #include "forms/strings/kind_colours.h"
 #include "forms/strings/my_text_box.h"
+#include "serial_strings/serial_string.h"
 
 #include <QLabel>
 #include <QMouseEvent>
 #include <QVBoxLayout>
+
+#include <string_view>
 
 namespace qdm {
 

@@ -1,9 +1,9 @@
 // One byte of the string editor: the label of its kind and its value.
 #pragma once
 
-#include "serial_strings/serial_string.h"
-
 #include <QWidget>
+
+#include <cstdint>
 
 class QLabel;
 

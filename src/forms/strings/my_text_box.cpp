@@ -1,6 +1,7 @@
 #include "forms/strings/my_text_box.h"
 
 #include "forms/strings/kind_colours.h"
+#include "serial_strings/serial_string.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -9,6 +10,8 @@
 #include <QStyleHints>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 
 namespace qdm {

@@ -14,7 +14,10 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <cstdint>
 #include <span>
+#include <string_view>
+#include <utility>
 
 #include "ui_serial_editor.h"
 
@@ -61,7 +64,7 @@ void SerialEditor::MakeCells() {
     ui_->Cells->addWidget(cell, i / kBytesPerRow, i % kBytesPerRow);
     setTabOrder(before, cell);
     before = cell;
-    ByteValueControl1[static_cast<std::size_t>(i)] = cell;
+    ByteValueControl1.push_back(cell);
   }
   setTabOrder(before, ui_->Test);
   setTabOrder(ui_->Test, ui_->PasteCommand);
@@ -83,7 +86,7 @@ void SerialEditor::ConnectControls() {
     connect(cell, &ByteValueControl::VariableChanged, this, &SerialEditor::ByteValueControl1_VariableChanged);
     connect(cell->Box(), &MyTextBox::MoveRequest, this, [this, index](int step) { MoveFrom(index, step); });
     connect(cell->Box(), &MyTextBox::PasteRequest, this,
-            [this, index] { PasteAt(static_cast<std::size_t>(index), false); });
+            [this, index] { PasteAt(static_cast<std::size_t>(index), Rest::Kept); });
   }
 }
 
@@ -176,9 +179,9 @@ void SerialEditor::ChooseKind(ByteValueControl& cell) {
   const bool canIgnore = static_cast<std::size_t>(globals_.CurrentSlot) >= kSlotsWithoutIgnore;
   // A variable byte behind the string's end cannot be seen and does not count.
   const int position = globals_.VariableBytePosition;
-  const bool inUse = position <= static_cast<int>(BytesInUse());
+  const bool isElsewhere = !isVariable && position <= static_cast<int>(BytesInUse());
 
-  ByteModeForm form(inUse ? position : 0, isVariable, canIgnore || isIgnored, this);
+  ByteModeForm form(isElsewhere ? position : 0, canIgnore || isIgnored, this);
   const int kind = form.ChooseAt(OnScreen(cell), cell.Kind());
   if (kind == ByteModeForm::kNothing) return;
   if (form.AllBytes()) {
@@ -225,21 +228,20 @@ void SerialEditor::ChooseValue(ByteValueControl& cell) {
 
 // ---- commands ----
 
-void SerialEditor::PasteCommand_Click() { PasteAt(0, true); }
+void SerialEditor::PasteCommand_Click() { PasteAt(0, Rest::Dropped); }
 
-void SerialEditor::PasteAt(std::size_t first, bool replaceAll) {
+void SerialEditor::PasteAt(std::size_t first, Rest rest) {
   const auto string = StringToPaste(this, globals_, prompts_, static_cast<std::size_t>(globals_.CurrentSlot));
   if (!string) return;
-  const std::size_t end = first + string->BytesInUse();
-  if (end > kMaximumStringBytes) {
-    prompts_.Show(this, {"Sorry cannot paste here as the message would be more than 32 bytes!", "Sorry!",
-                         MessageIcon::Exclamation});
+  if (const auto refusal = CheckRoomForPaste(first, *string)) {
+    prompts_.Show(this, *refusal);
     return;
   }
+  const std::size_t end = first + string->BytesInUse();
   for (std::size_t i = first; i < end; ++i) {
     ByteValueControl1[i]->SetByte(string->Values[i - first], string->Kinds[i - first]);
   }
-  ui_->NumberOfBytes1->SetValue(static_cast<int>(replaceAll ? end : std::max(end, BytesInUse())));
+  ui_->NumberOfBytes1->SetValue(static_cast<int>(rest == Rest::Dropped ? end : std::max(end, BytesInUse())));
   NumberOfBytes1_Change();
 }
 

@@ -3,13 +3,11 @@
 // afterwards. Keeps Globals::VariableBytePosition up to date.
 #pragma once
 
-#include "serial_strings/serial_string.h"
-
 #include <QDialog>
 
-#include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace Ui {
 class SerialEditor;
@@ -19,6 +17,7 @@ namespace qdm {
 
 class ByteValueControl;
 struct Globals;
+struct SerialString;
 class UserPrompts;
 
 class SerialEditor : public QDialog {
@@ -51,7 +50,8 @@ class SerialEditor : public QDialog {
   void MakeAllAscii();
   void MakeVariable(ByteValueControl& cell);
   void EditVolumeFormat();
-  void PasteAt(std::size_t first, bool replaceAll);
+  enum class Rest { Kept, Dropped };  // of the string behind what is pasted
+  void PasteAt(std::size_t first, Rest rest);
   void MoveFrom(int index, int step);
 
   std::size_t BytesInUse() const;
@@ -67,7 +67,7 @@ class SerialEditor : public QDialog {
   Globals& globals_;
   UserPrompts& prompts_;
   ConsoleOpener openConsole_;
-  std::array<ByteValueControl*, kMaximumStringBytes> ByteValueControl1{};
+  std::vector<ByteValueControl*> ByteValueControl1;
 };
 
 }  // namespace qdm

@@ -4,6 +4,7 @@
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/string_clipboard.h"
 #include "forms/strings/string_picture.h"
+#include "serial_strings/serial_string.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
@@ -13,6 +14,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace qdm {
 namespace {

@@ -3,8 +3,6 @@
 // it back to the slot at once and say `StringChanged`. What editing and testing mean is the owner's matter.
 #pragma once
 
-#include "serial_strings/serial_string.h"
-
 #include <QWidget>
 
 class QAction;
@@ -14,6 +12,7 @@ class QScrollBar;
 namespace qdm {
 
 struct Globals;
+struct SerialString;
 class StringPicture;
 class UserPrompts;
 
@@ -41,8 +40,6 @@ class SerialStringDisplay : public QWidget {
 
   // No menu any more, and of its keys only copying and editing.
   void DisableMenu();
-  // Changes nothing, as ever.
-  void MakeCopyOnly() {}
   void ResizeMe();
 
   QSize sizeHint() const override;

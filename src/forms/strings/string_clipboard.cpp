@@ -4,6 +4,7 @@
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/text_reading_form.h"
 #include "projectors/paste_rule.h"
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
 #include <QClipboard>

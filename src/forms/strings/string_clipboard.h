@@ -3,8 +3,7 @@
 // read in several ways the user chooses.
 #pragma once
 
-#include "serial_strings/serial_string.h"
-
+#include <cstddef>
 #include <optional>
 
 class QWidget;
@@ -12,6 +11,7 @@ class QWidget;
 namespace qdm {
 
 struct Globals;
+struct SerialString;
 class UserPrompts;
 
 void CopyString(Globals& globals, const SerialString& string);

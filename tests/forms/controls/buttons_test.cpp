@@ -31,7 +31,7 @@ struct Picker {
 TEST(Buttons, KeepAValueThatNoShownButtonStandsFor) {
   Picker picker;
   for (const int value : {0, 1, -1, 6, 32767}) {
-    picker.Control.SetHiddenButtons({0, 1});
+    picker.Control.SetShownButtons({false, false, true, true, true, true});
     picker.Control.SetValue(value);
     EXPECT_EQ(picker.Control.Value(), value);
     EXPECT_EQ(picker.Chosen(), "......");
@@ -39,14 +39,14 @@ TEST(Buttons, KeepAValueThatNoShownButtonStandsFor) {
   picker.Control.setFocus();
   EXPECT_TRUE(picker.Option1(2)->hasFocus()) << "keys reach it all the same";
   picker.Control.SetValue(1);
-  picker.Control.SetHiddenButtons({});
+  picker.Control.SetShownButtons({true, true, true, true, true, true});
   EXPECT_EQ(picker.Chosen(), ".x....");
   EXPECT_EQ(picker.Changed.count(), 0);
 }
 
 TEST(Buttons, AreChosenByMouseAndByArrowsOverShownOnes) {
   Picker picker;
-  picker.Control.SetHiddenButtons({0, 3});
+  picker.Control.SetShownButtons({false, true, true, false, true, true});
   QTest::mouseClick(picker.Option1(2), Qt::LeftButton);
   QTest::mouseClick(picker.Option1(2), Qt::LeftButton);  // again: stays chosen
   EXPECT_EQ(picker.Chosen(), "..x...");

@@ -4,6 +4,7 @@
 #include "forms/shared/globals.h"
 #include "projectors/projector_files.h"
 #include "support/dialog_script.h"
+#include "support/distinct_projector.h"
 #include "support/fake_prompts.h"
 #include "support/temp_folder.h"
 
@@ -17,9 +18,7 @@
 namespace qdm {
 
 inline ProjectorDefinition Named(std::string_view manufacturer, std::string_view model, int delay = 0) {
-  ProjectorDefinition projector;
-  projector.Manufacturer.AssignUtf8(manufacturer);
-  projector.Model.AssignUtf8(model);
+  ProjectorDefinition projector = NamedProjector(manufacturer, model);
   projector.InterCommandDelay = static_cast<std::int16_t>(delay);
   return projector;
 }

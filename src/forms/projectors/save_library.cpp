@@ -1,0 +1,38 @@
+#include "forms/projectors/save_library.h"
+
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
+#include "projectors/projector_files.h"
+
+#include <optional>
+
+namespace qdm {
+namespace {
+
+std::optional<Message> FailureToSave(const Globals& globals) {
+  try {
+    SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase);
+    return std::nullopt;
+  } catch (const FileError& error) {
+    return SorryAbout(error);
+  }
+}
+
+}  // namespace
+
+bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent) {
+  const auto failure = FailureToSave(globals);
+  if (failure) prompts.Show(parent, *failure);
+  return !failure;
+}
+
+bool SaveLibraryOrAsk(const Globals& globals, UserPrompts& prompts, QWidget* window) {
+  auto failure = FailureToSave(globals);
+  if (!failure) return true;
+  failure->Text +=
+      "\r\n\r\nThe projector data base has not been saved. Do you wish to close this window all the "
+      "same?\r\nWith No it stays open, and you can close it again to try once more.";
+  return prompts.AskYesNo(window, *failure);
+}
+
+}  // namespace qdm

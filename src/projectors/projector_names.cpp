@@ -1,0 +1,34 @@
+#include "projectors/projector_names.h"
+
+#include <string>
+
+namespace qdm {
+
+FixedText<32> TypedName(std::u16string_view typed) { return FixedText<32>(TrimBlanks(typed)); }
+
+void RenameUntilFree(ProjectorDefinition& projector, const ProjectorLibrary& library) {
+  const std::u16string model(projector.Model.Trimmed());
+  for (int number = 2;; ++number) {
+    const std::u16string suffix = FromUtf8(" (" + std::to_string(number) + ")");
+    std::u16string name = model.substr(0, FixedText<32>::kLength - suffix.size());
+    name.erase(name.find_last_not_of(u' ') + 1);
+    projector.Model = FixedText<32>(name + suffix);
+    if (!library.FindProjector(projector)) return;
+  }
+}
+
+std::optional<Message> PasteUnderNames(ProjectorLibrary& library, ProjectorDefinition& clipboard,
+                                       const FixedText<32>& manufacturer, const FixedText<32>& model) {
+  const FixedText<32> maker(UpperCase(manufacturer.View()));
+  if (library.FindProjector(maker, model)) {
+    return Message{"Projector " + maker.TrimmedUtf8() + " / " + model.TrimmedUtf8() +
+                       " already exists cannot paste to this name!",
+                   "Sorry cannot paste", MessageIcon::Exclamation};
+  }
+  clipboard.Manufacturer = maker;
+  clipboard.Model = model;
+  library.Append(clipboard);
+  return std::nullopt;
+}
+
+}  // namespace qdm

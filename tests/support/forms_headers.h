@@ -1,0 +1,8 @@
+// Precompiled for the suites of windows.
+#pragma once
+
+#include "forms/shared/qt_headers.h"
+
+#include <QtTest>
+
+#include <gmock/gmock.h>
