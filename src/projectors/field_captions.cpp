@@ -73,10 +73,10 @@ std::optional<Element> ElementOf(std::string_view path) {
   return Element{path.substr(0, bracket), index};
 }
 
-// Replies are named after their command, which the setup dialog shows beside the box; slot 22 belongs to 24.
+// Replies are named after their command, which the setup dialog shows beside the box.
 std::string_view CommandOfReply(std::size_t reply) {
-  const std::size_t slot = kFirstReceivedSlot + reply;
-  return CommandSlotNames.at(reply < kFirstReceivedSlot ? reply : slot == 22 ? 24 : slot);
+  const SlotFacts& slot = kSlots.at(ReceivedSlot(reply));
+  return CommandSlotNames.at(slot.ReplyTo.value_or(slot.Place));
 }
 
 std::optional<int> NumberIn(const std::string& text) {

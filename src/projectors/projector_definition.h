@@ -7,6 +7,7 @@
 
 #include "base/fixed_text.h"
 #include "base/record_codec.h"
+#include "projectors/slots.h"
 #include "serial_strings/serial_string.h"
 
 #include <array>
@@ -21,11 +22,6 @@ inline constexpr std::int16_t kFlagSet = -1;
 inline constexpr std::int16_t kFlagClear = 0;
 constexpr std::int16_t FlagOf(bool set) { return set ? kFlagSet : kFlagClear; }
 
-inline constexpr std::size_t kCommandSlots = 25;
-// Received strings, slots 10..22: the panel compares them with what it receives, `RequiresReply`[j] belongs
-// to slot 10 + j.
-inline constexpr std::size_t kFirstReceivedSlot = 10;
-inline constexpr std::size_t kReceivedSlots = 13;
 // The panel's room for the strings of one projector, in bytes.
 inline constexpr int kSerialByteBudget = 460;
 // What a received string costs besides its own bytes: its ignore mask.
@@ -54,7 +50,7 @@ struct ProjectorDefinition {
   std::int16_t WarmUpTime = 1;         // 1..255
   std::int16_t CoolDownTime = 1;       // 1..255
   std::int16_t VolumeBytePosition =
-      -1;                     // 1-based place of the VAR byte in slot 6; 0 none, -1 not yet determined
+      -1;                     // 1-based place of the VAR byte in "Volume up"; 0 none, -1 not yet determined
   std::int16_t Parity = 0;    // 0 none, 1 even, 2 odd
   std::int16_t Stopbits = 0;  // 0 one, anything else two
 
@@ -95,14 +91,6 @@ inline constexpr std::size_t kStoredProjectorSize = 2084;
 static_assert(std::is_trivially_copyable_v<ProjectorDefinition>);
 static_assert(sizeof(ProjectorDefinition) == 2404);
 static_assert(StoredSize<ProjectorDefinition>() == kStoredProjectorSize);
-
-// Display names of the slots 0..24.
-extern const std::array<std::string_view, kCommandSlots> CommandSlotNames;
-
-// True for the received strings, which carry an ignore mask in the panel.
-constexpr bool SlotHasIgnoreMask(std::size_t slot) {
-  return slot >= kFirstReceivedSlot && slot < kFirstReceivedSlot + kReceivedSlots;
-}
 
 // Back to the defaults of a new definition; `Baudrate` and `UsePowerDown` are left as they were.
 void ClearProjector(ProjectorDefinition& projector);
