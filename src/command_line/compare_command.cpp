@@ -1,11 +1,15 @@
 #include "command_line/commands.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
+#include "projectors/difference_text.h"
 #include "projectors/record_difference.h"
 
 #include <deque>
 #include <map>
 #include <ostream>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace qdm {
 namespace {
@@ -18,9 +22,8 @@ template <class Record>
 bool PrintDifferences(const std::string& prefix, const Record& first, const Record& second,
                       std::ostream& out) {
   const std::vector<FieldDifference> differences = Differences(first, second);
-  for (const FieldDifference& difference : differences) {
-    out << prefix << difference.Path << ": " << ValueText(difference.First) << " -> "
-        << ValueText(difference.Second) << "\n";
+  for (const DifferenceText& text : TextsOf(differences)) {
+    out << prefix << text.Field << ": " << ValueText(text.First) << " -> " << ValueText(text.Second) << "\n";
   }
   return !differences.empty();
 }

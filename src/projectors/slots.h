@@ -128,6 +128,14 @@ constexpr std::optional<Slot> ReplySlotOf(std::size_t command) {
   return std::nullopt;
 }
 
+// What an element of `Available` and `Strings`, and what one of `RequiresReply` is about: a reply is told by
+// its command, which the setup dialog shows beside the box.
+constexpr std::string_view NameOfSlot(std::size_t slot) { return kSlots.at(slot).Name; }
+constexpr std::string_view NameOfReplysCommand(std::size_t index) {
+  const SlotFacts& slot = kSlots.at(ReceivedSlot(index));
+  return NameOfSlot(slot.ReplyTo.value_or(slot.Place));
+}
+
 // Every row stands at its place, and the received strings in one run.
 static_assert([] {
   for (std::size_t slot = 0; slot < kCommandSlots; ++slot) {
