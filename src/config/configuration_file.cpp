@@ -1,5 +1,8 @@
 #include "config/configuration_file.h"
 
+#include <cstddef>
+#include <string_view>
+
 namespace qdm {
 namespace {
 

@@ -1,5 +1,8 @@
 #include "config/configuration_rules.h"
 
+#include <string>
+#include <utility>
+
 namespace qdm {
 namespace {
 

@@ -5,6 +5,7 @@
 #include "config/panel_configuration.h"
 
 #include <optional>
+#include <string_view>
 
 namespace qdm {
 

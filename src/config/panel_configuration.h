@@ -7,6 +7,7 @@
 #include "projectors/projector_definition.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <type_traits>

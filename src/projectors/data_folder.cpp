@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 #ifdef _WIN32
 #include <windows.h>

@@ -3,7 +3,9 @@
 #include "base/code_page.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <variant>
 
 namespace qdm {
 namespace {

@@ -1,5 +1,7 @@
 #include "projectors/projector_definition.h"
 
+#include <cstddef>
+
 namespace qdm {
 
 void ClearProjector(ProjectorDefinition& projector) {

@@ -10,9 +10,10 @@
 #include "projectors/slots.h"
 #include "serial_strings/serial_string.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
 #include <type_traits>
 
 namespace qdm {

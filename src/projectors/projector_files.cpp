@@ -2,6 +2,10 @@
 
 #include "projectors/record_difference.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <system_error>
 
 namespace qdm {

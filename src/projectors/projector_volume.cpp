@@ -1,5 +1,7 @@
 #include "projectors/projector_volume.h"
 
+#include <cstdint>
+
 namespace qdm {
 
 VolumeFormat VolumeFormatOf(const ProjectorDefinition& projector) {

@@ -3,6 +3,8 @@
 #include "forms/projectors/projector_replace_form.h"
 #include "projectors/projector_files.h"
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

@@ -4,6 +4,7 @@
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 

@@ -10,6 +10,10 @@
 #include <QHeaderView>
 #include <QPushButton>
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 namespace qdm {
 
 ReplaceDialog::ReplaceDialog(const Texts& texts, Globals& globals, UserPrompts& prompts, QWidget* parent)

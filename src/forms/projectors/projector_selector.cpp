@@ -11,6 +11,10 @@
 #include <QKeySequence>
 #include <QShortcut>
 
+#include <cstddef>
+#include <optional>
+#include <utility>
+
 namespace qdm {
 
 struct ProjectorSelector::Command {
@@ -148,6 +152,7 @@ void ProjectorSelector::Export() {
   const std::optional<QString> file = prompts_.SaveFile(this, kProjectorFileFilter);
   if (!file) return;
   std::vector<ProjectorDefinition> definitions;
+  definitions.reserve(elements.size());
   for (const std::size_t element : elements) definitions.push_back(globals_.ProjectorDatabase[element]);
   try {
     ExportDefinitions(ToPath(*file), definitions);

@@ -15,7 +15,10 @@
 #include <QShortcut>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {

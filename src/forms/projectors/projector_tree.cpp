@@ -1,5 +1,9 @@
 #include "forms/projectors/projector_tree.h"
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 namespace qdm {
 
 ProjectorTree::ProjectorTree(QWidget* parent) : QTreeView(parent) {

@@ -8,6 +8,10 @@
 #include <QSet>
 #include <QTreeView>
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 namespace qdm {
 
 class ProjectorTree : public QTreeView {

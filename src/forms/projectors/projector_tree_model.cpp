@@ -3,6 +3,8 @@
 #include <QSet>
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

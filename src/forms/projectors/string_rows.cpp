@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

@@ -7,6 +7,9 @@
 #include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include <cstdint>
+#include <string_view>
+
 namespace qdm {
 
 ByteValueControl::ByteValueControl(int index, QWidget* parent)

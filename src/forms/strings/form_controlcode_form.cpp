@@ -4,6 +4,9 @@
 
 #include <QLabel>
 
+#include <cstdint>
+#include <string_view>
+
 namespace qdm {
 namespace {
 

@@ -9,6 +9,9 @@
 #include <QStyleHints>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 namespace qdm {

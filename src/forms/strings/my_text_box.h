@@ -8,6 +8,8 @@
 
 #include <QWidget>
 
+#include <cstdint>
+
 class QTimer;
 
 namespace qdm {

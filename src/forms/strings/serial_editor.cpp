@@ -14,7 +14,11 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <span>
+#include <string_view>
+#include <utility>
 
 #include "ui_serial_editor.h"
 

@@ -8,6 +8,7 @@
 #include <QDialog>
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <memory>
 

@@ -13,6 +13,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace qdm {
 namespace {

@@ -9,6 +9,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

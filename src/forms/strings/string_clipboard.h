@@ -5,6 +5,7 @@
 
 #include "serial_strings/serial_string.h"
 
+#include <cstddef>
 #include <optional>
 
 class QWidget;

@@ -7,6 +7,8 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace qdm {
 namespace {

@@ -8,6 +8,9 @@
 
 #include "ui_text_reading_form.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

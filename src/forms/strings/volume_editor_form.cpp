@@ -12,7 +12,9 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <string_view>
 
 #include "ui_volume_editor_form.h"
 
