@@ -13,26 +13,7 @@
 namespace qdm::examples {
 namespace {
 
-enum Slot : std::size_t {
-  kSerialEnable = 0,
-  kPowerOn = 1,
-  kData1 = 2,
-  kData2 = 3,
-  kVideo = 4,
-  kBlank = 5,
-  kVolumeUp = 6,
-  kVolumeDown = 7,
-  kPowerOff = 8,
-  kSerialDisable = 9,
-  kExternalOn = 20,
-  kExternalOff = 21,
-  kBlankOffReply = 22,
-  kVideo2 = 23,
-  kBlankOff = 24
-};
-constexpr Slot ReplyTo(Slot command) {
-  return command == kBlankOff ? kBlankOffReply : static_cast<Slot>(command + 10);
-}
+constexpr Slot ReplyTo(Slot command) { return ReplySlotOf(command).value(); }
 
 enum Speed : std::int16_t { k9600 = 0, k19200 = 1, k38400 = 2, k57600 = 3, k115200 = 4 };
 enum ParityLetter : std::int16_t { kNone = 0, kEven = 1, kOdd = 2 };
@@ -83,59 +64,59 @@ Protocol operator+(Protocol protocol, const Protocol& more) {
 
 // Plain words closed by a carriage return, answered by a colon.
 const Protocol kBrackenlight = {
-    {kPowerOn, "POWER ON{CR}"},   {ReplyTo(kPowerOn), ":ON{CR}"},  {kPowerOff, "POWER OFF{CR}"},
-    {kData1, "SOURCE RGB1{CR}"},  {kData2, "SOURCE RGB2{CR}"},     {kVideo, "SOURCE VIDEO{CR}"},
-    {kBlank, "MUTE PICTURE{CR}"}, {kBlankOff, "SHOW PICTURE{CR}"},
+    {kPowerOnSlot, "POWER ON{CR}"},   {ReplyTo(kPowerOnSlot), ":ON{CR}"},  {kPowerOffSlot, "POWER OFF{CR}"},
+    {kData1Slot, "SOURCE RGB1{CR}"},  {kData2Slot, "SOURCE RGB2{CR}"},     {kVideoSlot, "SOURCE VIDEO{CR}"},
+    {kBlankSlot, "MUTE PICTURE{CR}"}, {kBlankOffSlot, "SHOW PICTURE{CR}"},
 };
 
 // Frames of hexadecimal bytes: length, command, data, sum. The reply repeats the frame with bit 7 of the
 // command set and a status byte that says nothing of use.
 const Protocol kCorvane = {
-    {kPowerOn, "{A5h 03h 10h 01h sum}"},  {ReplyTo(kPowerOn), "{A5h 03h 90h IGN IGN}"},
-    {kPowerOff, "{A5h 03h 10h 00h sum}"}, {ReplyTo(kPowerOff), "{A5h 03h 90h IGN IGN}"},
-    {kData1, "{A5h 03h 21h 00h sum}"},    {kData2, "{A5h 03h 21h 01h sum}"},
-    {kVideo, "{A5h 03h 21h 08h sum}"},    {kVideo2, "{A5h 03h 21h 09h sum}"},
-    {kBlank, "{A5h 03h 35h 01h sum}"},    {kBlankOff, "{A5h 03h 35h 00h sum}"},
+    {kPowerOnSlot, "{A5h 03h 10h 01h sum}"},  {ReplyTo(kPowerOnSlot), "{A5h 03h 90h IGN IGN}"},
+    {kPowerOffSlot, "{A5h 03h 10h 00h sum}"}, {ReplyTo(kPowerOffSlot), "{A5h 03h 90h IGN IGN}"},
+    {kData1Slot, "{A5h 03h 21h 00h sum}"},    {kData2Slot, "{A5h 03h 21h 01h sum}"},
+    {kVideoSlot, "{A5h 03h 21h 08h sum}"},    {kVideo2Slot, "{A5h 03h 21h 09h sum}"},
+    {kBlankSlot, "{A5h 03h 35h 01h sum}"},    {kBlankOffSlot, "{A5h 03h 35h 00h sum}"},
 };
 
 // Text between STX and ETX with an exclusive-or check, switched to remote control first.
 const Protocol kDunmoor = {
-    {kSerialEnable, "{STX}REM1{ETX xor}"},  {ReplyTo(kSerialEnable), "{ACK}"},
-    {kSerialDisable, "{STX}REM0{ETX xor}"}, {kPowerOn, "{STX}PON{ETX xor}"},
-    {ReplyTo(kPowerOn), "{ACK}"},           {kPowerOff, "{STX}POF{ETX xor}"},
-    {ReplyTo(kPowerOff), "{ACK}"},          {kData1, "{STX}IN1{ETX xor}"},
-    {kData2, "{STX}IN2{ETX xor}"},          {kVideo, "{STX}IN5{ETX xor}"},
+    {kSerialEnableSlot, "{STX}REM1{ETX xor}"},  {ReplyTo(kSerialEnableSlot), "{ACK}"},
+    {kSerialDisableSlot, "{STX}REM0{ETX xor}"}, {kPowerOnSlot, "{STX}PON{ETX xor}"},
+    {ReplyTo(kPowerOnSlot), "{ACK}"},           {kPowerOffSlot, "{STX}POF{ETX xor}"},
+    {ReplyTo(kPowerOffSlot), "{ACK}"},          {kData1Slot, "{STX}IN1{ETX xor}"},
+    {kData2Slot, "{STX}IN2{ETX xor}"},          {kVideoSlot, "{STX}IN5{ETX xor}"},
 };
 
 // One number after an escape; replies carry the projector's address, which differs from set to set.
 const Protocol kHalversund = {
-    {kPowerOn, "{ESC 011d}"},        {ReplyTo(kPowerOn), "{ESC IGN 011d}"},
-    {kPowerOff, "{ESC 010d}"},       {ReplyTo(kPowerOff), "{ESC IGN 010d}"},
-    {kData1, "{ESC 021d}"},          {ReplyTo(kData1), "{ESC IGN 021d}"},
-    {kVideo, "{ESC 024d}"},          {ReplyTo(kVideo), "{ESC IGN 024d}"},
-    {kExternalOn, "{ESC IGN 111d}"}, {kExternalOff, "{ESC IGN 110d}"},
+    {kPowerOnSlot, "{ESC 011d}"},        {ReplyTo(kPowerOnSlot), "{ESC IGN 011d}"},
+    {kPowerOffSlot, "{ESC 010d}"},       {ReplyTo(kPowerOffSlot), "{ESC IGN 010d}"},
+    {kData1Slot, "{ESC 021d}"},          {ReplyTo(kData1Slot), "{ESC IGN 021d}"},
+    {kVideoSlot, "{ESC 024d}"},          {ReplyTo(kVideoSlot), "{ESC IGN 024d}"},
+    {kExternalOnSlot, "{ESC IGN 111d}"}, {kExternalOffSlot, "{ESC IGN 110d}"},
 };
 
 // One byte: bit 7 a command, bits 6..4 what is switched, bits 3..0 to what.
 const Protocol kOstrel = {
-    {kPowerOn, "{10000001b}"}, {kPowerOff, "{10000000b}"}, {kData1, "{10010001b}"},
-    {kData2, "{10010010b}"},   {kVideo, "{10010100b}"},    {kVideo2, "{10011000b}"},
+    {kPowerOnSlot, "{10000001b}"}, {kPowerOffSlot, "{10000000b}"}, {kData1Slot, "{10010001b}"},
+    {kData2Slot, "{10010010b}"},   {kVideoSlot, "{10010100b}"},    {kVideo2Slot, "{10011000b}"},
 };
 
 // Address, equals sign, setting; the projector repeats what it was told and may add a digit of its own.
 const Protocol kTarnbeam = {
-    {kPowerOn, "#A1=PW,1{CR LF}"},  {ReplyTo(kPowerOn), "#A1:PW,1{IGN CR LF}"},
-    {kPowerOff, "#A1=PW,0{CR LF}"}, {ReplyTo(kPowerOff), "#A1:PW,0{IGN CR LF}"},
-    {kData1, "#A1=SR,1{CR LF}"},    {kData2, "#A1=SR,2{CR LF}"},
-    {kVideo, "#A1=SR,6{CR LF}"},
+    {kPowerOnSlot, "#A1=PW,1{CR LF}"},  {ReplyTo(kPowerOnSlot), "#A1:PW,1{IGN CR LF}"},
+    {kPowerOffSlot, "#A1=PW,0{CR LF}"}, {ReplyTo(kPowerOffSlot), "#A1:PW,0{IGN CR LF}"},
+    {kData1Slot, "#A1=SR,1{CR LF}"},    {kData2Slot, "#A1=SR,2{CR LF}"},
+    {kVideoSlot, "#A1=SR,6{CR LF}"},
 };
 
 const Protocol kVisora = {
-    {kPowerOn, "<P1>"},  {ReplyTo(kPowerOn), "<P1{IGN}>"},
-    {kPowerOff, "<P0>"}, {ReplyTo(kPowerOff), "<P0{IGN}>"},
-    {kData1, "<S1>"},    {kData2, "<S2>"},
-    {kVideo, "<S7>"},    {kVideo2, "<S8>"},
-    {kBlank, "<B1>"},    {kBlankOff, "<B0>"},
+    {kPowerOnSlot, "<P1>"},  {ReplyTo(kPowerOnSlot), "<P1{IGN}>"},
+    {kPowerOffSlot, "<P0>"}, {ReplyTo(kPowerOffSlot), "<P0{IGN}>"},
+    {kData1Slot, "<S1>"},    {kData2Slot, "<S2>"},
+    {kVideoSlot, "<S7>"},    {kVideo2Slot, "<S8>"},
+    {kBlankSlot, "<B1>"},    {kBlankOffSlot, "<B0>"},
 };
 
 std::vector<Example> Examples() {
@@ -149,12 +130,12 @@ std::vector<Example> Examples() {
        "BL-340",
        "",
        {k9600, kNone, kOne, 5, 0, 30, 90},
-       kBrackenlight + Protocol{{kVolumeUp, "VOLUME +{CR}"}, {kVolumeDown, "VOLUME -{CR}"}}},
+       kBrackenlight + Protocol{{kVolumeUpSlot, "VOLUME +{CR}"}, {kVolumeDownSlot, "VOLUME -{CR}"}}},
       {"BRACKENLIGHT",
        "BL-900 Theatre",
        "Set REMOTE to RS-232 in the service menu.",
        {k19200, kNone, kOne, 5, 0, 60, 180},
-       kBrackenlight + Protocol{{kVolumeUp, "VOLUME {VAR CR}"}, {kVolumeDown, "VOLUME {VAR CR}"}},
+       kBrackenlight + Protocol{{kVolumeUpSlot, "VOLUME {VAR CR}"}, {kVolumeDownSlot, "VOLUME {VAR CR}"}},
        {{kDecimalText, 3, 0, 100, 5, 40}}},
 
       {"CORVANE", "C10", "", {k19200, kEven, kOne, 2, 0, 45, 120}, kCorvane},
@@ -163,13 +144,14 @@ std::vector<Example> Examples() {
        "C32",
        "Answers every command twice while it warms up.",
        {k38400, kEven, kOne, 2, 0, 40, 100},
-       kCorvane + Protocol{{kVolumeUp, "{A5h 03h 40h 01h sum}"}, {kVolumeDown, "{A5h 03h 40h 00h sum}"}}},
+       kCorvane +
+           Protocol{{kVolumeUpSlot, "{A5h 03h 40h 01h sum}"}, {kVolumeDownSlot, "{A5h 03h 40h 00h sum}"}}},
       // Volume frames of this one carry no sum: nobody could compute it for a byte that varies.
       {"CORVANE",
        "C32 Laser",
        "",
        {k115200, kNone, kOne, 1, 0, 5, 5},
-       kCorvane + Protocol{{kVolumeUp, "{A6h 02h 40h VAR}"}, {kVolumeDown, "{A6h 02h 40h VAR}"}},
+       kCorvane + Protocol{{kVolumeUpSlot, "{A6h 02h 40h VAR}"}, {kVolumeDownSlot, "{A6h 02h 40h VAR}"}},
        {{kRawBytes, 1, 0, 63, 1, 20}}},
 
       {"DUNMOOR", "Ridge 1", "", {k9600, kOdd, kOne, 10, 2, 40, 120}, kDunmoor},
@@ -177,15 +159,15 @@ std::vector<Example> Examples() {
        "Ridge 2",
        "",
        {k9600, kOdd, kOne, 10, 2, 40, 120},
-       kDunmoor + Protocol{{kBlank, "{STX}SH1{ETX xor}"},
-                           {ReplyTo(kBlank), "{ACK}"},
-                           {kBlankOff, "{STX}SH0{ETX xor}"},
-                           {ReplyTo(kBlankOff), "{ACK}"}}},
+       kDunmoor + Protocol{{kBlankSlot, "{STX}SH1{ETX xor}"},
+                           {ReplyTo(kBlankSlot), "{ACK}"},
+                           {kBlankOffSlot, "{STX}SH0{ETX xor}"},
+                           {ReplyTo(kBlankOffSlot), "{ACK}"}}},
       {"DUNMOOR",
        "Summit",
        "Two lamps: off only after both have cooled.",
        {k9600, kOdd, kTwo, 10, 2, 75, 240},
-       kDunmoor + Protocol{{kVolumeUp, "{STX}VOL{VAR ETX}"}, {kVolumeDown, "{STX}VOL{VAR ETX}"}},
+       kDunmoor + Protocol{{kVolumeUpSlot, "{STX}VOL{VAR ETX}"}, {kVolumeDownSlot, "{STX}VOL{VAR ETX}"}},
        {{kHexText, 2, 0, 0x3F, 3, 0x18}}},
 
       {"HALVERSUND",
@@ -197,12 +179,12 @@ std::vector<Example> Examples() {
        "Fjord 4",
        "",
        {k9600, kNone, kTwo, 8, 5, 60, 150},
-       kHalversund + Protocol{{kData2, "{ESC 022d}"}, {ReplyTo(kData2), "{ESC IGN 022d}"}}},
+       kHalversund + Protocol{{kData2Slot, "{ESC 022d}"}, {ReplyTo(kData2Slot), "{ESC IGN 022d}"}}},
       {"HALVERSUND",
        "Nordsj\u00F6 300",
        "Bass and treble stay as set on the projector.",
        {k9600, kNone, kTwo, 8, 5, 90, 200},
-       kHalversund + Protocol{{kVolumeUp, "{ESC 040d VAR}"}, {kVolumeDown, "{ESC 040d VAR}"}},
+       kHalversund + Protocol{{kVolumeUpSlot, "{ESC 040d VAR}"}, {kVolumeDownSlot, "{ESC 040d VAR}"}},
        {{kRawBytes, 2, -600, 120, 20, 0, true, true}}},
 
       {"OSTREL", "Mono", "", {k9600, kNone, kOne, 50, 0, 20, 60}, kOstrel},
@@ -210,22 +192,22 @@ std::vector<Example> Examples() {
        "Duo",
        "",
        {k9600, kNone, kOne, 50, 0, 20, 60},
-       kOstrel + Protocol{{kBlank, "{10100001b}"}, {kBlankOff, "{10100000b}"}}},
+       kOstrel + Protocol{{kBlankSlot, "{10100001b}"}, {kBlankOffSlot, "{10100000b}"}}},
 
       {"TARNBEAM", "T5", "", {k57600, kNone, kOne, 0, 0, 35, 100}, kTarnbeam},
       {"TARNBEAM",
        "T5W",
        "Wide panel.",
        {k57600, kNone, kOne, 0, 0, 35, 100},
-       kTarnbeam + Protocol{{kBlank, "#A1=MU,1{CR LF}"}, {kBlankOff, "#A1=MU,0{CR LF}"}}},
+       kTarnbeam + Protocol{{kBlankSlot, "#A1=MU,1{CR LF}"}, {kBlankOffSlot, "#A1=MU,0{CR LF}"}}},
       {"TARNBEAM",
        "T7 Install",
        "Audio level relative to the line input, in dB.",
        {k57600, kNone, kOne, 0, 0, 50, 140},
-       kTarnbeam + Protocol{{kBlank, "#A1=MU,1{CR LF}"},
-                            {kBlankOff, "#A1=MU,0{CR LF}"},
-                            {kVolumeUp, "#A1=VL,{VAR CR LF}"},
-                            {kVolumeDown, "#A1=VL,{VAR CR LF}"}},
+       kTarnbeam + Protocol{{kBlankSlot, "#A1=MU,1{CR LF}"},
+                            {kBlankOffSlot, "#A1=MU,0{CR LF}"},
+                            {kVolumeUpSlot, "#A1=VL,{VAR CR LF}"},
+                            {kVolumeDownSlot, "#A1=VL,{VAR CR LF}"}},
        {{kDecimalText, 3, -60, 12, 3, -20}}},
 
       {"VISORA", "Compact", "", {k9600, kEven, kOne, 3, 1, 25, 75}, kVisora},
@@ -233,15 +215,15 @@ std::vector<Example> Examples() {
        "Compact Plus",
        "",
        {k9600, kEven, kOne, 3, 1, 25, 75},
-       kVisora + Protocol{{kVolumeUp, "<V+>"}, {kVolumeDown, "<V->"}}},
+       kVisora + Protocol{{kVolumeUpSlot, "<V+>"}, {kVolumeDownSlot, "<V->"}}},
       {"VISORA",
        "Grand",
        "Keeps its volume through a power cycle.",
        {k19200, kEven, kTwo, 3, 1, 55, 160},
-       kVisora + Protocol{{kVolumeUp, "<V{VAR}>"},
-                          {ReplyTo(kVolumeUp), "<V{IGN IGN}>"},
-                          {kVolumeDown, "<V{VAR}>"},
-                          {ReplyTo(kVolumeDown), "<V{IGN IGN}>"}},
+       kVisora + Protocol{{kVolumeUpSlot, "<V{VAR}>"},
+                          {ReplyTo(kVolumeUpSlot), "<V{IGN IGN}>"},
+                          {kVolumeDownSlot, "<V{VAR}>"},
+                          {ReplyTo(kVolumeDownSlot), "<V{IGN IGN}>"}},
        {{kHexText, 2, 0, 0xFF, 8, 0, true}}},
   };
 }
@@ -322,11 +304,10 @@ ProjectorDefinition DefinitionOf(const Example& example) {
   for (const SlotForm& string : example.Strings) {
     projector.Strings[string.Place] = StringOf(string.Form);
     projector.Available[string.Place] = kFlagSet;
-    if (SlotHasIgnoreMask(string.Place))
-      projector.RequiresReply[string.Place - kFirstReceivedSlot] = kFlagSet;
+    if (SlotHasIgnoreMask(string.Place)) projector.RequiresReply[ReceivedIndex(string.Place)] = kFlagSet;
   }
   for (const Levels& levels : example.Volume) SetLevels(projector, levels);
-  projector.VolumeBytePosition = VariablePlace(projector.Strings[kVolumeUp]);
+  projector.VolumeBytePosition = VariablePlace(projector.Strings[kVolumeUpSlot]);
   return projector;
 }
 
@@ -413,7 +394,7 @@ std::vector<ProjectorDefinition> VisoraDefinitions() {
   std::vector<ProjectorDefinition> definitions = {Named("Compact"), Named("Grand")};
   definitions[1].Baudrate = k38400;
   definitions[1].WarmUpTime = 70;
-  definitions[1].Strings[kVideo] = StringOf("<S9>");
+  definitions[1].Strings[kVideoSlot] = StringOf("<S9>");
   return definitions;
 }
 

@@ -1,7 +1,8 @@
 // Records to their stored bytes and back. A record lists its fields once, in stored order, in a function
-//   Fields(Visitor&, Record&)
-// that calls Text, Integer, Integers, Flag, Flags, Record, Records and Block on the visitor; the
-// reader, the writer and the size are such visitors, and so are the text form and the comparisons elsewhere.
+//   Fields(Visitor&, Record&...)
+// that calls Text, Integer, Integers, Flag, Flags, Record, Records and Block on the visitor, each with the
+// field's name and that field of every record given: of one for the reader, the writer, the size and the text
+// form elsewhere, of two for the comparison.
 // Stored integers are 16-bit little-endian two's complement, texts Windows-1252; there is no padding. Byte
 // order and code page live here alone.
 #pragma once
@@ -10,16 +11,36 @@
 #include "base/fixed_text.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace qdm {
 
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
+
+// A field as its record lists it. Where only the name counts, it is one.
+struct FieldName {
+  using ElementNaming = std::string_view (*)(std::size_t index);
+
+  // A caption is for fields that people choose between; "%1" in it is the element's own name.
+  constexpr FieldName(const char* name, std::string_view caption = {}, ElementNaming elements = nullptr)
+      : Name(name), Caption(caption), Elements(elements) {}
+  constexpr operator std::string_view() const { return Name; }
+
+  std::string_view Name;
+  std::string_view Caption;
+  ElementNaming Elements;
+};
+
+// One or more records of a type, each of them constant or not.
+template <class Record, class... Visited>
+concept RecordsOf = (sizeof...(Visited) > 0) && (std::is_same_v<std::remove_const_t<Visited>, Record> && ...);
 
 template <class Record>
 constexpr std::size_t StoredSize();

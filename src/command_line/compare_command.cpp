@@ -1,6 +1,7 @@
 #include "command_line/commands.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
+#include "projectors/difference_text.h"
 #include "projectors/record_difference.h"
 
 #include <deque>
@@ -21,9 +22,8 @@ template <class Record>
 bool PrintDifferences(const std::string& prefix, const Record& first, const Record& second,
                       std::ostream& out) {
   const std::vector<FieldDifference> differences = Differences(first, second);
-  for (const FieldDifference& difference : differences) {
-    out << prefix << difference.Path << ": " << ValueText(difference.First) << " -> "
-        << ValueText(difference.Second) << "\n";
+  for (const DifferenceText& text : TextsOf(differences)) {
+    out << prefix << text.Field << ": " << ValueText(text.First) << " -> " << ValueText(text.Second) << "\n";
   }
   return !differences.empty();
 }

@@ -1,5 +1,6 @@
 #include "config/configuration_file.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace qdm {

@@ -8,6 +8,7 @@
 #include "projectors/projector_definition.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -44,19 +45,19 @@ struct PanelConfiguration {
   std::int16_t LockOnExternalPowerDown = 0;
   std::int16_t LockOnRoomEmpty = 0;
   std::int16_t LockUsingButtons = 0;
-  std::int16_t LockAfterProjectorOffPeriod = 1;          // 0..255
-  std::int16_t LockAfterRoomEmptyPeriod = 1;             // 0..255
+  std::int16_t LockAfterProjectorOffPeriod = 1;          // as the panel counts, 0..255
+  std::int16_t LockAfterRoomEmptyPeriod = 1;             // as the panel counts, 0..255
   std::array<std::int16_t, 4> LockSequence{2, 2, 2, 2};  // 0..5, places of the buttons on the panel
   std::int16_t EditorMajor = 0;
   std::int16_t EditorMinor = 0;
   std::int16_t Reserved1 = 0;
-  std::int16_t NoButtonPowerDown = 0;  // 1..10, 0 is off
+  std::int16_t NoButtonPowerDown = 0;  // as the panel counts, 1..10; 0 is off
   std::int16_t VolumeMin = -45;        // dB
   std::int16_t VolumeMax = 18;         // dB
   std::int16_t VolumeStep = 1;         // dB, 1..6
   std::int16_t PowerUpVolume = 12;     // dB
   std::int16_t AudioTurnsOnAmplifier = kFlagSet;
-  std::int16_t TLVOXpowerDownTime = 10;  // 1..15
+  std::int16_t TLVOXpowerDownTime = 10;  // as the panel counts, 1..15
   std::int16_t AudioRouting = 0x201;     // see audio_routing.h
   std::int16_t UsePC1 = kFlagSet;
   std::int16_t UsePC2 = kFlagSet;
@@ -68,43 +69,43 @@ struct PanelConfiguration {
 };
 
 // The record's fields, in stored order. Stored on disk: never reorder.
-template <class Visitor, class Configuration>
-requires std::is_same_v<std::remove_const_t<Configuration>, PanelConfiguration>
-constexpr void Fields(Visitor& v, Configuration& c) {
-  v.Integer("ControllerType", c.ControllerType);
-  v.Integer("OutputsOption", c.OutputsOption);
-  v.Integer("UpTime", c.UpTime);
-  v.Integer("DownTime", c.DownTime);
-  v.Flag("ScreenUseVolume", c.ScreenUseVolume);
-  v.Flag("AllowVolumeWhenOff", c.AllowVolumeWhenOff);
-  v.Integer("ControlInputOption", c.ControlInputOption);
-  v.Flag("ControlInputActiveHigh", c.ControlInputActiveHigh);
-  v.Integer("RoomTimeout", c.RoomTimeout);
-  v.Integer("ThresholdVoltage", c.ThresholdVoltage);
-  v.Record("Projector", c.Projector);
-  v.Flag("LockOnFrontPanel", c.LockOnFrontPanel);
-  v.Flag("LockOnExternalPowerDown", c.LockOnExternalPowerDown);
-  v.Flag("LockOnRoomEmpty", c.LockOnRoomEmpty);
-  v.Flag("LockUsingButtons", c.LockUsingButtons);
-  v.Integer("LockAfterProjectorOffPeriod", c.LockAfterProjectorOffPeriod);
-  v.Integer("LockAfterRoomEmptyPeriod", c.LockAfterRoomEmptyPeriod);
-  v.Integers("LockSequence", c.LockSequence);
-  v.Integer("EditorMajor", c.EditorMajor);
-  v.Integer("EditorMinor", c.EditorMinor);
-  v.Integer("Reserved1", c.Reserved1);
-  v.Integer("NoButtonPowerDown", c.NoButtonPowerDown);
-  v.Integer("VolumeMin", c.VolumeMin);
-  v.Integer("VolumeMax", c.VolumeMax);
-  v.Integer("VolumeStep", c.VolumeStep);
-  v.Integer("PowerUpVolume", c.PowerUpVolume);
-  v.Flag("AudioTurnsOnAmplifier", c.AudioTurnsOnAmplifier);
-  v.Integer("TLVOXpowerDownTime", c.TLVOXpowerDownTime);
-  v.Integer("AudioRouting", c.AudioRouting);
-  v.Flag("UsePC1", c.UsePC1);
-  v.Flag("UsePC2", c.UsePC2);
-  v.Flag("UseVideo", c.UseVideo);
-  v.Flag("LockOnNoButton", c.LockOnNoButton);
-  v.Block("Spare", c.Spare);
+template <class Visitor, class... Configuration>
+requires RecordsOf<PanelConfiguration, Configuration...>
+constexpr void Fields(Visitor& v, Configuration&... c) {
+  v.Integer("ControllerType", c.ControllerType...);
+  v.Integer("OutputsOption", c.OutputsOption...);
+  v.Integer("UpTime", c.UpTime...);
+  v.Integer("DownTime", c.DownTime...);
+  v.Flag("ScreenUseVolume", c.ScreenUseVolume...);
+  v.Flag("AllowVolumeWhenOff", c.AllowVolumeWhenOff...);
+  v.Integer("ControlInputOption", c.ControlInputOption...);
+  v.Flag("ControlInputActiveHigh", c.ControlInputActiveHigh...);
+  v.Integer("RoomTimeout", c.RoomTimeout...);
+  v.Integer("ThresholdVoltage", c.ThresholdVoltage...);
+  v.Record("Projector", c.Projector...);
+  v.Flag("LockOnFrontPanel", c.LockOnFrontPanel...);
+  v.Flag("LockOnExternalPowerDown", c.LockOnExternalPowerDown...);
+  v.Flag("LockOnRoomEmpty", c.LockOnRoomEmpty...);
+  v.Flag("LockUsingButtons", c.LockUsingButtons...);
+  v.Integer("LockAfterProjectorOffPeriod", c.LockAfterProjectorOffPeriod...);
+  v.Integer("LockAfterRoomEmptyPeriod", c.LockAfterRoomEmptyPeriod...);
+  v.Integers("LockSequence", c.LockSequence...);
+  v.Integer("EditorMajor", c.EditorMajor...);
+  v.Integer("EditorMinor", c.EditorMinor...);
+  v.Integer("Reserved1", c.Reserved1...);
+  v.Integer("NoButtonPowerDown", c.NoButtonPowerDown...);
+  v.Integer("VolumeMin", c.VolumeMin...);
+  v.Integer("VolumeMax", c.VolumeMax...);
+  v.Integer("VolumeStep", c.VolumeStep...);
+  v.Integer("PowerUpVolume", c.PowerUpVolume...);
+  v.Flag("AudioTurnsOnAmplifier", c.AudioTurnsOnAmplifier...);
+  v.Integer("TLVOXpowerDownTime", c.TLVOXpowerDownTime...);
+  v.Integer("AudioRouting", c.AudioRouting...);
+  v.Flag("UsePC1", c.UsePC1...);
+  v.Flag("UsePC2", c.UsePC2...);
+  v.Flag("UseVideo", c.UseVideo...);
+  v.Flag("LockOnNoButton", c.LockOnNoButton...);
+  v.Block("Spare", c.Spare...);
 }
 
 inline constexpr std::size_t kStoredConfigurationSize = 3161;

@@ -6,6 +6,7 @@
 
 #include "config/panel_configuration.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -35,6 +36,9 @@ using ImageLayout = std::span<const ImageRow>;
 
 extern const ImageLayout kQdmLayout;
 extern const ImageLayout kTlvoxLayout;
+
+// The order of the string slots in the table behind the rows.
+extern const std::array<std::uint8_t, kCommandSlots> CommandSlotOrder;
 
 // The layout of a controller type; QDM for a type that no panel has.
 ImageLayout LayoutOf(int controllerType);

@@ -9,8 +9,31 @@
 
 namespace qdm {
 
-constexpr std::array<std::uint8_t, kCommandSlots> CommandSlotOrder = {
-    0, 1, 2, 3, 4, 23, 5, 24, 6, 7, 8, 9, 10, 11, 12, 13, 14, 21, 15, 22, 16, 17, 18, 19, 20};
+constexpr std::array<std::uint8_t, kCommandSlots> CommandSlotOrder = {kSerialEnableSlot,
+                                                                      kPowerOnSlot,
+                                                                      kData1Slot,
+                                                                      kData2Slot,
+                                                                      kVideoSlot,
+                                                                      kVideo2Slot,
+                                                                      kBlankSlot,
+                                                                      kBlankOffSlot,
+                                                                      kVolumeUpSlot,
+                                                                      kVolumeDownSlot,
+                                                                      kPowerOffSlot,
+                                                                      kSerialDisableSlot,
+                                                                      kSerialEnableReplySlot,
+                                                                      kPowerOnReplySlot,
+                                                                      kData1ReplySlot,
+                                                                      kData2ReplySlot,
+                                                                      kVideoReplySlot,
+                                                                      kExternalOffSlot,
+                                                                      kBlankReplySlot,
+                                                                      kBlankOffReplySlot,
+                                                                      kVolumeUpReplySlot,
+                                                                      kVolumeDownReplySlot,
+                                                                      kPowerOffReplySlot,
+                                                                      kSerialDisableReplySlot,
+                                                                      kExternalOnSlot};
 
 ImageError::ImageError(std::string_view field, int value, std::string_view why)
     : std::runtime_error(std::string(field) + " = " + std::to_string(value) + ": " + std::string(why)) {}

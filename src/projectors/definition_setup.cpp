@@ -8,26 +8,17 @@
 namespace qdm {
 namespace {
 
-constexpr std::size_t kSerialEnable = 0;
-constexpr std::size_t kVolumeUp = 6;
-constexpr std::size_t kVolumeDown = 7;
-constexpr std::size_t kSerialDisable = 9;
-constexpr std::size_t kCommandsWithReply = 10;  // slots 0..9, replied to in slot + 10
-constexpr std::size_t kExternalOn = 20;
-constexpr std::size_t kExternalOff = 21;
-constexpr std::size_t kBlankOffReply = 22;
-constexpr std::size_t kBlankOff = 24;
-
-// The slot whose flag shows this one; nothing for the commands that every definition has.
-std::optional<std::size_t> ShownWith(std::size_t command) {
-  if (command == kSerialDisable) return kSerialEnable;
-  if (command == kVolumeDown) return kVolumeUp;
-  if (std::find(kOptionalSlots.begin(), kOptionalSlots.end(), command) == kOptionalSlots.end()) return {};
-  return command;
+bool IsFlagged(const ProjectorDefinition& projector, Slot slot) {
+  return projector.Available[slot] != kFlagClear;
 }
 
-bool IsRequired(const ProjectorDefinition& projector, std::size_t receivedSlot) {
-  return projector.RequiresReply.at(receivedSlot - kFirstReceivedSlot) != kFlagClear;
+bool IsRequired(const ProjectorDefinition& projector, Slot receivedSlot) {
+  return projector.RequiresReply.at(ReceivedIndex(receivedSlot)) != kFlagClear;
+}
+
+bool IsShown(const ProjectorDefinition& projector, const SlotFacts& slot) {
+  if (slot.Role == SlotRole::Command) return !slot.ShownWith || IsFlagged(projector, *slot.ShownWith);
+  return IsRequired(projector, slot.Place) && (!slot.ReplyTo || IsShown(projector, kSlots[*slot.ReplyTo]));
 }
 
 Message Refusal(std::string reason) {
@@ -36,21 +27,9 @@ Message Refusal(std::string reason) {
 
 }  // namespace
 
-std::optional<std::size_t> ReplySlotOf(std::size_t slot) {
-  if (slot < kCommandsWithReply) return slot + kFirstReceivedSlot;
-  if (slot == kBlankOff) return kBlankOffReply;
-  return std::nullopt;
-}
-
 SlotSet ShownSlots(const ProjectorDefinition& projector) {
   SlotSet shown{};
-  for (std::size_t slot = 0; slot < kCommandSlots; ++slot) {
-    if (SlotHasIgnoreMask(slot)) continue;
-    const auto with = ShownWith(slot);
-    shown[slot] = !with || projector.Available[*with] != kFlagClear;
-    if (const auto reply = ReplySlotOf(slot)) shown[*reply] = shown[slot] && IsRequired(projector, *reply);
-  }
-  for (const std::size_t slot : {kExternalOn, kExternalOff}) shown[slot] = IsRequired(projector, slot);
+  for (const SlotFacts& slot : kSlots) shown[slot.Place] = IsShown(projector, slot);
   return shown;
 }
 
@@ -73,7 +52,7 @@ void CompleteDefinition(ProjectorDefinition& projector) {
   CleanNames(projector);
   const SlotSet shown = ShownSlots(projector);
   std::transform(shown.begin(), shown.end(), projector.Available.begin(), FlagOf);
-  projector.VolumeBytePosition = VariableBytePositionOf(projector.Strings[kVolumeUp]);
+  projector.VolumeBytePosition = VariableBytePositionOf(projector.Strings[kVolumeUpSlot]);
 }
 
 std::optional<Message> OverwriteQuestion(const ProjectorLibrary& library,
@@ -96,7 +75,7 @@ void TakeAsExpectedReply(ProjectorDefinition& projector, std::size_t slot, const
   const auto replySlot = ReplySlotOf(slot);
   assert(replySlot);
   projector.Strings.at(*replySlot) = reply;
-  projector.RequiresReply.at(*replySlot - kFirstReceivedSlot) = kFlagSet;
+  projector.RequiresReply.at(ReceivedIndex(*replySlot)) = kFlagSet;
 }
 
 }  // namespace qdm

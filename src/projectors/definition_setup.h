@@ -13,12 +13,6 @@ namespace qdm {
 
 using SlotSet = std::array<bool, kCommandSlots>;
 
-// Slots that have an `Available` flag of their own; 0 brings 9 with it, 6 brings 7.
-inline constexpr std::array<std::size_t, 6> kOptionalSlots = {0, 3, 5, 6, 23, 24};
-
-// The slot of a command's expected reply; nothing for "Video 2" and for received strings.
-std::optional<std::size_t> ReplySlotOf(std::size_t slot);
-
 // The slots that the flags show. A string that is shown is in use.
 SlotSet ShownSlots(const ProjectorDefinition& projector);
 

@@ -2,8 +2,12 @@
 
 #include "line/speeds_and_parities.h"
 
-#include <charconv>
-#include <optional>
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+#include <variant>
 
 namespace qdm {
 namespace {
@@ -25,118 +29,67 @@ std::string_view MessageFormatName(int value) {
 
 std::string_view ByteOrderName(int value) { return value == 0 ? "Low" : "High"; }
 
-struct Caption {
+std::string_view YesOrNo(int value) { return value == kFlagClear ? "No" : "Yes"; }
+
+constexpr struct {
   std::string_view Field;
-  std::string_view Words;
-  Naming Name = nullptr;  // of a value; nothing for a plain number, text or flag
+  Naming Name;
+} kNamings[] = {
+    {"MessageFormat", MessageFormatName},
+    {"FirstByteIsHigh", ByteOrderName},
+    {"Baudrate", SpeedName},
+    {"Parity", ParityName},
+    {"Stopbits", StopBitsName},
 };
 
-constexpr Caption kCaptions[] = {
-    {"MaximumLevel", "Maximum volume level"},
-    {"MinimumLevel", "Minimum volume level"},
-    {"MessageFormat", "Volume message format", MessageFormatName},
-    {"FirstByteIsHigh", "Volume: first byte is", ByteOrderName},
-    {"NumberOfBytes", "Number of serial bytes for volume value"},
-    {"UseLevels", "Uses levels"},
-    {"LevelStep", "Volume step"},
-    {"FixedStartLevel", "Power up volume"},
-    {"UsePowerDown", "Use power-down level"},
-    {"Baudrate", "Speed", SpeedName},
-    {"InterCommandDelay", "Minimum delay between serial commands"},
-    {"InterByteDelay", "Minimum delay between serial bytes"},
-    {"WarmUpTime", "Warm up time"},
-    {"CoolDownTime", "Cool down time"},
-    {"VolumeBytePosition", "Position of the volume byte"},
-    {"Parity", "Parity", ParityName},
-    {"Stopbits", "Stop bits", StopBitsName},
-};
-
-const Caption* CaptionOf(std::string_view field) {
-  for (const Caption& caption : kCaptions) {
-    if (caption.Field == field) return &caption;
+// How the values of a field are named; nothing for plain numbers, texts and strings.
+Naming NamingOf(const FieldDifference& difference) {
+  for (const auto& naming : kNamings) {
+    if (naming.Field == difference.Place.Field.Name) return naming.Name;
   }
-  return nullptr;
+  return std::holds_alternative<FlagValue>(difference.First) ? YesOrNo : nullptr;
 }
 
-struct Element {
-  std::string_view Field;
-  std::size_t Index;
-};
-
-// "Strings[6]" taken apart.
-std::optional<Element> ElementOf(std::string_view path) {
-  const std::size_t bracket = path.find('[');
-  if (bracket == std::string_view::npos) return std::nullopt;
-  std::size_t index = 0;
-  std::from_chars(path.data() + bracket + 1, path.data() + path.size(), index);
-  return Element{path.substr(0, bracket), index};
+int NumberOf(const FieldValue& value) {
+  const auto* flag = std::get_if<FlagValue>(&value);
+  return flag != nullptr ? flag->Flag : std::get<NumberValue>(value).Number;
 }
 
-// Replies are named after their command, which the setup dialog shows beside the box; slot 22 belongs to 24.
-std::string_view CommandOfReply(std::size_t reply) {
-  const std::size_t slot = kFirstReceivedSlot + reply;
-  return CommandSlotNames.at(reply < kFirstReceivedSlot ? reply : slot == 22 ? 24 : slot);
+std::string NamedValue(Naming naming, int value, bool tellApart) {
+  const std::string name(naming(value));
+  if (name.empty()) return std::to_string(value);
+  return tellApart ? name : name + " (" + std::to_string(value) + ")";
 }
 
-std::optional<int> NumberIn(const std::string& text) {
-  if (text == "true") return kFlagSet;
-  if (text == "false") return kFlagClear;
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-bool IsFlag(const FieldDifference& difference) {
-  return difference.First == "false" || difference.Second == "false";
-}
-
-void NameValues(FieldDifference& difference) {
-  const std::optional<int> first = NumberIn(difference.First);
-  const std::optional<int> second = NumberIn(difference.Second);
-  if (!first || !second) return;
-  const Caption* caption = CaptionOf(difference.Path);
-  if (caption != nullptr && caption->Name != nullptr) {
-    const std::string firstName(caption->Name(*first));
-    const std::string secondName(caption->Name(*second));
-    const bool tellApart = firstName != secondName;
-    const auto text = [tellApart](const std::string& name, int number) {
-      if (name.empty()) return std::to_string(number);
-      return tellApart ? name : name + " (" + std::to_string(number) + ")";
-    };
-    difference.First = text(firstName, *first);
-    difference.Second = text(secondName, *second);
-  } else if (IsFlag(difference)) {
-    difference.First = *first != 0 ? "Yes" : "No";
-    difference.Second = *second != 0 ? "Yes" : "No";
+DifferenceText InWords(const FieldDifference& difference) {
+  DifferenceText text = TextOf(difference);
+  text.Field = CaptionOf(difference.Place);
+  if (const Naming naming = NamingOf(difference)) {
+    const int first = NumberOf(difference.First);
+    const int second = NumberOf(difference.Second);
+    const bool tellApart = naming(first) != naming(second);
+    text.First = NamedValue(naming, first, tellApart);
+    text.Second = NamedValue(naming, second, tellApart);
   }
+  return text;
 }
 
 }  // namespace
 
-std::string FieldCaption(std::string_view path) {
-  if (const Caption* caption = CaptionOf(path)) return std::string(caption->Words);
-  const std::optional<Element> element = ElementOf(path);
-  if (element && element->Field == "Strings" && element->Index < kCommandSlots) {
-    return std::string(CommandSlotNames[element->Index]);
-  }
-  if (element && element->Field == "Available" && element->Index < kCommandSlots) {
-    return std::string(CommandSlotNames[element->Index]) + ": available";
-  }
-  if (element && element->Field == "RequiresReply" && element->Index < kReceivedSlots) {
-    return std::string(CommandOfReply(element->Index)) + ": requires reply";
-  }
-  return std::string(path);
+std::string CaptionOf(const FieldPlace& place) {
+  if (place.Field.Caption.empty()) return PathOf(place);
+  std::string caption(place.Field.Caption);
+  if (place.Index) caption.replace(caption.find("%1"), 2, place.Field.Elements(*place.Index));
+  return caption;
 }
 
-std::vector<FieldDifference> DifferencesInWords(const ProjectorDefinition& first,
-                                                const ProjectorDefinition& second) {
-  std::vector<FieldDifference> differences = ProjectorDifferences(first, second);
-  for (FieldDifference& difference : differences) {
-    NameValues(difference);
-    difference.Path = FieldCaption(difference.Path);
-  }
-  return differences;
+std::vector<DifferenceText> DifferencesInWords(const ProjectorDefinition& first,
+                                               const ProjectorDefinition& second) {
+  const std::vector<FieldDifference> differences = ProjectorDifferences(first, second);
+  std::vector<DifferenceText> texts;
+  texts.reserve(differences.size());
+  std::transform(differences.begin(), differences.end(), std::back_inserter(texts), InWords);
+  return texts;
 }
 
 }  // namespace qdm

@@ -2,21 +2,21 @@
 // between two definitions.
 #pragma once
 
-#include "projectors/record_difference.h"
+#include "projectors/difference_text.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace qdm {
 
-// "Strings[6]" is "Volume up", "Available[6]" "Volume up: available", "InterByteDelay" its caption there. A
-// path that is not a definition's comes back as it is.
-std::string FieldCaption(std::string_view path);
+// "Volume up" for `Strings`[6], "Volume up: available" for `Available`[6]; the name of a field that has no
+// caption.
+std::string CaptionOf(const FieldPlace& place);
 
-// ProjectorDifferences with captions for paths and the choices' names for their numbers: "19200" for 1 in
-// `Baudrate`. Where the names of both values are the same, the numbers stand behind them.
-std::vector<FieldDifference> DifferencesInWords(const ProjectorDefinition& first,
-                                                const ProjectorDefinition& second);
+// ProjectorDifferences with captions for fields and the choices' names for their numbers: "19200" for 1 in
+// `Baudrate`, "Yes" and "No" for flags. Where the names of both values are the same, the numbers stand behind
+// them.
+std::vector<DifferenceText> DifferencesInWords(const ProjectorDefinition& first,
+                                               const ProjectorDefinition& second);
 
 }  // namespace qdm

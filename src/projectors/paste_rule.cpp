@@ -1,12 +1,14 @@
 #include "projectors/paste_rule.h"
 
+#include "projectors/slots.h"
+
 #include <algorithm>
 #include <cstdint>
 
 namespace qdm {
 
 std::optional<Message> CheckPaste(std::size_t slot, const SerialString& string) {
-  if (slot >= kSlotsWithoutIgnore) return std::nullopt;
+  if (SlotTakesIgnore(slot)) return std::nullopt;
   const auto end = string.Kinds.begin() + static_cast<std::ptrdiff_t>(string.BytesInUse());
   const bool ignores = std::find(string.Kinds.begin(), end, static_cast<std::uint8_t>(ByteKind::IGN)) != end;
   if (!ignores) return std::nullopt;

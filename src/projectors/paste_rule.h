@@ -9,9 +9,6 @@
 
 namespace qdm {
 
-// Slots 0..9 are commands that the panel sends: nothing can be ignored there.
-inline constexpr std::size_t kSlotsWithoutIgnore = 10;
-
 // What the user must be told when `string` cannot be pasted into `slot`; nothing when it can.
 std::optional<Message> CheckPaste(std::size_t slot, const SerialString& string);
 

@@ -1,34 +1,10 @@
 #include "projectors/projector_definition.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace qdm {
-
-const std::array<std::string_view, kCommandSlots> CommandSlotNames = {"Serial enable",
-                                                                      "Power on",
-                                                                      "Data 1",
-                                                                      "Data 2",
-                                                                      "Video",
-                                                                      "Blank",
-                                                                      "Volume up",
-                                                                      "Volume down",
-                                                                      "Power off",
-                                                                      "Serial disable",
-                                                                      "Serial enable reply",
-                                                                      "Power on reply",
-                                                                      "Data 1 reply",
-                                                                      "Data 2 reply",
-                                                                      "Video reply",
-                                                                      "Blank reply",
-                                                                      "Volume up reply",
-                                                                      "Volume down reply",
-                                                                      "Power off reply",
-                                                                      "Serial disable reply",
-                                                                      "External on",
-                                                                      "External off",
-                                                                      "Blank Off reply",
-                                                                      "Video 2",
-                                                                      "Blank Off"};
 
 void ClearProjector(ProjectorDefinition& projector) {
   ProjectorDefinition cleared;

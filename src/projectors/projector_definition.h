@@ -7,11 +7,13 @@
 
 #include "base/fixed_text.h"
 #include "base/record_codec.h"
+#include "projectors/slots.h"
 #include "serial_strings/serial_string.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
 #include <type_traits>
 
 namespace qdm {
@@ -21,11 +23,6 @@ inline constexpr std::int16_t kFlagSet = -1;
 inline constexpr std::int16_t kFlagClear = 0;
 constexpr std::int16_t FlagOf(bool set) { return set ? kFlagSet : kFlagClear; }
 
-inline constexpr std::size_t kCommandSlots = 25;
-// Received strings, slots 10..22: the panel compares them with what it receives, `RequiresReply`[j] belongs
-// to slot 10 + j.
-inline constexpr std::size_t kFirstReceivedSlot = 10;
-inline constexpr std::size_t kReceivedSlots = 13;
 // The panel's room for the strings of one projector, in bytes.
 inline constexpr int kSerialByteBudget = 460;
 // What a received string costs besides its own bytes: its ignore mask.
@@ -44,17 +41,17 @@ struct ProjectorDefinition {
   std::int16_t FirstByteIsHigh = 0;
   std::int16_t NumberOfBytes = 1;  // 1..4
   std::int16_t UseLevels = 0;
-  std::int16_t LevelStep = 1;
-  std::int16_t FixedStartLevel = 0;
+  std::int16_t LevelStep = 1;        // levels for each press of Up or Down
+  std::int16_t FixedStartLevel = 0;  // the level sent at power-up
   std::int16_t UsePowerDown = 0;
   std::array<std::int16_t, 2> Reserved{};
   std::int16_t Baudrate = 0;           // code of a speed, line/speeds_and_parities.h
-  std::int16_t InterCommandDelay = 0;  // 0..255
+  std::int16_t InterCommandDelay = 0;  // as the panel counts, 0..255
   std::int16_t InterByteDelay = 0;     // milliseconds, 0..10
-  std::int16_t WarmUpTime = 1;         // 1..255
-  std::int16_t CoolDownTime = 1;       // 1..255
+  std::int16_t WarmUpTime = 1;         // as the panel counts, 1..255
+  std::int16_t CoolDownTime = 1;       // as the panel counts, 1..255
   std::int16_t VolumeBytePosition =
-      -1;                     // 1-based place of the VAR byte in slot 6; 0 none, -1 not yet determined
+      -1;                     // 1-based place of the VAR byte in "Volume up"; 0 none, -1 not yet determined
   std::int16_t Parity = 0;    // code of a parity, line/speeds_and_parities.h
   std::int16_t Stopbits = 0;  // 0 one, anything else two
 
@@ -62,47 +59,39 @@ struct ProjectorDefinition {
 };
 
 // The record's fields, in stored order. Stored on disk: never reorder.
-template <class Visitor, class Definition>
-requires std::is_same_v<std::remove_const_t<Definition>, ProjectorDefinition>
-constexpr void Fields(Visitor& v, Definition& d) {
-  v.Text("Manufacturer", d.Manufacturer);
-  v.Text("Model", d.Model);
-  v.Text("Notes", d.Notes);
-  v.Flags("Available", d.Available);
-  v.Flags("RequiresReply", d.RequiresReply);
-  v.Records("Strings", d.Strings);
-  v.Integer("MaximumLevel", d.MaximumLevel);
-  v.Integer("MinimumLevel", d.MinimumLevel);
-  v.Integer("MessageFormat", d.MessageFormat);
-  v.Flag("FirstByteIsHigh", d.FirstByteIsHigh);
-  v.Integer("NumberOfBytes", d.NumberOfBytes);
-  v.Flag("UseLevels", d.UseLevels);
-  v.Integer("LevelStep", d.LevelStep);
-  v.Integer("FixedStartLevel", d.FixedStartLevel);
-  v.Flag("UsePowerDown", d.UsePowerDown);
-  v.Integers("Reserved", d.Reserved);
-  v.Integer("Baudrate", d.Baudrate);
-  v.Integer("InterCommandDelay", d.InterCommandDelay);
-  v.Integer("InterByteDelay", d.InterByteDelay);
-  v.Integer("WarmUpTime", d.WarmUpTime);
-  v.Integer("CoolDownTime", d.CoolDownTime);
-  v.Integer("VolumeBytePosition", d.VolumeBytePosition);
-  v.Integer("Parity", d.Parity);
-  v.Integer("Stopbits", d.Stopbits);
+template <class Visitor, class... Definition>
+requires RecordsOf<ProjectorDefinition, Definition...>
+constexpr void Fields(Visitor& v, Definition&... d) {
+  v.Text("Manufacturer", d.Manufacturer...);
+  v.Text("Model", d.Model...);
+  v.Text("Notes", d.Notes...);
+  v.Flags(FieldName("Available", "%1: available", NameOfSlot), d.Available...);
+  v.Flags(FieldName("RequiresReply", "%1: requires reply", NameOfReplysCommand), d.RequiresReply...);
+  v.Records(FieldName("Strings", "%1", NameOfSlot), d.Strings...);
+  v.Integer(FieldName("MaximumLevel", "Maximum volume level"), d.MaximumLevel...);
+  v.Integer(FieldName("MinimumLevel", "Minimum volume level"), d.MinimumLevel...);
+  v.Integer(FieldName("MessageFormat", "Volume message format"), d.MessageFormat...);
+  v.Flag(FieldName("FirstByteIsHigh", "Volume: first byte is"), d.FirstByteIsHigh...);
+  v.Integer(FieldName("NumberOfBytes", "Number of serial bytes for volume value"), d.NumberOfBytes...);
+  v.Flag(FieldName("UseLevels", "Uses levels"), d.UseLevels...);
+  v.Integer(FieldName("LevelStep", "Volume step"), d.LevelStep...);
+  v.Integer(FieldName("FixedStartLevel", "Power up volume"), d.FixedStartLevel...);
+  v.Flag(FieldName("UsePowerDown", "Use power-down level"), d.UsePowerDown...);
+  v.Integers("Reserved", d.Reserved...);
+  v.Integer(FieldName("Baudrate", "Speed"), d.Baudrate...);
+  v.Integer(FieldName("InterCommandDelay", "Minimum delay between serial commands"), d.InterCommandDelay...);
+  v.Integer(FieldName("InterByteDelay", "Minimum delay between serial bytes"), d.InterByteDelay...);
+  v.Integer(FieldName("WarmUpTime", "Warm up time"), d.WarmUpTime...);
+  v.Integer(FieldName("CoolDownTime", "Cool down time"), d.CoolDownTime...);
+  v.Integer(FieldName("VolumeBytePosition", "Position of the volume byte"), d.VolumeBytePosition...);
+  v.Integer(FieldName("Parity", "Parity"), d.Parity...);
+  v.Integer(FieldName("Stopbits", "Stop bits"), d.Stopbits...);
 }
 
 inline constexpr std::size_t kStoredProjectorSize = 2084;
 static_assert(std::is_trivially_copyable_v<ProjectorDefinition>);
 static_assert(sizeof(ProjectorDefinition) == 2404);
 static_assert(StoredSize<ProjectorDefinition>() == kStoredProjectorSize);
-
-// Display names of the slots 0..24.
-extern const std::array<std::string_view, kCommandSlots> CommandSlotNames;
-
-// True for the received strings, which carry an ignore mask in the panel.
-constexpr bool SlotHasIgnoreMask(std::size_t slot) {
-  return slot >= kFirstReceivedSlot && slot < kFirstReceivedSlot + kReceivedSlots;
-}
 
 // Back to the defaults of a new definition; `Baudrate` and `UsePowerDown` are left as they were.
 void ClearProjector(ProjectorDefinition& projector);

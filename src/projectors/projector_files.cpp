@@ -2,6 +2,7 @@
 
 #include "projectors/record_difference.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

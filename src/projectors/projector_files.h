@@ -9,8 +9,10 @@
 #include "base/message.h"
 #include "projectors/projector_library.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace qdm {

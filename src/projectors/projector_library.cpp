@@ -1,6 +1,7 @@
 #include "projectors/projector_library.h"
 
 #include <bit>
+#include <cstddef>
 
 namespace qdm {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "projectors/projector_definition.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>

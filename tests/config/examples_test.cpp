@@ -33,6 +33,7 @@ void ExpectPassesSetup(const ProjectorDefinition& projector) {
     for (std::size_t i = 0; i < string.BytesInUse(); ++i) {
       EXPECT_FALSE(EditByteText(string.Values[i], string.Kinds[i]).Error) << CommandSlotNames[slot];
     }
+    EXPECT_TRUE(VariableBytePositionOf(string) == 0 || kSlots[slot].Varies) << CommandSlotNames[slot];
   }
   EXPECT_EQ(VolumeFormatError(VolumeFormatOf(projector)), "");
 }

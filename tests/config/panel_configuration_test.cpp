@@ -1,6 +1,7 @@
 #include "config/panel_configuration.h"
 
 #include "config/audio_routing.h"
+#include "projectors/difference_text.h"
 #include "projectors/record_difference.h"
 #include "support/distinct_configuration.h"
 #include "support/random_seed.h"
@@ -83,10 +84,10 @@ TEST(ConfigurationRecord, DifferencesReachIntoTheEmbeddedProjector) {
   second.LockSequence[3] = 4;
   second.Spare[1006] = 0x1F;
   second.UsePC1 = 1;  // exact: not what is stored for true
-  EXPECT_THAT(Differences(first, second), ElementsAre(FieldDifference{"Projector.Reserved[1]", "0", "5"},
-                                                      FieldDifference{"LockSequence[3]", "2", "4"},
-                                                      FieldDifference{"UsePC1", "true", "1"},
-                                                      FieldDifference{"Spare[1006]", "00h", "1Fh"}));
+  EXPECT_THAT(TextsOf(Differences(first, second)),
+              ElementsAre(DifferenceText{"Projector.Reserved[1]", "0", "5"},
+                          DifferenceText{"LockSequence[3]", "2", "4"}, DifferenceText{"UsePC1", "true", "1"},
+                          DifferenceText{"Spare[1006]", "00h", "1Fh"}));
 }
 
 TEST(AudioRouting, PacksOneSourceAnInputInFourBits) {

@@ -15,8 +15,8 @@ TEST(FieldCaptions, EveryFieldThatCanDifferHasWordsOfItsOwn) {
   other.Manufacturer = other.Model = {};
   std::set<std::string> captions;
   for (const FieldDifference& difference : ProjectorDifferences(other, ProjectorDefinition())) {
-    const std::string caption = FieldCaption(difference.Path);
-    EXPECT_NE(caption, difference.Path == "Parity" ? "" : difference.Path);
+    const std::string caption = CaptionOf(difference.Place);
+    EXPECT_NE(caption, difference.Place.Field.Name == "Parity" ? "" : PathOf(difference.Place));
     EXPECT_TRUE(captions.insert(caption).second) << caption << " stands for two fields";
   }
   EXPECT_EQ(captions.size(), 25U + 13U + 25U + 17U);
@@ -30,11 +30,11 @@ TEST(FieldCaptions, ValuesAreNamedAndStillTellTheDefinitionsApart) {
   first.Baudrate = 7;  // as good as 0
   first.Stopbits = 1;
   second.Stopbits = 2;
-  EXPECT_THAT(DifferencesInWords(first, second),
-              ElementsAre(FieldDifference{"Volume: first byte is", "High", "Low"},
-                          FieldDifference{"Uses levels", "Yes", "No"},
-                          FieldDifference{"Speed", "9600 (7)", "9600 (0)"},
-                          FieldDifference{"Stop bits", "2 (1)", "2 (2)"}));
+  EXPECT_THAT(
+      DifferencesInWords(first, second),
+      ElementsAre(DifferenceText{"Volume: first byte is", "High", "Low"},
+                  DifferenceText{"Uses levels", "Yes", "No"}, DifferenceText{"Speed", "9600 (7)", "9600 (0)"},
+                  DifferenceText{"Stop bits", "2 (1)", "2 (2)"}));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "projectors/record_difference.h"
 
+#include "projectors/difference_text.h"
 #include "support/distinct_projector.h"
 #include "support/strings.h"
 
@@ -41,7 +42,7 @@ TEST(ProjectorsEqual, DecidesFieldByField) {
     ProjectorDefinition changed = original;
     c.Change(changed);
     const std::vector<FieldDifference> found = ProjectorDifferences(original, changed);
-    EXPECT_EQ(found.empty() ? "" : found.front().Path, c.Path);
+    EXPECT_EQ(found.empty() ? "" : PathOf(found.front().Place), c.Path);
     EXPECT_EQ(ProjectorsEqual(changed, original), found.empty()) << c.Path;
   }
 }
@@ -53,10 +54,10 @@ TEST(Differences, TellBothValuesAsAReaderKnowsThem) {
   second.Available[3] = 2;
   first.Strings[1] = Characters("P");
   first.MinimumLevel = -7;
-  EXPECT_THAT(Differences(first, second), ElementsAre(FieldDifference{"Model", " One", "One"},
-                                                      FieldDifference{"Available[3]", "true", "2"},
-                                                      FieldDifference{"Strings[1]", "\"P\"", "\"\""},
-                                                      FieldDifference{"MinimumLevel", "-7", "0"}));
+  EXPECT_THAT(
+      TextsOf(Differences(first, second)),
+      ElementsAre(DifferenceText{"Model", " One", "One"}, DifferenceText{"Available[3]", "true", "2"},
+                  DifferenceText{"Strings[1]", "\"P\"", "\"\""}, DifferenceText{"MinimumLevel", "-7", "0"}));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // The import of a *.BVD file into the library, from the selector and from the command line of the editor.
 #pragma once
 
+#include "forms/shared/globals.h"
+#include "forms/shared/user_prompts.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <optional>

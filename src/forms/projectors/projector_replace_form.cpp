@@ -48,16 +48,16 @@ QPushButton* ReplaceDialog::AddButton(const char* name, const QString& caption) 
 void ReplaceDialog::AddBelowButtons(QWidget* widget) { ui_->Buttons->addWidget(widget); }
 
 void ReplaceDialog::FillTable(const QString& incomingColumn) {
-  const std::vector<FieldDifference> differences =
+  const std::vector<DifferenceText> differences =
       DifferencesInWords(globals_.CurrentProjector, globals_.ProjectorDatabase[index_]);
   QTableWidget* table = ui_->Differences;
   table->setColumnCount(3);
   table->setHorizontalHeaderLabels({tr("What differs"), incomingColumn, tr("In my data base")});
   table->setRowCount(static_cast<int>(differences.size()));
   for (int row = 0; row < table->rowCount(); ++row) {
-    const FieldDifference& difference = differences[static_cast<std::size_t>(row)];
+    const DifferenceText& difference = differences[static_cast<std::size_t>(row)];
     int column = 0;
-    for (const std::string& text : {difference.Path, difference.First, difference.Second}) {
+    for (const std::string& text : {difference.Field, difference.First, difference.Second}) {
       auto* item = new QTableWidgetItem(QString::fromStdString(text));
       item->setToolTip(item->text().toHtmlEscaped());
       table->setItem(row, column++, item);

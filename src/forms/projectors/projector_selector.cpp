@@ -14,6 +14,7 @@
 #include <QKeySequence>
 #include <QShortcut>
 
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -154,6 +155,7 @@ void ProjectorSelector::Export() {
   const std::optional<QString> file = prompts_.SaveFile(this, kProjectorFileFilter);
   if (!file) return;
   std::vector<ProjectorDefinition> definitions;
+  definitions.reserve(elements.size());
   for (const std::size_t element : elements) definitions.push_back(globals_.ProjectorDatabase[element]);
   try {
     ExportDefinitions(ToPath(*file), definitions);

@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 
@@ -18,7 +20,6 @@ constexpr int kCommandColumn = 2;  // string, edit, test
 constexpr int kTestColumn = 4;
 constexpr int kReplyBoxColumn = 5;
 constexpr int kReplyColumn = 6;  // string, edit
-constexpr int kLastReply = 12;
 
 // A hidden string leaves its place free, so that the rows stay where they are.
 void KeepPlace(QWidget* widget) {
@@ -39,20 +40,20 @@ struct StringRows::Row {
 StringRows::StringRows(Globals& globals, UserPrompts& prompts, QWidget* parent)
     : QWidget(parent), globals_(globals), prompts_(prompts), grid_(new QGridLayout(this)) {
   static constexpr Row kRows[] = {
-      {0, "Serial enable", "SerialOnOffUsedCheck", "Required"},
-      {1, "Power on"},
-      {2, "Data 1 (PC 1)"},
-      {3, "Data 2 (PC 2)", "AvailableCheck_3", "Available"},
-      {4, "Video"},
-      {23, "Video 2", "AvailableCheck_23", "Available"},
-      {5, "Blank On (Off)", "AvailableCheck_5", "Available"},
-      {24, "Blank Off", "AvailableCheck_24", "Available"},
-      {6, "Volume up", "VolumeAvailableCheck", "Available"},
-      {7, "Volume down"},
-      {8, "Power off"},
-      {9, "Serial disable"},
-      {20, "External on"},
-      {21, "External off"},
+      {kSerialEnableSlot, "Serial enable", "SerialOnOffUsedCheck", "Required"},
+      {kPowerOnSlot, "Power on"},
+      {kData1Slot, "Data 1 (PC 1)"},
+      {kData2Slot, "Data 2 (PC 2)", "AvailableCheck_3", "Available"},
+      {kVideoSlot, "Video"},
+      {kVideo2Slot, "Video 2", "AvailableCheck_23", "Available"},
+      {kBlankSlot, "Blank On (Off)", "AvailableCheck_5", "Available"},
+      {kBlankOffSlot, "Blank Off", "AvailableCheck_24", "Available"},
+      {kVolumeUpSlot, "Volume up", "VolumeAvailableCheck", "Available"},
+      {kVolumeDownSlot, "Volume down"},
+      {kPowerOffSlot, "Power off"},
+      {kSerialDisableSlot, "Serial disable"},
+      {kExternalOnSlot, "External on"},
+      {kExternalOffSlot, "External off"},
   };
   grid_->setContentsMargins(0, 0, 0, 0);
   grid_->setHorizontalSpacing(4);
@@ -74,13 +75,13 @@ void StringRows::MakeRow(const Row& row, int line) {
                              globals_.CurrentProjector.Available[row.Slot]);
     grid_->addWidget(box, line, kBoxColumn);
   }
-  if (row.Slot == 7) {
+  if (row.Slot == kVolumeDownSlot) {
     UseLevelsCheck = MakeBox(QStringLiteral("UseLevelsCheck"), tr("Uses Levels"), tr("Volume: Uses Levels"),
                              globals_.CurrentProjector.UseLevels);
     grid_->addWidget(UseLevelsCheck, line, kBoxColumn);
   }
   if (SlotHasIgnoreMask(row.Slot)) {
-    const std::size_t reply = row.Slot - kFirstReceivedSlot;
+    const std::size_t reply = ReceivedIndex(row.Slot);
     QCheckBox* box =
         MakeBox(QStringLiteral("ReplyCheck_%1").arg(reply), tr("Requires reply"),
                 tr("%1: Requires reply").arg(caption), globals_.CurrentProjector.RequiresReply[reply]);
@@ -99,8 +100,8 @@ void StringRows::MakeRow(const Row& row, int line) {
 void StringRows::MakeReply(std::size_t command, const QString& caption, int line) {
   const auto slot = ReplySlotOf(command);
   if (!slot) return;
-  const std::size_t reply = *slot - kFirstReceivedSlot;
-  const QString boxCaption = reply == kLastReply ? tr("In Use") : tr("Requires reply");
+  const std::size_t reply = ReceivedIndex(*slot);
+  const QString boxCaption = *slot == kBlankOffReplySlot ? tr("In Use") : tr("Requires reply");
   QCheckBox* box =
       MakeBox(QStringLiteral("ReplyCheck_%1").arg(reply), boxCaption,
               tr("%1 reply: %2").arg(caption, boxCaption), globals_.CurrentProjector.RequiresReply[reply]);
@@ -174,7 +175,7 @@ void StringRows::ShowStrings() {
       if (widget != nullptr) widget->setVisible(shown[slot]);
     }
   }
-  UseLevelsCheck->setVisible(shown[7]);
+  UseLevelsCheck->setVisible(shown[kVolumeDownSlot]);
 }
 
 }  // namespace qdm

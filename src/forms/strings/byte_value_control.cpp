@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include <cstdint>
 #include <string_view>
 
 namespace qdm {

@@ -14,6 +14,7 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -176,7 +177,7 @@ bool SerialEditor::RefuseTooLarge() {
 void SerialEditor::ChooseKind(ByteValueControl& cell) {
   const bool isVariable = cell.Kind() == static_cast<std::uint8_t>(ByteKind::VAR);
   const bool isIgnored = cell.Kind() == static_cast<std::uint8_t>(ByteKind::IGN);
-  const bool canIgnore = static_cast<std::size_t>(globals_.CurrentSlot) >= kSlotsWithoutIgnore;
+  const bool canIgnore = SlotTakesIgnore(static_cast<std::size_t>(globals_.CurrentSlot));
   // A variable byte behind the string's end cannot be seen and does not count.
   const int position = globals_.VariableBytePosition;
   const bool isElsewhere = !isVariable && position <= static_cast<int>(BytesInUse());

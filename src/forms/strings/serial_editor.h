@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <array>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <vector>

@@ -10,6 +10,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

@@ -3,6 +3,8 @@
 // read in several ways the user chooses.
 #pragma once
 
+#include "serial_strings/serial_string.h"
+
 #include <cstddef>
 #include <optional>
 

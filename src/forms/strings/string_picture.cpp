@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace qdm {
