@@ -1,6 +1,7 @@
 // The library at 10,000 definitions (20.8 MB): files against the bare reading and writing of as many bytes,
 // names, and the import of as many again. Ratios are in the counters; each is of two medians of one run.
 
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "support/temp_folder.h"
 
@@ -90,7 +91,7 @@ void ReadAndCopyOnce(const std::filesystem::path& file) {
 
 void LoadLibrary(benchmark::State& state) {
   const TempFolder folder;
-  SaveProjectorDatabase(folder.Path(), LibraryOf(kDefinitions));
+  WriteProjectorDatabase(folder.Path(), LibraryOf(kDefinitions));
   const ProjectorFiles files(folder.Path());
   Comparison comparison;
   for ([[maybe_unused]] auto _ : state) {
@@ -114,7 +115,7 @@ void SaveLibrary(benchmark::State& state) {
   Comparison comparison;
   for ([[maybe_unused]] auto _ : state) {
     comparison.Measure(
-        state, [&] { SaveProjectorDatabase(folder.Path(), library); },
+        state, [&] { WriteProjectorDatabase(folder.Path(), library); },
         [&] { WriteAndFlush(folder / "plain", stored); });
   }
   comparison.Report(state);

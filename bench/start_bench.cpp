@@ -5,6 +5,7 @@
 #include "app/resources.h"
 #include "forms/editor/projector_panel_editor.h"
 #include "forms/shared/globals.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "start_window.h"
 
@@ -59,7 +60,7 @@ void StartEditor(benchmark::State& state) {
     projector.Model.AssignUtf8("Model " + std::to_string(i));
     library.Append(projector);
   }
-  SaveProjectorDatabase(folder.path().toStdString(), library);
+  WriteProjectorDatabase(folder.path().toStdString(), library);
 
   double editor = 0;
   double empty = 0;

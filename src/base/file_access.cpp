@@ -1,80 +1,124 @@
 #include "base/file_access.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 #include <string_view>
 #include <system_error>
-
-#ifdef _WIN32
-#include <io.h>
-#include <windows.h>
-#else
-#include <fcntl.h>
-#include <unistd.h>
-#endif
 
 namespace qdm {
 namespace fs = std::filesystem;
 namespace {
 
-struct Closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, Closer>;
-
-std::string ReasonOf(int error) { return std::generic_category().message(error); }
-
 // Windows has its own words for what every system can refuse, in the code page of the country.
 std::string ReasonOf(const std::error_code& error) { return error.default_error_condition().message(); }
 
-File OpenFile(const fs::path& path, const char* mode) {
-#ifdef _WIN32
-  const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
-  return File(_wfopen(path.c_str(), wideMode.c_str()));
-#else
-  return File(std::fopen(path.c_str(), mode));
-#endif
+void Must(std::error_code error, const fs::path& path, std::string_view operation) {
+  if (error) throw FileError(path, operation, error);
 }
 
-bool FlushToDisk(std::FILE* file) {
-  if (std::fflush(file) != 0) return false;
-#ifdef _WIN32
-  return _commit(_fileno(file)) == 0;
-#else
-  // A device, a pipe and some network file systems have nothing to flush and say so.
-  return fsync(fileno(file)) == 0 || errno == EINVAL || errno == ENOTSUP;
-#endif
+[[noreturn]] void RefuseKind(const fs::path& path, std::string_view operation, PathKind kind) {
+  if (kind == PathKind::Directory)
+    throw FileError(path, operation, std::make_error_code(std::errc::is_a_directory));
+  throw FileError(path, operation, "it is no file but a device or a pipe");
 }
 
-// Where a link points, so that saving through a link replaces the file and not the link.
-fs::path TargetOf(const fs::path& path) {
-  std::error_code error;
-  const fs::path target = fs::weakly_canonical(path, error);
-  return error || !fs::is_symlink(path, error) ? path : target;
+FileHandle OpenFile(const fs::path& path, FileFacts& facts) {
+  FileHandle file;
+  Must(file_system::OpenForReading(path, file, facts), path, "read");
+  if (facts.Kind != PathKind::Regular) RefuseKind(path, "read", facts.Kind);
+  return file;
 }
 
-bool IsWriteProtected(const fs::path& path) {
-  constexpr fs::perms kAnyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-  std::error_code error;
-  const fs::perms permissions = fs::status(path, error).permissions();
-  return !error && permissions != fs::perms::unknown && (permissions & kAnyWrite) == fs::perms::none;
+void DemandBearable(const fs::path& path, const FileFacts& facts) {
+  if (facts.Size > kMostBytesOfAFile) throw FileError(path, "read", "it is larger than 2 GB");
+}
+
+// Until `into` is full or the file ends; how much came.
+std::size_t Fill(const fs::path& path, const FileHandle& file, std::span<std::uint8_t> into) {
+  std::size_t filled = 0;
+  for (;;) {
+    std::size_t got = 0;
+    Must(file_system::Read(path, file, into.subspan(filled), got), path, "read");
+    filled += got;
+    if (got == 0 || filled == into.size()) return filled;
+  }
+}
+
+fs::path FolderOf(const fs::path& path) {
+  return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+// Short whatever the file's own name is, and the same for each try, so that what a killed saver left is found
+// again.
+fs::path NameBeside(const fs::path& target, int number) {
+  std::uint32_t hash = 2166136261U;  // FNV-1a
+  for (const char character : PathToUtf8(target.filename())) {
+    hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+  }
+  std::array<char, 24> name{};
+  std::snprintf(name.data(), name.size(), ".qdm-%08x-%d", hash, number);
+  return target.parent_path() / name.data();
+}
+
+// Behind the new bytes, in pieces: the old file may be larger than the memory.
+void CopyTail(const fs::path& from, std::uint64_t behind, Replacement& to) {
+  std::uint64_t at = 0;
+  constexpr std::size_t kPiece = 65536;
+  ReadInPieces(from, kPiece, [&](ByteView piece) {
+    const std::uint64_t end = at + piece.size();
+    if (end > behind) to.Write(piece.subspan(at >= behind ? 0 : static_cast<std::size_t>(behind - at)));
+    at = end;
+  });
 }
 
 }  // namespace
 
-FileError::FileError(const fs::path& path, std::string_view operation, std::string_view reason)
+FileError::FileError(const fs::path& path, std::string_view operation, std::string_view reason,
+                     std::error_code code)
     : std::runtime_error("cannot " + std::string(operation) + " " + PathToUtf8(path) + ": " +
                          std::string(reason)),
       path_(path),
       operation_(operation),
-      reason_(reason) {}
+      reason_(reason),
+      code_(code) {}
+
+FileError::FileError(const fs::path& path, std::string_view operation, std::error_code code)
+    : FileError(path, operation, ReasonOf(code), code) {}
 
 Message SorryAbout(const FileError& error) {
   std::string text = error.what();
   text.front() = 'C';
   return {text + ".", "Sorry", MessageIcon::Exclamation};
+}
+
+bool MayPass(std::error_code code) {
+  constexpr std::errc kPassing[] = {std::errc::interrupted,
+                                    std::errc::resource_unavailable_try_again,
+                                    std::errc::too_many_files_open,
+                                    std::errc::too_many_files_open_in_system,
+                                    std::errc::device_or_resource_busy,
+                                    std::errc::text_file_busy,
+                                    std::errc::io_error,
+                                    std::errc::timed_out,
+                                    std::errc::host_unreachable,
+                                    std::errc::network_down,
+                                    std::errc::network_unreachable,
+                                    std::errc::not_enough_memory};
+  if (std::any_of(std::begin(kPassing), std::end(kPassing),
+                  [&](std::errc passing) { return code == passing; })) {
+    return true;
+  }
+#ifdef _WIN32
+  constexpr int kWindowsPassing[] = {32, 33, 53,
+                                     59, 64, 121};  // sharing, lock, network path, network, name, semaphore
+  return code.category() == std::system_category() &&
+         std::find(std::begin(kWindowsPassing), std::end(kWindowsPassing), code.value()) !=
+             std::end(kWindowsPassing);
+#else
+  return code.value() == ESTALE;
+#endif
 }
 
 std::string PathToUtf8(const fs::path& path) {
@@ -85,103 +129,149 @@ std::string PathToUtf8(const fs::path& path) {
 fs::path PathFromUtf8(std::string_view path) { return fs::path(std::u8string(path.begin(), path.end())); }
 
 void ReadInPieces(const fs::path& path, std::size_t size, const std::function<void(ByteView)>& take) {
-  std::error_code error;
-  if (fs::is_directory(path, error)) throw FileError(path, "read", ReasonOf(EISDIR));
-  const File file = OpenFile(path, "rb");
-  if (!file) throw FileError(path, "read", ReasonOf(errno));
+  FileFacts facts;
+  const FileHandle file = OpenFile(path, facts);
   Bytes piece(size);
   for (std::size_t got = size; got == size;) {
-    got = std::fread(piece.data(), 1, size, file.get());
-    if (std::ferror(file.get()) != 0) throw FileError(path, "read", ReasonOf(errno));
+    got = Fill(path, file, piece);
     if (got != 0) take(ByteView(piece).first(got));
   }
 }
 
-Bytes ReadWholeFile(const fs::path& path) {
-  constexpr std::size_t kPiece = 65536;
-  Bytes bytes;
-  ReadInPieces(path, kPiece,
-               [&bytes](ByteView piece) { bytes.insert(bytes.end(), piece.begin(), piece.end()); });
+Bytes ReadBeginning(const fs::path& path, std::size_t size) {
+  FileFacts facts;
+  const FileHandle file = OpenFile(path, facts);
+  Bytes bytes(size);
+  bytes.resize(Fill(path, file, bytes));
   return bytes;
 }
 
+std::size_t SizeToRead(const fs::path& path) {
+  FileFacts facts;
+  Must(file_system::Look(path, facts), path, "read");
+  DemandBearable(path, facts);
+  return static_cast<std::size_t>(facts.Size);
+}
+
+Bytes ReadWholeFile(const fs::path& path) {
+  FileFacts facts;
+  const FileHandle file = OpenFile(path, facts);
+  DemandBearable(path, facts);
+  Bytes bytes;
+  // One byte more than the file had: the end is seen, and a file that grows is followed.
+  for (std::size_t room = static_cast<std::size_t>(facts.Size) + 1;; room = 65536) {
+    const std::size_t filled = bytes.size();
+    bytes.resize(filled + room);
+    const std::size_t got = Fill(path, file, std::span(bytes).subspan(filled));
+    bytes.resize(filled + got);
+    if (got < room) return bytes;
+  }
+}
+
+void DemandReplaceable(const fs::path& target) {
+  FileFacts facts;
+  Must(file_system::Look(target, facts), target, "write");
+  if (facts.Kind == PathKind::Absent) return;
+  if (facts.Kind != PathKind::Regular) RefuseKind(target, "write", facts.Kind);
+  // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
+  if (facts.WriteProtected)
+    throw FileError(target, "write", std::make_error_code(std::errc::permission_denied));
+  if (facts.Names > 1) {
+    throw FileError(target, "write",
+                    "it has a second name (a hard link), under which the old contents would stay");
+  }
+}
+
+Replacement::Replacement(const fs::path& target) : target_(target) {
+  constexpr int kMostSavers = 1000;
+  for (int number = 1; number <= kMostSavers; ++number) {
+    name_ = NameBeside(target_, number);
+    if (file_system::IsAbandoned(name_)) static_cast<void>(file_system::Remove(name_));
+    try {
+      Make();
+      return;
+    } catch (const FileError& error) {
+      if (error.Code() != std::errc::file_exists || number == kMostSavers) throw;
+    }
+  }
+}
+
+Replacement::Replacement(const fs::path& target, const fs::path& name) : target_(target), name_(name) {
+  Make();
+}
+
+Replacement::~Replacement() {
+  if (left_) return;
+  file_ = FileHandle();
+  try {
+    static_cast<void>(file_system::Remove(name_));
+  } catch (...) {  // a test's end of the program: nothing is tidied then
+  }
+}
+
+void Replacement::Make() {
+  left_ = true;  // nothing to tidy yet
+  FileFacts facts;
+  Must(file_system::Look(target_, facts));
+  targetExists_ = facts.Kind != PathKind::Absent;
+  const auto privacy = targetExists_ ? file_system::Privacy::OwnerOnly : file_system::Privacy::AsUsual;
+  Must(file_system::Create(name_, privacy, file_));
+  left_ = false;
+}
+
+void Replacement::Must(std::error_code error) { qdm::Must(error, target_, "write"); }
+
+void Replacement::Write(ByteView bytes) { Must(file_system::Write(name_, file_, bytes)); }
+
+void Replacement::Complete() {
+  if (targetExists_) Must(file_system::Protect(target_, name_, file_));
+  Must(file_system::Flush(name_, file_));
+  Must(file_system::Close(name_, file_));
+}
+
+void Replacement::TakePlace() {
+  Must(file_system::Rename(name_, target_));
+  left_ = true;
+}
+
 void WriteAndFlush(const fs::path& path, ByteView bytes) {
-  File file = OpenFile(path, "wb");
-  if (!file) throw FileError(path, "write", ReasonOf(errno));
-  const bool written =
-      (bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size()) &&
-      FlushToDisk(file.get());
-  const int writeError = errno;
-  const bool closed = std::fclose(file.release()) == 0;
-  if (!written) throw FileError(path, "write", ReasonOf(writeError));
-  if (!closed) throw FileError(path, "write", ReasonOf(errno));
+  RemoveFile(path);
+  Replacement file(path, path);
+  file.Write(bytes);
+  file.Complete();
+  file.Leave();
 }
 
 void RenameFile(const fs::path& from, const fs::path& to) {
-#ifdef _WIN32
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
-    const std::error_code error(static_cast<int>(GetLastError()), std::system_category());
-    throw FileError(to, "replace", ReasonOf(error));
-  }
-#else
-  std::error_code error;
-  fs::rename(from, to, error);
-  if (error) throw FileError(to, "replace", ReasonOf(error));
-#endif
+  Must(file_system::Rename(from, to), to, "replace");
 }
 
-void RemoveFile(const fs::path& path) {
-  std::error_code error;
-  fs::remove(path, error);
-  if (!error) return;
-  // Where nothing may be deleted, some systems refuse before they look whether there is anything.
+void RemoveFile(const fs::path& path) { Must(file_system::Remove(path), path, "delete"); }
+
+void FlushFolder(const fs::path& folder) { Must(file_system::FlushFolder(folder), folder, "write"); }
+
+bool FileExists(const fs::path& path) {
+  FileFacts facts;
+  Must(file_system::Look(path, facts), path, "read");
   std::error_code ignored;
-  if (fs::exists(fs::symlink_status(path, ignored))) throw FileError(path, "delete", ReasonOf(error));
-}
-
-void FlushFolder(const fs::path& folder) {
-#ifndef _WIN32
-  const fs::path opened = folder.empty() ? fs::path(".") : folder;
-  const int descriptor = open(opened.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  static_cast<void>(fsync(descriptor));
-  close(descriptor);
-#else
-  static_cast<void>(folder);  // renames are written through there
-#endif
+  return facts.Kind != PathKind::Absent || fs::is_symlink(path, ignored);
 }
 
 void WriteFileSafely(const fs::path& path, ByteView bytes, OldTail tail) {
-  const fs::path target = TargetOf(path);
-  std::error_code error;
-  const bool exists = fs::exists(target, error);
-  if (exists && fs::is_directory(target, error)) throw FileError(path, "write", ReasonOf(EISDIR));
-  // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
-  if (exists && IsWriteProtected(target)) throw FileError(path, "write", ReasonOf(EACCES));
-
-  // A device or a pipe is written to, not replaced by a file.
-  if (exists && !fs::is_regular_file(target, error)) return WriteAndFlush(target, bytes);
-
-  Bytes withTail;
-  if (exists && tail == OldTail::Kept) {
-    withTail = ReadWholeFile(target);
-    if (withTail.size() > bytes.size()) {
-      std::copy(bytes.begin(), bytes.end(), withTail.begin());
-      bytes = withTail;
-    }
-  }
-
-  fs::path beside = target;
-  beside += ".new";
+  const fs::path target = file_system::TargetOf(path);
   try {
-    WriteAndFlush(beside, bytes);
-    if (exists) fs::permissions(beside, fs::status(target).permissions(), error);
-    RenameFile(beside, target);
+    DemandReplaceable(target);
+    FileFacts old;
+    Must(file_system::Look(target, old), target, "write");
+    Replacement replacement(target);
+    replacement.Write(bytes);
+    if (tail == OldTail::Kept && old.Size > bytes.size()) CopyTail(target, bytes.size(), replacement);
+    replacement.Complete();
+    replacement.TakePlace();
+    FlushFolder(FolderOf(target));
   } catch (const FileError& failure) {
-    fs::remove(beside, error);
-    throw FileError(path, "write", failure.Reason());
+    throw FileError(path, "write", failure.Reason(), failure.Code());
   }
-  FlushFolder(target.parent_path());
 }
 
 }  // namespace qdm

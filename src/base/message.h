@@ -12,6 +12,7 @@ struct Message {
   std::string Text;  // UTF-8; lines separated by "\r\n"
   std::string Title;
   MessageIcon Icon = MessageIcon::None;
+  std::string Detail{};  // what the text leaves open, shown below it; often empty
 
   friend bool operator==(const Message&, const Message&) = default;
 };

@@ -4,6 +4,7 @@
 #include "command_line/record_files.h"
 #include "command_line/signals.h"
 #include "projectors/data_folder.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "projectors/projector_names.h"
 
@@ -28,15 +29,31 @@ DataFolder FolderOf(const LibraryOptions& options, const CommandContext& context
   return FindDataFolder(named, context.ProgramFolder, context.UserFolder);
 }
 
+void Tell(const std::vector<Message>& messages, const std::filesystem::path& folder,
+          CommandContext& context) {
+  const std::string library = PathToUtf8(ProjectorFiles(folder).Library);
+  for (const Message& message : messages) {
+    context.Err << "qdm: " << library << ": " << OneLine(TextOf(message)) << "\n";
+    if (!message.Detail.empty()) context.Err << "qdm: " << library << ": " << message.Detail << "\n";
+  }
+}
+
 // The library of a folder, for reading; with what had to be said while it was loaded.
 ProjectorLibrary LoadFrom(const std::filesystem::path& folder, CommandContext& context) {
   const HeldSignals uninterrupted;  // a damaged library may be recovered
   ProjectorLibrary library;
-  for (const Message& message : LoadProjectorDatabase(folder, library)) {
-    context.Err << "qdm: " << PathToUtf8(ProjectorFiles(folder).Library) << ": " << OneLine(TextOf(message))
-                << "\n";
-  }
+  Tell(LoadProjectorDatabase(folder, library), folder, context);
   return library;
+}
+
+// Changes the library under its lock, from reading to renaming: what others save comes before or after it.
+template <class Change>
+void ChangeLibrary(const std::filesystem::path& folder, CommandContext& context, const Change& change) {
+  const LibraryLock lock{ProjectorFiles(folder)};
+  ProjectorLibrary library;
+  Tell(LoadProjectorDatabase(lock, folder, library), folder, context);
+  change(library);
+  Tell(SaveProjectorDatabase(lock, folder, library).Messages, folder, context);
 }
 
 ProjectorLibrary LoadForReading(const LibraryOptions& options, CommandContext& context) {
@@ -117,27 +134,28 @@ int AddProjectors(const AddOptions& options, CommandContext& context) {
   const DataFolder folder = FolderOf(options, context);
   const HeldSignals uninterrupted;
   PrepareDataFolder(folder);
-  ProjectorLibrary library = LoadFrom(folder.Folder, context);
 
-  const auto settle = [&](const ProjectorDefinition& incoming, std::size_t index) {
-    switch (options.Conflict) {
-      case OnConflict::Keep:
-        break;
-      case OnConflict::Replace:
-        library.Replace(index, incoming);
-        break;
-      case OnConflict::Rename:
-        AppendRenamed(incoming, library);
-        break;
-      case OnConflict::Report:
-        context.Err << "qdm: " << options.File << ": " << ShownNames(incoming)
-                    << " differs from the library's and was not imported; --on-conflict keep, replace or "
-                       "rename decides\n";
-        break;
-    }
-  };
-  const ImportResult result = ImportDefinitions(std::move(definitions), library, settle);
-  SaveProjectorDatabase(folder.Folder, library);
+  ImportResult result;
+  ChangeLibrary(folder.Folder, context, [&](ProjectorLibrary& library) {
+    const auto settle = [&](const ProjectorDefinition& incoming, std::size_t index) {
+      switch (options.Conflict) {
+        case OnConflict::Keep:
+          break;
+        case OnConflict::Replace:
+          library.Replace(index, incoming);
+          break;
+        case OnConflict::Rename:
+          AppendRenamed(incoming, library);
+          break;
+        case OnConflict::Report:
+          context.Err << "qdm: " << options.File << ": " << ShownNames(incoming)
+                      << " differs from the library's and was not imported; --on-conflict keep, replace or "
+                         "rename decides\n";
+          break;
+      }
+    };
+    result = ImportDefinitions(std::move(definitions), library, settle);
+  });
 
   constexpr const char* kConflictOutcome[] = {"not imported", "kept as they were", "replaced", "renamed"};
   context.Out << Counted(result.Added, "added, ") << Counted(result.Unchanged, "unchanged, ")
@@ -161,11 +179,12 @@ int ExtractProjectors(const ExtractOptions& options, CommandContext& context) {
 int RemoveProjector(const RemoveOptions& options, CommandContext& context) {
   const DataFolder folder = FolderOf(options, context);
   // Looked for first: nothing is prepared or saved for a definition that is not there.
-  ProjectorLibrary library = LoadForReading(options, context);
-  library.Remove(FindOrRefuse(library, options.Manufacturer, options.Model));
+  FindOrRefuse(LoadForReading(options, context), options.Manufacturer, options.Model);
   const HeldSignals uninterrupted;
   PrepareDataFolder(folder);
-  SaveProjectorDatabase(folder.Folder, library);
+  ChangeLibrary(folder.Folder, context, [&](ProjectorLibrary& library) {
+    library.Remove(FindOrRefuse(library, options.Manufacturer, options.Model));
+  });
   return kDone;
 }
 

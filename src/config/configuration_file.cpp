@@ -16,7 +16,7 @@ constexpr std::size_t kExtensionLength = 4;
 }  // namespace
 
 PanelConfiguration ReadConfiguration(const std::filesystem::path& file) {
-  const Bytes stored = ReadWholeFile(file);
+  const Bytes stored = ReadBeginning(file, kStoredConfigurationSize);
   if (stored.size() < kStoredConfigurationSize) {
     throw FileError(file, "read",
                     "a configuration has " + std::to_string(kStoredConfigurationSize) +

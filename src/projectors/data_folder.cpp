@@ -1,7 +1,7 @@
 #include "projectors/data_folder.h"
 
 #include "base/file_access.h"
-#include "projectors/projector_files.h"
+#include "projectors/library_paths.h"
 
 #include <cstdlib>
 #include <system_error>
@@ -91,7 +91,7 @@ DataFolder FindDataFolder(const std::optional<fs::path>& named, const fs::path& 
 void PrepareDataFolder(const DataFolder& folder) {
   std::error_code error;
   fs::create_directories(folder.Folder, error);
-  if (error) throw FileError(folder.Folder, "create", error.default_error_condition().message());
+  if (error) throw FileError(folder.Folder, "create", error);
   if (folder.SeedFolder.empty()) return;
   WriteFileSafely(ProjectorFiles(folder.Folder).Library,
                   ReadWholeFile(ProjectorFiles(folder.SeedFolder).Library));

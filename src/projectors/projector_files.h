@@ -1,7 +1,5 @@
-// The library on disk and the exchange of definitions.
-// Projectors.DEF, its backup and exported *.BVD files hold 2,084-byte records back to back: no header, no
-// count; a fragment shorter than a record at the end is ignored. The library is saved through Projectors.TMP
-// and keeps the previous state as Projectors.BAK, so that at no moment the only copy is half written. File
+// Exported definitions and their way into a library. A *.BVD file holds 2,084-byte records back to back, like
+// the library's own: no header, no count; a fragment shorter than a record at the end is ignored. File
 // trouble is a FileError.
 #pragma once
 
@@ -13,35 +11,24 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace qdm {
 
 inline constexpr const char* kProjectorFileFilter = "Brevan Projector Definition (*.BVD)|*.BVD";
 
-struct ProjectorFiles {
-  explicit ProjectorFiles(const std::filesystem::path& folder)
-      : Library(folder / "Projectors.DEF"),
-        Backup(folder / "Projectors.BAK"),
-        Temporary(folder / "Projectors.TMP") {}
+// How much of a file of definitions is read and decoded, or encoded and written, at a time: it stays in the
+// processor's cache.
+inline constexpr std::size_t kDefinitionsPiece = 64 * kStoredProjectorSize;
 
-  std::filesystem::path Library;
-  std::filesystem::path Backup;
-  std::filesystem::path Temporary;
-};
+// The whole records of a file, one after the other; the hash of its bytes (HashOnward).
+std::uint64_t ForEachDefinition(const std::filesystem::path& file,
+                                const std::function<void(ProjectorDefinition&)>& take);
 
-// Replaces the library by what the folder holds: names cleaned, manufacturers in upper case, records with a
-// blank name dropped. First completes a save that was cut off between its two renames. A missing file is an
-// empty library. A file that cannot be opened or read is set aside as Projectors.DAMAGED (DAMAGED2, ...) and
-// replaced by its backup, or given up when there is none; the messages about that are returned.
-// When none of that works, the FileError leaves an empty library that cannot be saved.
-std::vector<Message> LoadProjectorDatabase(const std::filesystem::path& folder, ProjectorLibrary& library);
-
-// Writes the whole library. An empty one removes Projectors.DEF and leaves the backup.
-void SaveProjectorDatabase(const std::filesystem::path& folder, const ProjectorLibrary& library);
-
-// Stored records back to back.
-Bytes EncodeDefinitions(const std::vector<ProjectorDefinition>& definitions);
+// Stored records back to back; in the second form in place of what `stored` held.
+Bytes EncodeDefinitions(std::span<const ProjectorDefinition> definitions);
+void EncodeDefinitions(std::span<const ProjectorDefinition> definitions, Bytes& stored);
 
 // The whole records of an exported file, as they stand in it.
 std::vector<ProjectorDefinition> ReadDefinitions(const std::filesystem::path& file);

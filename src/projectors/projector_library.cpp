@@ -1,7 +1,9 @@
 #include "projectors/projector_library.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -28,7 +30,12 @@ bool SameName(const FixedText<32>& first, const FixedText<32>& second) {
   return true;
 }
 
+std::u16string NameKey(const ProjectorDefinition& projector) {
+  return UpperCase(projector.Manufacturer.View()) + UpperCase(projector.Model.View());
+}
+
 void ProjectorLibrary::Append(const ProjectorDefinition& projector) {
+  RememberGroupOf(projector);
   elements_.push_back(projector);
   if (!indexed_) return;
   if (elements_.size() * 2 > places_.size()) {
@@ -40,19 +47,75 @@ void ProjectorLibrary::Append(const ProjectorDefinition& projector) {
 
 void ProjectorLibrary::Replace(std::size_t index, const ProjectorDefinition& projector) {
   ProjectorDefinition& element = elements_.at(index);
+  RememberGroupOf(element);
   if (!SameName(element.Manufacturer, projector.Manufacturer) || !SameName(element.Model, projector.Model)) {
+    RememberGroupOf(projector);
     indexed_ = false;
   }
   element = projector;
 }
 
 void ProjectorLibrary::Remove(std::size_t index) {
+  RememberGroupOf(elements_.at(index));
   elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(index));
+  indexed_ = false;
+}
+
+void ProjectorLibrary::Insert(std::size_t index, const ProjectorDefinition& projector) {
+  RememberGroupOf(projector);
+  elements_.insert(elements_.begin() + static_cast<std::ptrdiff_t>(index), projector);
   indexed_ = false;
 }
 
 void ProjectorLibrary::Clear() {
   elements_.clear();
+  indexed_ = false;
+  counting_ = false;
+  originals_.clear();
+  fileState_ = {};
+}
+
+ProjectorLibrary::Group ProjectorLibrary::GroupOf(const FixedText<32>& manufacturer,
+                                                  const FixedText<32>& model) const {
+  const std::optional<std::size_t> first = FindProjector(manufacturer, model);
+  if (!first) return {};
+  if (!hasTwins_) return {elements_[*first]};
+  Group group;
+  for (std::size_t i = *first; i < elements_.size(); ++i) {
+    const ProjectorDefinition& element = elements_[i];
+    if (SameName(element.Manufacturer, manufacturer) && SameName(element.Model, model))
+      group.push_back(element);
+  }
+  return group;
+}
+
+void ProjectorLibrary::RememberGroupOf(const ProjectorDefinition& projector) {
+  if (!counting_) return;
+  const auto [original, first] = originals_.try_emplace(NameKey(projector));
+  if (first) original->second = GroupOf(projector.Manufacturer, projector.Model);
+}
+
+void ProjectorLibrary::MarkUnchanged(const LibraryFileState& file) {
+  counting_ = true;
+  originals_.clear();
+  fileState_ = file;
+}
+
+bool ProjectorLibrary::Changed() const {
+  return std::any_of(originals_.begin(), originals_.end(), [this](const auto& original) {
+    const std::u16string_view key = original.first;
+    const FixedText<32> manufacturer(key.substr(0, FixedText<32>::kLength));
+    const FixedText<32> model(key.substr(FixedText<32>::kLength));
+    return GroupOf(manufacturer, model) != original.second;
+  });
+}
+
+void ProjectorLibrary::Become(std::vector<ProjectorDefinition> elements, Originals originals,
+                              const LibraryFileState& file) {
+  elements_ = std::move(elements);
+  originals_ = std::move(originals);
+  fileState_ = file;
+  counting_ = true;
   indexed_ = false;
 }
 
@@ -80,10 +143,15 @@ std::size_t ProjectorLibrary::Probe(const FixedText<32>& manufacturer, const Fix
 // A name that is there already keeps its place: the first element of a name is the one that is found.
 void ProjectorLibrary::Index(std::size_t element) const {
   std::uint32_t& place = places_[Probe(elements_[element].Manufacturer, elements_[element].Model)];
-  if (place == 0) place = static_cast<std::uint32_t>(element + 1);
+  if (place == 0) {
+    place = static_cast<std::uint32_t>(element + 1);
+  } else {
+    hasTwins_ = true;
+  }
 }
 
 void ProjectorLibrary::Rebuild() const {
+  hasTwins_ = false;
   places_.assign(std::bit_ceil(elements_.size() * 4), 0);
   for (std::size_t i = 0; i < elements_.size(); ++i) Index(i);
   indexed_ = true;

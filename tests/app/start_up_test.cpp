@@ -2,6 +2,7 @@
 
 #include "app/demonstration.h"
 #include "config/configuration_file.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 
 #include <QFileInfo>

@@ -95,11 +95,12 @@ TEST_F(QdmProgram, DoesEveryFileCommandAndSaysWhyNot) {
     EXPECT_THAT(Program(arguments).Finish(), Answers(status, out, err)) << testing::PrintToString(arguments);
   }
   EXPECT_EQ(files.Read("x.BVD"),
-            EncodeDefinitions({NamedProjector("ACME", "A"), NamedProjector("ACME", "One")}));
+            EncodeDefinitions(std::vector{NamedProjector("ACME", "A"), NamedProjector("ACME", "One")}));
 }
 
 TEST_F(QdmProgram, ReadsStandardInputAndWritesStandardOutput) {
-  const Bytes some = EncodeDefinitions({DistinctProjector(), NamedProjector("a", "b"), {}});
+  const Bytes some =
+      EncodeDefinitions(std::vector{DistinctProjector(), NamedProjector("a", "b"), ProjectorDefinition{}});
   const Outcome exported = Program({"export", files.Write("some.def", some), "-o", "-"}).Finish();
   EXPECT_THAT(Program({"import", "-", "-o", files.Path("back.BVD")}).Finish(exported.Out),
               Answers(0, "", ""));

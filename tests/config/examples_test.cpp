@@ -4,6 +4,7 @@
 #include "config/configuration_rules.h"
 #include "examples/example_data.h"
 #include "projectors/definition_setup.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "projectors/projector_volume.h"
 

@@ -2,6 +2,7 @@
 // 2,000 definitions carries its generation in each of them, so that half of one and half of another would
 // show.
 
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "support/temp_folder.h"
 
@@ -97,7 +98,7 @@ TEST(LibrarySafety, EveryStateThatACutOffSaveLeavesLoadsWhole) {
 
     EXPECT_EQ(GenerationIn(folder.Path(), 20), state.Loaded);
     // Saving from there works as from any other state.
-    SaveProjectorDatabase(folder.Path(), LibraryOf(20, 9));
+    WriteProjectorDatabase(folder.Path(), LibraryOf(20, 9));
     EXPECT_EQ(GenerationIn(folder.Path(), 20), 9);
     EXPECT_FALSE(fs::exists(files.Temporary));
   }
@@ -111,7 +112,7 @@ TEST(LibrarySafety, SavingAgainFirstCompletesWhatACutOffSaveLeft) {
   WriteAndFlush(files.Backup, EncodeDefinitions(LibraryOf(20, 2).Elements()));
   WriteAndFlush(files.Temporary, EncodeDefinitions(LibraryOf(20, 3).Elements()));
 
-  SaveProjectorDatabase(folder.Path(), LibraryOf(20, 4));
+  WriteProjectorDatabase(folder.Path(), LibraryOf(20, 4));
   EXPECT_EQ(GenerationIn(folder.Path(), 20), 4);
   RenameFile(files.Backup, files.Library);
   EXPECT_EQ(GenerationIn(folder.Path(), 20), 3);
@@ -120,7 +121,7 @@ TEST(LibrarySafety, SavingAgainFirstCompletesWhatACutOffSaveLeft) {
 TEST(LibrarySafety, AFileInPlaceOfTheFolderIsNamedWithTheReason) {
   const TempFolder folder;
   WriteAndFlush(folder / "Data", {});
-  const std::string failure = FailureOf([&] { SaveProjectorDatabase(folder / "Data", LibraryOf(1, 1)); });
+  const std::string failure = FailureOf([&] { WriteProjectorDatabase(folder / "Data", LibraryOf(1, 1)); });
   EXPECT_THAT(failure, HasSubstr(PathToUtf8(folder / "Data")));
 #ifdef _WIN32
   EXPECT_THAT(failure, HasSubstr("No such file or directory"));
@@ -143,7 +144,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
     ++generation;
     const ProjectorLibrary library = LibraryOf(kDefinitions, generation);
     progress.Started = generation;
-    SaveProjectorDatabase(folder, library);
+    WriteProjectorDatabase(folder, library);
     progress.Finished = generation;
   }
 }
@@ -158,7 +159,7 @@ TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
   ASSERT_NE(shared, MAP_FAILED);
   auto& progress = *static_cast<Progress*>(shared);
   // The folder goes on from kill to kill, with whatever the one before left in it.
-  SaveProjectorDatabase(folder.Path(), LibraryOf(kDefinitions, 1));
+  WriteProjectorDatabase(folder.Path(), LibraryOf(kDefinitions, 1));
   int generation = 1;
   int killedInASave = 0;
   for (int kill = 0; kill < kKills; ++kill) {
@@ -226,8 +227,8 @@ constexpr fs::perms kToLookInto = fs::perms::owner_read | fs::perms::owner_exec 
 class UnwritableLibrary : public testing::Test {
  protected:
   void SetUp() override {
-    SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 1));
-    SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 2));
+    WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 1));
+    WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 2));
     ExportDefinitions(exported_, LibraryOf(3, 1).Elements());
     before_ = Contents();
   }
@@ -260,7 +261,7 @@ TEST_F(UnwritableLibrary, StaysAsItWasWhenTheDiskIsFull) {
   std::string exporting;
   {
     const FullDisk full(1'000'000);
-    save = FailureOf([&] { SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
+    save = FailureOf([&] { WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
     exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(kDefinitions, 3).Elements()); });
   }
   ExpectFailuresNameFileAnd("File too large", save, exporting);
@@ -272,7 +273,7 @@ TEST_F(UnwritableLibrary, StaysAsItWasInAFolderWithoutWritePermission) {
   std::string exporting;
   {
     const AnotherUser user;
-    save = FailureOf([&] { SaveProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
+    save = FailureOf([&] { WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
     exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); });
   }
   ExpectFailuresNameFileAnd("Permission denied", save, exporting);

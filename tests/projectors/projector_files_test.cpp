@@ -1,9 +1,12 @@
 #include "projectors/projector_files.h"
+#include "projectors/library_file.h"
 
 #include "support/distinct_projector.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
+
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -41,8 +44,14 @@ std::vector<std::string> Names(const ProjectorLibrary& library) {
 
 class ProjectorFilesTest : public testing::Test {
  protected:
-  std::vector<Message> Load() { return LoadProjectorDatabase(folder.Path(), library); }
+  // What had to be told, without its details.
+  std::vector<Message> Load() {
+    std::vector<Message> messages = LoadProjectorDatabase(folder.Path(), library);
+    for (Message& message : messages) details.push_back(std::exchange(message.Detail, {}));
+    return messages;
+  }
 
+  std::vector<std::string> details;
   const TempFolder folder;
   const ProjectorFiles files{folder.Path()};
   ProjectorLibrary library = LibraryOf({NamedProjector("OLD", "content")});
@@ -83,6 +92,7 @@ TEST_F(ProjectorFilesTest, ADamagedLibraryIsReplacedByItsBackup) {
   EXPECT_FALSE(fs::exists(files.Backup));
   EXPECT_FALSE(fs::exists(files.Temporary)) << "it could pass for a finished save later";
   EXPECT_TRUE(fs::exists(folder / "Projectors.DAMAGED"));
+  EXPECT_THAT(details, ElementsAre("Is a directory; everything is in Projectors.DAMAGED"));
   EXPECT_THAT(Load(), IsEmpty()) << "the second start finds nothing to repair";
 }
 
@@ -95,14 +105,14 @@ TEST_F(ProjectorFilesTest, WithTheBackupDamagedTooAllIsLostAndSaidOnce) {
 }
 
 TEST_F(ProjectorFilesTest, SavingKeepsThePreviousStateAsBackup) {
-  SaveProjectorDatabase(folder.Path(), LibraryOf({one}));
-  SaveProjectorDatabase(folder.Path(), LibraryOf({two, one}));
-  SaveProjectorDatabase(folder.Path(), LibraryOf({three}));
+  WriteProjectorDatabase(folder.Path(), LibraryOf({one}));
+  WriteProjectorDatabase(folder.Path(), LibraryOf({two, one}));
+  WriteProjectorDatabase(folder.Path(), LibraryOf({three}));
   EXPECT_EQ(ReadWholeFile(files.Library), Stored({three}));
   EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one}));
   EXPECT_FALSE(fs::exists(files.Temporary));
 
-  SaveProjectorDatabase(folder.Path(), ProjectorLibrary());
+  WriteProjectorDatabase(folder.Path(), ProjectorLibrary());
   EXPECT_FALSE(fs::exists(files.Library));
   EXPECT_EQ(ReadWholeFile(files.Backup), Stored({two, one}));
 }

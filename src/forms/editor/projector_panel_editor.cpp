@@ -9,6 +9,7 @@
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
 #include "forms/shared/qt_text.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "ui_projector_panel_editor.h"
 

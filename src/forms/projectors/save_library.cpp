@@ -1,17 +1,19 @@
 #include "forms/projectors/save_library.h"
 
+#include "base/file_access.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
-#include "projectors/projector_files.h"
+#include "projectors/library_file.h"
 
 #include <optional>
 
 namespace qdm {
 namespace {
 
-std::optional<Message> FailureToSave(const Globals& globals) {
+std::optional<Message> FailureToSave(Globals& globals) {
   try {
-    SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase);
+    while (!SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase).Conflicts.empty()) {
+    }
     return std::nullopt;
   } catch (const FileError& error) {
     return SorryAbout(error);
@@ -20,13 +22,13 @@ std::optional<Message> FailureToSave(const Globals& globals) {
 
 }  // namespace
 
-bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent) {
+bool SaveLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent) {
   const auto failure = FailureToSave(globals);
   if (failure) prompts.Show(parent, *failure);
   return !failure;
 }
 
-bool SaveLibraryOrAsk(const Globals& globals, UserPrompts& prompts, QWidget* window) {
+bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
   auto failure = FailureToSave(globals);
   if (!failure) return true;
   failure->Text +=

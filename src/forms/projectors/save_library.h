@@ -9,10 +9,10 @@ struct Globals;
 class UserPrompts;
 
 // False when that failed, which the user has been told.
-bool SaveLibrary(const Globals& globals, UserPrompts& prompts, QWidget* parent);
+bool SaveLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent);
 
 // For a window that is about to close: when saving fails, the user says whether it closes all the same. True
 // when it may.
-bool SaveLibraryOrAsk(const Globals& globals, UserPrompts& prompts, QWidget* window);
+bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window);
 
 }  // namespace qdm

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "forms/shared/globals.h"
+#include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "support/dialog_script.h"
 #include "support/distinct_projector.h"
@@ -50,7 +51,7 @@ class LibraryFixture : public testing::Test {
   // Saving fails from here on: a folder that is not empty stands where the temporary file goes.
   void BlockSaving() { std::filesystem::create_directories(files_.Temporary / "in the way"); }
   void UnblockSaving() { std::filesystem::remove_all(files_.Temporary); }
-  void SaveLibrary() { SaveProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase); }
+  void SaveLibrary() { WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase); }
 
   static DialogScript::Step Types(const char* manufacturer, const char* model, const char* button = "Done") {
     return [=](QWidget& dialog) {

@@ -1,0 +1,42 @@
+#include "projectors/library_lock.h"
+
+#include "base/file_access.h"
+
+#include <thread>
+
+namespace qdm {
+namespace {
+
+constexpr LibraryPatience::Milliseconds kBetweenTries{20};
+constexpr LibraryPatience::Milliseconds kLongestWait{10'000};
+
+FileLock Acquired(const ProjectorFiles& paths, const LibraryPatience& patience) {
+  LibraryPatience::Milliseconds waited{0};
+  for (;;) {
+    if (std::optional<FileLock> lock = FileLock::Try(paths.Lock)) return std::move(*lock);
+    const std::string owner = FileLock::OwnerOf(paths.Lock);
+    if (!patience.KeepWaiting(owner, waited)) {
+      throw FileError(paths.Library, "write", "in use by " + (owner.empty() ? "another program" : owner));
+    }
+    patience.Pause(kBetweenTries);
+    waited += kBetweenTries;
+  }
+}
+
+}  // namespace
+
+LibraryPatience::LibraryPatience()
+    : Pause([](Milliseconds time) { std::this_thread::sleep_for(time); }),
+      KeepWaiting([](const std::string&, Milliseconds waited) { return waited < kLongestWait; }) {}
+
+LibraryLock::LibraryLock(const ProjectorFiles& paths, const LibraryPatience& patience)
+    : lock_([&] {
+        try {
+          return Acquired(paths, patience);
+        } catch (const FileError& error) {
+          // The user knows the library, not its lock.
+          throw FileError(paths.Library, "write", error.Reason(), error.Code());
+        }
+      }()) {}
+
+}  // namespace qdm
