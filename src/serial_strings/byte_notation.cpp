@@ -66,13 +66,17 @@ struct OtherName {
   std::uint8_t Value;
   ByteKind Kind;
 };
-constexpr OtherName kOtherNames[] = {{u"NULL", 0, ByteKind::CNT},
-                                     {u"TAB", 9, ByteKind::CNT},
-                                     {u"SP", 32, ByteKind::ASC},
-                                     {u"SPACE", 32, ByteKind::ASC},
-                                     {u"DEL", 127, ByteKind::HEX}};
+constexpr OtherName kOtherNames[] = {
+    {u"NULL", 0, ByteKind::CNT},       {u"TAB", 9, ByteKind::CNT},
+    {u"SP", 32, ByteKind::ASC},        {u"SPACE", 32, ByteKind::ASC},
+    {u"DEL", 127, ByteKind::HEX},      {u"ENTER", 13, ByteKind::CNT},
+    {u"RETURN", 13, ByteKind::CNT},    {u"CARRIAGE RETURN", 13, ByteKind::CNT},
+    {u"LINE FEED", 10, ByteKind::CNT}, {u"LINEFEED", 10, ByteKind::CNT},
+    {u"NL", 10, ByteKind::CNT},        {u"ESCAPE", 27, ByteKind::CNT},
+    {u"VBCR", 13, ByteKind::CNT},      {u"VBLF", 10, ByteKind::CNT},
+    {u"VBTAB", 9, ByteKind::CNT}};
 
-constexpr std::size_t kLongestName = 5;
+constexpr std::size_t kLongestName = 15;
 
 bool SameText(std::string_view name, Text text) {
   return std::equal(name.begin(), name.end(), text.begin(), text.end(),
@@ -98,7 +102,8 @@ std::optional<NotedByte> ReadNumber(Text text, Unmarked unmarked) {
     if (const auto byte = ReadAs(all.substr(prefix.Letters.size()), prefix.Numbers)) return byte;
   }
   if (all.ends_with(u'H')) return ReadAs(all.substr(0, all.size() - 1), kHexadecimal);
-  if (unmarked != Unmarked::Decimal) {
+  if (unmarked == Unmarked::Binary && all.size() == 8) return Noted(Number(all, 2, 8), ByteKind::BIN, false);
+  if (unmarked == Unmarked::Hexadecimal || unmarked == Unmarked::HexadecimalAfterNames) {
     if (const auto byte = Noted(Number(all, 16, 2), ByteKind::HEX, false)) return byte;
   }
   for (const Mark& suffix : kSuffixes) {

@@ -15,8 +15,8 @@ struct NotedByte {
   bool Marked = false;  // the notation itself says what it is; "10" and "STX" could be text
 };
 
-// What digits without a mark are, and whether "FF" is a form feed or 255.
-enum class Unmarked { Hexadecimal, HexadecimalAfterNames, Decimal };
+// What digits without a mark are, and whether "FF" is a form feed or 255. Binary ones are eight.
+enum class Unmarked { Hexadecimal, HexadecimalAfterNames, Decimal, Binary };
 
 std::optional<NotedByte> ReadNumber(std::u16string_view text, Unmarked unmarked);
 // The names of the control codes and a few others ("SP", "TAB", "DEL"), in either case.

@@ -1,7 +1,10 @@
 #include "serial_strings/text_parser.h"
 
 #include "base/code_page.h"
-#include "serial_strings/byte_notation.h"
+#include "serial_strings/byte_list.h"
+#include "serial_strings/coded_text.h"
+#include "serial_strings/folded_text.h"
+#include "serial_strings/text_parts.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,62 +15,31 @@ namespace {
 
 using Text = std::u16string_view;
 
-// 32 bytes in any notation, generously spaced, are shorter.
+// 32 bytes in any notation, generously spaced and with a label, are shorter.
 constexpr std::size_t kLongestText = 1000;
-// The longest name or number between brackets.
-constexpr std::size_t kLongestBracket = 8;
-
-std::string Quoted(Text text) {
-  constexpr std::size_t kShown = 20;
-  return '"' + ToUtf8(text.substr(0, kShown)) + (text.size() > kShown ? "..." : "") + '"';
-}
-
-// One way to read the text, being tried.
-struct Attempt {
-  SerialString String;
-  std::optional<TextProblem> Problem;  // the first; the reading has failed then
-  int Marks = 0;                       // notations that say what they are: what makes the reading likely
-  bool Meant = false;                  // the text looks like this way: its problem is worth telling
-
-  void Fail(std::size_t at, std::string why) {
-    if (!Problem) Problem = {at, std::move(why)};
-  }
-
-  void Add(std::size_t at, std::uint8_t value, ByteKind kind) {
-    if (Problem) return;
-    if (String.BytesInUse() == kMaximumStringBytes) return Fail(at, "more than 32 bytes");
-    const auto place = static_cast<std::size_t>(String.Count++);
-    String.Values[place] = value;
-    String.Kinds[place] = static_cast<std::uint8_t>(kind);
-  }
-  void Add(std::size_t at, const NotedByte& byte) { Add(at, byte.Value, byte.Kind); }
-
-  void AddCharacter(std::size_t at, char16_t character) {
-    if (Problem) return;
-    if (character < 32) {
-      return Fail(at, "a control character (" + HexByte(static_cast<std::int16_t>(character)) + "h)");
-    }
-    const auto byte = ByteOf(character);
-    if (!byte) return Fail(at, "the character has no code of one byte");
-    Add(at, *byte, ByteKind::ASC);
-  }
-};
 
 Attempt ReadCharacters(Text text) {
   Attempt attempt;
-  for (std::size_t i = 0; i < text.size(); ++i) attempt.AddCharacter(i, text[i]);
+  attempt.AddCharacters(0, text);
   return attempt;
 }
 
-// The compact text. A comma separates where one of its neighbours is no character; between characters it is
-// a character.
-Attempt ReadCompact(Text text) {
-  Attempt attempt;
+// ---- the compact text ----
+
+struct CompactReading {
+  Attempt Read;
+  int Marks = 0;
+};
+
+// A comma separates where one of its neighbours is no character; between characters it is a character.
+CompactReading ReadCompact(Text text) {
+  CompactReading compact;
+  Attempt& attempt = compact.Read;
   std::optional<std::size_t> runStart;
   const auto closeRun = [&](std::size_t end) {
     if (!runStart) return;
     if (*runStart == end) attempt.Fail(end, "nothing beside the comma");
-    for (std::size_t i = *runStart; i < end; ++i) attempt.AddCharacter(i, text[i]);
+    attempt.AddCharacters(*runStart, text.substr(*runStart, end - *runStart));
     runStart.reset();
   };
   for (std::size_t start = 0; start <= text.size();) {
@@ -76,7 +48,7 @@ Attempt ReadCompact(Text text) {
     if (const auto byte = ReadCompactByte(piece)) {
       closeRun(start == 0 ? 0 : start - 1);
       attempt.Add(start, *byte);
-      ++attempt.Marks;
+      ++compact.Marks;
     } else {
       if (piece == u"ERRORc") {
         attempt.Fail(start, "\"ERRORc\" stands for a control code without a name");
@@ -87,222 +59,8 @@ Attempt ReadCompact(Text text) {
     start = end + 1;
   }
   closeRun(text.size());
-  return attempt;
+  return compact;
 }
-
-// ---- characters with escapes ----
-
-struct Escape {
-  char16_t Letter;
-  std::uint8_t Value;
-  ByteKind Kind;
-};
-constexpr Escape kEscapes[] = {
-    {u'a', 7, ByteKind::CNT},   {u'b', 8, ByteKind::CNT},     {u't', 9, ByteKind::CNT},
-    {u'n', 10, ByteKind::CNT},  {u'v', 11, ByteKind::CNT},    {u'f', 12, ByteKind::CNT},
-    {u'r', 13, ByteKind::CNT},  {u'e', 27, ByteKind::CNT},    {u'\\', '\\', ByteKind::ASC},
-    {u'"', '"', ByteKind::ASC}, {u'\'', '\'', ByteKind::ASC}, {u'?', '?', ByteKind::ASC},
-};
-
-bool IsOctal(char16_t c) { return c >= u'0' && c <= u'7'; }
-
-// A run of digits from `at` on, at most `room`.
-std::size_t EndOfDigits(Text text, std::size_t at, std::size_t room, bool (*isDigit)(char16_t)) {
-  const std::size_t limit = std::min(text.size(), at + room);
-  while (at < limit && isDigit(text[at])) ++at;
-  return at;
-}
-
-// The escape whose backslash is at `at`; gives the place behind it.
-std::size_t ReadEscape(Text text, std::size_t at, std::size_t origin, Attempt& attempt) {
-  const Text letter = text.substr(at + 1, 1);
-  const auto isHexadecimal = [](char16_t c) {
-    return ReadNumber({&c, 1}, Unmarked::Hexadecimal).has_value();
-  };
-  attempt.Meant = true;
-  if (letter == u"x") {
-    const std::size_t end = EndOfDigits(text, at + 2, 2, isHexadecimal);
-    const auto byte = ReadNumber(text.substr(at + 2, end - at - 2), Unmarked::Hexadecimal);
-    if (!byte) attempt.Fail(origin + at, "\"\\x\" needs one or two hexadecimal digits");
-    if (byte) attempt.Add(origin + at, *byte);
-    return end;
-  }
-  if (!letter.empty() && IsOctal(letter[0])) {
-    const std::size_t end = EndOfDigits(text, at + 1, 3, IsOctal);
-    int value = 0;
-    for (std::size_t i = at + 1; i < end; ++i) value = value * 8 + (text[i] - u'0');
-    if (value > 255) attempt.Fail(origin + at, Quoted(text.substr(at, end - at)) + " is more than 255");
-    attempt.Add(origin + at, static_cast<std::uint8_t>(value & 0xFF), ByteKind::HEX);
-    return end;
-  }
-  for (const Escape& escape : kEscapes) {
-    if (letter != Text(&escape.Letter, 1)) continue;
-    attempt.Add(origin + at, escape.Value, escape.Kind);
-    return at + 2;
-  }
-  attempt.Fail(origin + at, Quoted(text.substr(at, 2)) + " is not an escape");
-  return at + 1 + letter.size();
-}
-
-struct Bracketed {
-  NotedByte Byte;
-  std::size_t End;  // behind the closing bracket
-};
-
-// "<CR>", "[CR]", "{CR}", "<0D>". Square and curly brackets are usual around other numbers.
-std::optional<Bracketed> ReadBracket(Text text, std::size_t at, Unmarked unmarked) {
-  constexpr Text kOpening = u"<[{";
-  constexpr Text kClosing = u">]}";
-  const std::size_t which = kOpening.find(text[at]);
-  if (which == Text::npos) return std::nullopt;
-  const std::size_t end = text.substr(0, at + kLongestBracket + 2).find(kClosing[which], at);
-  if (end == Text::npos) return std::nullopt;
-  const Text inner = text.substr(at + 1, end - at - 1);
-  const auto byte = which == 0 ? ReadByte(inner, unmarked) : ReadCodeName(inner);
-  if (!byte) return std::nullopt;
-  return Bracketed{*byte, end + 1};
-}
-
-void AddEscapedText(Text text, std::size_t origin, Unmarked unmarked, Attempt& attempt) {
-  for (std::size_t at = 0; at < text.size();) {
-    if (text[at] == u'\\') {
-      at = ReadEscape(text, at, origin, attempt);
-      ++attempt.Marks;
-    } else if (const auto bracketed = ReadBracket(text, at, unmarked)) {
-      attempt.Add(origin + at, bracketed->Byte);
-      at = bracketed->End;
-      ++attempt.Marks;
-    } else {
-      attempt.AddCharacter(origin + at, text[at]);
-      ++at;
-    }
-  }
-}
-
-Attempt ReadEscapes(Text text, Unmarked unmarked) {
-  Attempt attempt;
-  AddEscapedText(text, 0, unmarked, attempt);
-  return attempt;
-}
-
-// ---- bytes one by one ----
-
-bool IsBlank(char16_t c) { return c == u' ' || (c >= 9 && c <= 13) || c == 0xA0; }
-bool IsComma(char16_t c) { return c == u',' || c == u';'; }
-bool IsQuotationMark(char16_t c) { return c == u'"' || c == u'\''; }
-
-struct ByteList {
-  Attempt Read;
-  std::size_t Items = 0;
-  std::size_t Bytes = 0;  // items that are bytes
-};
-
-// A text in quotation marks, opened at `at`; gives the place behind it.
-std::size_t ReadQuotation(Text text, std::size_t at, ByteList& list) {
-  std::size_t end = at + 1;
-  while (end < text.size() && text[end] != text[at]) end += text[end] == u'\\' ? 2U : 1U;
-  if (end >= text.size()) {
-    list.Read.Fail(at, "the quotation mark is not closed");
-    return text.size();
-  }
-  AddEscapedText(text.substr(at + 1, end - at - 1), at + 1, Unmarked::HexadecimalAfterNames, list.Read);
-  ++list.Read.Marks;
-  ++list.Bytes;
-  return end + 1;
-}
-
-std::size_t ReadItem(Text text, std::size_t at, Unmarked unmarked, ByteList& list) {
-  std::size_t end = at;
-  while (end < text.size() && !IsBlank(text[end]) && !IsComma(text[end])) ++end;
-  const Text item = text.substr(at, end - at);
-  std::optional<NotedByte> byte = ReadByte(item, unmarked);
-  const Unmarked inBrackets = unmarked == Unmarked::Hexadecimal ? Unmarked::HexadecimalAfterNames : unmarked;
-  if (const auto bracketed = ReadBracket(text, at, inBrackets); bracketed && bracketed->End == end) {
-    byte = bracketed->Byte;
-    byte->Marked = true;
-  }
-  if (!byte) {
-    if (!list.Read.Problem) list.Read.Fail(at, Quoted(item) + " is not a byte");
-    return end;
-  }
-  list.Read.Add(at, *byte);
-  list.Read.Marks += byte->Marked ? 1 : 0;
-  ++list.Bytes;
-  return end;
-}
-
-ByteList ReadList(Text text, Unmarked unmarked) {
-  ByteList list;
-  bool afterComma = true;  // or at the beginning
-  for (std::size_t at = 0; at < text.size();) {
-    if (IsBlank(text[at])) {
-      ++at;
-    } else if (IsComma(text[at])) {
-      if (afterComma) list.Read.Fail(at, "nothing before the comma");
-      afterComma = true;
-      ++at;
-    } else {
-      ++list.Items;
-      afterComma = false;
-      at = IsQuotationMark(text[at]) ? ReadQuotation(text, at, list) : ReadItem(text, at, unmarked, list);
-      const bool apart = at >= text.size() || IsBlank(text[at]) || IsComma(text[at]);
-      if (!apart) list.Read.Fail(at, "a blank or a comma is missing");
-    }
-  }
-  const bool mostlyBytes = list.Bytes >= 2 && 2 * list.Bytes >= list.Items;
-  list.Read.Meant = list.Read.Marks > 0 || mostlyBytes;
-  return list;
-}
-
-// A single word without a mark is a byte only when it is one or two digits.
-bool IsList(const ByteList& list, Text text) {
-  if (list.Read.Problem || list.Read.String.Count == 0) return false;
-  const auto first = static_cast<ByteKind>(list.Read.String.Kinds[0]);
-  const bool isNumber = first == ByteKind::HEX || first == ByteKind::DEC;
-  return list.Items > 1 || list.Read.Marks > 0 || (isNumber && text.size() <= 2);
-}
-
-// ---- all of them ----
-
-bool SameBytes(const SerialString& a, const SerialString& b) {
-  const auto isSpecial = [](std::uint8_t kind) { return kind >= static_cast<std::uint8_t>(ByteKind::VAR); };
-  if (a.Count != b.Count) return false;
-  for (std::size_t i = 0; i < a.BytesInUse(); ++i) {
-    const bool special = isSpecial(a.Kinds[i]) || isSpecial(b.Kinds[i]);
-    if (a.Values[i] != b.Values[i] || (special && a.Kinds[i] != b.Kinds[i])) return false;
-  }
-  return true;
-}
-
-class Readings {
- public:
-  void Offer(const char* as, const Attempt& attempt) {
-    if (attempt.Problem) {
-      if (attempt.Meant && !problem_) problem_ = attempt.Problem;
-      return;
-    }
-    const auto same = [&](const TextReading& other) { return SameBytes(other.String, attempt.String); };
-    if (std::none_of(readings_.begin(), readings_.end(), same)) readings_.push_back({as, attempt.String});
-  }
-  bool Empty() const { return readings_.empty(); }
-  std::vector<TextReading> Take() { return std::move(readings_); }
-  const std::optional<TextProblem>& Problem() const { return problem_; }
-
- private:
-  std::vector<TextReading> readings_;
-  std::optional<TextProblem> problem_;
-};
-
-struct ListWay {
-  Unmarked Digits;
-  const char* As;
-};
-constexpr ListWay kListWays[] = {{Unmarked::Hexadecimal, "bytes in hexadecimal"},
-                                 {Unmarked::Decimal, "bytes in decimal"},
-                                 {Unmarked::HexadecimalAfterNames, "control codes and bytes"}};
-constexpr ListWay kEscapeWays[] = {{Unmarked::HexadecimalAfterNames, "characters and codes"},
-                                   {Unmarked::Hexadecimal, "characters and hexadecimal codes"},
-                                   {Unmarked::Decimal, "characters and decimal codes"}};
 
 // Names and numbers that only the display writes in this way.
 bool HasDisplayOnlyMarks(Text text) {
@@ -315,59 +73,351 @@ bool HasDisplayOnlyMarks(Text text) {
   return false;
 }
 
-bool HasCharacters(const SerialString& string) {
+bool HasKind(const SerialString& string, ByteKind kind) {
   const auto end = string.Kinds.begin() + static_cast<std::ptrdiff_t>(string.BytesInUse());
-  return std::find(string.Kinds.begin(), end, static_cast<std::uint8_t>(ByteKind::ASC)) != end;
+  return std::find(string.Kinds.begin(), end, static_cast<std::uint8_t>(kind)) != end;
 }
 
-void OfferLists(Text text, Readings& readings) {
-  for (const ListWay& way : kListWays) {
-    const ByteList list = ReadList(text, way.Digits);
-    if (IsList(list, text) || (list.Read.Problem && list.Read.Meant)) readings.Offer(way.As, list.Read);
+bool HasCharacters(const SerialString& string) { return HasKind(string, ByteKind::ASC); }
+
+// ---- one line in every way ----
+
+struct Way {
+  Unmarked Digits;
+  const char* As;
+};
+constexpr Way kListWays[] = {{Unmarked::Hexadecimal, "bytes in hexadecimal"},
+                             {Unmarked::Decimal, "bytes in decimal"},
+                             {Unmarked::HexadecimalAfterNames, "control codes and bytes"},
+                             {Unmarked::Binary, "bytes in binary"}};
+constexpr Way kCodedWays[] = {{Unmarked::HexadecimalAfterNames, "characters and codes"},
+                              {Unmarked::Hexadecimal, "characters and hexadecimal codes"},
+                              {Unmarked::Decimal, "characters and decimal codes"}};
+
+bool IsWordAlone(Text text) { return !text.empty() && EndOfWord(text, 0) == text.size(); }
+
+// "2 80 79": numbers of one digit beside longer ones are rarely hexadecimal.
+bool LooksDecimal(Text text) {
+  bool one = false;
+  bool more = false;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (!IsWordPart(text[at])) continue;
+    const std::size_t end = EndOfWord(text, at);
+    if (!std::all_of(text.begin() + static_cast<std::ptrdiff_t>(at),
+                     text.begin() + static_cast<std::ptrdiff_t>(end), IsDigit)) {
+      return false;
+    }
+    (end - at == 1 ? one : more) = true;
+    at = end;
+  }
+  return one && more;
+}
+
+// Reads one piece of text; positions of problems are counted from its beginning.
+class Reader {
+ public:
+  Reader(Text text, std::optional<Unmarked> base) : text_(text), base_(base) {}
+
+  // True when the text can only be meant in the one way that was found.
+  bool Certain() const { return certain_; }
+  std::vector<TextReading> Take() { return std::move(readings_); }
+  const std::optional<TextProblem>& Problem() const { return problem_; }
+
+  void Read() {
+    if (IsCertain()) return;
+    ReadCoded();
+    const CompactReading compact = ReadCompact(text_);
+    // "02,00,0Dh" is rather a list than the characters "02,00" and a byte; "12,CRc" is what the display
+    // writes.
+    const bool isCompact = compact.Marks > 0;
+    const bool compactFirst =
+        isCompact && (HasDisplayOnlyMarks(text_) || !HasCharacters(compact.Read.String));
+    const Attempt characters = ReadCharacters(text_);
+    if (compactFirst) Offer("compact text", compact.Read);
+    if (!base_ && CharactersComeFirst()) Offer("characters", characters);
+    OfferLists();
+    if (isCompact || compact.Read.Meant) Offer("compact text", compact.Read);
+    if (!isCompact) OfferCoded();
+    const bool structured = std::any_of(readings_.begin(), readings_.end(), [](const TextReading& reading) {
+      return reading.As != "characters";
+    });
+    if (structured) problem_.reset();
+    Offer("characters", characters);
+    OfferWithoutTabs();
+    OfferJoinedLetters();
+    if (readings_.empty() && !problem_) problem_ = characters.Problem;
+    MarkDoubtful();
+  }
+
+ private:
+  struct Candidate {
+    const char* As;
+    CodedReading Coded;
+  };
+
+  void Offer(const std::string& as, const Attempt& attempt) {
+    if (attempt.Problem) {
+      if (attempt.Meant && !problem_) problem_ = attempt.Problem;
+      return;
+    }
+    if (attempt.String.Count == 0) return;
+    const auto same = [&](const TextReading& other) { return SameBytes(other.String, attempt.String); };
+    if (std::none_of(readings_.begin(), readings_.end(), same)) readings_.push_back({as, attempt.String});
+  }
+
+  bool IsCertain() {
+    const bool isLoneSuffix = IsWordAlone(text_) && !text_.starts_with(u"0x") && !text_.starts_with(u"0X");
+    if (isLoneSuffix) return false;
+    const ByteList list = ReadByteList(text_, Unmarked::Hexadecimal);
+    certain_ = IsByteList(list, text_) && list.Certain == list.Items;
+    if (certain_) {
+      Offer(kListWays[0].As, list.Read);
+      return true;
+    }
+    const auto coded = ReadCodedText(text_, Unmarked::HexadecimalAfterNames);
+    const auto same = [&coded](const CodedReading& reading) {
+      return reading.Certain && !reading.Read.Problem &&
+             SameBytes(reading.Read.String, coded.front().Read.String);
+    };
+    const bool isCompact = ReadCompact(text_).Marks > 0;
+    certain_ = !coded.empty() && !isCompact && std::all_of(coded.begin(), coded.end(), same) && !IsQuoted();
+    if (!certain_) return false;
+    Offer(kCodedWays[0].As, coded.front().Read);
+    // The codes are certain, what stands between them may be a placeholder.
+    MarkDoubtful();
+    return true;
+  }
+
+  // "\"PON\\r\"": the quotation marks are hardly the command's.
+  bool IsQuoted() const { return text_.find_first_of(u"\"'") != Text::npos; }
+
+  // "10" and "1000" are rather characters; "FACE" is a word.
+  bool CharactersComeFirst() const {
+    if (!IsWordAlone(text_)) return HasUnlikelyCodes();
+    constexpr std::size_t kLongestNumber = 6;
+    const bool digits = std::all_of(text_.begin(), text_.end(), IsDigit);
+    const bool letters = std::all_of(text_.begin(), text_.end(), IsLetter);
+    if (text_.size() <= 2) return ReadNumber(text_, Unmarked::Hexadecimal).has_value();
+    return letters || (digits && text_.size() <= kLongestNumber);
+  }
+
+  // "%1AVMT 31", "VOL(10)": what could be a code is none that commands have.
+  bool HasUnlikelyCodes() const {
+    const ByteList list = ReadByteList(text_, Unmarked::Hexadecimal);
+    if (IsByteList(list, text_)) return false;
+    return !coded_.empty() && coded_.front().Coded.Doubts >= 2;
+  }
+
+  void OfferLists() {
+    std::vector<Way> ways;
+    for (const Way& way : kListWays) {
+      if (!base_ || way.Digits == *base_ || way.Digits == Unmarked::HexadecimalAfterNames)
+        ways.push_back(way);
+    }
+    if (!base_ && LooksDecimal(text_)) std::swap(ways[0], ways[1]);
+    const ByteList binary = ReadByteList(text_, Unmarked::Binary);
+    const bool isBinary = IsByteList(binary, text_) && HasKind(binary.Read.String, ByteKind::BIN);
+    if (isBinary && !base_) std::rotate(ways.begin(), ways.end() - 1, ways.end());
+    for (const Way& way : ways) {
+      const ByteList list = ReadByteList(text_, way.Digits);
+      const bool failed = list.Read.Problem && list.Read.Meant;
+      const char* letters = list.Misread ? ", the letter O or l as a digit" : "";
+      if (IsByteList(list, text_) || failed) Offer(std::string(way.As) + letters, list.Read);
+    }
+  }
+
+  // The likely ones first.
+  void ReadCoded() {
+    for (const Way& way : kCodedWays) {
+      for (CodedReading& reading : ReadCodedText(text_, way.Digits))
+        coded_.push_back({way.As, std::move(reading)});
+      if (coded_.empty()) return;  // no code in any of the ways
+    }
+    std::stable_sort(coded_.begin(), coded_.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.Coded.Doubts < b.Coded.Doubts; });
+  }
+
+  void OfferCoded() {
+    constexpr std::size_t kMostReadings = 6;
+    for (const auto& [as, coded] : coded_) {
+      const char* blanks = coded.Blanks ? ", without what separates them" : "";
+      if (readings_.size() < kMostReadings) Offer(std::string(as) + blanks, coded.Read);
+    }
+  }
+
+  void OfferWithoutTabs() {
+    if (text_.find(u'\t') == Text::npos) return;
+    std::u16string blanks(text_);
+    std::replace(blanks.begin(), blanks.end(), u'\t', u' ');
+    Offer("characters, tabs as blanks", ReadCharacters(blanks));
+  }
+
+  void OfferJoinedLetters() {
+    Offer("characters, without what separates them", ReadCharacters(JoinLetters(text_)));
+  }
+
+  void MarkDoubtful() {
+    const bool failed = problem_.has_value();
+    const std::optional<TextProblem> doubt = FindDoubt(text_);
+    if (!failed && !doubt) return;
+    for (TextReading& reading : readings_) reading.Doubtful = failed || HasCharacters(reading.String);
+    if (readings_.empty() || !readings_.front().Doubtful) return;
+    if (!failed) problem_ = doubt;
+    certain_ = false;
+  }
+
+  Text text_;
+  std::optional<Unmarked> base_;
+  std::vector<Candidate> coded_;
+  bool certain_ = false;
+  std::vector<TextReading> readings_;
+  std::optional<TextProblem> problem_;
+};
+
+// ---- a line and its parts ----
+
+bool Contains(const std::vector<TextReading>& readings, const SerialString& string) {
+  return std::any_of(readings.begin(), readings.end(),
+                     [&](const TextReading& other) { return SameBytes(other.String, string); });
+}
+
+void Append(std::vector<TextReading>& readings, const TextReading& reading, Text part) {
+  if (Contains(readings, reading.String)) return;
+  readings.push_back(reading);
+  readings.back().Part = ToUtf8(part);
+}
+
+// Reads a line that has no blanks at its ends; problems count from `origin`, where the folded text begins.
+ParsedText ReadLine(Text line, const char16_t* origin) {
+  ParsedText parsed;
+  const auto shifted = [origin](std::optional<TextProblem> problem, Text of) {
+    if (problem) problem->Position += static_cast<std::size_t>(of.data() - origin);
+    return problem;
+  };
+  Reader whole(line, std::nullopt);
+  whole.Read();
+  parsed.Problem = shifted(whole.Problem(), line);
+  const bool certain = whole.Certain();
+  std::vector<TextReading> readings = whole.Take();
+  const auto parts = FindParts(line);
+  if (parts.empty()) {
+    parsed.Readings = std::move(readings);
+    return parsed;
+  }
+  // A part is a guess, so the whole line stands second, where it can be read.
+  std::vector<TextReading> rest;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    Reader reader(parts[i].Content, parts[i].Base);
+    reader.Read();
+    if (i == 0) parsed.Problem = shifted(reader.Problem(), parts[i].Content);
+    const std::vector<TextReading> ofPart = reader.Take();
+    for (std::size_t r = 0; r < ofPart.size(); ++r) {
+      Append(r == 0 && i == 0 ? parsed.Readings : rest, ofPart[r], parts[i].Content);
+    }
+  }
+  if (!readings.empty()) Append(parsed.Readings, readings.front(), {});
+  for (const TextReading& reading : rest) {
+    if (!Contains(parsed.Readings, reading.String)) parsed.Readings.push_back(reading);
+  }
+  for (const TextReading& reading : readings) Append(parsed.Readings, reading, {});
+  if (parsed.Readings.size() > 1 || !certain) {
+    parsed.Notes.emplace_back("what stands beside the command was left out");
+  }
+  return parsed;
+}
+
+// Blanks at an end are copied by accident more often than meant.
+void OfferOuterBlanks(Text line, ParsedText& parsed) {
+  const Text trimmed = TrimSpace(line);
+  if (trimmed.size() == line.size()) return;
+  Reader reader(line, std::nullopt);
+  reader.Read();
+  const std::vector<TextReading> withBlanks = reader.Take();
+  if (parsed.Readings.empty()) {  // " ,CRc"
+    parsed.Readings = withBlanks;
+    return;
+  }
+  const SerialString& first = parsed.Readings.front().String;
+  const auto isCharacter = [&first](std::size_t i) {
+    return first.Kinds[i] == static_cast<std::uint8_t>(ByteKind::ASC);
+  };
+  const bool front = trimmed.data() != line.data() && isCharacter(0);
+  const bool back =
+      trimmed.data() + trimmed.size() != line.data() + line.size() && isCharacter(first.BytesInUse() - 1);
+  // A blank beside a comma is a byte in the compact text.
+  const bool besideComma = trimmed.starts_with(u',') || trimmed.ends_with(u',');
+  if (!front && !back && !besideComma) return;
+  parsed.Notes.emplace_back("blanks at the ends were left out");
+  bool second = parsed.Readings.front().Part.empty();
+  for (const TextReading& reading : withBlanks) {
+    if (Contains(parsed.Readings, reading.String)) continue;
+    const auto place = second ? parsed.Readings.begin() + 1 : parsed.Readings.end();
+    parsed.Readings.insert(place, reading)->As += ", with the blanks at the ends";
+    second = false;
   }
 }
 
-void OfferEscapes(Text text, Readings& readings) {
-  if (text.find_first_of(u"\\<[{") == Text::npos) return;
-  for (const ListWay& way : kEscapeWays) {
-    const Attempt attempt = ReadEscapes(text, way.Digits);
-    if (attempt.Marks > 0) readings.Offer(way.As, attempt);
-  }
+// Blanks alone are hardly a command, but a definition may hold them.
+ParsedText ReadBlanks(Text text) {
+  ParsedText parsed;
+  parsed.Problem = TextProblem{0, "there is nothing but blanks"};
+  const Attempt characters = ReadCharacters(text);
+  if (!characters.Problem) parsed.Readings.push_back({"characters", characters.String, {}, true});
+  return parsed;
 }
 
-Text WithoutLineEnd(Text text) {
-  if (text.ends_with(u'\n')) text.remove_suffix(1);
-  if (text.ends_with(u'\r')) text.remove_suffix(1);
-  return text;
+// One line is one command; bytes in lines of their own may be one.
+ParsedText ReadLines(const std::vector<Text>& lines, Text text) {
+  constexpr std::size_t kMostLines = 8;
+  ParsedText parsed;
+  for (std::size_t i = 0; i < std::min(lines.size(), kMostLines); ++i) {
+    const ParsedText line = ReadLine(TrimSpace(lines[i]), text.data());
+    if (i == 0) parsed.Problem = line.Problem;
+    if (!line.Readings.empty()) Append(parsed.Readings, line.Readings.front(), TrimSpace(lines[i]));
+  }
+  const ByteList joined = ReadByteList(text, Unmarked::Hexadecimal);
+  if (IsByteList(joined, text) && !Contains(parsed.Readings, joined.Read.String)) {
+    const bool column = joined.Items == lines.size();
+    parsed.Readings.insert(column ? parsed.Readings.begin() : parsed.Readings.end(),
+                           {"bytes in hexadecimal, all lines", joined.Read.String, {}, false});
+  }
+  if (!parsed.Readings.empty()) parsed.Problem.reset();
+  parsed.Notes.emplace_back("the text has several lines, and one line is one command");
+  return parsed;
 }
 
 }  // namespace
 
-ParsedText ParseSerialText(Text wholeText) {
-  const Text text = WithoutLineEnd(wholeText);  // of a line that was copied whole
-  if (text.empty()) return {{}, TextProblem{0, "there is no text"}};
-  if (text.size() > kLongestText) return {{}, TextProblem{kLongestText, "more text than 32 bytes need"}};
+bool ParsedText::NeedsChoice() const {
+  if (Readings.empty()) return false;
+  return Readings.size() > 1 || Problem || !Notes.empty() || Readings.front().Doubtful;
+}
 
-  const Attempt compact = ReadCompact(text);
-  const Attempt characters = ReadCharacters(text);
-  const bool isCompact = compact.Marks > 0;
-  // "02,00,0Dh" is rather a list than the characters "02,00" and a byte; "12,CRc" is what the display writes.
-  const bool compactFirst = isCompact && (HasDisplayOnlyMarks(text) || !HasCharacters(compact.String));
+bool ParsedText::OnlyDoubtful() const {
+  return std::all_of(Readings.begin(), Readings.end(),
+                     [](const TextReading& reading) { return reading.Doubtful; });
+}
 
-  Readings readings;
-  if (compactFirst) readings.Offer("compact text", compact);
-  const bool isLoneNumber = text.size() <= 2 && ReadNumber(text, Unmarked::Hexadecimal);
-  if (isLoneNumber) readings.Offer("characters", characters);
-  OfferLists(text, readings);
-  OfferEscapes(text, readings);
-  if (isCompact || compact.Meant) readings.Offer("compact text", compact);
-  const bool structured = !readings.Empty();
-  readings.Offer("characters", characters);
+ParsedText ParseSerialText(Text text) {
+  if (text.empty()) return {{}, TextProblem{0, "there is no text"}, {}};
+  if (text.size() > kLongestText) {
+    return {{}, TextProblem{kLongestText, "more text than 32 bytes need"}, {}};
+  }
+  const FoldedText folded = FoldTypography(text);
+  const std::vector<Text> lines = SplitLines(folded.Text);
+  if (lines.empty()) return ReadBlanks(folded.Text);
 
   ParsedText parsed;
-  parsed.Problem = structured ? std::nullopt : readings.Problem();
-  parsed.Readings = readings.Take();
-  if (parsed.Readings.empty() && !parsed.Problem) parsed.Problem = characters.Problem;
+  if (lines.size() > 1) {
+    parsed = ReadLines(lines, folded.Text);
+  } else {
+    parsed = ReadLine(TrimSpace(lines.front()), folded.Text.data());
+    OfferOuterBlanks(lines.front(), parsed);
+  }
+  parsed.Notes.insert(parsed.Notes.begin(), folded.Notes.begin(), folded.Notes.end());
+  if (parsed.Problem) {
+    parsed.Problem->Position = folded.Origins[std::min(parsed.Problem->Position, folded.Origins.size() - 1)];
+  }
   if (const std::size_t hidden = text.find(u'\x7F'); hidden != Text::npos && !parsed.Problem) {
     parsed.Problem = {hidden, "the display writes every control character like this one"};
   }

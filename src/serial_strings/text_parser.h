@@ -1,8 +1,10 @@
-// Reading a string out of text that was copied somewhere: a projector's manual, a terminal, the display's own
-// compact text. Understood are bytes one by one ("02 00 0Dh", "0x02,0x0D", "<STX> 30 31 <ETX>", "\"PWR\"
-// 0D"), characters with escapes ("\x02PWR\r", "PWR ON<CR>"), the compact text ("PWR,CRc") and plain
-// characters. Text is often readable in more than one way ("10 20": bytes or characters?): every way is
-// given, the likely one first, and the user chooses. A reading never has more than 32 bytes.
+// Reading a string out of text that was copied somewhere: a projector's manual, a program, a terminal, the
+// display's own compact text. Typography is folded first, one line is one command, and every way in which the
+// line can be read is tried: bytes one by one ("02 00 0Dh", "3A-52-0D", "\"PWR\" + CR"), characters with
+// codes between them ("PWR ON<CR>", "\x02PON\x03", "^BPON^C"), the compact text ("PWR,CRc"), plain
+// characters; with and without a label or remark beside the command. Where only one thing can be meant there
+// is one reading; else every way is given, the likeliest first, and the user chooses. A reading has 1 to 32
+// bytes.
 #pragma once
 
 #include "serial_strings/serial_string.h"
@@ -18,6 +20,8 @@ namespace qdm {
 struct TextReading {
   std::string As;  // "bytes in hexadecimal", "characters"
   SerialString String;
+  std::string Part = {};  // what of the text was read (UTF-8); empty: all of it
+  bool Doubtful = false;  // it holds what stands for something else ("XX"), or looks like another notation
 };
 
 struct TextProblem {
@@ -27,12 +31,16 @@ struct TextProblem {
 
 struct ParsedText {
   std::vector<TextReading> Readings;
-  // Why the text cannot be read as what it looks like. It can stand beside readings: "02 0G" is no list of
-  // bytes, but five characters.
+  // Why the text cannot be read as what it looks like, or not be sent as it stands. It can stand beside
+  // readings: "02 0G" is no list of bytes, but five characters.
   std::optional<TextProblem> Problem;
+  // What was changed or left out: "a no-break space became a blank".
+  std::vector<std::string> Notes;
 
   // True when the first reading must not be taken without having been shown.
-  bool NeedsChoice() const { return Readings.size() > 1 || (Problem && !Readings.empty()); }
+  bool NeedsChoice() const;
+  // True when no reading should be taken without thinking.
+  bool OnlyDoubtful() const;
 };
 
 ParsedText ParseSerialText(std::u16string_view text);

@@ -44,6 +44,110 @@ TEST(TextParser, ReadsTheNotationsOfManuals) {
   for (const auto& [text, expected] : cases) EXPECT_EQ(Likely(text), expected) << text;
 }
 
+struct Notation {
+  const char* Text;
+  const char* Bytes;  // of the likely reading
+};
+
+TEST(TextParser, TakesWithoutAQuestionWhatCanBeMeantInOneWayOnly) {
+  const Notation cases[] = {
+      {"0x02,0x0D", "02 0D"},
+      {"02H 00H 0DH", "02 00 0D"},
+      {"0x3A-0x3B-0x0D", "3A 3B 0D"},
+      {"[0x02][0x0D]", "02 0D"},
+      {"PWR ON<CR>", "50 57 52 20 4F 4E 0D"},
+      {"\\x02PON\\x03", "02 50 4F 4E 03"},
+      {"PON<CR+LF>", "50 4F 4E 0D 0A"},
+      {"[STX]PON[ETX]", "02 50 4F 4E 03"},
+      {"\xE2\x90\x82PON\xE2\x90\x83", "02 50 4F 4E 03"},
+      {"%1POWR   1\\r\r\n", "25 31 50 4F 57 52 20 20 20 31 0D"},
+      {"(PWR1)", "28 50 57 52 31 29"},
+      {"PON<CR> ", "50 4F 4E 0D"},
+  };
+  for (const auto& [text, bytes] : cases) {
+    EXPECT_EQ(Readings(text), bytes) << text;
+    EXPECT_FALSE(Parse(text).NeedsChoice()) << text;
+  }
+}
+
+TEST(TextParser, AsksForTheRestTheMeantReadingFirst) {
+  const Notation cases[] = {
+      // bytes and what parts them
+      {"3A52540D", "3A 52 54 0D"},
+      {"3A.52:54-0D", "3A 52 54 0D"},
+      {"02\t00\t0D", "02 00 0D"},
+      {"x02 H00 (0Dh)", "02 00 0D"},
+      {"byte on[] = { 0x02, 0x0D };", "02 0D"},
+      {"2 80 79 78 13", "02 50 4F 4E 0D"},
+      {"254 1 200", "FE 01 C8"},
+      {"00000010 01010000", "02 50"},
+      {"x'02 50',0D", "02 50 0D"},
+      {"O2 5O OD", "02 50 0D"},
+      // codes beside characters
+      {"^BPON^C", "02 50 4F 4E 03"},
+      {"STX P O N ETX", "02 50 4F 4E 03"},
+      {"<STX> PON <ETX>", "02 50 4F 4E 03"},
+      {"PON 0x0D", "50 4F 4E 0D"},
+      {"PON(CR) (0Dh)", "50 4F 4E 0D"},
+      {"PON [0D]", "50 4F 4E 0D"},
+      {"PON<13>", "50 4F 4E 0D"},
+      {"PON\\15", "50 4F 4E 0D"},
+      {"PON + CR/LF", "50 4F 4E 0D 0A"},
+      {"VOL+<CR>", "56 4F 4C 2B 0D"},
+      {"%1AVMT 31\\r", "25 31 41 56 4D 54 20 33 31 0D"},
+      {"CHR$(2)+\"PON\" & Chr(&H0D)", "02 50 4F 4E 0D"},
+      {"\"'PON',$0D\"", "50 4F 4E 0D"},
+      {"'PON'#13", "50 4F 4E 0D"},
+      {"Send(\"PON\\r\");", "50 4F 4E 0D"},
+      // what stands beside the command
+      {"Hex: 02 10", "02 10"},
+      {"Decimal: 02 10", "02 0A"},
+      {"Power on: PON<CR>  // on", "50 4F 4E 0D"},
+      {"Power on\tPON<CR>", "50 4F 4E 0D"},
+      {"Power on 02 50 0D", "02 50 0D"},
+      {"50 4F 4E (PON)", "50 4F 4E"},
+      {"PON<CR> switches it on", "50 4F 4E 0D"},
+      {"50 0D\n51 0D", "50 0D"},
+      {"50\n0D", "50 0D"},
+      {" PON ", "50 4F 4E"},
+  };
+  for (const auto& [text, bytes] : cases) {
+    EXPECT_EQ(HexBytes(Likely(text)), bytes) << text;
+    EXPECT_TRUE(Parse(text).NeedsChoice()) << text;
+    EXPECT_FALSE(Parse(text).OnlyDoubtful()) << text;
+  }
+}
+
+TEST(TextParser, FoldsTypographyAndSaysSo) {
+  const Notation cases[] = {
+      {"02\u00a000\u200b 0D", "02 00 0D"},
+      {"02\u201300\u2013\u00ad0D", "02 00 0D"},
+      {"\u201cPON\u201d<CR>", "50 4F 4E 0D"},
+      {"\uff30\uff2f\uff2e", "50 4F 4E"},
+      {"\u041e\ufb00", "4F 66 66"},
+      {"P\u2423N&lt;CR&gt;", "50 20 4E 0D"},
+      {"0\u00d70D,0x02", "0D 02"},
+      {"\u00a5x02PON", "02 50 4F 4E"},
+  };
+  for (const auto& [text, bytes] : cases) {
+    EXPECT_EQ(HexBytes(Likely(text)), bytes) << text;
+    EXPECT_FALSE(Parse(text).Notes.empty()) << text;
+    EXPECT_TRUE(Parse(text).NeedsChoice()) << text;
+  }
+}
+
+TEST(TextParser, DoubtsWhatStandsForSomethingElse) {
+  for (const char* text :
+       {"BE EF XX XX 01", "VOL nn<CR>", "VOLn<CR>", "<STX><CMD><ETX>", "<STX>PON<ETX>CS", "~XX00 1<CR>",
+        "VOL%02d\\r", "0xAA,ID,DATA,0x0D", "PWR ON/OFF<CR>", "VOL 0-100", "PON or POFF", "02 50 ...",
+        "VOL [level]\\r", "Turn it on", "0x02 0x??", "caf\u00e9"}) {
+    EXPECT_TRUE(Parse(text).OnlyDoubtful() && Parse(text).NeedsChoice()) << text;
+  }
+  EXPECT_EQ(ProblemText(Parse("\ufb00 XX").Problem.value()),
+            "Character 3: \"XX\" seems to stand for something else.")
+      << "counted in the text as it was";
+}
+
 TEST(TextParser, GivesEveryReadingTheLikelyOneFirst) {
   EXPECT_EQ(Readings("0Dh"), "0D | 30 44 68");
   EXPECT_EQ(Readings("10"), "31 30 | 10 | 0A");
@@ -97,19 +201,21 @@ TEST(TextParser, CompactTextGivesItsStringBack) {
   }
 }
 
-// A hundred thousand texts, put together from pieces of every notation.
+// Texts put together from pieces of every notation.
 TEST(TextParser, SurvivesAnything) {
   constexpr std::u16string_view kPieces[] = {
-      u"0",    u"9",  u"F",   u"g",   u"h",        u"d",      u"b",      u"0x",
-      u"$",    u"&H", u"\\x", u"\\7", u"<",        u">",      u"[",      u"]",
-      u"<CR>", u"{",  u"STX", u"CRc", u"Variable", u"Ignore", u"ERRORc", u",",
-      u" ",    u"\t", u"\"",  u"'",   u"0Dh,",     u"€",      u"\xD800", std::u16string_view(u"\0", 1)};
+      u"0",    u"9",  u"F",   u"g",     u"h",        u"d",      u"b",      u"0x",
+      u"$",    u"&H", u"\\x", u"\\7",   u"<",        u">",      u"[",      u"]",
+      u"<CR>", u"{",  u"STX", u"CRc",   u"Variable", u"Ignore", u"ERRORc", u",",
+      u" ",    u"\t", u"\"",  u"'",     u"0Dh,",     u"€",      u"\xD800", u"(",
+      u")",    u"#",  u"^M",  u"CHR$(", u"\n",       u"–",      u"PON ",   u"|",
+      u"+",    u": ", u"XX",  u"&#",    u"%",        u"\\",     u"-",      std::u16string_view(u"\0", 1)};
   const RandomSeed seed;
   SCOPED_TRACE(seed.Text());
   std::mt19937 random(seed.Value());
   std::u16string text;
   std::size_t accepted = 0;
-  for (int i = 0; i < 100'000; ++i) {
+  for (int i = 0; i < 20'000; ++i) {
     text.clear();
     for (std::size_t pieces = random() % 10; pieces > 0; --pieces)
       text += kPieces[random() % std::size(kPieces)];
@@ -123,7 +229,7 @@ TEST(TextParser, SurvivesAnything) {
     }
     accepted += parsed.Readings.size();
   }
-  EXPECT_GT(accepted, 10'000U) << "the texts are not all nonsense";
+  EXPECT_GT(accepted, 2'000U) << "the texts are not all nonsense";
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QPushButton>
+#include <QStringList>
 
 #include "ui_text_reading_form.h"
 
@@ -39,9 +40,13 @@ void TextReadingForm::Load(const QString& text) {
     ui_->Problem->setPalette(red);
     ui_->Problem->setText(QString::fromStdString(ProblemText(*parsed_.Problem)));
   }
+  QStringList notes;
+  for (const std::string& note : parsed_.Notes) notes += QString::fromStdString(note);
+  ui_->Notes->setVisible(!notes.isEmpty());
+  ui_->Notes->setText(tr("Please note: %1.").arg(notes.join(QStringLiteral("; "))));
   for (const TextReading& reading : parsed_.Readings) {
     auto* item = new QTreeWidgetItem(ui_->Readings);
-    item->setText(kAs, QString::fromStdString(reading.As));
+    item->setText(kAs, ReadAs(reading));
     item->setText(kBytes, QString::fromStdString(HexBytes(reading.String)));
     item->setData(kString, Qt::AccessibleTextRole, QString::fromStdString(CompactText(reading.String)));
     auto* picture = new StringPicture(ui_->Readings);
@@ -51,6 +56,14 @@ void TextReadingForm::Load(const QString& text) {
   }
   for (const int column : {kAs, kBytes, kString}) ui_->Readings->resizeColumnToContents(column);
   ui_->Readings->setCurrentItem(ui_->Readings->topLevelItem(0));
+  // What probably cannot be sent is not to be pasted by pressing Enter.
+  if (parsed_.OnlyDoubtful()) ui_->CancelCommand->setDefault(true);
+}
+
+QString TextReadingForm::ReadAs(const TextReading& reading) const {
+  QString as = QString::fromStdString(reading.As);
+  if (!reading.Part.empty()) as = tr("\"%1\" as %2").arg(QString::fromStdString(reading.Part), as);
+  return reading.Doubtful ? tr("doubtful: %1").arg(as) : as;
 }
 
 const SerialString& TextReadingForm::Chosen() const {

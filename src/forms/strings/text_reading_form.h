@@ -1,5 +1,5 @@
 // Shows the ways in which a text can be read as a serial string, the bytes in hexadecimal beside each, and
-// lets the user take one.
+// lets the user take one. Where every way is doubtful, Cancel is the default.
 #pragma once
 
 #include "serial_strings/text_parser.h"
@@ -30,6 +30,7 @@ class TextReadingForm : public QDialog {
 
  private:
   void Load(const QString& text);
+  QString ReadAs(const TextReading& reading) const;
 
   std::unique_ptr<Ui::TextReadingForm> ui_;
   ParsedText parsed_;

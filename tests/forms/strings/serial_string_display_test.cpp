@@ -8,6 +8,7 @@
 #include "support/strings.h"
 
 #include <QClipboard>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTreeWidget>
@@ -112,6 +113,14 @@ TEST_F(SerialStringDisplayTest, TextFromElsewhereIsReadAndShownBeforeItIsTaken) 
     QTest::keyClick(readings, Qt::Key_Return);
   });
   EXPECT_EQ(Slot(1), String({{10, DEC}, {20, DEC}}));
+
+  QGuiApplication::clipboard()->setText(QStringLiteral("VOL\u00a0XX<CR>"));
+  WithOpened<TextReadingForm>(paste, [](TextReadingForm& form) {
+    EXPECT_THAT(form.findChild<QLabel*>(QStringLiteral("Notes"))->text().toStdString(),
+                testing::HasSubstr("a no-break space became a blank"));
+    QTest::keyClick(&form, Qt::Key_Return);
+  });
+  EXPECT_EQ(Slot(1), String({{10, DEC}, {20, DEC}})) << "Enter takes no placeholder";
 
   QGuiApplication::clipboard()->setText(QStringLiteral("A line of more than thirty-two bytes"));
   Key(Qt::Key_V, Qt::ControlModifier);
