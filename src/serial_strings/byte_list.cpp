@@ -10,13 +10,13 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr Text kTightSeparators = u"-:./|_";  // between two digits each, or with blanks on both sides
+constexpr Text kTightSeparators = u"-:./|_";  // between two digits each, with no blank or one behind
 constexpr Text kOpening = u"<[{(";
 constexpr Text kClosing = u">]})";
 
 bool IsOneOf(char16_t c, Text set) { return set.find(c) != Text::npos; }
 bool IsComma(char16_t c) { return c == u',' || c == u';'; }
-bool IsQuotationMark(char16_t c) { return c == u'"' || c == u'\''; }
+bool IsQuotationMark(char16_t c) { return c == u'"' || c == u'\'' || c == u'`'; }
 
 class ListReader {
  public:
@@ -69,7 +69,7 @@ class ListReader {
     if (!IsOneOf(text_[at], kTightSeparators) || at + 1 >= text_.size()) return false;
     const bool blankBefore = IsBlank(text_[at - 1]);
     const bool blankAfter = IsBlank(text_[at + 1]);
-    return blankBefore == blankAfter && !IsOneOf(text_[at - 1], kTightSeparators);
+    return (blankAfter || !blankBefore) && !IsOneOf(text_[at - 1], kTightSeparators);
   }
 
   std::size_t ReadItem(std::size_t at) {
@@ -125,7 +125,7 @@ class ListReader {
       return true;
     }
     return unmarked_ == Unmarked::Hexadecimal &&
-           (AddLettered(at, word) || AddMisread(at, word) || AddPacked(at, word));
+           (AddLettered(at, word) || AddSuffixed(at, word) || AddMisread(at, word) || AddPacked(at, word));
   }
 
   // "x0D", "H0D": half a mark.
@@ -134,6 +134,21 @@ class ListReader {
     const auto byte = lettered ? ReadNumber(word.substr(1), Unmarked::Hexadecimal) : std::nullopt;
     if (!byte) return false;
     list_.Read.Add(at, *byte);
+    Count(true, false);
+    return true;
+  }
+
+  // "02h50h0Dh".
+  bool AddSuffixed(std::size_t at, Text word) {
+    constexpr std::size_t kLength = 3;
+    if (word.size() < 2 * kLength || word.size() % kLength != 0) return false;
+    for (std::size_t i = 0; i < word.size(); i += kLength) {
+      const bool suffix = (word[i + 2] | 0x20) == u'h';
+      if (!suffix || !IsHexDigit(word[i]) || !IsHexDigit(word[i + 1])) return false;
+    }
+    for (std::size_t i = 0; i < word.size(); i += kLength) {
+      list_.Read.Add(at + i, *ReadNumber(word.substr(i, 2), Unmarked::Hexadecimal));
+    }
     Count(true, false);
     return true;
   }

@@ -32,7 +32,7 @@ bool IsRepeated(Text text, std::size_t at, std::size_t end) {
   const char16_t c = text[at];
   if (c == u'X' || c == u'x' || c == u'#' || c == u'*' || c == u'_' || c == u'?') return true;
   constexpr Text kLetters = u"NnYyZzDdPpVvMm";
-  if (kLetters.find(c) == Text::npos) return false;
+  if (kLetters.find(c) == Text::npos && !(IsLower(c) && end - at > 2)) return false;
   const bool letterBefore = at > 0 && IsLetter(text[at - 1]);
   const bool letterAfter = end < text.size() && IsLetter(text[end]);
   if (IsUpper(c)) return !letterBefore && !letterAfter;
@@ -69,6 +69,7 @@ bool IsChoice(Text text, std::size_t at) {
     return IsWordPart(before) && IsWordPart(after) && !isLineEnd;
   }
   if (c == u'|') return true;
+  if (c == u',') return after == u' ' && at + 2 < text.size() && IsLetter(text[at + 2]);
   return (c == u'-' || c == u'~') && IsDigit(before) && IsDigit(after);
 }
 

@@ -189,7 +189,7 @@ class Reader {
   }
 
   // "\"PON\\r\"": the quotation marks are hardly the command's.
-  bool IsQuoted() const { return text_.find_first_of(u"\"'") != Text::npos; }
+  bool IsQuoted() const { return text_.find_first_of(u"\"'`") != Text::npos; }
 
   // "10" and "1000" are rather characters; "FACE" is a word.
   bool CharactersComeFirst() const {

@@ -245,10 +245,11 @@ std::optional<TextPart> InQuotation(Text text) {
   const Text before = text.substr(0, open);
   const Text after = text.substr(close + 1);
   if (before.empty() && after.empty()) {
-    // "'PWR',$0D" in the double quotation marks of a controller's string.
+    // "'PWR',$0D" in the double quotation marks of a controller's string; "02 50 0D".
     const Text inside = TrimSpace(text.substr(1, text.size() - 2));
     const bool holdsQuotation = inside.find_first_of(u"\"'") != Text::npos;
-    return holdsQuotation && HoldsBytes(inside) ? std::optional(TextPart{inside, {}}) : std::nullopt;
+    const bool isBytes = holdsQuotation ? HoldsBytes(inside) : HoldsManyBytes(inside);
+    return isBytes ? std::optional(TextPart{inside, {}}) : std::nullopt;
   }
   const bool isCall = !before.empty() && before.find_first_of(u"(=") != Text::npos && !HoldsBytes(text);
   const bool closed = after.find_first_not_of(u"); ") == Text::npos;
