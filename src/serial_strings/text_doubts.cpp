@@ -118,7 +118,7 @@ std::optional<TextProblem> FindSentence(Text text) {
 
 std::optional<std::string> DoubtAt(Text text, std::size_t at) {
   const char16_t c = text[at];
-  if (const auto doubt = DoubtInBrackets(text, at)) return doubt;
+  if (auto doubt = DoubtInBrackets(text, at)) return doubt;
   if (c == u'%' && IsFormat(text, at)) return StandsFor(text.substr(at, 4));
   if (text.substr(at, 2) == u"..") return "\"..\" stands for what is left out";
   if (IsChoice(text, at)) return Quoted(text.substr(at - 1, 3)) + " may be a choice";

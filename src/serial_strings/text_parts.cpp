@@ -123,7 +123,7 @@ std::optional<TextPart> AfterLabel(Text text) {
   const bool numbered = digits > 0 && digits + 2 < text.size() && IsBlank(text[digits + 1]) &&
                         (text[digits] == u'.' || text[digits] == u')');
   if (numbered) return TextPart{Slice(text, digits + 1, text.size()), std::nullopt};
-  const std::size_t prompt = text.find_first_not_of(u">");
+  const std::size_t prompt = text.find_first_not_of(u'>');
   if (prompt != Text::npos && prompt > 0 && text[prompt] == u' ') {
     return TextPart{Slice(text, prompt, text.size()), std::nullopt};
   }
