@@ -26,7 +26,9 @@ class ListReader {
     for (std::size_t at = 0; at < text_.size();) at = Step(at);
     CheckTightSeparators();
     const bool mostlyBytes = list_.Bytes >= 2 && 2 * list_.Bytes >= list_.Items;
-    list_.Read.Meant = list_.Marked > 0 || mostlyBytes;
+    const bool beginsAsByte =
+        text_.size() > 2 && text_[0] == u'0' && IsHexDigit(text_[1]) && IsBlank(text_[2]);
+    list_.Read.Meant = list_.Marked > 0 || mostlyBytes || beginsAsByte;
     return list_;
   }
 
@@ -48,7 +50,7 @@ class ListReader {
       return at + 1;
     }
     if (list_.Items > 0 && IsTightSeparator(at)) {
-      tight_ = apart_ = true;
+      list_.Tight = apart_ = true;
       return at + 1;
     }
     if (!apart_ && !joined_ && !IsOneOf(c, kOpening) && !IsQuotationMark(c) && c != u'\\' && c != u'#') {
@@ -232,7 +234,7 @@ class ListReader {
 
   // "3A-52" is a list, "1-8" a range, "VOL 1.5" a number.
   void CheckTightSeparators() {
-    if (!tight_ || unmarkedLengths_ <= 1U) return;
+    if (!list_.Tight || unmarkedLengths_ <= 1U) return;
     if (unmarked_ == Unmarked::Decimal && list_.Items >= 3) return;
     if (!list_.Packed) list_.Read.Fail(0, "bytes without a blank or comma have two digits");
   }
@@ -240,10 +242,9 @@ class ListReader {
   Text text_;
   Unmarked unmarked_;
   ByteList list_;
-  bool afterComma_ = true;  // or at the beginning
-  bool apart_ = true;       // a separator or the beginning comes before
-  bool joined_ = false;     // brackets or quotation marks come before
-  bool tight_ = false;
+  bool afterComma_ = true;        // or at the beginning
+  bool apart_ = true;             // a separator or the beginning comes before
+  bool joined_ = false;           // brackets or quotation marks come before
   unsigned unmarkedLengths_ = 0;  // bit 0: numbers of two digits, bit 1: others
 };
 

@@ -13,6 +13,7 @@ struct ByteList {
   std::size_t Marked = 0;   // items that say what they are
   std::size_t Certain = 0;  // items that no command would hold as characters
   bool Packed = false;      // pairs of digits without anything between them
+  bool Tight = false;       // "-" or the like between the bytes
   bool Misread = false;     // a letter O or l was taken for a digit
 };
 

@@ -68,6 +68,11 @@ std::optional<NotedCode> ReadBackslashDigits(Text text, std::size_t at, Unmarked
 
 std::optional<NotedCode> ReadEscape(Text text, std::size_t at, Unmarked unmarked) {
   const char16_t letter = at + 1 < text.size() ? text[at + 1] : u'\0';
+  if (text.substr(at + 1, 2) == u"0x" || text.substr(at + 1, 2) == u"0X") {
+    const std::size_t end = EndOfDigits(text, at + 3, 2, IsHexDigit);
+    const auto byte = ReadNumber(text.substr(at + 3, end - at - 3), Unmarked::Hexadecimal);
+    if (byte) return Coded(*byte, end, false);
+  }
   if (IsDigit(letter)) return ReadBackslashDigits(text, at, unmarked);
   std::size_t first = at + 2;
   std::size_t room = 0;

@@ -12,11 +12,12 @@ using Text = std::u16string_view;
 
 // Words that manuals write where something is to be filled in.
 constexpr Text kPlaceholders[] = {
-    u"CKS",   u"CHK",   u"CHKSUM", u"CHECKSUM",  u"CSUM",       u"SUM",    u"BCC",   u"LRC",     u"CRC",
-    u"CS",    u"FCS",   u"CMD",    u"COMMAND",   u"DATA",       u"ID",     u"ADDR",  u"ADDRESS", u"VALUE",
-    u"VAL",   u"LEN",   u"LENGTH", u"PARAM",     u"PARAMETER",  u"PARM",   u"ARG",   u"LEVEL",   u"N",
-    u"X",     u"N1",    u"N2",     u"X1",        u"X2",         u"P1",     u"P2",    u"D1",      u"D2",
-    u"DATA1", u"DATA2", u"EOL",    u"DELIMITER", u"TERMINATOR", u"HEADER", u"DEVICE"};
+    u"CKS",        u"CHK",    u"CHKSUM", u"CHECKSUM", u"CSUM",     u"SUM",        u"BCC",       u"LRC",
+    u"CRC",        u"CS",     u"FCS",    u"CMD",      u"COMMAND",  u"DATA",       u"ID",        u"ADDR",
+    u"ADDRESS",    u"VALUE",  u"VAL",    u"LEN",      u"LENGTH",   u"PARAM",      u"PARAMETER", u"PARM",
+    u"ARG",        u"LEVEL",  u"N",      u"X",        u"N1",       u"N2",         u"X1",        u"X2",
+    u"P1",         u"P2",     u"D1",     u"D2",       u"DATA1",    u"DATA2",      u"EOL",       u"DELIMITER",
+    u"TERMINATOR", u"HEADER", u"DEVICE", u"NONE",     u"RESERVED", u"UNSUPPORTED"};
 
 bool IsPlaceholder(Text word) {
   const std::u16string upper = UpperCase(word);
@@ -66,7 +67,8 @@ bool IsChoice(Text text, std::size_t at) {
   const char16_t c = text[at];
   if (c == u'/') {
     const bool isLineEnd = at > 1 && UpperCase(text.substr(at - 2, 5)) == u"CR/LF";
-    return IsWordPart(before) && IsWordPart(after) && !isLineEnd;
+    const bool parts = before == u' ' && after == u' ' && at > 1;
+    return parts || (IsWordPart(before) && IsWordPart(after) && !isLineEnd);
   }
   if (c == u'|') return true;
   if (c == u',') return after == u' ' && at + 2 < text.size() && IsLetter(text[at + 2]);
@@ -107,12 +109,18 @@ std::optional<std::string> DoubtAtWord(Text text, std::size_t at) {
 // Words in small letters: a sentence out of a manual rather than a command.
 std::optional<TextProblem> FindSentence(Text text) {
   std::size_t words = 0;
+  std::size_t small = 0;  // words with a small second letter
+  bool label = false;     // "Power" before other words
   for (std::size_t at = 0; at < text.size(); ++at) {
-    const bool begins = at == 0 || text[at - 1] == u' ';
-    const bool isWord = begins && EndOfWord(text, at) > at + 1;
-    if (isWord && IsLetter(text[at]) && IsLower(text[at + 1])) ++words;
+    const std::size_t end = at == 0 || text[at - 1] == u' ' ? EndOfWord(text, at) : at;
+    if (end < at + 2 || !IsLetter(text[at])) continue;
+    constexpr std::size_t kLabelLength = 4;
+    const bool isSmall = IsLower(text[at + 1]);
+    label = label || (isSmall && words == 0 && end >= at + kLabelLength);
+    ++words;
+    small += isSmall ? 1U : 0U;
   }
-  if (words < 2) return std::nullopt;
+  if (small < 2 && !(label && words > 1)) return std::nullopt;
   return TextProblem{0, "this reads like a sentence"};
 }
 

@@ -135,6 +135,10 @@ class Reader {
     const Attempt characters = ReadCharacters(text_);
     if (compactFirst) Offer("compact text", compact.Read);
     if (!base_ && CharactersComeFirst()) Offer("characters", characters);
+    // "C1<CR>" is rather characters, "<STX>50 4F<ETX>" bytes.
+    const ByteList list = ReadByteList(text_, Unmarked::Hexadecimal);
+    const bool oneUnmarked = list.Marked + 1 == list.Items && list.Marked == list.Certain;
+    if (oneUnmarked && list.Marked > 0 && !isCompact && !base_) OfferCoded();
     OfferLists();
     if (isCompact || compact.Read.Meant) Offer("compact text", compact.Read);
     if (!isCompact) OfferCoded();
@@ -169,7 +173,9 @@ class Reader {
     const bool isLoneSuffix = IsWordAlone(text_) && !text_.starts_with(u"0x") && !text_.starts_with(u"0X");
     if (isLoneSuffix) return false;
     const ByteList list = ReadByteList(text_, Unmarked::Hexadecimal);
-    certain_ = IsByteList(list, text_) && list.Certain == list.Items;
+    const bool isRange = list.Tight && list.Items == 2;  // "02h-FFh"
+    const bool isList = IsByteList(list, text_);
+    certain_ = isList && list.Certain == list.Items && !isRange;
     if (certain_) {
       Offer(kListWays[0].As, list.Read);
       return true;
@@ -180,7 +186,8 @@ class Reader {
              SameBytes(reading.Read.String, coded.front().Read.String);
     };
     const bool isCompact = ReadCompact(text_).Marks > 0;
-    certain_ = !coded.empty() && !isCompact && std::all_of(coded.begin(), coded.end(), same) && !IsQuoted();
+    certain_ = !coded.empty() && !isCompact && !isList && std::all_of(coded.begin(), coded.end(), same) &&
+               !IsQuoted();
     if (!certain_) return false;
     Offer(kCodedWays[0].As, coded.front().Read);
     // The codes are certain, what stands between them may be a placeholder.
@@ -312,7 +319,9 @@ ParsedText ReadLine(Text line, const char16_t* origin) {
     if (i == 0) parsed.Problem = shifted(reader.Problem(), parts[i].Content);
     const std::vector<TextReading> ofPart = reader.Take();
     for (std::size_t r = 0; r < ofPart.size(); ++r) {
-      Append(r == 0 && i == 0 ? parsed.Readings : rest, ofPart[r], parts[i].Content);
+      const bool otherBase = r == 1 && ofPart[r].As.starts_with("bytes");
+      const bool early = i == 0 && (r == 0 || otherBase);
+      Append(early ? parsed.Readings : rest, ofPart[r], parts[i].Content);
     }
   }
   if (!readings.empty()) Append(parsed.Readings, readings.front(), {});

@@ -111,14 +111,16 @@ bool IsLabel(Text text) {
 
 // "Power on: PON", "Power on = PON", "Power on -> PON", "1) PON", "> PON".
 std::optional<TextPart> AfterLabel(Text text) {
-  for (const Text mark : {Text(u": "), Text(u":\t"), Text(u" = "), Text(u"->"), Text(u"=>"), Text(u" - ")}) {
+  for (const Text mark :
+       {Text(u": "), Text(u":\t"), Text(u" = "), Text(u"->"), Text(u"=>"), Text(u" .."), Text(u" - ")}) {
     const std::size_t at = text.find(mark);
     if (at == Text::npos || at == 0 || !IsLabel(TrimSpace(text.substr(0, at)))) continue;
     if (mark == u" - " && !HasLower(text.substr(0, at))) continue;
-    const Text rest = Slice(text, at + mark.size(), text.size());
-    if (!rest.empty()) return TextPart{rest, std::nullopt};
+    Text rest = Slice(text, at + mark.size(), text.size());
+    while (mark == u" .." && rest.starts_with(u'.')) rest.remove_prefix(1);  // dots lead to the command
+    if (!TrimSpace(rest).empty()) return TextPart{TrimSpace(rest), std::nullopt};
   }
-  std::size_t digits = 0;
+  std::size_t digits = text.starts_with(u'(') ? 1 : 0;
   while (digits < text.size() && IsDigit(text[digits])) ++digits;
   const bool numbered = digits > 0 && digits + 2 < text.size() && IsBlank(text[digits + 1]) &&
                         (text[digits] == u'.' || text[digits] == u')');
@@ -151,6 +153,19 @@ std::optional<TextPart> BytesAfterWords(Text text) {
         list.Read.String.Count <= 2 && (values[0] == 13 || values[0] == 10 || values[0] == 3);
     const bool enough = list.Packed ? list.Read.String.Count > 2 : list.Bytes > 2 || list.Marked > 1;
     return enough && !isEnding ? std::optional(TextPart{rest, std::nullopt}) : std::nullopt;
+  }
+  return std::nullopt;
+}
+
+// "02 00 0D Power on".
+std::optional<TextPart> BytesBeforeWords(Text text) {
+  if (!IsHexDigit(text[0]) || HoldsBytes(text)) return std::nullopt;
+  for (std::size_t at = text.find(u' '); at != Text::npos; at = text.find(u' ', at + 1)) {
+    const Text before = TrimSpace(text.substr(0, at));
+    const Text after = TrimSpace(text.substr(at));
+    const bool isWord = EndOfWord(after, 0) > 2 && IsLetter(after[0]) && HasLower(after);
+    if (!isWord || !HoldsBytes(before)) continue;
+    return TextPart{before, std::nullopt};
   }
   return std::nullopt;
 }
@@ -310,9 +325,9 @@ std::vector<TextPart> FindCells(Text text) {
 std::vector<TextPart> FindParts(Text line) {
   if (line.empty()) return {};
   using Rule = std::optional<TextPart> (*)(Text);
-  constexpr Rule kRules[] = {AfterNotationLabel, BeforeNotationLabel, BeforeRemark,
-                             InBraces,           InQuotation,         AfterLabel,
-                             UpToTerminator,     BesideBrackets,      BytesAfterWords};
+  constexpr Rule kRules[] = {AfterNotationLabel, BeforeNotationLabel, BeforeRemark,   InBraces,
+                             InQuotation,        AfterLabel,          UpToTerminator, BesideBrackets,
+                             BytesAfterWords,    BytesBeforeWords};
   constexpr int kDeepest = 4;
   std::vector<TextPart> parts = FindCells(line);
   TextPart inner = parts.empty() ? TextPart{line, std::nullopt} : parts.front();
