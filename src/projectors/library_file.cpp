@@ -76,13 +76,13 @@ void Patiently(const LibraryPatience& patience, const Read& read) {
 
 // The state is taken before the bytes: what changes in between shows at the next comparison.
 void ReadLibrary(const fs::path& file, ProjectorLibrary& library) {
-  library.Clear();
   LibraryFileState state = StateOf(file, 0);
-  library.Reserve(SizeToRead(file) / kStoredProjectorSize);
-  state.Hash = ForEachDefinition(file, [&library](ProjectorDefinition& projector) {
-    if (CleanNames(projector)) library.Append(projector);
+  std::vector<ProjectorDefinition> elements;
+  elements.reserve(SizeToRead(file) / kStoredProjectorSize);
+  state.Hash = ForEachDefinition(file, [&elements](ProjectorDefinition& projector) {
+    if (CleanNames(projector)) elements.push_back(projector);
   });
-  library.MarkUnchanged(state);
+  library.Become(std::move(elements), {}, state);
 }
 
 // A save ends with library -> backup, temporary -> library. Between the two there is no library, and the
@@ -159,7 +159,6 @@ std::vector<Message> LoadWithBackup(const ProjectorFiles& files, ProjectorLibrar
     }
   }
   library.Clear();
-  library.MarkUnchanged({});
   return messages;
 }
 
@@ -213,10 +212,8 @@ std::vector<Message> LoadProjectorDatabase(const fs::path& folder, ProjectorLibr
   std::vector<Message> messages;
   if (!LoadUndisturbed(files, library)) {
     library.Clear();
-    if (NothingIsThere(files)) {
-      library.MarkUnchanged({});
-    } else {
-      // Somebody may be between his two renames.
+    // Somebody may be between his two renames.
+    if (!NothingIsThere(files)) {
       const LibraryLock lock(files, patience);
       return LoadProjectorDatabase(lock, folder, library, patience);
     }

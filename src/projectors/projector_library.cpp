@@ -67,13 +67,7 @@ void ProjectorLibrary::Insert(std::size_t index, const ProjectorDefinition& proj
   indexed_ = false;
 }
 
-void ProjectorLibrary::Clear() {
-  elements_.clear();
-  indexed_ = false;
-  counting_ = false;
-  originals_.clear();
-  fileState_ = {};
-}
+void ProjectorLibrary::Clear() { Become({}, {}, {}); }
 
 ProjectorLibrary::Group ProjectorLibrary::GroupOf(const FixedText<32>& manufacturer,
                                                   const FixedText<32>& model) const {
@@ -90,13 +84,11 @@ ProjectorLibrary::Group ProjectorLibrary::GroupOf(const FixedText<32>& manufactu
 }
 
 void ProjectorLibrary::RememberGroupOf(const ProjectorDefinition& projector) {
-  if (!counting_) return;
   const auto [original, first] = originals_.try_emplace(NameKey(projector));
   if (first) original->second = GroupOf(projector.Manufacturer, projector.Model);
 }
 
 void ProjectorLibrary::MarkUnchanged(const LibraryFileState& file) {
-  counting_ = true;
   originals_.clear();
   fileState_ = file;
 }
@@ -115,7 +107,6 @@ void ProjectorLibrary::Become(std::vector<ProjectorDefinition> elements, Origina
   elements_ = std::move(elements);
   originals_ = std::move(originals);
   fileState_ = file;
-  counting_ = true;
   indexed_ = false;
 }
 

@@ -67,13 +67,14 @@ class ProjectorLibrary {
 
   // The file that the elements came from or were last written to.
   const LibraryFileState& FileState() const { return fileState_; }
-  // From here on changes are counted: the elements are what `file` holds.
+  // The elements are what `file` holds: changes count from here on. Until then they count from an empty
+  // library.
   void MarkUnchanged(const LibraryFileState& file);
   // False also when everything was changed back.
   bool Changed() const;
   const Originals& ChangedGroups() const { return originals_; }
 
-  // What another library became of the same beginning: its elements, and the groups that differ from it.
+  // Other elements: those of `file`, but for the names in `originals`, of which the file has these.
   void Become(std::vector<ProjectorDefinition> elements, Originals originals, const LibraryFileState& file);
 
  private:
@@ -85,7 +86,6 @@ class ProjectorLibrary {
   std::vector<ProjectorDefinition> elements_;
   bool mayBeSaved_ = true;
   LibraryFileState fileState_;
-  bool counting_ = false;
   Originals originals_;
   // Open addressing: element index + 1, 0 is free; a power of two at least twice as large as the library.
   // Built at the first search after a change that it cannot follow.

@@ -38,7 +38,8 @@ class Editor : public LibraryFixture {
   // The window as the program starts it, on the library of the fixture.
   ProjectorPanelEditor& Start(const QString& commandLine = {}) {
     window_.reset();
-    WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
+    globals_.ProjectorDatabase.MarkUnchanged(
+        WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase));
     window_ = std::make_unique<ProjectorPanelEditor>(globals_, prompts_, settings_, windows_);
     window_->Form_Load();
     window_->show();
@@ -475,7 +476,8 @@ TEST_F(Editor, RemembersTheLastTenFiles) {
 
 TEST_F(Editor, RestoresALibraryThatIsDamaged) {
   Put({Named("ACME", "X 1", 1)});
-  WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase);
+  globals_.ProjectorDatabase.MarkUnchanged(
+      WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase));
   std::filesystem::rename(files_.Library, files_.Backup);
   std::filesystem::create_directories(files_.Library);
   window_ = std::make_unique<ProjectorPanelEditor>(globals_, prompts_, settings_, windows_);

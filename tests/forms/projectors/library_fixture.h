@@ -51,7 +51,10 @@ class LibraryFixture : public testing::Test {
   // Saving fails from here on: a folder that is not empty stands where the temporary file goes.
   void BlockSaving() { std::filesystem::create_directories(files_.Temporary / "in the way"); }
   void UnblockSaving() { std::filesystem::remove_all(files_.Temporary); }
-  void SaveLibrary() { WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase); }
+  void SaveLibrary() {
+    globals_.ProjectorDatabase.MarkUnchanged(
+        WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase));
+  }
 
   static DialogScript::Step Types(const char* manufacturer, const char* model, const char* button = "Done") {
     return [=](QWidget& dialog) {
