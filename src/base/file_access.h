@@ -43,6 +43,13 @@ class FileError : public std::runtime_error {
   std::error_code code_;
 };
 
+// Another program holds the file: `Reason()` is "in use by ...".
+class InUseError : public FileError {
+ public:
+  InUseError(const std::filesystem::path& path, std::string_view operation, std::string_view reason)
+      : FileError(path, operation, reason) {}
+};
+
 // What the user is told: file and reason, titled "Sorry".
 Message SorryAbout(const FileError& error);
 

@@ -25,7 +25,7 @@ struct ImportOptions {
 int Import(const ImportOptions& options, CommandContext& context);
 
 struct CheckOptions {
-  std::string File;
+  std::vector<std::string> Files;  // at least one
 };
 int Check(const CheckOptions& options, CommandContext& context);
 
@@ -64,6 +64,13 @@ struct RemoveOptions : LibraryOptions {
   std::string Manufacturer;
   std::string Model;
 };
+struct MergeOptions {
+  std::string Base;  // may be absent or empty: an empty library
+  std::string Ours;
+  std::string Theirs;
+  std::string Output;
+};
+int MergeProjectors(const MergeOptions& options, CommandContext& context);
 int ListProjectors(const LibraryOptions& options, CommandContext& context);
 int AddProjectors(const AddOptions& options, CommandContext& context);
 int ExtractProjectors(const ExtractOptions& options, CommandContext& context);

@@ -1,5 +1,7 @@
 #include "command_line/message_text.h"
 
+#include "base/file_access.h"
+
 #include "command_line/json_writer.h"
 
 #include <algorithm>
@@ -10,6 +12,12 @@ std::string TextOf(const Message& message) {
   std::string text = message.Text;
   text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
   return text;
+}
+
+std::string TextOf(const FileError& error) {
+  const std::string file = PathToUtf8(error.Path()) + ": ";
+  if (dynamic_cast<const InUseError*>(&error) != nullptr) return file + error.Reason();
+  return file + "cannot " + error.Operation() + ": " + error.Reason();
 }
 
 std::string OneLine(std::string_view text) {

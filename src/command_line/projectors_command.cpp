@@ -60,7 +60,11 @@ ProjectorLibrary LoadForReading(const LibraryOptions& options, CommandContext& c
   const std::filesystem::path folder = FolderOf(options, context).ReadingFolder();
   std::error_code error;
   // The editor's own folder may not be there yet; one that was named by mistake is not an empty library.
-  if (!options.Data.empty() && !std::filesystem::is_directory(folder, error)) {
+  const bool isFolder = std::filesystem::is_directory(folder, error);
+  if (error && error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory) {
+    throw FileError(folder, "look into", error);
+  }
+  if (!options.Data.empty() && !isFolder) {
     throw CommandError(kUnusable, PathToUtf8(folder), "no such folder");
   }
   return LoadFrom(folder, context);

@@ -26,6 +26,7 @@ struct Request {
   AddOptions Add;
   ExtractOptions Extract;
   RemoveOptions Remove;
+  MergeOptions Merge;
   FindOptions Find;
   DownloadOptions Download;
   SimulateOptions Simulate;
@@ -87,11 +88,14 @@ void AddTextCommands(CLI::App& app, Request& request) {
 }
 
 void AddConfigurationCommands(CLI::App& app, Request& request) {
-  CLI::App* command = AddCommand(app, "check", "Tell whether a configuration may be saved and downloaded",
-                                 "Prints \"ok\", or what the editor would say; the exit status is 1 then.\n\n"
-                                 "Example:\n"
-                                 "  for room in *.BVC; do echo \"$room: $(qdm check \"$room\")\"; done");
-  command->add_option("FILE.BVC", request.Check.File, "the configuration")->required();
+  CLI::App* command = AddCommand(app, "check", "Tell whether configurations may be saved and downloaded",
+                                 "Prints \"ok\", or what the editor would say; the exit status is 1 then. "
+                                 "Of several files, a line each\nwith the file's name; one that cannot be "
+                                 "read is told, and the exit status is 2.\n\n"
+                                 "Examples:\n"
+                                 "  qdm check \"Room 101.BVC\"\n"
+                                 "  qdm check *.BVC");
+  command->add_option("FILE.BVC", request.Check.Files, "the configurations")->required();
   Runs(command, request, Check, request.Check);
 
   command = AddCommand(
@@ -201,11 +205,31 @@ void AddRemoveCommand(CLI::App& projectors, Request& request) {
   Runs(command, request, RemoveProjector, request.Remove);
 }
 
+void AddMergeCommand(CLI::App& projectors, Request& request) {
+  CLI::App* command = AddCommand(
+      projectors, "merge", "Merge two libraries that grew out of one",
+      "By manufacturer and model: what either side added, deleted or changed is taken. What both sides\n"
+      "changed differently is told, stays as it is in OURS, and the exit status is 1. All are libraries or\n"
+      "exported definitions, or all their JSON text, whatever their names end in; a BASE that is absent or\n"
+      "empty is an empty library. OUT has the order of OURS, with the additions of THEIRS behind it.\n\n"
+      "As the merge driver of git, after \"Projectors.DEF merge=qdm\" in .gitattributes:\n"
+      "  git config merge.qdm.driver \"qdm projectors merge %O %A %B -o %A\"\n"
+      "And to read differences, after \"Projectors.DEF diff=qdm\" there:\n"
+      "  git config diff.qdm.textconv \"qdm export\"");
+  command->add_option("BASE", request.Merge.Base, "what both began with")->required();
+  command->add_option("OURS", request.Merge.Ours, "one side")->required();
+  command->add_option("THEIRS", request.Merge.Theirs, "the other side")->required();
+  command->add_option("-o,--output", request.Merge.Output, "the file to write; it may be one of the three")
+      ->required()
+      ->type_name("OUT");
+  Runs(command, request, MergeProjectors, request.Merge);
+}
+
 void AddProjectorsCommands(CLI::App& app, Request& request) {
   CLI::App* projectors =
       AddCommand(app, "projectors", "Look at the projector library and change it",
                  "The library is the editor's; --data or the variable QDM_DATA names the folder of another.\n"
-                 "Do not change it while an editor is open: what is saved last stays.\n\n"
+                 "Others may change it at the same time: what they save is kept.\n\n"
                  "Examples:\n"
                  "  qdm projectors list\n"
                  "  qdm projectors add Visora.BVD --on-conflict keep\n"
@@ -216,6 +240,7 @@ void AddProjectorsCommands(CLI::App& app, Request& request) {
   AddAddCommand(*projectors, request);
   AddExtractCommand(*projectors, request);
   AddRemoveCommand(*projectors, request);
+  AddMergeCommand(*projectors, request);
 }
 
 constexpr const char* kAboutPorts =
@@ -336,9 +361,7 @@ int RunCommand(const Request& request, CommandContext& context) {
   } catch (const CommandError& error) {
     return Complain(context, error.what(), error.Status());
   } catch (const FileError& error) {
-    return Complain(context,
-                    PathToUtf8(error.Path()) + ": cannot " + error.Operation() + ": " + error.Reason(),
-                    kUnusable);
+    return Complain(context, TextOf(error), kUnusable);
   } catch (const std::exception& error) {
     return Complain(context, error.what(), kUnusable);
   }

@@ -3,7 +3,10 @@
 #include "base/file_access.h"
 #include "projectors/library_paths.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -79,10 +82,21 @@ bool CanWriteTo(const fs::path& folder) {
 #endif
 }
 
+bool MayKeepLibraryIn(const fs::path& programFolder) {
+#ifndef _WIN32
+  constexpr const char* kInstalled[] = {"/usr/", "/opt/"};
+  const std::string folder = programFolder.string() + "/";
+  const bool installed = std::any_of(std::begin(kInstalled), std::end(kInstalled),
+                                     [&](const char* prefix) { return folder.starts_with(prefix); });
+  if (geteuid() == 0 && (installed || std::getenv("SUDO_UID") != nullptr)) return false;
+#endif
+  return CanWriteTo(programFolder);
+}
+
 DataFolder FindDataFolder(const std::optional<fs::path>& named, const fs::path& programFolder,
-                          const fs::path& userFolder, bool (*canWriteTo)(const fs::path&)) {
+                          const fs::path& userFolder, bool (*mayKeepIn)(const fs::path&)) {
   if (named) return {*named, {}};
-  if (canWriteTo(programFolder) || userFolder.empty()) return {programFolder, {}};
+  if (mayKeepIn(programFolder) || userFolder.empty()) return {programFolder, {}};
   std::error_code error;
   const bool seed = !IsInUse(userFolder) && fs::exists(ProjectorFiles(programFolder).Library, error);
   return {userFolder, seed ? programFolder : fs::path()};

@@ -25,9 +25,13 @@ std::filesystem::path UserDataFolder();
 // Whether this user may add files to the folder. Writes nothing.
 bool CanWriteTo(const std::filesystem::path& folder);
 
+// Whether the library belongs into that folder of the program: where this user may write, but not as root
+// into what is installed for everybody.
+bool MayKeepLibraryIn(const std::filesystem::path& programFolder);
+
 DataFolder FindDataFolder(const std::optional<std::filesystem::path>& named,
                           const std::filesystem::path& programFolder, const std::filesystem::path& userFolder,
-                          bool (*canWriteTo)(const std::filesystem::path&) = CanWriteTo);
+                          bool (*mayKeepIn)(const std::filesystem::path&) = MayKeepLibraryIn);
 
 // Makes the folder and copies the library into it where that is due. FileError when either fails.
 void PrepareDataFolder(const DataFolder& folder);

@@ -260,8 +260,9 @@ bool ChangedOnDisk(const fs::path& folder, const ProjectorLibrary& library) {
   }
 }
 
-LibraryFileState WriteProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library) {
-  const ProjectorFiles files(folder);
+namespace {
+
+LibraryFileState WriteInSteps(const ProjectorFiles& files, const ProjectorLibrary& library) {
   DemandReplaceable(files.Library);
   // After a save that failed between its renames the temporary file is the library: it must not be deleted.
   CompleteInterruptedSave(files);
@@ -286,6 +287,18 @@ LibraryFileState WriteProjectorDatabase(const fs::path& folder, const ProjectorL
   replacement.TakePlace();
   FlushFolder(files.Library.parent_path());
   return StateOf(files.Library, hash);
+}
+
+}  // namespace
+
+LibraryFileState WriteProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library) {
+  const ProjectorFiles files(folder);
+  try {
+    return WriteInSteps(files, library);
+  } catch (const FileError& error) {
+    // Whichever of its files failed: it is the library that could not be written.
+    throw FileError(files.Library, "write", error.Reason(), error.Code());
+  }
 }
 
 }  // namespace qdm

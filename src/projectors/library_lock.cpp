@@ -16,7 +16,7 @@ FileLock Acquired(const ProjectorFiles& paths, const LibraryPatience& patience) 
     if (std::optional<FileLock> lock = FileLock::Try(paths.Lock)) return std::move(*lock);
     const std::string owner = FileLock::OwnerOf(paths.Lock);
     if (!patience.KeepWaiting(owner, waited)) {
-      throw FileError(paths.Library, "write", "in use by " + (owner.empty() ? "another program" : owner));
+      throw InUseError(paths.Library, "write", "in use by " + (owner.empty() ? "another program" : owner));
     }
     patience.Pause(kBetweenTries);
     waited += kBetweenTries;
@@ -33,6 +33,8 @@ LibraryLock::LibraryLock(const ProjectorFiles& paths, const LibraryPatience& pat
     : lock_([&] {
         try {
           return Acquired(paths, patience);
+        } catch (const InUseError&) {
+          throw;
         } catch (const FileError& error) {
           // The user knows the library, not its lock.
           throw FileError(paths.Library, "write", error.Reason(), error.Code());

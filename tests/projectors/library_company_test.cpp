@@ -1,0 +1,310 @@
+// One library, several programs: whatever happens at whichever call, nobody's work is lost.
+#include "projectors/library_file.h"
+#include "projectors/projector_files.h"
+#include "support/distinct_projector.h"
+#include "support/random_seed.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace qdm {
+namespace {
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+ProjectorDefinition Timed(std::string_view model, int warmUp) {
+  ProjectorDefinition projector = NamedProjector("ACME", model);
+  projector.WarmUpTime = static_cast<std::int16_t>(warmUp);
+  return projector;
+}
+
+// "One 5": model and warm-up time.
+std::vector<std::string> Contents(const std::vector<ProjectorDefinition>& elements) {
+  std::vector<std::string> contents;
+  for (const ProjectorDefinition& p : elements) {
+    contents.push_back(p.Model.TrimmedUtf8() + " " + std::to_string(p.WarmUpTime));
+  }
+  return contents;
+}
+
+// Time that passes at once, and a lock that is given up at once.
+LibraryPatience NoPatience() {
+  LibraryPatience patience;
+  patience.Pause = [](LibraryPatience::Milliseconds) {};
+  patience.KeepWaiting = [](const std::string&, LibraryPatience::Milliseconds) { return false; };
+  return patience;
+}
+
+struct Killed {};
+
+struct LibraryCompany : testing::Test {
+  ProjectorLibrary Loaded() const {
+    ProjectorLibrary library;
+    LoadProjectorDatabase(folder.Path(), library, NoPatience());
+    return library;
+  }
+  std::vector<std::string> OnDisk() const { return Contents(Loaded().Elements()); }
+  void Put(const std::vector<ProjectorDefinition>& elements) const {
+    ProjectorLibrary library;
+    for (const ProjectorDefinition& element : elements) library.Append(element);
+    WriteProjectorDatabase(folder.Path(), library);
+  }
+  LibrarySaved Save(ProjectorLibrary& library) const {
+    return SaveProjectorDatabase(folder.Path(), library, NoPatience());
+  }
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder.Path()))
+      names.push_back(entry.path().filename().string());
+    return names;
+  }
+
+  const TempFolder folder;
+};
+
+TEST_F(LibraryCompany, WhatOneSideAddsDeletesOrChangesIsTaken) {
+  Put({Timed("Kept", 1), Timed("OursChange", 2), Timed("TheirsChange", 3), Timed("OursGone", 4),
+       Timed("TheirsGone", 5)});
+  ProjectorLibrary ours = Loaded();
+  ours.Replace(1, Timed("OursChange", 20));
+  ours.Remove(3);
+  ours.Append(Timed("OursNew", 6));
+  ProjectorLibrary theirs = Loaded();
+  theirs.Append(Timed("TheirsNew", 7));
+  theirs.Remove(4);
+  theirs.Replace(2, Timed("theirschange", 30));
+  EXPECT_FALSE(ChangedOnDisk(folder.Path(), ours));
+  EXPECT_EQ(Save(theirs).Taken, 0U);
+  EXPECT_TRUE(ChangedOnDisk(folder.Path(), ours));
+
+  const LibrarySaved saved = Save(ours);
+  EXPECT_THAT(saved.Conflicts, IsEmpty());
+  EXPECT_EQ(saved.Taken, 3U);
+  EXPECT_THAT(OnDisk(),
+              ElementsAre("Kept 1", "OursChange 20", "theirschange 30", "OursNew 6", "TheirsNew 7"));
+  EXPECT_EQ(Contents(ours.Elements()), OnDisk());
+  EXPECT_FALSE(ours.Changed() || ChangedOnDisk(folder.Path(), ours));
+}
+
+TEST_F(LibraryCompany, AConflictIsHandedOverAndNothingWrittenUntilItIsSettled) {
+  Put({Timed("Both", 1), Timed("GoneHere", 2), Timed("GoneThere", 3), Timed("Same", 4)});
+  ProjectorLibrary ours = Loaded();
+  ProjectorLibrary theirs = Loaded();
+  ours.Replace(0, Timed("Both", 10));
+  ours.Remove(1);
+  ours.Replace(1, Timed("GoneThere", 30));
+  ours.Replace(2, Timed("Same", 40));
+  theirs.Replace(3, Timed("Same", 40));
+  theirs.Remove(2);
+  theirs.Replace(1, Timed("GoneHere", 20));
+  theirs.Replace(0, Timed("Both", 11));
+  Save(theirs);
+
+  const LibrarySaved asked = Save(ours);
+  ASSERT_EQ(asked.Conflicts.size(), 3U);
+  EXPECT_THAT(OnDisk(), ElementsAre("Both 11", "GoneHere 20", "Same 40"));
+  // The user takes theirs for one and lets the others be as they are here.
+  ours.Replace(0, asked.Conflicts[0].Theirs.front());
+  EXPECT_THAT(Save(ours).Conflicts, IsEmpty());
+  EXPECT_THAT(OnDisk(), ElementsAre("Both 11", "GoneThere 30", "Same 40"));
+}
+
+TEST_F(LibraryCompany, MergesOfRandomLibrariesLoseNothingThatNeitherSideDeleted) {
+  const RandomSeed seed;
+  SCOPED_TRACE(seed.Text());
+  std::mt19937 random(seed.Value());
+  const auto grown = [&](std::vector<ProjectorDefinition> from) {
+    for (int change = 0; change < 6; ++change) {
+      const std::size_t at = random() % (from.size() + 1);
+      if (at == from.size() || random() % 3 == 0) {
+        from.push_back(Timed("M" + std::to_string(random() % 12), static_cast<int>(random() % 4)));
+      } else if (random() % 2 == 0) {
+        from.erase(from.begin() + static_cast<std::ptrdiff_t>(at));
+      } else {
+        from[at].WarmUpTime = static_cast<std::int16_t>(random() % 4);
+      }
+    }
+    return from;
+  };
+  for (int round = 0; round < 2000; ++round) {
+    const auto base = grown({});
+    const auto ours = grown(base);
+    const auto theirs = grown(base);
+    EXPECT_EQ(MergeLibraries(base, base, theirs).Elements.size(), theirs.size());
+    EXPECT_EQ(MergeLibraries(base, ours, base).Elements, ours);
+    EXPECT_EQ(MergeLibraries(base, ours, ours).Elements, ours);
+    const LibraryMerge merge = MergeLibraries(base, ours, theirs);
+    const auto has = [](const std::vector<ProjectorDefinition>& elements, const ProjectorDefinition& named) {
+      return std::any_of(elements.begin(), elements.end(), [&](const ProjectorDefinition& element) {
+        return NameKey(element) == NameKey(named);
+      });
+    };
+    for (const ProjectorDefinition& element : ours) {
+      const bool theyDeleted = has(base, element) && !has(theirs, element);
+      ASSERT_TRUE(has(merge.Elements, element) || theyDeleted);
+    }
+    for (const ProjectorDefinition& element : theirs) {
+      const bool weDeleted = has(base, element) && !has(ours, element);
+      ASSERT_TRUE(has(merge.Elements, element) || weDeleted);
+    }
+  }
+}
+
+// Every call of a save, killed before it and failing with each reason; then everybody else goes on as usual.
+TEST_F(LibraryCompany, WhateverHappensAtAnyCallOfASaveLeavesTheOldOrTheNewLibrary) {
+  const std::vector<std::string> before = {"One 1"};
+  const std::vector<std::string> after = {"One 1", "Two 2"};
+  constexpr int kKill = -1;
+  for (const int fate : {kKill, ENOSPC, EIO, EACCES, EROFS, EINTR}) {
+    for (int call = 0;; ++call) {
+      SCOPED_TRACE("fate " + std::to_string(fate) + " at call " + std::to_string(call));
+      for (const std::string& name : Files()) fs::remove(folder / name);
+      Put({Timed("Nought", 0)});
+      Put({Timed("One", 1)});
+      ProjectorLibrary library = Loaded();
+      library.Append(Timed("Two", 2));
+      int calls = 0;
+      bool dead = false;
+      bool stuck = false;  // what is to be deleted cannot be
+      std::string failure;
+      try {
+        const FileStepHookScope hook([&](FileStep step, const fs::path&) {
+          if (dead) throw Killed();
+          if (calls++ != call) return 0;
+          stuck = step == FileStep::Remove;
+          dead = fate == kKill;
+          if (dead) throw Killed();
+          return fate;
+        });
+        Save(library);
+      } catch (const FileError& error) {
+        failure = error.what();
+      } catch (const Killed&) {
+        failure = "killed";
+      }
+      if (call >= calls) break;
+
+      ASSERT_TRUE(fate != EINTR || failure.empty()) << failure;
+      if (fate != kKill) {
+        for (const std::string& name : Files()) ASSERT_TRUE(name != "Projectors.LCK" || stuck);
+        if (failure != "") {
+          ASSERT_THAT(failure, HasSubstr(std::generic_category().message(fate)));
+          ASSERT_THAT(failure, HasSubstr("Projectors."));
+        }
+      }
+      // A second program comes along, whatever is left there: it finds the one or the other, and its own
+      // addition stays.
+      ProjectorLibrary second = Loaded();
+      ASSERT_TRUE(Contents(second.Elements()) == before || Contents(second.Elements()) == after);
+      ASSERT_TRUE(!failure.empty() || Contents(second.Elements()) == after);
+      second.Append(Timed("Three", 3));
+      Save(second);
+      // And the first tries again, if it lives.
+      if (fate != kKill) {
+        Save(library);
+        ASSERT_THAT(OnDisk(), testing::AnyOf(ElementsAre("One 1", "Two 2", "Three 3"),
+                                             ElementsAre("One 1", "Three 3", "Two 2")));
+      } else {
+        ASSERT_EQ(OnDisk().back(), "Three 3");
+        ASSERT_GE(OnDisk().size(), 2U);
+      }
+      ASSERT_THAT(Files(), UnorderedElementsAre("Projectors.DEF", "Projectors.BAK"));
+    }
+  }
+}
+
+// A second saver at every call of the first: kept out by the lock, or before or after it as a whole.
+TEST_F(LibraryCompany, ASecondSaverAtAnyCallOfTheFirstLosesNothing) {
+  for (int call = 0;; ++call) {
+    SCOPED_TRACE("second saver at call " + std::to_string(call));
+    Put({Timed("One", 1)});
+    ProjectorLibrary first = Loaded();
+    ProjectorLibrary second = Loaded();
+    first.Append(Timed("First", 2));
+    second.Append(Timed("Second", 3));
+    int calls = 0;
+    bool saved = false;
+    {
+      const FileStepHookScope hook([&](FileStep, const fs::path&) {
+        if (calls++ != call) return 0;
+        const FileStepHookScope none([](FileStep, const fs::path&) { return 0; });
+        try {
+          Save(second);
+          saved = true;
+        } catch (const InUseError& error) {
+          EXPECT_THAT(error.what(), HasSubstr("in use by "));
+        }
+        return 0;
+      });
+      Save(first);
+    }
+    if (call >= calls) break;
+    if (!saved) Save(second);
+    ASSERT_THAT(OnDisk(), UnorderedElementsAre("One 1", "First 2", "Second 3"));
+  }
+}
+
+TEST_F(LibraryCompany, ALockThatIsHeldForTenSecondsIsToldWithItsOwner) {
+  const auto held = FileLock::Try(ProjectorFiles(folder.Path()).Lock);
+  ProjectorLibrary library = Loaded();
+  LibraryPatience patience;
+  LibraryPatience::Milliseconds waited{0};
+  patience.Pause = [&waited](LibraryPatience::Milliseconds time) { waited += time; };
+  try {
+    SaveProjectorDatabase(folder.Path(), library, patience);
+    FAIL() << "saved under somebody else's lock";
+  } catch (const InUseError& error) {
+    EXPECT_THAT(error.Reason(), testing::MatchesRegex("in use by .* \\(process [0-9]+\\)"));
+  }
+  EXPECT_EQ(waited, std::chrono::seconds(10));
+}
+
+#ifndef _WIN32
+TEST_F(LibraryCompany, ALinkStaysOneAndWhatIsSetAsideIsNamedWithItsReason) {
+  const fs::path shared = folder / "shared";
+  const fs::path mine = folder / "mine";
+  fs::create_directory(shared);
+  fs::create_directory(mine);
+  fs::create_symlink("../shared/Projectors.DEF", mine / "Projectors.DEF");
+  for (const char* model : {"One", "Two"}) {
+    ProjectorLibrary library;
+    LoadProjectorDatabase(mine, library, NoPatience());
+    library.Append(Timed(model, 1));
+    SaveProjectorDatabase(mine, library, NoPatience());
+  }
+  EXPECT_TRUE(fs::is_symlink(mine / "Projectors.DEF"));
+  EXPECT_FALSE(fs::is_symlink(shared / "Projectors.DEF"));
+  EXPECT_TRUE(fs::exists(shared / "Projectors.BAK"));
+  ProjectorLibrary library;
+  const auto failing = [](int error, int times) {
+    return [error, left = times](FileStep step, const fs::path& path) mutable {
+      return step == FileStep::Open && path.filename() == "Projectors.DEF" && left-- > 0 ? error : 0;
+    };
+  };
+  {
+    const FileStepHookScope passing(failing(EMFILE, 10));
+    EXPECT_THAT(LoadProjectorDatabase(shared, library, NoPatience()), IsEmpty())
+        << "it is tried again for two seconds";
+  }
+  const FileStepHookScope lasting(failing(EACCES, 2));
+  const std::vector<Message> told = LoadProjectorDatabase(shared, library, NoPatience());
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_THAT(
+      told[0].Detail,
+      testing::MatchesRegex("Permission denied: it belongs to .*; everything is in Projectors.DAMAGED"));
+  EXPECT_EQ(ReadDefinitions(shared / "Projectors.DAMAGED").size(), 2U);
+}
+#endif
+
+}  // namespace
+}  // namespace qdm
