@@ -8,8 +8,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qdm {
+
+enum class LineParameter { Speed, Parity, DataBits, StopBits };
 
 class SerialPort {
  public:
@@ -18,6 +21,8 @@ class SerialPort {
   // "9600,n,8,2": speed, parity letter, data bits, stop bits. Takes effect at once on an open port. A port
   // that refuses a setting stays open and simply gets no answer.
   virtual void SetSettings(std::string_view settings) = 0;
+  // What of the settings an open port did not take; nothing while it is closed.
+  virtual std::vector<LineParameter> RefusedSettings() const { return {}; }
   virtual bool Open() = 0;
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;

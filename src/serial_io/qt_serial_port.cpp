@@ -5,12 +5,14 @@
 #include <QSocketNotifier>
 
 #include <poll.h>
+#include <termios.h>
 
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace qdm {
 
@@ -34,6 +36,26 @@ QSerialPort::Parity QtParity(LineParity parity) {
   }
   return QSerialPort::NoParity;
 }
+
+// The system takes what it can and reports success: what became of it is read back.
+tcflag_t ControlFlags(int line) {
+  termios state{};
+  return ::tcgetattr(line, &state) == 0 ? state.c_cflag : 0;
+}
+
+tcflag_t ParityFlags(LineParity parity) {
+  switch (parity) {
+    case LineParity::Even:
+      return PARENB;
+    case LineParity::Odd:
+      return PARENB | PARODD;
+    case LineParity::None:
+      break;
+  }
+  return 0;
+}
+
+tcflag_t DataBitFlags(int bits) { return bits == 8 ? CS8 : bits == 7 ? CS7 : bits == 6 ? CS6 : CS5; }
 
 enum class LineState { Quiet, InputWaits, Gone };
 
@@ -95,10 +117,30 @@ void QtSerialPort::ListenForTrouble() {
 
 // One call for each setting, so that a refused one keeps none of the others from taking effect.
 void QtSerialPort::ApplySettings() {
-  if (settings_.Speed) port_->setBaudRate(*settings_.Speed);
-  if (settings_.DataBits) port_->setDataBits(static_cast<QSerialPort::DataBits>(*settings_.DataBits));
-  if (settings_.StopBits) port_->setStopBits(static_cast<QSerialPort::StopBits>(*settings_.StopBits));
-  if (settings_.Parity) port_->setParity(QtParity(*settings_.Parity));
+  refused_.clear();
+  const auto check = [this](LineParameter setting, bool taken) {
+    if (!taken) refused_.push_back(setting);
+  };
+  const auto isSet = [this](tcflag_t mask, tcflag_t flags) {
+    return (ControlFlags(port_->handle()) & mask) == flags;
+  };
+  if (settings_.Speed) check(LineParameter::Speed, port_->setBaudRate(*settings_.Speed));
+  if (settings_.DataBits) {
+    port_->setDataBits(static_cast<QSerialPort::DataBits>(*settings_.DataBits));
+    check(LineParameter::DataBits, isSet(CSIZE, DataBitFlags(*settings_.DataBits)));
+  }
+  if (settings_.StopBits) {
+    port_->setStopBits(static_cast<QSerialPort::StopBits>(*settings_.StopBits));
+    check(LineParameter::StopBits, isSet(CSTOPB, *settings_.StopBits == 2 ? CSTOPB : 0));
+  }
+  if (settings_.Parity) {
+    port_->setParity(QtParity(*settings_.Parity));
+    check(LineParameter::Parity, isSet(PARENB | PARODD, ParityFlags(*settings_.Parity)));
+  }
+}
+
+std::vector<LineParameter> QtSerialPort::RefusedSettings() const {
+  return IsOpen() ? refused_ : std::vector<LineParameter>{};
 }
 
 std::size_t QtSerialPort::BytesWaiting() {

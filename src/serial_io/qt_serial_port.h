@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class QSerialPort;
 class QSocketNotifier;
@@ -24,6 +25,7 @@ class QtSerialPort : public SerialPort {
   ~QtSerialPort() override;
 
   void SetSettings(std::string_view settings) override;
+  std::vector<LineParameter> RefusedSettings() const override;
   bool Open() override;
   void Close() override;
   bool IsOpen() const override;
@@ -39,6 +41,7 @@ class QtSerialPort : public SerialPort {
 
   std::string device_;
   LineSettings settings_;
+  std::vector<LineParameter> refused_;
   // From Open to Close; closed in between when the device goes away.
   std::unique_ptr<QSerialPort> port_;
   std::unique_ptr<QSocketNotifier> unplugged_;

@@ -86,24 +86,28 @@ struct Win32SerialPort::Line {
 
   // A setting that the driver refuses is left as it was, and keeps none of the others from taking effect.
   void Apply(const LineSettings& settings) {
-    const auto change = [this](auto set) {
+    Refused.clear();
+    const auto change = [this](LineParameter which, auto set) {
       DCB control{};
       control.DCBlength = sizeof(control);
-      if (GetCommState(File.Get(), &control) == 0) return;
+      if (GetCommState(File.Get(), &control) == 0) return Refused.push_back(which);
       control.fBinary = TRUE;
       control.fOutxCtsFlow = control.fOutxDsrFlow = control.fOutX = control.fInX = FALSE;
       control.fDsrSensitivity = control.fNull = control.fErrorChar = control.fAbortOnError = FALSE;
       control.fDtrControl = DTR_CONTROL_ENABLE;
       control.fRtsControl = RTS_CONTROL_ENABLE;
       set(control);
-      SetCommState(File.Get(), &control);
+      if (SetCommState(File.Get(), &control) == 0) Refused.push_back(which);
     };
-    if (settings.Speed) change([&](DCB& c) { c.BaudRate = static_cast<DWORD>(*settings.Speed); });
-    if (settings.DataBits) change([&](DCB& c) { c.ByteSize = static_cast<BYTE>(*settings.DataBits); });
+    if (settings.Speed)
+      change(LineParameter::Speed, [&](DCB& c) { c.BaudRate = static_cast<DWORD>(*settings.Speed); });
+    if (settings.DataBits)
+      change(LineParameter::DataBits, [&](DCB& c) { c.ByteSize = static_cast<BYTE>(*settings.DataBits); });
     if (settings.StopBits)
-      change([&](DCB& c) { c.StopBits = *settings.StopBits == 2 ? TWOSTOPBITS : ONESTOPBIT; });
+      change(LineParameter::StopBits,
+             [&](DCB& c) { c.StopBits = *settings.StopBits == 2 ? TWOSTOPBITS : ONESTOPBIT; });
     if (settings.Parity) {
-      change([&](DCB& c) {
+      change(LineParameter::Parity, [&](DCB& c) {
         c.Parity = ParityOf(*settings.Parity);
         c.fParity = c.Parity != NOPARITY;
       });
@@ -168,6 +172,7 @@ struct Win32SerialPort::Line {
   bool Pending = false;
   bool Gone = false;
   Bytes Arrived;
+  std::vector<LineParameter> Refused;
   std::unique_ptr<QWinEventNotifier> Notifier;
 };
 
@@ -182,6 +187,10 @@ void Win32SerialPort::SetSettings(std::string_view settings) {
   if (asked.DataBits) settings_.DataBits = asked.DataBits;
   if (asked.StopBits) settings_.StopBits = asked.StopBits;
   if (IsOpen()) line_->Apply(settings_);
+}
+
+std::vector<LineParameter> Win32SerialPort::RefusedSettings() const {
+  return IsOpen() ? line_->Refused : std::vector<LineParameter>{};
 }
 
 bool Win32SerialPort::Open() {

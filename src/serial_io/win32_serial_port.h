@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qdm {
 
@@ -19,6 +20,7 @@ class Win32SerialPort : public SerialPort {
   ~Win32SerialPort() override;
 
   void SetSettings(std::string_view settings) override;
+  std::vector<LineParameter> RefusedSettings() const override;
   bool Open() override;
   void Close() override;
   bool IsOpen() const override;
