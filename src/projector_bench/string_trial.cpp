@@ -10,10 +10,13 @@
 namespace qdm {
 namespace {
 
-std::string ParityPiece(int code) {
-  const ParityChoice* parity = ParityWithCode(code);
-  if (parity == nullptr) return "";
-  return std::string(parity->Parity == LineParity::Odd ? "0" : parity->Letter) + ",8,";
+std::string Settings(const ProjectorDefinition& projector, std::string_view oddLetter) {
+  std::string settings = std::string(SpeedOf(projector.Baudrate).Digits) + ",";
+  if (const ParityChoice* parity = ParityWithCode(projector.Parity)) {
+    settings += parity->Parity == LineParity::Odd ? oddLetter : parity->Letter;
+    settings += ",8,";
+  }
+  return settings + (projector.Stopbits != 0 ? "2" : "1");
 }
 
 void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_token& stop) {
@@ -23,10 +26,9 @@ void Pause(Waiting& time, std::chrono::milliseconds period, const std::stop_toke
 
 }  // namespace
 
-std::string TrialLineSettings(const ProjectorDefinition& projector) {
-  return std::string(SpeedOf(projector.Baudrate).Digits) + "," + ParityPiece(projector.Parity) +
-         (projector.Stopbits != 0 ? "2" : "1");
-}
+std::string TrialLineSettings(const ProjectorDefinition& projector) { return Settings(projector, "0"); }
+
+std::string TrialPortSettings(const ProjectorDefinition& projector) { return Settings(projector, "o"); }
 
 void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const std::stop_token& stop) {
   const auto send = [&](std::uint8_t byte) {
@@ -42,6 +44,15 @@ void SendString(SerialPort& port, const StringTrial& trial, Waiting& time, const
       send(trial.String.Values[i]);
     }
   }
+}
+
+SerialString ReplyToKeep(const SerialString& reply) {
+  SerialString kept = reply;
+  for (std::size_t i = 0; i < kept.BytesInUse(); ++i) {
+    const bool isControl = kept.Values[i] < 32 && kept.Kinds[i] == static_cast<std::uint8_t>(ByteKind::ASC);
+    if (isControl) kept.Kinds[i] = static_cast<std::uint8_t>(ByteKind::CNT);
+  }
+  return kept;
 }
 
 std::optional<SerialString> TakeReply(SerialPort& port, ByteKind kind) {

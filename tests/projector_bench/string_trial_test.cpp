@@ -62,6 +62,8 @@ TEST(StringTrial, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
     projector.Parity = static_cast<std::int16_t>(c.Parity);
     projector.Stopbits = static_cast<std::int16_t>(c.Stopbits);
     EXPECT_EQ(TrialLineSettings(projector), c.Settings);
+    const std::string port = c.Parity == 2 ? "38400,o,8,2" : c.Settings;
+    EXPECT_EQ(TrialPortSettings(projector), port) << "odd parity is really set";
   }
 }
 
@@ -102,6 +104,12 @@ TEST(StringTrial, TakesRepliesOfOneTo31Bytes) {
   EXPECT_EQ(reply->Values[30], 'x');
   EXPECT_EQ(reply->Kinds[30], 1);
   EXPECT_EQ(reply->Kinds[31], 0);
+}
+
+TEST(StringTrial, KeepsControlCodesOfATextByTheirNames) {
+  SerialString reply = StringOf({'O', 13, 10, 13});
+  reply.Kinds[3] = static_cast<std::uint8_t>(ByteKind::IGN);
+  EXPECT_EQ(CompactText(ReplyToKeep(reply)), "O,CRc,LFc,Ignore");
 }
 
 }  // namespace
