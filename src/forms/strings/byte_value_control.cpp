@@ -23,8 +23,7 @@ ByteValueControl::ByteValueControl(int index, QWidget* parent)
   Text2->setCursor(Qt::PointingHandCursor);
   Text2->installEventFilter(this);
   MyTextBox1->setObjectName(QStringLiteral("MyTextBox1"));
-  MyTextBox1->setAccessibleName(tr("Byte %1").arg(index + 1));
-  setFocusProxy(MyTextBox1);
+  MyTextBox1->SetCaption(tr("Byte %1").arg(index + 1));
 
   auto* number = new QLabel(QString::number(index + 1), this);
   number->setObjectName(QStringLiteral("Number"));
@@ -49,8 +48,10 @@ std::int16_t ByteValueControl::Value() const { return MyTextBox1->Value(); }
 std::uint8_t ByteValueControl::Kind() const { return MyTextBox1->Kind(); }
 
 void ByteValueControl::SetByte(std::int16_t value, std::uint8_t kind) {
+  const bool isOther = kind != Kind();
   MyTextBox1->SetByte(value, kind);
   ShowKind();
+  if (isOther) Q_EMIT ModeChanged();
 }
 
 void ByteValueControl::ShowKind() {

@@ -28,9 +28,9 @@ class ByteValueControl : public QWidget {
  Q_SIGNALS:
   // The kind is to be chosen: the label was clicked, or the keys said so.
   void KindRequest();
-  // The user gave the byte another kind, or another value: the form that shows the choice raises them, typing
-  // does by itself.
+  // The byte has got another kind.
   void ModeChanged();
+  // The user typed another value.
   void VariableChanged();
 
  protected:

@@ -1,5 +1,8 @@
 #include "forms/strings/choice_popup.h"
 
+#include "forms/strings/string_access.h"
+
+#include <QAccessible>
 #include <QCursor>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -35,6 +38,7 @@ ChoicePopup::ChoicePopup(const QStringList& captions, int rows, QWidget* parent)
     Label1.append(label);
   }
   setMouseTracking(true);
+  InstallStringAccess();
   Timer1->setObjectName(QStringLiteral("Timer1"));
   connect(Timer1, &QTimer::timeout, this, &ChoicePopup::Timer1_Timer);
 }
@@ -96,6 +100,8 @@ void ChoicePopup::Highlight(int index) {
   if (highlighted_ != kNothing) Paint(highlighted_, false);
   highlighted_ = index;
   Paint(index, true);
+  QAccessibleEvent focused(Label(index), QAccessible::Focus);
+  QAccessible::updateAccessibility(&focused);
 }
 
 // Back and fore colour change places.

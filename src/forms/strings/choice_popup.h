@@ -24,6 +24,9 @@ class ChoicePopup : public QDialog {
   // Shown modally beside that place on the screen, with `current` highlighted (kNothing: the first).
   int ChooseAt(const QRect& place, int current);
 
+  // The caption that Enter chooses; null before the pop-up is shown.
+  const QLabel* Highlighted() const { return Label1.value(highlighted_); }
+
   void Timer1_Timer();
 
  protected:

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace qdm {
 namespace {
@@ -21,8 +22,9 @@ namespace {
 constexpr int kBytesPerRow = 8;
 constexpr int kMargin = 4;
 
-std::optional<EditKey> EditKeyOf(int key) {
-  switch (key) {
+std::optional<EditKey> EditKeyOf(const QKeyEvent& event) {
+  if (event.modifiers().testFlag(Qt::ControlModifier)) return std::nullopt;
+  switch (event.key()) {
     case Qt::Key_Home:
       return EditKey::Home;
     case Qt::Key_End:
@@ -58,10 +60,16 @@ bool OpensList(const QKeyEvent& event) {
 MyTextBox::MyTextBox(QWidget* parent) : QWidget(parent), Timer1(new QTimer(this)) {
   setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   setFocusPolicy(Qt::StrongFocus);
+  setContextMenuPolicy(Qt::ActionsContextMenu);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setCursor(Qt::IBeamCursor);
   Timer1->setObjectName(QStringLiteral("Timer1"));
   connect(Timer1, &QTimer::timeout, this, &MyTextBox::Timer1_Timer);
+}
+
+void MyTextBox::SetCaption(const QString& caption) {
+  caption_ = caption;
+  Refresh();
 }
 
 void MyTextBox::SetByte(std::int16_t value, std::uint8_t kind) {
@@ -70,8 +78,11 @@ void MyTextBox::SetByte(std::int16_t value, std::uint8_t kind) {
 }
 
 void MyTextBox::Refresh() {
-  setAccessibleDescription(QString::fromStdString(text_.Text()) +
-                           (text_.Error() ? tr(", error") : QString()));
+  const std::string_view kind = KindLabel(text_.Kind());
+  const QString label = QLatin1String(kind.data(), static_cast<qsizetype>(kind.size()));
+  const QString value = QString::fromStdString(text_.Text());
+  setAccessibleName(text_.Error() ? tr("%1, %2: %3, error").arg(caption_, label, value)
+                                  : tr("%1, %2: %3").arg(caption_, label, value));
   setCursor(text_.HasDigits() || IsKind(ByteKind::ASC) ? Qt::IBeamCursor : Qt::ArrowCursor);
   update();
 }
@@ -89,7 +100,7 @@ QSize MyTextBox::sizeHint() const {
 bool MyTextBox::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride) {
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (TypesText(*key) || key->matches(QKeySequence::Paste) || EditKeyOf(key->key())) event->accept();
+    if (TypesText(*key) || key->matches(QKeySequence::Paste) || EditKeyOf(*key)) event->accept();
   }
   return QWidget::event(event);
 }
@@ -105,7 +116,7 @@ void MyTextBox::keyPressEvent(QKeyEvent* event) {
     if (!text_.Type(event->text()[0].unicode())) return QApplication::beep();
     ShowCaret();
     Q_EMIT ValueChanged();
-  } else if (!EditingKey(event->key()) && !MoveKey(event->key())) {
+  } else if (!EditingKey(*event) && !MoveKey(event->key())) {
     QWidget::keyPressEvent(event);
   }
 }
@@ -115,7 +126,7 @@ void MyTextBox::SpaceKey() {
   isChosen ? Q_EMIT ChoiceRequest() : Q_EMIT KindRequest();
 }
 
-bool MyTextBox::EditingKey(int key) {
+bool MyTextBox::EditingKey(const QKeyEvent& key) {
   const auto editKey = EditKeyOf(key);
   if (!editKey || !text_.Edit(*editKey)) return false;
   ShowCaret();

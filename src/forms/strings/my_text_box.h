@@ -21,6 +21,8 @@ class MyTextBox : public QWidget {
  public:
   explicit MyTextBox(QWidget* parent = nullptr);
 
+  // What it is for, "Byte 3": what a screen reader says before kind and value.
+  void SetCaption(const QString& caption);
   void SetByte(std::int16_t value, std::uint8_t kind);
   std::int16_t Value() const { return text_.Value(); }
   std::uint8_t Kind() const { return text_.Kind(); }
@@ -53,7 +55,7 @@ class MyTextBox : public QWidget {
  private:
   void Timer1_Timer();
   bool MoveKey(int key);
-  bool EditingKey(int key);
+  bool EditingKey(const QKeyEvent& key);
   void SpaceKey();
   void ShowCaret();
   void Refresh();
@@ -61,6 +63,7 @@ class MyTextBox : public QWidget {
   bool IsKind(ByteKind kind) const;
 
   TypedText text_;
+  QString caption_;
   QTimer* Timer1;
   bool caretOn_ = false;
 };

@@ -4,19 +4,29 @@
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/byte_mode_form.h"
 #include "forms/strings/byte_value_control.h"
+#include "forms/strings/edit_step.h"
 #include "forms/strings/form_controlcode_form.h"
 #include "forms/strings/kind_colours.h"
 #include "forms/strings/my_text_box.h"
+#include "forms/strings/string_access.h"
 #include "forms/strings/string_clipboard.h"
+#include "forms/strings/text_reading_form.h"
 #include "forms/strings/volume_editor_form.h"
 #include "projectors/paste_rule.h"
+#include "serial_strings/command_text.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
+#include <QStyle>
+#include <QToolButton>
+#include <QUndoStack>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <utility>
 
@@ -42,6 +52,12 @@ class SetAside {
   SerialString saved_;
 };
 
+void PaintRed(QLabel& label) {
+  QPalette red = label.palette();
+  red.setColor(QPalette::WindowText, ErrorColourOn(red.color(QPalette::Window)));
+  label.setPalette(red);
+}
+
 }  // namespace
 
 SerialEditor::SerialEditor(Globals& globals, UserPrompts& prompts, ConsoleOpener openConsole, QWidget* parent)
@@ -49,59 +65,106 @@ SerialEditor::SerialEditor(Globals& globals, UserPrompts& prompts, ConsoleOpener
       ui_(std::make_unique<Ui::SerialEditor>()),
       globals_(globals),
       prompts_(prompts),
-      openConsole_(std::move(openConsole)) {
+      openConsole_(std::move(openConsole)),
+      UndoStack(new QUndoStack(this)) {
+  InstallStringAccess();
   ui_->setupUi(this);
+  CountText = ui_->NumberOfBytes1->findChild<QLineEdit*>();
   MakeCells();
+  MakeCommands();
+  SetTabOrder();
   ConnectControls();
   Form_Load();
 }
 
-SerialEditor::~SerialEditor() = default;
+SerialEditor::~SerialEditor() { disconnect(UndoStack, nullptr, this, nullptr); }
 
 void SerialEditor::MakeCells() {
-  QWidget* before = ui_->NumberOfBytes1;
   for (int i = 0; i < static_cast<int>(kMaximumStringBytes); ++i) {
     auto* cell = new ByteValueControl(i, this);
     ui_->Cells->addWidget(cell, i / kBytesPerRow, i % kBytesPerRow);
-    setTabOrder(before, cell);
-    before = cell;
     ByteValueControl1.push_back(cell);
   }
-  setTabOrder(before, ui_->Test);
-  setTabOrder(ui_->Test, ui_->PasteCommand);
-  setTabOrder(ui_->PasteCommand, ui_->Done);
-  setTabOrder(ui_->Done, ui_->CancelCommand);
+}
+
+// The commands of a byte's context menu, and their keys.
+void SerialEditor::MakeCommands() {
+  const auto make = [this](const char* name, const QString& caption, const QKeySequence& key, auto handler) {
+    auto* command = new QAction(caption, this);
+    command->setObjectName(QLatin1String(name));
+    command->setShortcut(key);
+    command->setShortcutContext(Qt::WidgetShortcut);
+    connect(command, &QAction::triggered, this, handler);
+    for (ByteValueControl* cell : ByteValueControl1) cell->Box()->addAction(command);
+  };
+  make("InsertByte", tr("&Insert a byte"), QKeySequence(Qt::CTRL | Qt::Key_Insert),
+       &SerialEditor::InsertByte_Click);
+  make("DeleteByte", tr("&Delete this byte"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
+       &SerialEditor::DeleteByte_Click);
+  for (QWidget* entry : {CountText, ui_->Command}) entry->installEventFilter(this);
+  ui_->Undo->setIcon(style()->standardIcon(QStyle::SP_ArrowBack));
+  ui_->Redo->setIcon(style()->standardIcon(QStyle::SP_ArrowForward));
+  new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this, [this] { Undo_Click(); });
+  for (const QKeyCombination key : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}) {
+    new QShortcut(QKeySequence(key), this, [this] { UndoStack->redo(); });
+  }
+}
+
+// Of the widgets that take the focus: one that hands it on is no place in the order.
+void SerialEditor::SetTabOrder() {
+  QList<QWidget*> order = {CountText, ui_->Command, ui_->OtherReadings};
+  for (ByteValueControl* cell : ByteValueControl1) order << cell->Box();
+  order << ui_->Test << ui_->PasteCommand << ui_->Done << ui_->CancelCommand;
+  for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 
 void SerialEditor::ConnectControls() {
   connect(ui_->NumberOfBytes1, &IntegerEntry::Changed, this, &SerialEditor::NumberOfBytes1_Change);
+  connect(ui_->Command, &QLineEdit::textEdited, this, &SerialEditor::Command_TextEdited);
+  connect(ui_->Command, &QLineEdit::editingFinished, this, &SerialEditor::Command_EditingFinished);
+  connect(ui_->OtherReadings, &QPushButton::clicked, this, &SerialEditor::OtherReadings_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &SerialEditor::Done_Click);
   connect(ui_->CancelCommand, &QPushButton::clicked, this, &QDialog::reject);
   connect(ui_->Test, &QPushButton::clicked, this, &SerialEditor::Test_Click);
   connect(ui_->PasteCommand, &QPushButton::clicked, this, &SerialEditor::PasteCommand_Click);
-  for (ByteValueControl* cell : ByteValueControl1) {
-    const int index = cell->MyIndex();
-    connect(cell, &ByteValueControl::KindRequest, this, [this, cell] { ChooseKind(*cell); });
-    connect(cell->Box(), &MyTextBox::ChoiceRequest, this, [this, cell] { ChooseValue(*cell); });
-    connect(cell, &ByteValueControl::ModeChanged, this, &SerialEditor::ByteValueControl1_ModeChanged);
-    connect(cell, &ByteValueControl::VariableChanged, this, &SerialEditor::ByteValueControl1_VariableChanged);
-    connect(cell->Box(), &MyTextBox::MoveRequest, this, [this, index](int step) { MoveFrom(index, step); });
-    connect(cell->Box(), &MyTextBox::PasteRequest, this,
-            [this, index] { PasteAt(static_cast<std::size_t>(index), Rest::Kept); });
-  }
+  for (ByteValueControl* cell : ByteValueControl1) ConnectCell(*cell);
+
+  connect(ui_->Undo, &QToolButton::clicked, this, &SerialEditor::Undo_Click);
+  connect(ui_->Redo, &QToolButton::clicked, UndoStack, &QUndoStack::redo);
+  connect(UndoStack, &QUndoStack::canUndoChanged, ui_->Undo, &QWidget::setEnabled);
+  connect(UndoStack, &QUndoStack::canRedoChanged, ui_->Redo, &QWidget::setEnabled);
+  const auto tell = [](QToolButton* button, const QString& tip) {
+    button->setToolTip(tip);
+    button->setAccessibleDescription(tip);
+  };
+  connect(UndoStack, &QUndoStack::undoTextChanged, this, [this, tell](const QString& what) {
+    tell(ui_->Undo, what.isEmpty() ? tr("Nothing to undo") : tr("Undo: %1 (Ctrl+Z)").arg(what));
+  });
+  connect(UndoStack, &QUndoStack::redoTextChanged, this, [this, tell](const QString& what) {
+    tell(ui_->Redo, what.isEmpty() ? tr("Nothing to redo") : tr("Redo: %1 (Ctrl+Shift+Z)").arg(what));
+  });
+  connect(qApp, &QApplication::focusChanged, this, [this] { ++typingRound_; });
+}
+
+void SerialEditor::ConnectCell(ByteValueControl& cell) {
+  const int index = cell.MyIndex();
+  connect(&cell, &ByteValueControl::KindRequest, this, [this, &cell] { ChooseKind(cell); });
+  connect(cell.Box(), &MyTextBox::ChoiceRequest, this, [this, &cell] { ChooseValue(cell); });
+  connect(&cell, &ByteValueControl::VariableChanged, this,
+          [this, &cell] { ByteValueControl1_VariableChanged(cell); });
+  connect(cell.Box(), &MyTextBox::MoveRequest, this, [this, index](int step) { MoveFrom(index, step); });
+  connect(cell.Box(), &MyTextBox::PasteRequest, this,
+          [this, index] { PasteAt(static_cast<std::size_t>(index), Rest::Kept); });
 }
 
 void SerialEditor::Form_Load() {
-  const SerialString& string = Slot();
   const std::string_view name = CommandSlotNames.at(static_cast<std::size_t>(globals_.CurrentSlot));
   setWindowTitle(windowTitle() + QStringLiteral(" - ") +
                  QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
-  ui_->NumberOfBytes1->Bind(string.Count, 0, static_cast<int>(kMaximumStringBytes),
+  ui_->NumberOfBytes1->Bind(0, 0, static_cast<int>(kMaximumStringBytes),
                             tr("Number of bytes in this message"));
-  for (std::size_t i = 0; i < kMaximumStringBytes; ++i) {
-    ByteValueControl1[i]->SetByte(string.Values[i], string.Kinds[i]);
-  }
-  NumberOfBytes1_Change();
+  PaintRed(*ui_->ErrorNote);
+  Show(StringEdit(Slot()));
   FocusByte(0);
 }
 
@@ -109,14 +172,21 @@ SerialString& SerialEditor::Slot() {
   return globals_.CurrentProjector.Strings.at(static_cast<std::size_t>(globals_.CurrentSlot));
 }
 
-std::size_t SerialEditor::BytesInUse() const {
-  return static_cast<std::size_t>(ui_->NumberOfBytes1->Value());
+const SerialString& SerialEditor::Slot() const {
+  return globals_.CurrentProjector.Strings.at(static_cast<std::size_t>(globals_.CurrentSlot));
 }
 
 void SerialEditor::FocusByte(int index) {
   const int inUse = static_cast<int>(BytesInUse());
-  if (inUse == 0) return ui_->NumberOfBytes1->setFocus();
-  ByteValueControl1[static_cast<std::size_t>(index >= 0 && index < inUse ? index : 0)]->setFocus();
+  if (inUse == 0) return ui_->Command->setFocus();
+  ByteValueControl1[static_cast<std::size_t>(index >= 0 && index < inUse ? index : 0)]->Box()->setFocus();
+}
+
+int SerialEditor::FocusedByte() const {
+  for (const ByteValueControl* cell : ByteValueControl1) {
+    if (cell->Box()->hasFocus()) return cell->MyIndex();
+  }
+  return -1;
 }
 
 void SerialEditor::MoveFrom(int index, int step) {
@@ -124,52 +194,162 @@ void SerialEditor::MoveFrom(int index, int step) {
   if (target >= 0 && target < static_cast<int>(BytesInUse())) FocusByte(target);
 }
 
-void SerialEditor::NumberOfBytes1_Change() {
-  for (std::size_t i = 0; i < kMaximumStringBytes; ++i) ByteValueControl1[i]->setEnabled(i < BytesInUse());
-  ShowString();
+// An entry's own undo would know nothing of the other entries.
+bool SerialEditor::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride) return QDialog::eventFilter(watched, event);
+  const auto* key = static_cast<QKeyEvent*>(event);
+  const bool isStep = key->key() == Qt::Key_Z || key->key() == Qt::Key_Y;
+  if (!isStep || !key->modifiers().testFlag(Qt::ControlModifier)) return false;
+  event->ignore();
+  return true;
 }
 
-void SerialEditor::ByteValueControl1_ModeChanged() { ShowString(); }
-void SerialEditor::ByteValueControl1_VariableChanged() { ShowString(); }
+// ---- showing ----
 
-void SerialEditor::ShowString() {
+void SerialEditor::Change(const StringEdit& after, const QString& what, Typing typing) {
+  if (after == edit_) return Show(edit_);
+  const int round = typing == Typing::Yes ? typingRound_ : EditStep::kNoTyping;
+  UndoStack->push(new EditStep(what, round, edit_, after, [this](const StringEdit& edit) { Show(edit); }));
+}
+
+void SerialEditor::Show(const StringEdit& edit) {
+  edit_ = edit;
+  ShowCells();
   const SerialString string = EditedString();
   globals_.VariableBytePosition = VariableBytePositionOf(string);
   ui_->Preview->SetString(string);
-
-  const ByteValueControl* tooLarge = FirstTooLarge();
-  ui_->ErrorNote->setText(
-      tooLarge == nullptr
-          ? QString()
-          : tr("Byte %1 is %2: a byte holds 0 to 255.").arg(tooLarge->MyIndex() + 1).arg(tooLarge->Value()));
-  QPalette red = ui_->ErrorNote->palette();
-  red.setColor(QPalette::WindowText, ErrorColourOn(red.color(QPalette::Window)));
-  ui_->ErrorNote->setPalette(red);
+  if (!commandTyped_) ShowCommandText();
+  ShowNotes();
 }
 
-SerialString SerialEditor::EditedString() {
-  SerialString string = Slot();
-  string.Count = static_cast<std::int16_t>(BytesInUse());
+// A cell that shows the byte already keeps its caret.
+void SerialEditor::ShowCells() {
+  ui_->NumberOfBytes1->SetValue(static_cast<int>(BytesInUse()));
+  const int focused = FocusedByte();
   for (std::size_t i = 0; i < kMaximumStringBytes; ++i) {
-    const std::int16_t value = ByteValueControl1[i]->Value();
-    if (value >= 0 && value <= 255) string.Values[i] = static_cast<std::uint8_t>(value);
-    string.Kinds[i] = ByteValueControl1[i]->Kind();
+    ByteValueControl& cell = *ByteValueControl1[i];
+    if (cell.Value() != edit_.Value(i) || cell.Kind() != edit_.Kind(i)) {
+      cell.SetByte(edit_.Value(i), edit_.Kind(i));
+    }
   }
-  return string;
+  // Before a cell is disabled the focus leaves it for one that is not.
+  if (focused >= static_cast<int>(BytesInUse())) FocusByte(static_cast<int>(BytesInUse()) - 1);
+  for (std::size_t i = 0; i < kMaximumStringBytes; ++i) ByteValueControl1[i]->setEnabled(i < BytesInUse());
 }
 
-ByteValueControl* SerialEditor::FirstTooLarge() const {
-  const auto end = ByteValueControl1.begin() + static_cast<std::ptrdiff_t>(BytesInUse());
-  const auto found = std::find_if(ByteValueControl1.begin(), end,
-                                  [](const ByteValueControl* cell) { return cell->Value() > 255; });
-  return found == end ? nullptr : *found;
+void SerialEditor::ShowNotes() {
+  const auto tooLarge = edit_.FirstTooLarge();
+  ui_->ErrorNote->setText(
+      tooLarge ? tr("Byte %1 is %2: a byte holds 0 to 255.").arg(*tooLarge + 1).arg(edit_.Value(*tooLarge))
+               : QString());
+  ShowReading();
 }
 
-// A value over 255 may be typed, but there is no byte to store it in.
-bool SerialEditor::RefuseTooLarge() {
-  ByteValueControl* cell = FirstTooLarge();
-  if (cell != nullptr) cell->setFocus();
-  return cell != nullptr;
+void SerialEditor::ShowCommandText() {
+  reading_ = {};
+  ui_->Command->setText(QString::fromStdString(CommandText(EditedString())));
+}
+
+QString SerialEditor::CommandProblem() const {
+  if (!commandTyped_ || ui_->Command->text().isEmpty()) return {};
+  if (reading_.Readings.empty()) {
+    return QString::fromStdString(ProblemText(reading_.Problem.value_or(TextProblem{})));
+  }
+  const auto refusal =
+      CheckPaste(static_cast<std::size_t>(globals_.CurrentSlot), reading_.Readings[0].String);
+  return refusal ? QString::fromStdString(refusal->Text) : QString();
+}
+
+void SerialEditor::ShowReading() {
+  const QString problem = CommandProblem();
+  QStringList others;
+  for (std::size_t i = 1; i < reading_.Readings.size(); ++i) {
+    others << QString::fromStdString(reading_.Readings[i].As);
+  }
+  others.removeDuplicates();
+  ui_->OtherReadings->setEnabled(reading_.Readings.size() > 1);
+  ui_->CommandNote->setPalette(problem.isEmpty() ? palette() : ui_->ErrorNote->palette());
+  if (!problem.isEmpty()) {
+    ui_->CommandNote->setText(problem);
+  } else if (others.isEmpty()) {
+    ui_->CommandNote->clear();
+  } else {
+    ui_->CommandNote->setText(
+        tr("Read as %1; could also be %2.")
+            .arg(QString::fromStdString(reading_.Readings[0].As), others.join(QStringLiteral(", "))));
+  }
+}
+
+bool SerialEditor::RefuseUnstorable() {
+  if (!CommandProblem().isEmpty()) {
+    ui_->Command->setFocus();
+    return true;
+  }
+  const auto tooLarge = edit_.FirstTooLarge();
+  if (tooLarge) ByteValueControl1[*tooLarge]->Box()->setFocus();
+  return tooLarge.has_value();
+}
+
+// ---- typing ----
+
+void SerialEditor::NumberOfBytes1_Change() {
+  StringEdit after = edit_;
+  after.SetCount(static_cast<std::size_t>(ui_->NumberOfBytes1->Value()));
+  Change(after, tr("Number of bytes"), Typing::Yes);
+}
+
+void SerialEditor::ByteValueControl1_VariableChanged(const ByteValueControl& cell) {
+  StringEdit after = edit_;
+  after.SetValue(static_cast<std::size_t>(cell.MyIndex()), cell.Value());
+  Change(after, tr("Byte %1").arg(cell.MyIndex() + 1), Typing::Yes);
+}
+
+// What cannot be read leaves the bytes as they are.
+void SerialEditor::Command_TextEdited() {
+  const QString text = ui_->Command->text();
+  commandTyped_ = true;
+  reading_ = text.isEmpty() ? ParsedText{} : ParseSerialText(text.toStdU16String());
+  StringEdit after = edit_;
+  if (CommandProblem().isEmpty()) {
+    after.Replace(reading_.Readings.empty() ? SerialString{} : reading_.Readings[0].String);
+  }
+  Change(after, tr("Command text"), Typing::Yes);
+}
+
+void SerialEditor::Command_EditingFinished() {
+  if (!commandTyped_ || !CommandProblem().isEmpty()) return;
+  commandTyped_ = false;
+  Show(edit_);
+}
+
+void SerialEditor::OtherReadings_Click() {
+  const auto chosen = TextReadingForm::Choose(this, ui_->Command->text(), reading_);
+  if (!chosen) return;
+  commandTyped_ = false;
+  StringEdit after = edit_;
+  after.Replace(*chosen);
+  Change(after, tr("Command text"));
+}
+
+void SerialEditor::InsertByte_Click() {
+  const int index = FocusedByte();
+  StringEdit after = edit_;
+  if (index < 0 || !after.Insert(static_cast<std::size_t>(index))) return QApplication::beep();
+  Change(after, tr("Insert a byte"));
+}
+
+void SerialEditor::DeleteByte_Click() {
+  const int index = FocusedByte();
+  StringEdit after = edit_;
+  if (index < 0 || !after.Remove(static_cast<std::size_t>(index))) return QApplication::beep();
+  Change(after, tr("Delete a byte"));
+}
+
+// What was typed and cannot be read is the first that goes.
+void SerialEditor::Undo_Click() {
+  const bool wasUnread = !CommandProblem().isEmpty();
+  commandTyped_ = false;
+  wasUnread ? Show(edit_) : UndoStack->undo();
 }
 
 // ---- choosing ----
@@ -185,30 +365,14 @@ void SerialEditor::ChooseKind(ByteValueControl& cell) {
   ByteModeForm form(isElsewhere ? position : 0, canIgnore || isIgnored, this);
   const int kind = form.ChooseAt(OnScreen(cell), cell.Kind());
   if (kind == ByteModeForm::kNothing) return;
+  StringEdit after = edit_;
   if (form.AllBytes()) {
-    MakeAllAscii();
-  } else if (kind == static_cast<int>(ByteKind::VAR)) {
-    MakeVariable(cell);
+    after.MakeAllAscii();
   } else {
-    cell.SetByte(cell.Value(), static_cast<std::uint8_t>(kind));
+    after.SetKind(static_cast<std::size_t>(cell.MyIndex()), static_cast<std::uint8_t>(kind));
   }
-  Q_EMIT cell.ModeChanged();
-}
-
-void SerialEditor::MakeAllAscii() {
-  for (ByteValueControl* cell : std::span(ByteValueControl1).first(BytesInUse())) {
-    cell->SetByte(cell->Value(), static_cast<std::uint8_t>(ByteKind::ASC));
-  }
-}
-
-void SerialEditor::MakeVariable(ByteValueControl& cell) {
-  constexpr auto kVariable = static_cast<std::uint8_t>(ByteKind::VAR);
-  for (ByteValueControl* unused : std::span(ByteValueControl1).subspan(BytesInUse())) {
-    if (unused->Kind() == kVariable)
-      unused->SetByte(unused->Value(), static_cast<std::uint8_t>(ByteKind::HEX));
-  }
-  cell.SetByte(cell.Value(), kVariable);
-  EditVolumeFormat();
+  Change(after, tr("Byte mode"));
+  if (kind == static_cast<int>(ByteKind::VAR)) EditVolumeFormat();
 }
 
 void SerialEditor::EditVolumeFormat() {
@@ -222,9 +386,11 @@ void SerialEditor::ChooseValue(ByteValueControl& cell) {
   } else {
     FormControlcodeForm form(this);
     const int code = form.ChooseAt(OnScreen(*cell.Box()), cell.Value() < 32 ? cell.Value() : 0);
-    if (code != FormControlcodeForm::kNothing) cell.SetByte(static_cast<std::int16_t>(code), cell.Kind());
+    if (code == FormControlcodeForm::kNothing) return;
+    StringEdit after = edit_;
+    after.SetValue(static_cast<std::size_t>(cell.MyIndex()), static_cast<std::int16_t>(code));
+    Change(after, tr("Byte %1").arg(cell.MyIndex() + 1));
   }
-  Q_EMIT cell.VariableChanged();
 }
 
 // ---- commands ----
@@ -238,23 +404,21 @@ void SerialEditor::PasteAt(std::size_t first, Rest rest) {
     prompts_.Show(this, *refusal);
     return;
   }
-  const std::size_t end = first + string->BytesInUse();
-  for (std::size_t i = first; i < end; ++i) {
-    ByteValueControl1[i]->SetByte(string->Values[i - first], string->Kinds[i - first]);
-  }
-  ui_->NumberOfBytes1->SetValue(static_cast<int>(rest == Rest::Dropped ? end : std::max(end, BytesInUse())));
-  NumberOfBytes1_Change();
+  commandTyped_ = false;
+  StringEdit after = edit_;
+  rest == Rest::Dropped ? after.Replace(*string) : after.Write(first, *string);
+  Change(after, tr("Paste"));
 }
 
 void SerialEditor::Test_Click() {
-  if (RefuseTooLarge()) return;
+  if (RefuseUnstorable()) return;
   const SetAside slot(Slot());
   Slot() = EditedString();
   openConsole_(this);
 }
 
 void SerialEditor::Done_Click() {
-  if (RefuseTooLarge()) return;
+  if (RefuseUnstorable()) return;
   Slot() = EditedString();
   accept();
 }

@@ -2,6 +2,7 @@
 
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
+#include "forms/strings/string_access.h"
 #include "forms/strings/string_clipboard.h"
 #include "forms/strings/string_picture.h"
 #include "serial_strings/serial_string.h"
@@ -37,6 +38,7 @@ SerialStringDisplay::SerialStringDisplay(QWidget* parent)
   menuHidden->setObjectName(QStringLiteral("menuHidden"));
   MakeMenu();
   UpdateCommands();
+  InstallStringAccess();
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   connect(OffsetBar, &QScrollBar::valueChanged, this, &SerialStringDisplay::OffsetBar_Change);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace qdm {
@@ -29,6 +30,16 @@ QString PieceOf(const SerialString& string, std::size_t index) {
   return piece;
 }
 
+// Where the blanks begin that stand at the end and would not be seen.
+std::size_t TrailingBlanks(const SerialString& string) {
+  std::size_t begin = string.BytesInUse();
+  while (begin > 0 && string.Values[begin - 1] == ' ' &&
+         string.Kinds[begin - 1] == static_cast<std::uint8_t>(ByteKind::ASC)) {
+    --begin;
+  }
+  return begin;
+}
+
 }  // namespace
 
 StringPicture::StringPicture(QWidget* parent) : QWidget(parent) {
@@ -38,6 +49,8 @@ StringPicture::StringPicture(QWidget* parent) : QWidget(parent) {
 
 void StringPicture::SetString(const SerialString& string) {
   string_ = string;
+  const std::string text = CompactText(string);
+  setAccessibleName(text.empty() ? tr("empty") : QString::fromStdString(text));
   Measure();
   update();
 }
@@ -83,10 +96,17 @@ void StringPicture::paintEvent(QPaintEvent*) {
   const QColor background = palette().color(isEnabled() ? QPalette::Base : QPalette::Window);
   painter.fillRect(rect(), background);
   const int baseline = (height() + fontMetrics().ascent() - fontMetrics().descent()) / 2;
+  const std::size_t blanks = TrailingBlanks(string_);
   for (std::size_t i = 0; i < string_.BytesInUse(); ++i) {
     painter.setPen(isEnabled() ? KindColourOn(string_.Kinds[i], background)
                                : palette().color(QPalette::Disabled, QPalette::Text));
     painter.drawText(edges_[i] - offset_, baseline, PieceOf(string_, i));
+    if (i >= blanks) {
+      painter.setPen(QPen(painter.pen().color(), 1, Qt::DotLine));
+      const int blank = fontMetrics().horizontalAdvance(u' ');
+      const int height = fontMetrics().ascent() - 2;
+      painter.drawRect(edges_[i + 1] - offset_ - blank + 1, baseline - height, blank - 3, height);
+    }
   }
   painter.setPen(palette().color(focusShown_ ? QPalette::Highlight : QPalette::Mid));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));

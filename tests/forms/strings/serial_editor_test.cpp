@@ -11,11 +11,13 @@
 #include "support/forms_events.h"
 #include "support/strings.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 
 #include <gmock/gmock.h>
 
@@ -55,12 +57,16 @@ class SerialEditorTest : public testing::Test {
   }
   void Key(int cell, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     Activate();
-    Cell(cell)->setFocus();
+    Cell(cell)->Box()->setFocus();
     QTest::keyClick(Cell(cell)->Box(), key, modifiers);
   }
   void Type(int cell, const char* keys) {
-    Cell(cell)->setFocus();
+    Cell(cell)->Box()->setFocus();
     QTest::keyClicks(Cell(cell)->Box(), QLatin1String(keys));
+  }
+  QLineEdit* Line() { return Editor->findChild<QLineEdit*>(QStringLiteral("Command")); }
+  std::string Text(const char* label) {
+    return Editor->findChild<QLabel*>(QLatin1String(label))->text().toStdString();
   }
   void SetCount(const char* digits) {
     auto* text = Editor->findChild<IntegerEntry*>(QStringLiteral("NumberOfBytes1"))->findChild<QLineEdit*>();
@@ -171,7 +177,7 @@ TEST_F(SerialEditorTest, ValueThatIsNoByteIsKeptFlaggedAndNotStored) {
   const auto* note = Editor->findChild<QLabel*>(QStringLiteral("ErrorNote"));
   EXPECT_EQ(note->text(), QStringLiteral("Byte 2 is 300: a byte holds 0 to 255."));
 
-  Cell(0)->setFocus();
+  Cell(0)->Box()->setFocus();
   Press("Done");
   Press("Test");
   EXPECT_TRUE(Editor->isVisible());
@@ -183,6 +189,77 @@ TEST_F(SerialEditorTest, ValueThatIsNoByteIsKeptFlaggedAndNotStored) {
   for (int i = 0; i < 32; ++i) EXPECT_EQ(Cell(i)->isEnabled(), i < 1) << i;
   Press("Done");
   EXPECT_EQ(Slot().Values[1], 30) << "behind the string's end the stored byte stays";
+}
+
+TEST_F(SerialEditorTest, TabGoesThroughCountTextBytesAndButtons) {
+  Open(1, Characters("AB"));
+  QStringList visited;
+  SetCount("2");
+  do {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    visited << QApplication::focusWidget()->objectName();
+  } while (visited.last() != QStringLiteral("Text1") && visited.size() < 50);
+  EXPECT_EQ(visited.join(u' ').toStdString(),
+            "Command MyTextBox1 MyTextBox1 Test PasteCommand Done CancelCommand Text1");
+}
+
+TEST_F(SerialEditorTest, CommandIsReadWhileItIsTypedAndIsOneStep) {
+  Open(1, {});
+  ASSERT_TRUE(Line()->hasFocus()) << "an empty string begins here";
+  QTest::keyClicks(Line(), QStringLiteral("ON<CR>"));
+  EXPECT_EQ(Cell(2)->Value(), 13);
+  EXPECT_TRUE(Cell(2)->isEnabled() && !Cell(3)->isEnabled());
+  QTest::keyClick(Line(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Line()->text(), QString());
+  EXPECT_FALSE(Cell(0)->isEnabled());
+  QTest::keyClick(Line(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Line()->text(), QStringLiteral("ON<CR>"));
+
+  Key(0, Qt::Key_F);
+  EXPECT_EQ(Line()->text(), QStringLiteral("fN<CR>")) << "follows the bytes";
+  Line()->setFocus();
+  Line()->selectAll();
+  QTest::keyClicks(Line(), QStringLiteral("02 50"));
+  EXPECT_EQ(Cell(1)->Value(), 0x50);
+  EXPECT_THAT(Text("CommandNote"), testing::HasSubstr("bytes in decimal"));
+  Line()->setText(QString(32, u'A'));
+  QTest::keyClicks(Line(), QStringLiteral("B"));
+  EXPECT_EQ(Cell(1)->Value(), 0x50) << "what cannot be read leaves the bytes alone";
+  Press("Done");
+  EXPECT_TRUE(Editor->isVisible() && Line()->hasFocus());
+  EXPECT_EQ(Slot(), SerialString{});
+}
+
+TEST_F(SerialEditorTest, BytesAreInsertedRemovedAndHadBack) {
+  const SerialString before = Characters("ABC");
+  Open(1, before);
+  Key(1, Qt::Key_Insert, Qt::ControlModifier);
+  Type(1, "x");
+  Key(0, Qt::Key_Delete, Qt::ControlModifier);
+  EXPECT_EQ(Line()->text(), QStringLiteral("xBC"));
+  Press("PasteCommand");
+  EXPECT_EQ(Line()->text(), QString()) << "nothing was copied yet";
+  Activate();
+  const auto* undo = Editor->findChild<QToolButton*>(QStringLiteral("Undo"));
+  EXPECT_EQ(undo->toolTip(), QStringLiteral("Undo: Paste (Ctrl+Z)"));
+  for (int i = 0; i < 4; ++i) QTest::keyClick(Editor.get(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_FALSE(undo->isEnabled());
+  Press("Done");
+  EXPECT_EQ(Slot(), before);
+}
+
+TEST_F(SerialEditorTest, ScreenReadersHearValuesAndPopUps) {
+  Open(1, String({{'A'}, {13, CNT}}));
+  EXPECT_EQ(Cell(1)->Box()->accessibleName(), QStringLiteral("Byte 2, CNT: CR"));
+  EXPECT_EQ(Editor->findChild<QWidget*>(QStringLiteral("Preview"))->accessibleName(),
+            QStringLiteral("A,CRc"));
+  ChooseKind(1, [this](ByteModeForm& form) {
+    QAccessibleInterface* editor = QAccessible::queryAccessibleInterface(Editor.get());
+    QAccessibleInterface* popup = editor->child(editor->childCount() - 1);
+    ASSERT_EQ(popup->object(), &form);
+    EXPECT_EQ(popup->child(4)->text(QAccessible::Name), QStringLiteral("CONTROL"));
+    EXPECT_TRUE(popup->child(4)->state().focused && !popup->child(3)->state().focused);
+  });
 }
 
 }  // namespace
