@@ -10,6 +10,8 @@
 #include "ui_serial_test_form.h"
 
 #include <QButtonGroup>
+#include <QFontDatabase>
+#include <QMap>
 #include <QSettings>
 #include <QTimer>
 #include <QToolButton>
@@ -24,6 +26,13 @@ namespace {
 
 constexpr std::size_t kCellsInRow = 16;
 constexpr QLatin1String kPortSetting("SerialTest/Port");
+constexpr QLatin1String kReplyTimeSetting("SerialTest/ReplyTime");  // ms
+constexpr int kTraceInterval = 10;                                  // ms
+enum TraceColumn { kTime, kDirection, kBytes, kCharacters };
+
+int Milliseconds(Microseconds time) {
+  return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+}
 
 QString SlotName(std::size_t slot) {
   const std::string_view name = CommandSlotNames[slot];
@@ -48,15 +57,17 @@ SerialTestForm::SerialTestForm(Globals& globals, SerialPorts& ports, Waiting& ti
       time_(time),
       settings_(settings),
       Timer1(new QTimer(this)),
+      TraceTimer(new QTimer(this)),
       Option2(new QButtonGroup(this)),
       slot_(static_cast<std::size_t>(globals.CurrentSlot)),
       lineSettings_(TrialLineSettings(globals.CurrentProjector)),
       format_(VolumeFormatOf(globals.CurrentProjector)),
       variablePosition_(VariableBytePositionOf(Slot())),
-      level_(FirstTrialLevel(format_)) {
+      level_(FirstTrialLevel(format_)),
+      trace_(time) {
   ui_->setupUi(this);
   Timer1->setObjectName(QStringLiteral("Timer1"));
-  Timer1->setInterval(std::chrono::duration_cast<std::chrono::milliseconds>(kTrialReplyTime));
+  TraceTimer->setObjectName(QStringLiteral("TraceTimer"));
   ui_->SerialStringDisplay1->Bind(globals, prompts);
   ui_->SerialStringDisplay1->DisableMenu();
   ui_->SerialStringDisplay2->Bind(globals, prompts);
@@ -95,6 +106,8 @@ void SerialTestForm::ConnectControls() {
   connect(ui_->Done, &QPushButton::clicked, this, &SerialTestForm::accept);
   connect(Option2, &QButtonGroup::idClicked, this, &SerialTestForm::Option2_Click);
   connect(Timer1, &QTimer::timeout, this, &SerialTestForm::Timer1_Timer);
+  connect(TraceTimer, &QTimer::timeout, this, &SerialTestForm::TraceTimer_Timer);
+  connect(ui_->ReplyTime, &QDoubleSpinBox::valueChanged, this, &SerialTestForm::ReplyTime_Change);
   connect(ui_->Up, &QPushButton::clicked, this, [this] { Level_Click(LevelUp(format_, level_)); });
   connect(ui_->Down, &QPushButton::clicked, this, [this] { Level_Click(LevelDown(format_, level_)); });
   connect(ui_->PowerUp, &QPushButton::clicked, this, [this] { Level_Click(format_.FixedStartLevel); });
@@ -110,6 +123,15 @@ void SerialTestForm::Form_Load() {
   ShowLevel();
   ForgetReply();
   for (int number = 1; number <= kPortSlots; ++number) ui_->Port->addItem({}, number);
+  const int replyTime = settings_.value(kReplyTimeSetting, Milliseconds(kTrialReplyTime)).toInt();
+  ui_->ReplyTime->setRange(Milliseconds(kShortestReplyTime) / 1000.0,
+                           Milliseconds(kLongestReplyTime) / 1000.0);
+  ui_->ReplyTime->setValue(replyTime / 1000.0);
+  ReplyTime_Change();
+  QPalette red = ui_->RefusedSettings->palette();
+  red.setColor(QPalette::WindowText, ErrorColourOn(red.color(QPalette::Window)));
+  ui_->RefusedSettings->setPalette(red);
+  ui_->Trace->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   const int last = settings_.value(kPortSetting).toInt();
   ui_->Port->setCurrentIndex((last >= 1 && last <= kPortSlots ? last : FirstPresent(ports_)) - 1);
   OpenPort();
@@ -128,10 +150,23 @@ void SerialTestForm::FillPorts() {
 
 void SerialTestForm::OpenPort() {
   FillPorts();
-  port_ = ports_.Port(PortNumber());
-  port_->SetSettings(lineSettings_);
+  port_ = std::make_unique<TracedPort>(ports_.Port(PortNumber()), trace_);
+  port_->SetSettings(TrialPortSettings(globals_.CurrentProjector));
   port_->Open();
+  TraceTimer->start(kTraceInterval);
   ShowPort();
+  ShowRefused();
+}
+
+void SerialTestForm::ShowRefused() {
+  const QMap<LineParameter, QString> names = {{LineParameter::Speed, tr("speed")},
+                                              {LineParameter::Parity, tr("parity")},
+                                              {LineParameter::DataBits, tr("data bits")},
+                                              {LineParameter::StopBits, tr("stop bits")}};
+  QStringList refused;
+  for (const LineParameter setting : port_->RefusedSettings()) refused << names[setting];
+  ui_->RefusedSettings->setText(
+      refused.isEmpty() ? QString() : tr("The port refuses: %1").arg(refused.join(QStringLiteral(", "))));
 }
 
 void SerialTestForm::ShowPort() {
@@ -153,10 +188,16 @@ bool SerialTestForm::SendsLevel() const {
 }
 
 void SerialTestForm::Send_Click() {
+  const std::string_view error = VolumeFormatError(format_);
+  if (SendsLevel() && !error.empty()) {
+    return SetStatus(tr("Not sent, the volume format is wrong: %1.")
+                         .arg(QLatin1String(error.data(), static_cast<qsizetype>(error.size()))));
+  }
   if (!port_->IsOpen()) OpenPort();
   SetBusy(true);
   ForgetReply();
   port_->ReadAll();
+  trace_.Restart();
   StringTrial trial{.String = Slot(),
                     .VariablePosition = variablePosition_,
                     .Level = {},
@@ -164,6 +205,7 @@ void SerialTestForm::Send_Click() {
   if (SendsLevel()) trial.Level = LevelBytes(format_, level_);
   SendString(*port_, trial, time_, stop_.get_token());
   if (stop_.stop_requested()) return;
+  ShowTrace();
   if (port_->IsOpen()) {
     SetStatus(tr("Waiting for the reply..."));
   } else {
@@ -177,6 +219,7 @@ void SerialTestForm::Timer1_Timer() {
   SetBusy(false);
   if (!port_->IsOpen()) return ShowPort();
   const std::size_t waiting = port_->BytesWaiting();
+  ShowTrace();
   const auto reply = TakeReply(*port_, static_cast<ByteKind>(Option2->checkedId()));
   if (reply) {
     globals_.ReceivedReply = *reply;
@@ -186,6 +229,34 @@ void SerialTestForm::Timer1_Timer() {
     SetStatus(waiting == 0 ? tr("No reply.")
                            : tr("The reply has %1 bytes: more than a string can hold.").arg(waiting));
   }
+}
+
+void SerialTestForm::ReplyTime_Change() {
+  const int replyTime = qRound(ui_->ReplyTime->value() * 1000);
+  Timer1->setInterval(replyTime);
+  settings_.setValue(kReplyTimeSetting, replyTime);
+}
+
+// ---- the trace ----
+
+void SerialTestForm::TraceTimer_Timer() {
+  port_->Poll();
+  ShowTrace();
+}
+
+void SerialTestForm::ShowTrace() {
+  if (trace_.Total() == traced_) return;
+  traced_ = trace_.Total();
+  ui_->Trace->clear();
+  for (const TraceRun& run : trace_.Runs()) {
+    const TraceWords words = WordsOf(run);
+    auto* row = new QTreeWidgetItem(ui_->Trace);
+    row->setText(kTime, QString::fromStdString(words.Time));
+    row->setText(kDirection, run.Direction == LineDirection::Sent ? tr("sent") : tr("received"));
+    row->setText(kBytes, QString::fromStdString(words.Bytes));
+    row->setText(kCharacters, QString::fromStdString(words.Characters));
+  }
+  ui_->Trace->scrollToBottom();
 }
 
 void SerialTestForm::SetBusy(bool busy) {
@@ -201,6 +272,7 @@ void SerialTestForm::SetStatus(const QString& text) { ui_->Status->setText(text)
 void SerialTestForm::done(int result) {
   stop_.request_stop();
   Timer1->stop();
+  TraceTimer->stop();
   port_->Close();
   QDialog::done(result);
 }
@@ -275,12 +347,12 @@ void SerialTestForm::Ignore_Click(std::size_t index) {
 }
 
 void SerialTestForm::Copy_Click() {
-  CopyString(globals_, globals_.ReceivedReply);
+  CopyString(globals_, ReplyToKeep(globals_.ReceivedReply));
   SetStatus(tr("The reply has been copied."));
 }
 
 void SerialTestForm::UseAsReply_Click() {
-  TakeAsExpectedReply(globals_.CurrentProjector, slot_, globals_.ReceivedReply);
+  TakeAsExpectedReply(globals_.CurrentProjector, slot_, ReplyToKeep(globals_.ReceivedReply));
   SetStatus(tr("The reply is now \"%1\".").arg(SlotName(*ReplySlotOf(slot_))));
 }
 

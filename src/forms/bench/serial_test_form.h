@@ -1,10 +1,11 @@
 // The test console: sends the string in Globals::CurrentSlot of CurrentProjector over a serial port, at the
 // projector's own line settings and inter-byte delay, and shows what comes back. The reply stands in
 // Globals::ReceivedReply; it can be copied, or become the command's expected reply with some of its bytes
-// ignored. A port that is missing or in use is told in the status line, never in a box. Closing the window
-// ends a sending in the middle.
+// ignored. Beside it stands every byte that went over the line, with its time. A port that is missing or in
+// use is told in the status line, never in a box. Closing the window ends a sending in the middle.
 #pragma once
 
+#include "projector_bench/line_trace.h"
 #include "projector_bench/string_trial.h"
 #include "serial_strings/volume_format.h"
 
@@ -39,6 +40,8 @@ class SerialTestForm : public QDialog {
 
   // Takes the reply in.
   void Timer1_Timer();
+  // Takes in what has come and shows it in the trace.
+  void TraceTimer_Timer();
   // Every way to close the window comes through here.
   void done(int result) override;
 
@@ -54,12 +57,15 @@ class SerialTestForm : public QDialog {
   void Option2_Click();
   void Ignore_Click(std::size_t index);
   void Level_Click(std::int16_t level);
+  void ReplyTime_Change();
 
   const SerialString& Slot() const;
   int PortNumber() const;
   void FillPorts();
   void OpenPort();
   void ShowPort();
+  void ShowRefused();
+  void ShowTrace();
   void ShowLevel();
   void ForgetReply();
   void ShowReply();
@@ -74,6 +80,7 @@ class SerialTestForm : public QDialog {
   Waiting& time_;
   QSettings& settings_;
   QTimer* Timer1;
+  QTimer* TraceTimer;
   QButtonGroup* Option2;  // ids are byte kinds
   std::array<QToolButton*, kMaximumStringBytes - 1> Ignore{};
 
@@ -82,7 +89,9 @@ class SerialTestForm : public QDialog {
   const VolumeFormat format_;
   const std::int16_t variablePosition_;
   std::int16_t level_;
-  std::unique_ptr<SerialPort> port_;
+  LineTrace trace_;
+  std::size_t traced_ = 0;  // bytes of the trace that are shown
+  std::unique_ptr<TracedPort> port_;
   std::stop_source stop_;
   bool sendHadFocus_ = false;  // before it was disabled
 };

@@ -10,12 +10,16 @@
 #include "support/strings.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QDoubleSpinBox>
 #include <QLabel>
 #include <QRadioButton>
 #include <QSettings>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
 
 #include <gmock/gmock.h>
 
@@ -35,6 +39,7 @@ struct Line {
   bool Present = true;
   std::string Settings;
   Bytes Waiting;
+  std::vector<LineParameter> Refused;
 };
 
 class LinePort : public SerialPort {
@@ -42,6 +47,7 @@ class LinePort : public SerialPort {
   explicit LinePort(Line& line) : line_(line) {}
 
   void SetSettings(std::string_view settings) override { line_.Settings = settings; }
+  std::vector<LineParameter> RefusedSettings() const override { return line_.Refused; }
   bool Open() override { return open_ = line_.Present; }
   void Close() override { open_ = false; }
   bool IsOpen() const override { return open_ && line_.Present; }
@@ -125,6 +131,7 @@ TEST_F(SerialTest, TakesTheReplyAsExpectedAndForgetsItOnTheNextTest) {
   shared_.CurrentProjector.Strings[11] = {};
   Open(1);
   EXPECT_EQ(line_.Settings, "19200,n,8,1");
+  EXPECT_EQ(form_->findChild<QTimer*>(QStringLiteral("Timer1"))->interval(), 1000);
   line_.Waiting = {'o', 'l', 'd'};
   Click("Send");
   EXPECT_FALSE(Enabled("Send"));
@@ -132,7 +139,7 @@ TEST_F(SerialTest, TakesTheReplyAsExpectedAndForgetsItOnTheNextTest) {
   EXPECT_EQ(Reply(), Characters("OK7\r"));
   EXPECT_TRUE(Enabled("Send"));
   Click("Copy");
-  EXPECT_EQ(shared_.ClipboardString, Reply());
+  EXPECT_EQ(CompactText(shared_.ClipboardString), "OK7,CRc") << "no invisible character is kept";
 
   ClickOption("Option2_1");
   Click("Ignore_2");
@@ -164,6 +171,49 @@ TEST_F(SerialTest, VolumeCommandsSendTheLevelAndAMissingPortIsToldQuietly) {
   EXPECT_THAT(prompts_.Shown, testing::IsEmpty());
 }
 
+TEST_F(SerialTest, VolumeFormatInErrorIsNotSent) {
+  shared_.CurrentProjector.LevelStep = 0;
+  Open(6);
+  Click("Send");
+  EXPECT_EQ(Text("Status"), "Not sent, the volume format is wrong: Error Volume Step = 0.");
+  EXPECT_THAT(line_.Projector.Received, testing::IsEmpty());
+  EXPECT_TRUE(Enabled("Send"));
+}
+
+TEST_F(SerialTest, OddParityIsReallySetAndARefusalToldBesideIt) {
+  shared_.CurrentProjector.Parity = 2;
+  line_.Refused = {LineParameter::Parity, LineParameter::StopBits};
+  Open(1);
+  EXPECT_EQ(Text("LineSettings"), "19200,0,8,1");
+  EXPECT_EQ(line_.Settings, "19200,o,8,1");
+  EXPECT_EQ(Text("RefusedSettings"), "The port refuses: parity, stop bits");
+  const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(Child<QLabel>("LineSettings"));
+  EXPECT_EQ(shown->text(QAccessible::Name), QStringLiteral("19200,0,8,1")) << "no name hides it";
+}
+
+TEST_F(SerialTest, TraceShowsLateBytesAndTheReplyTimeIsKept) {
+  Open(1);
+  auto* replyTime = Child<QDoubleSpinBox>("ReplyTime");
+  EXPECT_EQ(replyTime->value(), 1.0);
+  replyTime->setValue(9);
+  SendAndTake();
+  time_.Yield(time_.Now() + 2s);
+  line_.Waiting = Bytes(40, 0xFF);
+  form_->TraceTimer_Timer();
+  const auto* trace = Child<QTreeWidget>("Trace");
+  QStringList rows;
+  for (int i = 0; i < trace->topLevelItemCount(); ++i) {
+    const QTreeWidgetItem* row = trace->topLevelItem(i);
+    rows << row->text(0) + u' ' + row->text(1) + u' ' + row->text(3);
+  }
+  EXPECT_EQ(rows.join(u'|').toStdString(),
+            "0.000 sent P|0.010 sent W|0.020 sent R|0.030 sent .|"
+            "0.040 received OK7.|2.040 received " +
+                std::string(40, '.'));
+  Open(1);
+  EXPECT_EQ(form_->findChild<QTimer*>(QStringLiteral("Timer1"))->interval(), 5000);
+}
+
 TEST_F(SerialTest, ClosingInTheMiddleStopsSending) {
   Open(1);
   time_.Plan(15ms, [&] { QTest::keyClick(form_.get(), Qt::Key_Escape); });
@@ -173,19 +223,6 @@ TEST_F(SerialTest, ClosingInTheMiddleStopsSending) {
 }
 
 #ifndef _WIN32  // over a device of the system
-
-// The system's ports; knows the one that was made last.
-struct WatchedPorts : SerialPorts {
-  std::unique_ptr<SerialPorts> System = MakeSystemPorts();
-  SerialPort* Last = nullptr;
-
-  std::string DeviceName(int number) const override { return System->DeviceName(number); }
-  std::unique_ptr<SerialPort> Port(int number) override {
-    auto port = System->Port(number);
-    Last = port.get();
-    return port;
-  }
-};
 
 class SerialTestOnPseudoTerminal : public SerialTest {
  protected:
@@ -198,10 +235,19 @@ class SerialTestOnPseudoTerminal : public SerialTest {
   }
   ~SerialTestOnPseudoTerminal() override { qunsetenv("QDM_PORTS"); }
 
+  // As the trace shows them.
+  std::size_t BytesReceived() const {
+    std::size_t bytes = 0;
+    for (const auto* row : Child<QTreeWidget>("Trace")->findItems(QStringLiteral("received"), {}, 1)) {
+      bytes += static_cast<std::size_t>(row->text(2).split(u' ').size());
+    }
+    return bytes;
+  }
+
   EventLoopWaiting wall_;
   PseudoTerminal terminal_;
   QSocketNotifier sent_{terminal_.Descriptor(), QSocketNotifier::Read};
-  WatchedPorts system_;
+  std::unique_ptr<SerialPorts> system_ = MakeSystemPorts();
   SimulatedProjector projector_{ProjectorDefinition()};
 };
 
@@ -215,13 +261,13 @@ TEST_F(SerialTestOnPseudoTerminal, AnswersOfEveryLengthArriveOrAreDroppedWhole) 
     projector_ = SimulatedProjector(definition);
 
     const Microseconds start = wall_.Now();
-    Open(1, system_, wall_);
+    Open(1, *system_, wall_);
     ASSERT_THAT(Text("Status"), HasSubstr("is open"));
     Click("Send");
     EXPECT_GE(wall_.Now() - start, 40ms) << "four bytes with 10 ms behind each";
     EXPECT_EQ(terminal_.Settings().Speed, 19200);
     ASSERT_TRUE(Eventually(wall_, [&] {  // bytes take a moment to pass through the system
-      return projector_.Received.size() >= 4 && system_.Last->BytesWaiting() == reply.BytesInUse();
+      return projector_.Received.size() >= 4 && BytesReceived() == reply.BytesInUse();
     }));
     EXPECT_THAT(projector_.Received, ElementsAre('P', 'W', 'R', 13));
     form_->Timer1_Timer();
