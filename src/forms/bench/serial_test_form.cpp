@@ -1,5 +1,6 @@
 #include "forms/bench/serial_test_form.h"
 
+#include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
 #include "forms/strings/kind_colours.h"
@@ -11,6 +12,7 @@
 
 #include <QButtonGroup>
 #include <QFontDatabase>
+#include <QHeaderView>
 #include <QMap>
 #include <QSettings>
 #include <QTimer>
@@ -83,6 +85,7 @@ SerialTestForm::SerialTestForm(Globals& globals, SerialPorts& ports, Waiting& ti
 SerialTestForm::~SerialTestForm() = default;
 
 void SerialTestForm::MakeIgnoreCells() {
+  QWidget* before = ui_->Option2_3;
   for (std::size_t i = 0; i < Ignore.size(); ++i) {
     auto* cell = new QToolButton(ui_->IgnoreFrame);
     cell->setObjectName(QStringLiteral("Ignore_%1").arg(i));
@@ -94,8 +97,11 @@ void SerialTestForm::MakeIgnoreCells() {
     cell->setText(QStringLiteral("00"));
     ui_->Cells->addWidget(cell, static_cast<int>(i / kCellsInRow), static_cast<int>(i % kCellsInRow));
     Ignore[i] = cell;
+    setTabOrder(before, cell);
+    before = cell;
     connect(cell, &QToolButton::clicked, this, [this, i] { Ignore_Click(i); });
   }
+  setTabOrder(before, ui_->Copy);
 }
 
 void SerialTestForm::ConnectControls() {
@@ -131,10 +137,12 @@ void SerialTestForm::Form_Load() {
   QPalette red = ui_->RefusedSettings->palette();
   red.setColor(QPalette::WindowText, ErrorColourOn(red.color(QPalette::Window)));
   ui_->RefusedSettings->setPalette(red);
+  ui_->Trace->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   ui_->Trace->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   const int last = settings_.value(kPortSetting).toInt();
   ui_->Port->setCurrentIndex((last >= 1 && last <= kPortSlots ? last : FirstPresent(ports_)) - 1);
   OpenPort();
+  FitToScreen(*this, *ui_->Scroll);
   ui_->Send->setFocus();
 }
 

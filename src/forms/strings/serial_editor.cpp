@@ -269,15 +269,14 @@ void SerialEditor::ShowReading() {
   others.removeDuplicates();
   ui_->OtherReadings->setEnabled(reading_.Readings.size() > 1);
   ui_->CommandNote->setPalette(problem.isEmpty() ? palette() : ui_->ErrorNote->palette());
-  if (!problem.isEmpty()) {
-    ui_->CommandNote->setText(problem);
-  } else if (others.isEmpty()) {
-    ui_->CommandNote->clear();
-  } else {
-    ui_->CommandNote->setText(
-        tr("Read as %1; could also be %2.")
-            .arg(QString::fromStdString(reading_.Readings[0].As), others.join(QStringLiteral(", "))));
+  if (!problem.isEmpty()) return ui_->CommandNote->setText(problem);
+  QStringList notes;
+  if (!others.isEmpty()) {
+    const QString as = QString::fromStdString(reading_.Readings[0].As);
+    notes << tr("Read as %1; it could also be %2.").arg(as, others.join(QStringLiteral(", ")));
   }
+  if (reading_.Problem) notes << QString::fromStdString(ProblemText(*reading_.Problem));
+  ui_->CommandNote->setText(notes.join(QLatin1Char(' ')));
 }
 
 bool SerialEditor::RefuseUnstorable() {

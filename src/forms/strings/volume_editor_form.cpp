@@ -2,6 +2,7 @@
 
 #include "forms/controls/hex_entry.h"
 #include "forms/controls/integer_entry.h"
+#include "forms/shared/fit_to_screen.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/kind_colours.h"
 #include "projectors/projector_volume.h"
@@ -63,6 +64,7 @@ VolumeEditorForm::VolumeEditorForm(ProjectorDefinition& projector, UserPrompts& 
   MessageFormat = MakeGroup(this, {ui_->MessageFormat_0, ui_->MessageFormat_1, ui_->MessageFormat_2});
   FirstByteIs = MakeGroup(this, {ui_->FirstByteIs_0, ui_->FirstByteIs_1});
   Load(VolumeFormatOf(projector));
+  FitToScreen(*this, *ui_->Scroll);
   ui_->MaximumLevel->setFocus();
   ConnectControls();
 }

@@ -1,0 +1,13 @@
+// Windows whose controls stand in a scroll area, since they do not fit at twice the scale.
+#pragma once
+
+class QScrollArea;
+class QWidget;
+
+namespace qdm {
+
+// Makes `window` as large as everything in `area` wants it, as far as the screen has room. To be called
+// before it is shown, when what is hidden is hidden.
+void FitToScreen(QWidget& window, QScrollArea& area);
+
+}  // namespace qdm
