@@ -135,7 +135,9 @@ void QtSerialPort::ApplySettings() {
   }
   if (settings_.Parity) {
     port_->setParity(QtParity(*settings_.Parity));
-    check(LineParameter::Parity, isSet(PARENB | PARODD, ParityFlags(*settings_.Parity)));
+    // Without parity nobody looks at which one it would be.
+    const tcflag_t mask = *settings_.Parity == LineParity::None ? PARENB : PARENB | PARODD;
+    check(LineParameter::Parity, isSet(mask, ParityFlags(*settings_.Parity)));
   }
 }
 

@@ -98,6 +98,10 @@ TEST_F(QtSerialPortTest, AppliesWhatTheDeviceAcceptsOfTheSettings) {
       EXPECT_TRUE(OtherEndReceives(EveryByte())) << settings;
     }
   }
+  port.SetSettings("9600,o,8,1");
+  EXPECT_THAT(port.RefusedSettings(), ElementsAre(LineParameter::Parity));
+  port.SetSettings("9600,n,8,1");
+  EXPECT_THAT(port.RefusedSettings(), IsEmpty());
 }
 
 TEST_F(QtSerialPortTest, ReadsAsClosedWhenTheDeviceGoesAway) {
