@@ -1,0 +1,146 @@
+#include "manuals/manual_reading.h"
+
+#include "manuals/character_columns.h"
+#include "manuals/choosing.h"
+#include "manuals/codes.h"
+#include "manuals/framing.h"
+#include "manuals/line_text.h"
+#include "manuals/page.h"
+#include "manuals/pairing.h"
+#include "manuals/replies.h"
+#include "manuals/templates.h"
+
+#include <algorithm>
+
+namespace qdm {
+namespace {
+
+bool Before(const Code& a, const Code& b) {
+  return std::pair(a.Begin().Line, a.Begin().From) < std::pair(b.Begin().Line, b.Begin().From);
+}
+
+// The characters of a code right beside its numbers belong to it: "PON 50 4F 4E".
+void TakeCharactersBeside(const ManualPage& page, std::vector<Code>& numbers) {
+  for (Code& code : numbers) {
+    const Span where = code.Begin();
+    const std::u16string& line = page.Lines[where.Line];
+    std::size_t at = where.From;
+    std::size_t byte = code.Bytes.size();
+    const auto printable = [](std::uint8_t value) { return value > 0x20 && value < 0x7F; };
+    while (byte > 0 && !printable(code.Bytes[byte - 1].Value)) --byte;
+    std::size_t matched = 0;
+    std::size_t from = at;
+    while (byte > 0 && at > 0) {
+      const char16_t c = line[at - 1];
+      if (c == code.Bytes[byte - 1].Value && printable(code.Bytes[byte - 1].Value)) {
+        --byte;
+        ++matched;
+        from = at - 1;
+      } else if (!IsBlank(c) && c != u'"' && c != u'\'' && c != u'|' && c != u'(') {
+        break;
+      } else if (code.Bytes[byte - 1].Value == u' ') {
+        --byte;
+      }
+      --at;
+    }
+    const bool whole = byte == 0 || !printable(code.Bytes[byte - 1].Value);
+    if (!whole || matched < 2 || (from > 0 && IsAlnum(line[from - 1]))) continue;
+    code.Where.front().From = from;
+    code.Confirmed = true;
+  }
+}
+
+void AddPlace(Code& code, const Span& place) {
+  // What stands between the two forms of a code on one line belongs to them.
+  constexpr std::size_t kFarthest = 12;
+  Span& first = code.Where.front();
+  if (first.Line == place.Line && place.From < first.From && first.From - place.To < kFarthest) {
+    first.From = place.From;
+    return;
+  }
+  code.Where.push_back(place);
+  std::sort(code.Where.begin(), code.Where.end(), [](const Span& a, const Span& b) {
+    return std::pair(a.Line, a.From) < std::pair(b.Line, b.From);
+  });
+}
+
+// Characters that the bytes beside them repeat are one code with them.
+void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
+  constexpr std::size_t kMost = 1500;  // beyond that a page is no table
+  if (numbers.size() > kMost || characters.size() > kMost) return;
+  const auto repeats = [&](const Code& text) {
+    for (Code& number : numbers) {
+      if (std::search(number.Bytes.begin(), number.Bytes.end(), text.Bytes.begin(), text.Bytes.end(),
+                      [](const CodeByte& a, const CodeByte& b) { return a.Value == b.Value; }) ==
+          number.Bytes.end()) {
+        continue;
+      }
+      const std::size_t apart = number.Begin().Line > text.Begin().Line
+                                    ? number.Begin().Line - text.Begin().Line
+                                    : text.Begin().Line - number.Begin().Line;
+      if (apart > 3 && number.Bytes.size() < 3) continue;
+      number.Confirmed = true;
+      if (apart <= 1) AddPlace(number, text.Begin());
+      if (apart <= 1 || SameValues(number.Bytes, text.Bytes)) return true;
+    }
+    return false;
+  };
+  std::erase_if(characters, repeats);
+}
+
+std::vector<Code> AllCodes(const ManualPage& page) {
+  std::vector<Code> codes = FindNumberCodes(page);
+  JoinWrapped(page, codes);
+  SplitRuns(codes);
+  CutNeighbours(codes);
+  TakeCharactersBeside(page, codes);
+  JoinVertical(page, codes);
+  AddCharacterColumns(page, codes);
+  std::vector<Code> characters = FindCharacterCodes(page, codes);
+  Confirm(codes, characters);
+  // A number that closes characters is part of them.
+  std::erase_if(codes, [&](const Code& code) {
+    return code.Bytes.size() == 1 && std::any_of(characters.begin(), characters.end(), [&](const Code& text) {
+             return text.Begin().Line == code.Begin().Line && text.Begin().From < code.Begin().To &&
+                    code.Begin().From < text.Begin().To;
+           });
+  });
+  codes.insert(codes.end(), std::make_move_iterator(characters.begin()),
+               std::make_move_iterator(characters.end()));
+  std::stable_sort(codes.begin(), codes.end(), Before);
+  PutFrames(page, codes);
+  std::erase_if(codes, [](const Code& code) {
+    return code.How == Notation::Hexadecimal && code.Bytes.size() < 2 && !code.Composed;
+  });
+  return codes;
+}
+
+}  // namespace
+
+ManualReading ReadManual(std::u16string_view text) {
+  const ManualPage page = MakePage(text);
+  ManualReading reading;
+  reading.Line = ReadLineSettings(page);
+  const std::vector<Code> codes = AllCodes(page);
+  std::vector<Finding> findings = PairLabels(page, codes);
+  std::vector<Finding> composed = ComposeCommands(page, codes);
+  std::move(composed.begin(), composed.end(), std::back_inserter(findings));
+  ChooseCommands(page, std::move(findings), reading);
+  FindReplies(page, reading);
+  return reading;
+}
+
+ManualReading ReadManual(const std::vector<std::u16string>& pages) {
+  std::u16string text;
+  for (const std::u16string& page : pages) {
+    if (!text.empty()) text += u'\n';
+    text += page;
+  }
+  return ReadManual(text);
+}
+
+std::optional<SerialString> ReadManualPiece(const ManualReading&, std::u16string_view) {
+  return std::nullopt;
+}
+
+}  // namespace qdm
