@@ -152,7 +152,7 @@ int Manual(const ManualOptions& options, CommandContext& context) {
     projector.Manufacturer.Assign(FromUtf8(options.Manufacturer));
     projector.Model.Assign(FromUtf8(options.Model));
     TakeFromManual(projector, reading, options.Doubtful);
-    WriteBinaryFile(options.Output, EncodeDefinitions({projector}));
+    WriteBinaryFile(options.Output, EncodeDefinitions({&projector, 1}));
   }
   return kDone;
 }

@@ -180,7 +180,7 @@ Span TextBefore(const ManualPage& page, Span region) {
   const bool single = first + 1 < tokens.size();
   const auto word = [&](std::size_t i) { return All(page.At(tokens[i]), IsLower); };
   while (!single && first > 0 && word(first - 1) == word(first) && IsValue(page.At(tokens[first])) &&
-         IsAlnum(line[tokens[first].From]) && tokens[first].From - tokens[first - 1].To == 1) {
+         IsWordPart(line[tokens[first].From]) && tokens[first].From - tokens[first - 1].To == 1) {
     --first;
   }
   return {region.Line, tokens[first].From, region.To};
@@ -236,7 +236,7 @@ void AddTerminated(const ManualPage& page, std::size_t number, std::vector<Code>
       continue;
     const bool touches = text.To == end.From || line[text.To] == u'"' || line[text.To] == u'\'';
     if (IsLowerWord(characters) && !touches) continue;
-    if (!Any(characters, [](char16_t c) { return IsAlnum(c) || c == u'!' || c == u'"'; })) continue;
+    if (!Any(characters, [](char16_t c) { return IsWordPart(c) || c == u'!' || c == u'"'; })) continue;
     if (!Ends(end.Bytes.front().Value)) continue;
     Code code = TextCode(page, text);
     code.Bytes = Spaced(characters);
@@ -434,7 +434,7 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
 bool LooksLikeCommand(Text text) {
   if (text.size() < 2 || text.size() > kLongestText || !All(text, IsPrintable)) return false;
   if (text.front() == u' ' || std::count(text.begin(), text.end(), u' ') > 3) return false;
-  if (text.find_first_of(u"<>[]") != Text::npos || !Any(text, IsAlnum)) return false;
+  if (text.find_first_of(u"<>[]") != Text::npos || !Any(text, IsWordPart)) return false;
   // A word of a sentence has lower-case letters alone.
   const bool prose =
       Any(text, IsLower) && !Any(text, IsDigit) && text.find_first_of(u"=:_*#~%/.") == Text::npos;
@@ -481,7 +481,8 @@ constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
 // Tokens that look alike have the same key: the first letter and the length of "C0A", the shape of "PON".
 std::u16string FamilyOf(Text token) {
   if (token.size() < 2 || token.size() > 12 || !All(token, IsPrintable)) return {};
-  if (kLeadingSymbols.find(token[0]) != Text::npos && IsAlnum(token[1])) return std::u16string(1, token[0]);
+  if (kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]))
+    return std::u16string(1, token[0]);
   const std::size_t letters = LettersOf(token) > 0 ? LettersOf(token) : (IsLower(token[0]) ? 1 : 0);
   const auto hex = [](char16_t c) {
     return IsDigit(c) || (c >= u'A' && c <= u'F') || (c >= u'a' && c <= u'f');

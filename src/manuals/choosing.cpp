@@ -190,8 +190,8 @@ void HeedStatedValues(const ManualPage& page, int on, int off, ManualReading& re
   for (const std::u16string_view stated :
        {u"0 is off", u"1 is on", u"0 = off", u"1 = on", u"0=off", u"1=on"}) {
     const std::size_t at = page.Folded.find(stated);
-    if (at == std::u16string::npos || (at > 0 && IsAlnum(page.Folded[at - 1]))) continue;
-    if (IsAlnum(page.Folded[at + stated.size()])) continue;  // all lines end with a line feed
+    if (at == std::u16string::npos || (at > 0 && IsWordPart(page.Folded[at - 1]))) continue;
+    if (IsWordPart(page.Folded[at + stated.size()])) continue;  // all lines end with a line feed
     std::swap(first->Choice, second->Choice);
     first->Sure = second->Sure = false;
     first->Doubt = second->Doubt = "the table and the text of the page contradict each other";

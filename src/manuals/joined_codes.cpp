@@ -13,7 +13,7 @@ bool AloneOnLine(const ManualPage& page, const Code& code) {
   const std::u16string_view text = page.Lines[where.Line];
   // "--> 0xBE" leads over.
   const bool before = std::none_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(where.From),
-                                   [](char16_t c) { return IsAlnum(c) || c > 0xBF; });
+                                   [](char16_t c) { return IsWordPart(c) || c > 0xBF; });
   return before && line.To <= where.To + 1;
 }
 

@@ -84,7 +84,7 @@ constexpr NumberWord kNumberWords[] = {{u"one", 1},  {u"two", 2}, {u"ein", 1}, {
 constexpr std::size_t kReach = 60;  // characters between a label and its value
 
 bool IsWordEnd(Text text, std::size_t at) {
-  return at >= text.size() || !(IsAlnum(text[at]) || (text[at] >= 0xDF && text[at] < 0x250));
+  return at >= text.size() || !(IsWordPart(text[at]) || (text[at] >= 0xDF && text[at] < 0x250));
 }
 bool IsWordBegin(Text text, std::size_t at) { return at == 0 || IsWordEnd(text, at - 1); }
 
@@ -123,8 +123,8 @@ std::optional<int> SpeedAt(Text text, std::size_t at, std::size_t& end) {
     return speed;
   }
   if (end < text.size() && IsDigit(text[end])) return std::nullopt;
-  if (end < text.size() && IsAlnum(text[end]) && text.substr(end, 1) != u"b" && text.substr(end, 1) != u"n" &&
-      text.substr(end, 1) != u"8")
+  if (end < text.size() && IsWordPart(text[end]) && text.substr(end, 1) != u"b" &&
+      text.substr(end, 1) != u"n" && text.substr(end, 1) != u"8")
     return std::nullopt;
   if (std::find(kSpeeds.begin(), kSpeeds.end(), value) == kSpeeds.end()) return std::nullopt;
   return value;
@@ -282,7 +282,7 @@ bool LineReader::StopBefore(std::size_t at) {
   while (from > 0 && (text_[from - 1] == u' ' || text_[from - 1] == u'-')) --from;
   if (from > 1 && (text_[from - 1] == u'位' || text_[from - 1] == u'个') && IsDigit(text_[from - 2])) --from;
   std::size_t begin = from;
-  while (begin > 0 && (IsAlnum(text_[begin - 1]))) --begin;
+  while (begin > 0 && (IsWordPart(text_[begin - 1]))) --begin;
   if (begin == from) return false;
   std::size_t end = 0;
   const auto stop = StopAt(text_, begin, end);
@@ -355,7 +355,7 @@ void LineReader::FindShortForms() {
     if (!parity) continue;
     const bool stop =
         third < text_.size() && (text_[third] == u'1' || text_[third] == u'2') && IsWordEnd(text_, third + 1);
-    if (!stop && (third < text_.size() && third == second + 1 && IsAlnum(text_[third]))) continue;
+    if (!stop && (third < text_.size() && third == second + 1 && IsWordPart(text_[third]))) continue;
     if (!stop && !(bits && second == at + 1)) continue;
     // "7E 30" is a list of bytes.
     if (*parity != LineParity::None && (!stop || (third != second + 1) == (second == at + 1))) continue;

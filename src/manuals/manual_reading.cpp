@@ -44,7 +44,7 @@ void TakeCharactersBeside(const ManualPage& page, std::vector<Code>& numbers) {
       --at;
     }
     const bool whole = byte == 0 || !printable(code.Bytes[byte - 1].Value);
-    if (!whole || matched < 2 || (from > 0 && IsAlnum(line[from - 1]))) continue;
+    if (!whole || matched < 2 || (from > 0 && IsWordPart(line[from - 1]))) continue;
     code.Where.front().From = from;
     code.Confirmed = true;
   }

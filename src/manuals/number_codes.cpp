@@ -40,13 +40,13 @@ std::optional<WrittenByte> Prefixed(Text line, std::size_t at) {
   if (first == u'&' && (second == u'h' || second == u'H')) digits = at + 2;
   if (first == u'$') digits = at + 1;
   if (digits == 0) return std::nullopt;
-  if (first != u'\\' && at > 0 && IsAlnum(line[at - 1])) return std::nullopt;
+  if (first != u'\\' && at > 0 && IsWordPart(line[at - 1])) return std::nullopt;
   auto byte = PairAt(line, digits);
   if (!byte) {
     byte = PairAt(line, digits, 1);
-    if (!byte || IsAlnum(CharAt(line, byte->End))) return std::nullopt;
+    if (!byte || IsWordPart(CharAt(line, byte->End))) return std::nullopt;
   }
-  if (first == u'$' && IsAlnum(CharAt(line, byte->End))) return std::nullopt;
+  if (first == u'$' && IsWordPart(CharAt(line, byte->End))) return std::nullopt;
   byte->Marked = true;
   byte->Glued = first != u'$';
   return byte;
@@ -63,7 +63,7 @@ std::optional<WrittenByte> Suffixed(Text line, std::size_t at) {
     const bool inRun =
         at > 2 && line[at - 1] == mark && HexDigit(line[at - 2]) >= 0 && HexDigit(line[at - 3]) >= 0;
     const bool label = inRun && (IsUpper(CharAt(line, behind)) || CharAt(line, behind) > 0x2E80);
-    if (!label && IsAlnum(CharAt(line, behind)) &&
+    if (!label && IsWordPart(CharAt(line, behind)) &&
         (digits == 1 || !PairAt(line, behind) || CharAt(line, behind + 2) != mark))
       continue;
     ++byte->End;
@@ -76,7 +76,7 @@ std::optional<WrittenByte> Suffixed(Text line, std::size_t at) {
 std::optional<WrittenByte> BarePair(Text line, std::size_t at) {
   auto byte = PairAt(line, at);
   const char16_t behind = CharAt(line, at + 2);
-  if (!byte || IsAlnum(behind) || behind == u'_') return std::nullopt;
+  if (!byte || IsWordPart(behind) || behind == u'_') return std::nullopt;
   const bool lower = IsLower(line[at]) || IsLower(line[at + 1]);
   const bool upper = IsUpper(line[at]) || IsUpper(line[at + 1]);
   if ((lower && upper) || (byte->Repaired && lower)) return std::nullopt;
@@ -174,7 +174,7 @@ std::optional<WrittenByte> ElementAt(Text line, std::size_t at, const CodeBytes&
 // "*1", "XX", "n", "3": what stands in a list of pairs for a byte that is not printed.
 std::size_t PlaceholderAt(Text line, std::size_t at) {
   std::size_t end = at;
-  while (end < line.size() && (IsAlnum(line[end]) || line[end] == u'*' || line[end] == u'?')) ++end;
+  while (end < line.size() && (IsWordPart(line[end]) || line[end] == u'*' || line[end] == u'?')) ++end;
   if (end == at || end - at > 2 || (end < line.size() && line[end] > 0x2E80)) return 0;
   return end - at;
 }
@@ -196,7 +196,7 @@ void Close(Run& run, std::size_t line, std::vector<Code>& codes) {
 
 bool BeginsNumber(Text line, std::size_t at) {
   if (at == 0) return true;
-  return !IsAlnum(line[at - 1]) && line[at - 1] != u'_';
+  return !IsWordPart(line[at - 1]) && line[at - 1] != u'_';
 }
 
 // A column of characters in hexadecimal digits without blanks: "BEEF0306".
@@ -210,7 +210,7 @@ std::optional<std::size_t> GluedDigits(Text line, std::size_t at) {
     ++end;
   }
   const std::size_t length = end - at;
-  if (length < 6 || length % 2 != 0 || length > 2 * kLongestCode || IsAlnum(CharAt(line, end)))
+  if (length < 6 || length % 2 != 0 || length > 2 * kLongestCode || IsWordPart(CharAt(line, end)))
     return std::nullopt;
   if (!digit || (!letter && length < 8)) return std::nullopt;
   return end;
@@ -301,7 +301,7 @@ std::optional<WrittenByte> ControlAt(Text line, std::size_t at) {
   if (closing != u'\0') {
     ++name;
     while (CharAt(line, name) == u' ') ++name;
-  } else if (!IsUpper(line[at]) || (at > 0 && (IsAlnum(line[at - 1]) || line[at - 1] == u'_'))) {
+  } else if (!IsUpper(line[at]) || (at > 0 && (IsWordPart(line[at - 1]) || line[at - 1] == u'_'))) {
     return std::nullopt;
   }
   for (const ControlName& control : kControlNames) {
@@ -311,7 +311,7 @@ std::optional<WrittenByte> ControlAt(Text line, std::size_t at) {
         {control.Value, control.Value == 32 ? ByteKind::ASC : ByteKind::CNT}, end, false, false, false};
     if (closing == u'\0') {
       // Words that a sentence uses are bytes only in brackets.
-      if (control.Name.size() > 3 || IsAlnum(CharAt(line, end)) || CharAt(line, end) == u'_')
+      if (control.Name.size() > 3 || IsWordPart(CharAt(line, end)) || CharAt(line, end) == u'_')
         return std::nullopt;
       return byte;
     }

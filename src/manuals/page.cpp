@@ -25,7 +25,7 @@ constexpr std::u16string_view kPlainLatin =
 
 }  // namespace
 
-char16_t FoldTypography(char16_t c) {
+char16_t PlainCharacter(char16_t c) {
   if (c < 0x80) return c == u'\f' || c == u'\v' ? u' ' : c;
   if (c >= 0xFF01 && c <= 0xFF5E) return static_cast<char16_t>(c - 0xFF01 + u'!');
   const auto found = std::find_if(std::begin(kTypography), std::end(kTypography),
@@ -55,7 +55,7 @@ ManualPage MakePage(std::u16string_view text) {
     const std::size_t end = std::min(text.find(u'\n', from), text.size());
     std::u16string line(text.substr(from, end - from));
     if (!line.empty() && line.back() == u'\r') line.pop_back();
-    std::transform(line.begin(), line.end(), line.begin(), FoldTypography);
+    std::transform(line.begin(), line.end(), line.begin(), PlainCharacter);
     from = end + 1;
     ++number;
     if (std::all_of(line.begin(), line.end(), IsBlank)) continue;

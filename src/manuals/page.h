@@ -2,6 +2,8 @@
 // so that columns stay those of the given text.
 #pragma once
 
+#include "serial_strings/reading_attempt.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -34,18 +36,12 @@ inline constexpr std::size_t kMostCharacters = 200'000;
 ManualPage MakePage(std::u16string_view text);
 
 // Quotation marks, dashes, blanks and full-width forms as their plain characters.
-char16_t FoldTypography(char16_t c);
+char16_t PlainCharacter(char16_t c);
 // Lower case without accents.
 char16_t FoldLetter(char16_t c);
 std::u16string FoldLetters(std::u16string_view text);
 
-constexpr bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-constexpr bool IsUpper(char16_t c) { return c >= u'A' && c <= u'Z'; }
-constexpr bool IsLower(char16_t c) { return c >= u'a' && c <= u'z'; }
-constexpr bool IsLetter(char16_t c) { return IsUpper(c) || IsLower(c); }
-constexpr bool IsAlnum(char16_t c) { return IsDigit(c) || IsLetter(c); }
-constexpr bool IsBlank(char16_t c) { return c == u' ' || c == u'\t'; }
-constexpr int HexDigit(char16_t c) {
+inline int HexDigit(char16_t c) {
   if (IsDigit(c)) return c - u'0';
   if (c >= u'A' && c <= u'F') return c - u'A' + 10;
   if (c >= u'a' && c <= u'f') return c - u'a' + 10;

@@ -33,7 +33,7 @@ constexpr std::size_t kLongestLabel = 48;
 
 bool IsHeading(Text text) {
   std::u16string folded = FoldLetters(text);
-  const auto letter = [](char16_t c) { return IsAlnum(c) || c > 0x7F; };
+  const auto letter = [](char16_t c) { return IsWordPart(c) || c > 0x7F; };
   while (!folded.empty() && !letter(folded.back())) folded.pop_back();
   while (!folded.empty() && !letter(folded.front())) folded.erase(folded.begin());
   return std::find(std::begin(kHeadings), std::end(kHeadings), folded) != std::end(kHeadings);
@@ -41,7 +41,7 @@ bool IsHeading(Text text) {
 
 bool SaysSomething(Text text) {
   return std::any_of(text.begin(), text.end(),
-                     [](char16_t c) { return IsAlnum(c) || c > 0xBF || c == u'?'; });
+                     [](char16_t c) { return IsWordPart(c) || c > 0xBF || c == u'?'; });
 }
 
 void AddText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {

@@ -74,7 +74,7 @@ std::optional<Answer> AcknowledgeText(const ManualPage& page) {
       std::size_t at = view.find(u')', pass) + 1;
       while (at < text.size() && (text[at] == u':' || text[at] == u' ' || text[at] == u'=')) ++at;
       const std::size_t from = at;
-      while (at < text.size() && IsAlnum(text[at])) ++at;
+      while (at < text.size() && IsWordPart(text[at])) ++at;
       if (at > from && at - from <= 4)
         return Answer{Characters(text.substr(from, at - from)), {line, from, at}, true};
     }

@@ -182,7 +182,7 @@ std::optional<Form> NamedForm(const ManualPage& page, std::size_t number) {
 // --------------------------------------------------------------------------------------------------
 
 bool IsValueCharacters(Text token) {
-  return !token.empty() && token.size() <= 4 && std::all_of(token.begin(), token.end(), IsAlnum) &&
+  return !token.empty() && token.size() <= 4 && std::all_of(token.begin(), token.end(), IsWordPart) &&
          std::any_of(token.begin(), token.end(), IsDigit);
 }
 
@@ -193,12 +193,12 @@ std::vector<Value> ValuesOn(const ManualPage& page, std::size_t number) {
   if (line.size() > 300) return values;
   std::size_t at = 0;
   while (at < line.size()) {
-    if (!IsAlnum(line[at]) || (at > 0 && (IsAlnum(line[at - 1]) || line[at - 1] == u'.'))) {
+    if (!IsWordPart(line[at]) || (at > 0 && (IsWordPart(line[at - 1]) || line[at - 1] == u'.'))) {
       ++at;
       continue;
     }
     std::size_t end = at;
-    while (end < line.size() && IsAlnum(line[end])) ++end;
+    while (end < line.size() && IsWordPart(line[end])) ++end;
     std::size_t mark = end;
     while (mark < line.size() && (line[mark] == u' ' || line[mark] == u'"' || line[mark] == u'\'')) ++mark;
     const bool marked = mark < line.size() && (line[mark] == u':' || line[mark] == u'=') &&
