@@ -8,18 +8,6 @@
 namespace qdm {
 namespace {
 
-SerialString StringOf(const CodeBytes& bytes) {
-  SerialString string;
-  for (const CodeByte& byte : bytes) {
-    if (string.BytesInUse() == kMaximumStringBytes) break;
-    const std::size_t at = string.BytesInUse();
-    string.Values[at] = byte.Value;
-    string.Kinds[at] = static_cast<std::uint8_t>(byte.Kind);
-    ++string.Count;
-  }
-  return string;
-}
-
 std::vector<ManualRange> RangesOf(const ManualPage& page, const std::vector<Span>& spans) {
   std::vector<ManualRange> ranges;
   for (const Span& span : spans) ranges.push_back({page.Numbers[span.Line], span.From, span.To});
@@ -286,7 +274,7 @@ void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, Manua
     ManualCommand command;
     command.Function = TextOf(page, finding.Label);
     command.ReadAs = HowRead(finding.What);
-    command.String = StringOf(finding.What.Bytes);
+    command.String = SerialStringOf(finding.What.Bytes);
     command.CodeRanges = RangesOf(page, finding.What.Where);
     command.LabelRanges = RangesOf(page, finding.Label);
     if (Usable(finding)) command.Slot = SlotOf(finding.For);

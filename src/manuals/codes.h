@@ -79,6 +79,8 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
 void ResolveAddress(const ManualPage& page, Code& code);
 
 CodeBytes Characters(std::u16string_view text);
+// The first 32.
+SerialString SerialStringOf(const CodeBytes& bytes);
 std::vector<std::uint8_t> Values(const CodeBytes& bytes);
 bool SameValues(const CodeBytes& a, const CodeBytes& b);
 

@@ -163,7 +163,7 @@ constexpr WordList kVocabulary[] = {
      u"model|version|serial number|firmware|time|countdown|delay|level|slide|setting|settings|value|values|"
      u"sec|min|minutes|window|split|swap|quick|fast|cooling|warming|warm|ready|failure|fail|"
      u"mosaic|tracking|dynamic|cinema|game|movie|sports|srgb|day|vivid|presentation|swing|mhl2|"
-     u"prestartpower|autopower|autosource|off timer|sleep timer|timer off|blank time"},
+     u"autopower|autosource|off timer|sleep timer|timer off|blank time"},
     {Word::Query,
      u"?|get|read|reads|query|inquiry|ask|request|asks|lesen|abfrage|abfragen|status|current|"
      u"betriebsstatus|lire|consultar|consulta|leggi|check|状态|查询|問い合わせ|状態|zustand|etat|stato|"

@@ -11,6 +11,7 @@
 #include "manuals/templates.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace qdm {
 namespace {
@@ -115,12 +116,22 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   return codes;
 }
 
+void PutFrame(const ManualFrame& frame, CodeBytes& bytes) {
+  const auto noted = [](std::uint8_t value) {
+    return CodeByte{value, value < 0x20 ? ByteKind::CNT : ByteKind::HEX};
+  };
+  std::transform(frame.Before.begin(), frame.Before.end(), std::inserter(bytes, bytes.begin()), noted);
+  std::transform(frame.Behind.begin(), frame.Behind.end(), std::back_inserter(bytes), noted);
+}
+
 }  // namespace
 
 ManualReading ReadManual(std::u16string_view text) {
   const ManualPage page = MakePage(text);
   ManualReading reading;
   reading.Line = ReadLineSettings(page);
+  const Frame frame = FrameOfText(page);
+  reading.Frame = {Values(frame.Before), Values(frame.Behind)};
   const std::vector<Code> codes = AllCodes(page);
   std::vector<Finding> findings = PairLabels(page, codes);
   std::vector<Finding> composed = ComposeCommands(page, codes);
@@ -139,8 +150,23 @@ ManualReading ReadManual(const std::vector<std::u16string>& pages) {
   return ReadManual(text);
 }
 
-std::optional<SerialString> ReadManualPiece(const ManualReading&, std::u16string_view) {
-  return std::nullopt;
+std::optional<SerialString> ReadManualPiece(const ManualReading& reading, std::u16string_view piece) {
+  const ManualPage page = MakePage(piece);
+  std::vector<Code> codes = FindNumberCodes(page);
+  const bool numbers = codes.size() == 1 && codes.front().Bytes.size() > 1 && !codes.front().Broken;
+  if (!numbers) codes = FindCharacterCodes(page, codes);
+  Code code;
+  if (codes.size() == 1) {
+    code = codes.front();
+  } else {
+    for (const std::u16string& line : page.Lines) {
+      const CodeBytes bytes = Characters(TrimSpace(line));
+      code.Bytes.insert(code.Bytes.end(), bytes.begin(), bytes.end());
+    }
+  }
+  if (code.Bytes.empty() || code.Bytes.size() > kLongestCode) return std::nullopt;
+  if (!code.Framed) PutFrame(reading.Frame, code.Bytes);
+  return SerialStringOf(code.Bytes);
 }
 
 }  // namespace qdm

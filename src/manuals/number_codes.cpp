@@ -338,6 +338,18 @@ CodeBytes Characters(Text text) {
   return bytes;
 }
 
+SerialString SerialStringOf(const CodeBytes& bytes) {
+  SerialString string;
+  for (const CodeByte& byte : bytes) {
+    if (string.BytesInUse() == kMaximumStringBytes) break;
+    const std::size_t at = string.BytesInUse();
+    string.Values[at] = byte.Value;
+    string.Kinds[at] = static_cast<std::uint8_t>(byte.Kind);
+    ++string.Count;
+  }
+  return string;
+}
+
 std::vector<std::uint8_t> Values(const CodeBytes& bytes) {
   std::vector<std::uint8_t> values;
   for (const CodeByte& byte : bytes) values.push_back(byte.Value);

@@ -129,17 +129,6 @@ std::optional<int> ReplySlot(int slot) {
   return slot == kSecondVideoSlot ? std::nullopt : std::optional(slot + kReplyOf);
 }
 
-SerialString StringOf(const CodeBytes& bytes) {
-  SerialString string;
-  for (const CodeByte& byte : bytes) {
-    const std::size_t at = string.BytesInUse();
-    string.Values[at] = byte.Value;
-    string.Kinds[at] = static_cast<std::uint8_t>(byte.Kind);
-    ++string.Count;
-  }
-  return string;
-}
-
 }  // namespace
 
 void FindReplies(const ManualPage& page, ManualReading& reading) {
@@ -163,7 +152,7 @@ void FindReplies(const ManualPage& page, ManualReading& reading) {
       reply.Ranges = command.CodeRanges;
       reply.Sure = slot.Sure;
     } else {
-      reply.String = StringOf(answer->Bytes);
+      reply.String = SerialStringOf(answer->Bytes);
       reply.Ranges = {{page.Numbers[answer->Where.Line], answer->Where.From, answer->Where.To}};
       reply.Sure = answer->Sure;
     }
