@@ -5,6 +5,7 @@
 namespace qdm {
 namespace {
 
+constexpr const char* kInColumns = "labels and commands stand in separate columns";
 constexpr std::size_t kShortestColumn = 3;
 constexpr std::size_t kShortestCodeColumn = 2;
 
@@ -121,6 +122,12 @@ std::optional<Window> FittingLabels(const std::vector<Piece>& pieces, const std:
   return best;
 }
 
+// Two codes are taken only for two labels that both have a function.
+bool BothFilled(const std::vector<Piece>& pieces, const Window& window) {
+  return window.Whole && SlotOf(pieces[window.In->Cells[0]].Says) &&
+         SlotOf(SaysInColumn(pieces, window.In->Cells[1]));
+}
+
 constexpr std::size_t kMostCells = 4000;  // beyond that a page is no table
 
 }  // namespace
@@ -151,8 +158,8 @@ void AlignColumns(const std::vector<Piece>& pieces, std::vector<Finding>& findin
     for (std::size_t i = 0; i < column.Cells.size(); ++i) {
       Finding& finding = findings[pieces[column.Cells[i]].Code];
       finding.Settled = false;
-      finding.Doubt = "labels and commands stand in separate columns";
-      if (!fitting || (column.Cells.size() < kShortestColumn && !fitting->Whole)) continue;
+      finding.Doubt = kInColumns;
+      if (!fitting || (column.Cells.size() < kShortestColumn && !BothFilled(pieces, *fitting))) continue;
       const Piece& label = pieces[fitting->In->Cells[fitting->First + i]];
       finding.For = SaysInColumn(pieces, fitting->In->Cells[fitting->First + i]);
       finding.Label = {label.Where};

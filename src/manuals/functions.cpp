@@ -74,10 +74,10 @@ constexpr WordList kVocabulary[] = {
      u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
-     u"on|ein|an|marche|encendido|encender|activado|activar|acceso|accendi|ligado|ligar|activer|active|"
-     u"enable|enabled|enables|start|starts|allume|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
+     u"on|ein|an|marche|encendido|activado|activar|acceso|ligado|activer|active|"
+     u"enable|enabled|enables|start|starts|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
     {Word::Off,
-     u"off|aus|arret|apagado|apagar|desactivado|desactivar|spento|spegni|desligado|desligar|eteint|eteindre|"
+     u"off|aus|arret|apagado|desactivado|desactivar|spento|desligado|eteint|"
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
@@ -87,7 +87,8 @@ constexpr WordList kVocabulary[] = {
      u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|allumer le "
      u"projecteur|打开电源"},
     {Word::PowerOff,
-     u"poweroff|power off|ausschalten|mise en veille|mettre hors tension|mise hors tension|apagar|apagado|"
+     u"poweroff|power off|ausschalten|mise en veille|mettre hors tension|spegni|eteindre|mise hors "
+     u"tension|apagar|apagado|"
      u"spegnimento|spegnere|desligar|turn off|turns off|switch off|switches off|lamp off|shut down|shutdown|"
      u"power down|关机|關機|电源关|電源切|电源关闭|電源オフ|电源 关|extinction|extinguir|standby|stand by|"
      u"stand-by|go to standby|standby mode|bereitschaft|veille|待机|待機|关闭电源|en veille|sleep "
@@ -260,7 +261,7 @@ bool AddGluedWords(std::u16string_view word, Seen& seen) {
   fewest[0] = 0;
   for (std::size_t end = 1; end <= word.size(); ++end) {
     for (std::size_t from = 0; from < end; ++from) {
-      if (fewest[from] + 1 >= fewest[end] || !known.contains(word.substr(from, end - from))) continue;
+      if (fewest[from] + 1 > fewest[end] || !known.contains(word.substr(from, end - from))) continue;
       fewest[end] = fewest[from] + 1;
       begin[end] = from;
     }

@@ -56,6 +56,9 @@ constexpr Text kOtherWords[] = {
     u"bits de datos", u"bit dati",    u"character length", u"bits de donnees", u"bit lengt",
     u"longitud",      u"start bit",   u"startbit",         u"word length",     u"数据长度"};
 
+constexpr Text kStandardWords[] = {u"default", u"standard", u"factory",       u"werkseinst", u"initial",
+                                   u"默认",    u"defaut",   u"predeterminad", u"预设"};
+
 struct ParityWord {
   Text Word;
   LineParity Means;
@@ -205,6 +208,7 @@ class LineReader {
       ++at;
     return at < text_.size() && (text_[at] == u'1' || text_[at] == u'2') && IsWordEnd(text_, at + 1);
   }
+  bool IsStandard(std::size_t from, std::size_t to) const;
   void FindSpeeds();
   void FindShortForms();
   void FindValueBlock();
@@ -292,6 +296,20 @@ bool LineReader::StopBefore(std::size_t at) {
   return true;
 }
 
+// "9600 (default)", "default: 9600".
+bool LineReader::IsStandard(std::size_t from, std::size_t to) const {
+  constexpr std::size_t kNear = 16;
+  const auto digit = [](char16_t c) { return IsDigit(c); };
+  Text behind = text_.substr(to, kNear);
+  behind = behind.substr(
+      0, static_cast<std::size_t>(std::find_if(behind.begin(), behind.end(), digit) - behind.begin()));
+  Text before = text_.substr(from > kNear ? from - kNear : 0, std::min(from, kNear));
+  const auto last = std::find_if(before.rbegin(), before.rend(), digit);
+  before = before.substr(static_cast<std::size_t>(before.rend() - last));
+  if (before.find_first_of(u",;)") != Text::npos) before = {};  // belongs to another
+  return FirstOf(behind, kStandardWords) != Text::npos || FirstOf(before, kStandardWords) != Text::npos;
+}
+
 // Speeds near a word that says so; where there is only one speed on a page that speaks of speeds, that one.
 void LineReader::FindSpeeds() {
   std::vector<std::size_t> words;
@@ -317,12 +335,7 @@ void LineReader::FindSpeeds() {
       near.insert(*speed);
       Mark(at, end);
     }
-    const Text around = text_.substr(at > 24 ? at - 24 : 0, 24 + (end - at) + 24);
-    for (const Text word :
-         {Text(u"default"), Text(u"standard"), Text(u"factory"), Text(u"werkseinst"), Text(u"initial"),
-          Text(u"默认"), Text(u"defaut"), Text(u"predeterminad"), Text(u"预设")}) {
-      if (around.find(word) != Text::npos) standard.insert(*speed);
-    }
+    if (IsStandard(at, end)) standard.insert(*speed);
   }
   // A number that stands alone could be something else.
   std::erase_if(all, [](int speed) { return speed < 9600; });

@@ -51,6 +51,18 @@ void TakeCharactersBeside(const ManualPage& page, std::vector<Code>& numbers) {
   }
 }
 
+// The same in cells: "_r1" on the line above "5Fh 72h 31h".
+void TakeCharactersAbove(const ManualPage& page, std::vector<Code>& numbers) {
+  for (Code& code : numbers) {
+    const std::size_t line = code.Begin().Line;
+    if (line == 0 || code.Bytes.size() < 2) continue;
+    const Span above = Trim(page, {line - 1, 0, page.Lines[line - 1].size()});
+    if (above.To - above.From < 2 || !SameValues(Characters(page.At(above)), code.Bytes)) continue;
+    code.Where.insert(code.Where.begin(), above);
+    code.Confirmed = true;
+  }
+}
+
 void AddPlace(Code& code, const Span& place) {
   // What stands between the two forms of a code on one line belongs to them.
   constexpr std::size_t kFarthest = 12;
@@ -69,22 +81,27 @@ void AddPlace(Code& code, const Span& place) {
 void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
   constexpr std::size_t kMost = 1500;  // beyond that a page is no table
   if (numbers.size() > kMost || characters.size() > kMost) return;
+  const auto apartFrom = [](const Code& a, const Code& b) {
+    return a.Begin().Line > b.Begin().Line ? a.Begin().Line - b.Begin().Line
+                                           : b.Begin().Line - a.Begin().Line;
+  };
   const auto repeats = [&](const Code& text) {
+    Code* nearest = nullptr;
     for (Code& number : numbers) {
-      if (std::search(number.Bytes.begin(), number.Bytes.end(), text.Bytes.begin(), text.Bytes.end(),
-                      [](const CodeByte& a, const CodeByte& b) { return a.Value == b.Value; }) ==
-          number.Bytes.end()) {
-        continue;
-      }
-      const std::size_t apart = number.Begin().Line > text.Begin().Line
-                                    ? number.Begin().Line - text.Begin().Line
-                                    : text.Begin().Line - number.Begin().Line;
-      if (apart > 3 && number.Bytes.size() < 3) continue;
-      number.Confirmed = true;
-      if (apart <= 1) AddPlace(number, text.Begin());
-      if (apart <= 1 || SameValues(number.Bytes, text.Bytes)) return true;
+      const bool within = std::search(number.Bytes.begin(), number.Bytes.end(), text.Bytes.begin(),
+                                      text.Bytes.end(), [](const CodeByte& a, const CodeByte& b) {
+                                        return a.Value == b.Value;
+                                      }) != number.Bytes.end();
+      const std::size_t apart = apartFrom(number, text);
+      if (!within || (apart > 3 && number.Bytes.size() < 3)) continue;
+      if (!nearest || apart < apartFrom(*nearest, text)) nearest = &number;
     }
-    return false;
+    if (!nearest) return false;
+    nearest->Confirmed = true;
+    const std::size_t apart = apartFrom(*nearest, text);
+    const bool beside = apart == 0 || (apart == 1 && Before(text, *nearest));
+    if (beside) AddPlace(*nearest, text.Begin());
+    return beside || SameValues(nearest->Bytes, text.Bytes);
   };
   std::erase_if(characters, repeats);
 }
@@ -96,6 +113,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   CutNeighbours(codes);
   TakeCharactersBeside(page, codes);
   JoinVertical(page, codes);
+  TakeCharactersAbove(page, codes);
   AddCharacterColumns(page, codes);
   std::vector<Code> characters = FindCharacterCodes(page, codes);
   Confirm(codes, characters);
@@ -153,12 +171,17 @@ ManualReading ReadManual(const std::vector<std::u16string>& pages) {
 std::optional<SerialString> ReadManualPiece(const ManualReading& reading, std::u16string_view piece) {
   const ManualPage page = MakePage(piece);
   std::vector<Code> codes = FindNumberCodes(page);
-  const bool numbers = codes.size() == 1 && codes.front().Bytes.size() > 1 && !codes.front().Broken;
-  if (!numbers) codes = FindCharacterCodes(page, codes);
   Code code;
-  if (codes.size() == 1) {
+  for (const Code& part : codes) code.Bytes.insert(code.Bytes.end(), part.Bytes.begin(), part.Bytes.end());
+  const bool numbers = code.Bytes.size() > 1 &&
+                       std::none_of(codes.begin(), codes.end(), [](const Code& part) { return part.Broken; });
+  if (!numbers) codes = FindCharacterCodes(page, codes);
+  if (numbers) {
+    code.Framed = true;
+  } else if (codes.size() == 1) {
     code = codes.front();
   } else {
+    code.Bytes.clear();
     for (const std::u16string& line : page.Lines) {
       const CodeBytes bytes = Characters(TrimSpace(line));
       code.Bytes.insert(code.Bytes.end(), bytes.begin(), bytes.end());

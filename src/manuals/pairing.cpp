@@ -60,7 +60,10 @@ void AddText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
   piece.Numbered = IsDigit(text[0]);
   piece.LeadsOver = span.To < line.size() && line[span.To] == u':';
   piece.Bracketed = span.From < line.size() && line[span.From] == u'(';
-  piece.Sentence = text.size() > kLongestLabel;
+  constexpr std::size_t kShortestSentence = 5;
+  const bool stop = span.To < line.size() && line[span.To] == u'.';
+  piece.Sentence = text.size() > kLongestLabel ||
+                   (stop && piece.Says.Words >= kShortestSentence && piece.Says.Unknown > 1);
   pieces.push_back(piece);
 }
 

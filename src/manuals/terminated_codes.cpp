@@ -179,7 +179,10 @@ void AddTerminatedOn(const ManualPage& page, std::size_t number, std::vector<Cod
   const auto leads = [&](std::size_t i) {
     const bool free =
         marks[i].From == 0 || line[marks[i].From - 1] == u' ' || line[marks[i].From - 1] == u'|';
-    return free && i + 1 < marks.size() && (line[marks[i].To] != u' ' || marks[i].Bytes.front().Value == 2);
+    const char16_t behind = line.substr(marks[i].To, 1).empty() ? u' ' : line[marks[i].To];
+    const bool touches =
+        behind != u' ' && behind != u';' && behind != u',' && behind != u'.' && behind != u')';
+    return free && i + 1 < marks.size() && (touches || marks[i].Bytes.front().Value == 2);
   };
   std::size_t from = 0;
   for (std::size_t i = 0; i < marks.size(); ++i) {
