@@ -38,7 +38,8 @@ std::optional<WrittenByte> ControlNumberAt(Text line, std::size_t at) {
   std::size_t before = at;
   while (before > 0 && (line[before - 1] == u' ' || line[before - 1] == u',' || line[before - 1] == u'+'))
     --before;
-  if (before == 0 || line[before - 1] == u'(') return std::nullopt;
+  if (before == 0) return value == 2 ? number : std::nullopt;
+  if (line[before - 1] == u'(') return std::nullopt;
   if (before >= 2 && (line[before - 1] == u'h' || line[before - 1] == u'H') &&
       HexDigit(line[before - 2]) >= 0)
     return std::nullopt;
@@ -46,6 +47,21 @@ std::optional<WrittenByte> ControlNumberAt(Text line, std::size_t at) {
       (line[before - 3] == u'x' || line[before - 3] == u'X'))
     return std::nullopt;
   return number;
+}
+
+// "\r", "\n", and the sign of the key.
+std::optional<WrittenByte> EscapeAt(Text line, std::size_t at) {
+  constexpr char16_t kReturnSigns[] = {0x21B5, 0x23CE};
+  const CodeByte carriageReturn{13, ByteKind::CNT};
+  if (std::find(std::begin(kReturnSigns), std::end(kReturnSigns), line[at]) != std::end(kReturnSigns)) {
+    return WrittenByte{carriageReturn, at + 1, true, false, false};
+  }
+  if (line[at] != u'\\' || at + 1 >= line.size()) return std::nullopt;
+  const bool ends = at + 2 >= line.size() || !IsWordPart(line[at + 2]);
+  if (!ends) return std::nullopt;
+  if (line[at + 1] == u'r') return WrittenByte{carriageReturn, at + 2, true, false, false};
+  if (line[at + 1] == u'n') return WrittenByte{{10, ByteKind::CNT}, at + 2, true, false, false};
+  return std::nullopt;
 }
 
 // "[0Dh]", "<02>".
@@ -85,6 +101,7 @@ std::vector<Marks> MarksOf(Text line) {
     auto control = ControlAt(line, at);
     if (!control) control = ControlNumberAt(line, at);
     if (!control) control = BracketedNumberAt(line, at);
+    if (!control) control = EscapeAt(line, at);
     if (control) ExtendByNumber(line, *control);
     if (!control || control->Byte.Value == u' ') continue;
     const bool neighbour =
