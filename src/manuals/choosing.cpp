@@ -128,8 +128,8 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = "how the command ends is not said";
   } else if (TooShort(best.What)) {
     chosen.Doubt = "it could be a part of the command";
-  } else if (best.What.Wrapped && !best.What.Proven) {
-    chosen.Doubt = "the command runs over two lines";
+  } else if (best.What.Wrapped && !best.What.Proven && !best.What.Confirmed) {
+    chosen.Doubt = "the command runs over several lines";
   } else if (best.What.Open) {
     chosen.Doubt = "it holds the projector's number or another value to choose";
   } else if (!OfTheFamily(best, findings)) {

@@ -98,7 +98,7 @@ constexpr WordList kVocabulary[] = {
      u"ingresso|sorgente|fonte|channel|input select|input source|source select|signal source|输入|信号源|"
      u"輸入|入力|输入源|入力切換|信源|通道|通道选择|canal"},
     {Word::Computer,
-     u"computer|computer in|comp|pc|rgb|vga|d-sub|dsub|d sub|analog rgb|rgbhv|rgb pc|pc rgb|vga in|"
+     u"computer|computer in|pc|rgb|vga|d-sub|dsub|d sub|analog rgb|rgbhv|rgb pc|pc rgb|vga in|"
      u"ordinateur|ordenador|computador|computadora|rechner|xga|计算机|電腦|电脑|コンピュータ|コンピューター|"
      u"电脑输入|d-sub15|dsub15|15 pin"},
     {Word::Analog, u"analog|analogue|analogique|analogico|模拟|アナログ"},
@@ -106,7 +106,7 @@ constexpr WordList kVocabulary[] = {
      u"hdmi|dvi|dvi-d|dvi-i|dvi-a|displayport|display port|digital|digitale|numerique|hdbaset|m1-d|dp in|"
      u"数字|デジタル"},
     {Word::Component,
-     u"component|komponente|komponenten|composante|composantes|componente|componenti|componentes|ypbpr|"
+     u"component|comp|komponente|komponenten|composante|composantes|componente|componenti|componentes|ypbpr|"
      u"ycbcr|yuv|ycbcr/ypbpr|色差|分量|コンポーネント|scart|y/pb/pr|y/cb/cr|ypbpr2|ycbcr2"},
     {Word::Video,
      u"video|composite|composite video|cvbs|fbas|av|komposit|compuesto|composito|composita|video composite|"

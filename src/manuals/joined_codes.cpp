@@ -109,7 +109,7 @@ void JoinVertical(const ManualPage& page, std::vector<Code>& codes) {
     std::size_t end = at;
     const auto single = [&](const Code& code) { return code.Bytes.size() == 1 && AloneOnLine(page, code); };
     while (end < codes.size() && single(codes[end]) &&
-           (end == at || codes[end].Begin().Line - codes[end - 1].Begin().Line <= 2))
+           (end == at || codes[end].Begin().Line - codes[end - 1].Begin().Line == 1))
       ++end;
     if (end - at >= 2 && end - at <= kLongestCode) {
       Code& first = codes[at];
@@ -117,6 +117,7 @@ void JoinVertical(const ManualPage& page, std::vector<Code>& codes) {
         first.Where.push_back(codes[next].Begin());
         first.Bytes.push_back(codes[next].Bytes.front());
       }
+      first.Wrapped = true;
       joined.push_back(std::move(first));
       at = end;
     } else {

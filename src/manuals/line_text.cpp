@@ -71,11 +71,12 @@ constexpr ParityWord kParities[] = {
     {u"nessuno", LineParity::None}, {u"nenhuma", LineParity::None}, {u"nenhum", LineParity::None},
     {u"sin", LineParity::None},     {u"sem", LineParity::None},     {u"senza", LineParity::None},
     {u"n", LineParity::None},       {u"无", LineParity::None},      {u"無", LineParity::None},
-    {u"なし", LineParity::None},    {u"没有", LineParity::None},    {u"even", LineParity::Even},
-    {u"gerade", LineParity::Even},  {u"paire", LineParity::Even},   {u"pari", LineParity::Even},
-    {u"偶", LineParity::Even},      {u"odd", LineParity::Odd},      {u"ungerade", LineParity::Odd},
-    {u"impaire", LineParity::Odd},  {u"dispari", LineParity::Odd},  {u"impar", LineParity::Odd},
-    {u"null", LineParity::None},    {u"off", LineParity::None},     {u"absent", LineParity::None}};
+    {u"なし", LineParity::None},    {u"否", LineParity::None},      {u"没有", LineParity::None},
+    {u"even", LineParity::Even},    {u"gerade", LineParity::Even},  {u"paire", LineParity::Even},
+    {u"pari", LineParity::Even},    {u"偶", LineParity::Even},      {u"odd", LineParity::Odd},
+    {u"ungerade", LineParity::Odd}, {u"impaire", LineParity::Odd},  {u"dispari", LineParity::Odd},
+    {u"impar", LineParity::Odd},    {u"null", LineParity::None},    {u"off", LineParity::None},
+    {u"absent", LineParity::None}};
 
 struct NumberWord {
   Text Word;
@@ -322,6 +323,7 @@ void LineReader::FindSpeeds() {
   std::set<int> near;
   std::set<int> all;
   std::set<int> standard;
+  std::optional<int> first;  // right behind its label: the others are for special cases
   for (std::size_t at = 0; at < text_.size(); ++at) {
     std::size_t end = 0;
     if (!IsDigit(text_[at])) continue;
@@ -331,6 +333,8 @@ void LineReader::FindSpeeds() {
     const auto next = std::lower_bound(words.begin(), words.end(), at);
     const bool before = next != words.begin() && at - *std::prev(next) < kReach + 20;
     const bool behind = next != words.end() && *next - at < 12;
+    constexpr std::size_t kLabel = 14;  // "baud rate ... "
+    if (before && !first && at - *std::prev(next) <= kLabel) first = speed;
     if (before || behind) {
       near.insert(*speed);
       Mark(at, end);
@@ -341,6 +345,7 @@ void LineReader::FindSpeeds() {
   std::erase_if(all, [](int speed) { return speed < 9600; });
   speeds_ = near.empty() ? all : near;
   if (speeds_.size() > 1 && standard.size() == 1) speeds_ = standard;
+  if (speeds_.size() > 1 && first) speeds_ = {*first};
 }
 
 // "8N1", "8-N-1", "N,8,1", "9600 N 8 1".
@@ -395,7 +400,7 @@ void LineReader::FindValueBlock() {
     for (std::size_t i = 0; i < block.size(); ++i) {
       if (!IsWordBegin(block, i)) continue;
       std::size_t end = 0;
-      if (!parity) parity = ParityAt(block, i, end);
+      if (!parity && !(i > 0 && block[i - 1] == u'奇')) parity = ParityAt(block, i, end);
       if (!bits) {
         bits = (block[i] == u'8' || block[i] == u'7') && (IsWordEnd(block, i + 1) || block[i + 1] == u'b');
       } else if (!stop) {

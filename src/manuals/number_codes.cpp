@@ -60,8 +60,10 @@ std::optional<WrittenByte> Suffixed(Text line, std::size_t at) {
     if (mark != u'h' && mark != u'H') continue;
     // "02H00H" runs on, "02Hertz" and "Character" do not.
     const std::size_t behind = byte->End + 1;
-    const bool inRun =
-        at > 2 && line[at - 1] == mark && HexDigit(line[at - 2]) >= 0 && HexDigit(line[at - 3]) >= 0;
+    std::size_t before = at;
+    while (before > 0 && line[before - 1] == u' ') --before;
+    const bool inRun = before > 2 && line[before - 1] == mark && HexDigit(line[before - 2]) >= 0 &&
+                       HexDigit(line[before - 3]) >= 0;
     const bool label = inRun && (IsUpper(CharAt(line, behind)) || CharAt(line, behind) > 0x2E80);
     if (!label && IsWordPart(CharAt(line, behind)) &&
         (digits == 1 || !PairAt(line, behind) || CharAt(line, behind + 2) != mark))
