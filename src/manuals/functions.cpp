@@ -308,7 +308,14 @@ std::size_t AddNumber(std::u16string_view text, std::size_t at, Seen& seen) {
 
 Seen Look(std::u16string_view label) {
   constexpr std::size_t kLongestLabel = 160;
-  const std::u16string text = FoldLetters(label.substr(0, kLongestLabel));
+  std::u16string text(label.substr(0, kLongestLabel));
+  // "DataPOWER ON": two cells have run together.
+  for (std::size_t at = 3; at + 1 < text.size(); ++at) {
+    const bool runs = IsLower(text[at - 1]) && IsLower(text[at - 2]) && IsLower(text[at - 3]) &&
+                      IsUpper(text[at]) && IsUpper(text[at + 1]);
+    if (runs) text.insert(at, 1, u' ');
+  }
+  text = FoldLetters(text);
   Seen seen;
   std::size_t at = 0;
   while (at < text.size()) {
@@ -407,6 +414,10 @@ Function ClassifyLabel(std::u16string_view label) {
   function.Unknown = seen.Unknown;
   function.Words = seen.Words;
   function.Number = seen.NumberOfInput;
+  // The last of the digital inputs that an installer would take.
+  constexpr int kLastDigital = 5;
+  if (function.Number == 0 && FoldLetters(label).find(u"hdbaset") != std::u16string::npos)
+    function.Number = kLastDigital;
   if (function.Number == 0 && function.What == Subject::None && seen.Words == 0 && seen.Numbers.size() == 1) {
     function.Number = seen.Numbers.front();
   }

@@ -334,7 +334,8 @@ void LineReader::FindSpeeds() {
     const bool before = next != words.begin() && at - *std::prev(next) < kReach + 20;
     const bool behind = next != words.end() && *next - at < 12;
     constexpr std::size_t kLabel = 14;  // "baud rate ... "
-    if (before && !first && at - *std::prev(next) <= kLabel) first = speed;
+    if (before && !first && at - *std::prev(next) <= kLabel && text_.substr(*std::prev(next), 3) != u"bps")
+      first = speed;
     if (before || behind) {
       near.insert(*speed);
       Mark(at, end);

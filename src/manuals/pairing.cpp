@@ -11,7 +11,9 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr Text kHeadings[] = {u"command",        u"commands",     u"function",
+constexpr Text kHeadings[] = {u"note",           u"notes",        u"remark",
+                              u"remarks",        u"comment",      u"comments",
+                              u"command",        u"commands",     u"function",
                               u"functions",      u"item",         u"items",
                               u"option",         u"code",         u"codes",
                               u"operation",      u"data",         u"description",
@@ -78,6 +80,16 @@ void AddLongText(const ManualPage& page, Span span, std::vector<Piece>& pieces) 
     if (!ends || bracketLabel) continue;
     AddText(page, {span.Line, from, at}, pieces);
     from = at + 1;
+  }
+  // Of what is still long, the words right before the code.
+  constexpr std::size_t kTail = 36;
+  const bool codeFollows = span.To < line.size();
+  if (codeFollows && span.To - from > kLongestLabel) {
+    std::size_t cut = line.find(u' ', span.To - kTail);
+    if (cut < span.To) {
+      AddText(page, {span.Line, from, cut}, pieces);
+      from = cut;
+    }
   }
   AddText(page, {span.Line, from, span.To}, pieces);
 }
