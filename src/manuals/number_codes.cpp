@@ -252,6 +252,8 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
             next < line.size() ? NumberAt(line, next).has_value() : at + length >= line.size();
         if (goesOn && !IsUpper(line[at])) {
           run.Made.Broken = true;
+          run.Made.Bytes.push_back({static_cast<std::uint8_t>(line[at]), ByteKind::VAR});
+          run.Made.Places.push_back(at);
           run.To = at + length;
           at = next;
           continue;

@@ -167,6 +167,7 @@ class LabelSeeker {
   bool OnRow(std::size_t code) const {
     return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
   }
+  Span WithoutCode(Span label, const Code& code) const;
   Finding Label(std::size_t code, std::size_t text, Side side) const;
 
   // What stands behind the code where the table has a column for what the model supports.
@@ -264,12 +265,27 @@ void LabelSeeker::CountChains() {
   if (!pieces_.empty()) close(from, last);
 }
 
+// "Power On PWR1" before "@PWR1": the label ends before what the code repeats.
+Span LabelSeeker::WithoutCode(Span label, const Code& code) const {
+  const Text text = page_.At(label);
+  const std::size_t blank = text.rfind(u' ');
+  if (blank == Text::npos || text.size() - blank < 4) return label;
+  const Function last = ClassifyLabel(text.substr(blank + 1));
+  if (last.What != Subject::None || last.To != State::None || last.Unknown == 0) return label;
+  std::u16string characters;
+  for (const CodeByte& byte : code.Bytes) characters += static_cast<char16_t>(byte.Value);
+  if (characters.find(text.substr(blank + 1)) == std::u16string::npos) return label;
+  return Trim(page_, {label.Line, label.From, label.From + blank});
+}
+
 // The label with what belongs to it: a bracket on the next line, the subject that stands above it.
 Finding LabelSeeker::Label(std::size_t code, std::size_t text, Side side) const {
   Finding finding;
   finding.What = codes_[pieces_[code].Code];
   finding.For = pieces_[text].Says;
-  finding.Label = {pieces_[text].Where};
+  finding.Label = {WithoutCode(pieces_[text].Where, finding.What)};
+  if (finding.Label.front() != pieces_[text].Where)
+    finding.For = ClassifyLabel(page_.At(finding.Label.front()));
   if (side == Side::Below && text + 1 < pieces_.size() && pieces_[text + 1].IsText()) {
     const Piece& next = pieces_[text + 1];
     if (next.Bracketed) {

@@ -39,6 +39,24 @@ std::u16string Around(const ManualPage& page, std::size_t line) {
   return around;
 }
 
+// "ACK: 0x06, 0x0D": the list of numbers that begins with it.
+CodeBytes NumbersFrom(Text text, std::size_t from) {
+  constexpr std::size_t kFarthest = 30;
+  CodeBytes bytes;
+  for (std::size_t at = from; at < std::min(text.size(), from + kFarthest); ++at) {
+    auto number = NumberAt(text, at);
+    if (!number) continue;
+    while (number && number->Marked && bytes.size() < kLongestCode) {
+      bytes.push_back(number->Byte);
+      at = number->End;
+      while (at < text.size() && (text[at] == u' ' || text[at] == u',')) ++at;
+      number = NumberAt(text, at);
+    }
+    break;
+  }
+  return !bytes.empty() && bytes.front().Value == 6 ? bytes : CodeBytes();
+}
+
 // ACK, with the CR that follows it at once, on the next line where cells have a line each.
 std::optional<Answer> AcknowledgeCode(const ManualPage& page) {
   std::optional<Answer> found;
@@ -56,6 +74,8 @@ std::optional<Answer> AcknowledgeCode(const ManualPage& page) {
       if (!behind && next >= text.size() && line + 1 < page.Lines.size())
         behind = ControlAt(page.Lines[line + 1], 0);
       if (behind && behind->Byte.Value == 13) answer.Bytes.push_back(behind->Byte);
+      if (const CodeBytes numbers = NumbersFrom(text, control->End); numbers.size() > answer.Bytes.size())
+        answer.Bytes = numbers;
       if (!found || answer.Bytes.size() > found->Bytes.size()) found = answer;
     }
   }
@@ -75,8 +95,13 @@ std::optional<Answer> AcknowledgeText(const ManualPage& page) {
       while (at < text.size() && (text[at] == u':' || text[at] == u' ' || text[at] == u'=')) ++at;
       const std::size_t from = at;
       while (at < text.size() && IsWordPart(text[at])) ++at;
-      if (at > from && at - from <= 4)
-        return Answer{Characters(text.substr(from, at - from)), {line, from, at}, true};
+      if (at > from && at - from <= 4) {
+        Answer answer{Characters(text.substr(from, at - from)), {line, from, at}, true};
+        while (at < text.size() && (text[at] == u' ' || text[at] == u'+')) ++at;
+        const auto end = ControlAt(text, at);
+        if (end && end->Byte.Value == 13) answer.Bytes.push_back(end->Byte);
+        return answer;
+      }
     }
     const std::size_t quote = text.find(u'"');
     const bool sends = view.find(u"sends \"") != Text::npos || view.find(u"returns \"") != Text::npos ||

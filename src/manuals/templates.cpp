@@ -250,6 +250,7 @@ class Composer {
         UseFields(*form);
       }
     }
+    for (const Code& code : codes_) UseHole(code);
     UseNamesBelowValues();
     return std::move(findings_);
   }
@@ -288,6 +289,49 @@ class Composer {
         Add(form, value, InContext(value.Says, above));
       }
     }
+  }
+
+  // "7E 30 a 0D  n = 1 Power ON (a=31)": what stands for the byte is printed behind each label.
+  void UseHole(const Code& code) {
+    const auto hole = std::find_if(code.Bytes.begin(), code.Bytes.end(),
+                                   [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
+    if (!code.Broken || hole == code.Bytes.end()) return;
+    const char16_t letter = hole->Value;
+    constexpr std::size_t kLines = 4;
+    const std::size_t first = code.End().Line;
+    for (std::size_t line = first; line < std::min(page_.Lines.size(), first + kLines); ++line) {
+      const Text text = page_.Lines[line];
+      std::size_t from = line == first ? code.End().To : 0;
+      if (line > first && !FindNumberCodes(MakePage(text)).empty()) return;
+      for (std::size_t at = from; at + 3 < text.size(); ++at) {
+        if (text[at] != letter || text[at + 1] != u'=' || IsWordPart(text[at - std::min<std::size_t>(at, 1)]))
+          continue;
+        const auto value = NumberAt(text, at + 2);
+        if (!value) continue;
+        AddWithHole(code, static_cast<std::size_t>(hole - code.Bytes.begin()), value->Byte, {line, from, at});
+        from = value->End;
+      }
+    }
+  }
+
+  void AddWithHole(const Code& code, std::size_t hole, const CodeByte& value, Span label) {
+    // "n = 1 Power ON (": the label begins behind the value and ends before the bracket.
+    const Text text = page_.At(label);
+    const std::size_t mark = text.rfind(u'=');
+    if (mark != Text::npos) label.From += mark + 1;
+    if (label.To > label.From && page_.Lines[label.Line][label.To - 1] == u'(') --label.To;
+    label = Trim(page_, label);
+    const Function says = ClassifyLabel(page_.At(label));
+    if (!SlotOf(says)) return;
+    Finding finding;
+    finding.What = code;
+    finding.What.Bytes[hole] = value;
+    finding.What.Broken = false;
+    finding.What.Composed = true;
+    finding.For = says;
+    finding.Label = {label};
+    finding.Doubt = "put together from a form and a list of values";
+    findings_.push_back(std::move(finding));
   }
 
   // "Field  Description": rows that begin with what goes into the place.

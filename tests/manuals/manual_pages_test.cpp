@@ -144,6 +144,10 @@ const Page kForms[] = {
     {"a name below its values, the shape from examples",
      "Power (PWR0) Turns power off\nPower (PWR1) Turns power on\nBlank\n0: off\n1: on\nBLK at RW 0 1 0\n",
      {"1 28 50 57 52 31 29 sure", "5 28 42 4C 4B 31 29", "8 28 50 57 52 30 29 sure", "24 28 42 4C 4B 30 29"}},
+    {"a byte left open, its values behind the labels",
+     "#XX00 n 23 30 30 20 a 0D Power Control n = 1 Power ON (a=31)\n2 Power OFF (a=32)\n"
+     "#XX01 1 23 30 31 20 31 0D Resync\n",
+     {"1 23 30 30 20 31 0D", "8 23 30 30 20 32 0D"}},
     {"a field",
      "Type the command and press <Enter>.\nCommand Response\nset input=[field] input=[field] No\nField "
      "Description\n"
