@@ -98,4 +98,14 @@ struct SimulateOptions {
 };
 int Simulate(const SimulateOptions& options, CommandContext& context);
 
+struct ManualOptions {
+  std::string Page;
+  bool Json = false;
+  std::string Output;  // empty: no definition
+  std::string Manufacturer;
+  std::string Model;
+  bool Doubtful = false;
+};
+int Manual(const ManualOptions& options, CommandContext& context);
+
 }  // namespace qdm

@@ -30,6 +30,7 @@ struct Request {
   FindOptions Find;
   DownloadOptions Download;
   SimulateOptions Simulate;
+  ManualOptions Manual;
 
   std::function<int(CommandContext&)> Command;
 };
@@ -314,6 +315,33 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
   Runs(command, request, Simulate, request.Simulate);
 }
 
+void AddManualCommand(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
+      app, "manual", "Read a page of a projector's manual",
+      "The text as it was copied from the manual. Printed are the line settings and, for each string of a\n"
+      "definition, the best candidate on the page, whether it is sure, and what else it could be. The exit\n"
+      "status is 1 when nothing was understood.\n\n"
+      "Examples:\n"
+      "  qdm manual page.txt\n"
+      "  pdftotext -layout manual.pdf - | qdm manual - --json\n"
+      "  qdm manual page.txt -o Visora.BVD --manufacturer Visora --model \"Grand 4\"");
+  command->add_option("PAGE.txt", request.Manual.Page, "the page's text; - is standard input")->required();
+  command->add_flag("--json", request.Manual.Json, "JSON instead of a table");
+  CLI::Option* manufacturer =
+      command->add_option("--manufacturer", request.Manual.Manufacturer, "the definition's manufacturer")
+          ->type_name("NAME");
+  CLI::Option* model =
+      command->add_option("--model", request.Manual.Model, "the definition's model")->type_name("NAME");
+  CLI::Option* output =
+      command->add_option("-o,--output", request.Manual.Output, "write a definition with what is sure (.BVD)")
+          ->type_name("FILE.BVD")
+          ->needs(manufacturer)
+          ->needs(model);
+  command->add_flag("--doubtful", request.Manual.Doubtful, "take what is not sure into the definition too")
+      ->needs(output);
+  Runs(command, request, Manual, request.Manual);
+}
+
 // An option's name and what stands for its value; everything else is for the description to say.
 class PlainFormatter : public CLI::Formatter {
  public:
@@ -378,6 +406,7 @@ int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
   AddProjectorsCommands(app, request);
   AddPanelCommands(app, request);
   AddSimulateCommand(app, request);
+  AddManualCommand(app, request);
 
   std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
   try {

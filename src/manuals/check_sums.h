@@ -1,0 +1,23 @@
+// Check sums as projectors use them: the last byte over those before it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace qdm {
+
+enum class CheckSum { Sum, SumFromSecond, TwosComplement, ExclusiveOr };
+inline constexpr CheckSum kCheckSums[] = {CheckSum::Sum, CheckSum::SumFromSecond, CheckSum::TwosComplement,
+                                          CheckSum::ExclusiveOr};
+
+bool IsRight(CheckSum check, std::span<const std::uint8_t> code);
+
+// CRC-16 with the polynomial A001 (reversed 8005), low byte first on the line.
+std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t start);
+
+// Where a run of bytes falls apart into codes that all begin with its first byte and end with their check
+// sum: the places where codes begin. Empty where it does not.
+std::vector<std::size_t> SplitByCheckSum(std::span<const std::uint8_t> run);
+
+}  // namespace qdm

@@ -1,0 +1,155 @@
+#include "manuals/framing.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace qdm {
+namespace {
+
+using Text = std::u16string_view;
+
+constexpr CodeByte Control(std::uint8_t value) { return {value, ByteKind::CNT}; }
+
+bool Says(Text folded, std::initializer_list<Text> words) {
+  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
+}
+
+// The control codes that the page names, in brackets or alone.
+std::map<std::uint8_t, int> NamedControls(const ManualPage& page) {
+  std::map<std::uint8_t, int> named;
+  for (const std::u16string& line : page.Lines) {
+    for (std::size_t at = 0; at < line.size(); ++at) {
+      if (const auto control = ControlAt(line, at)) {
+        ++named[control->Byte.Value];
+        at = control->End - 1;
+      }
+    }
+  }
+  return named;
+}
+
+bool LineFeedFollows(Text folded) {
+  for (const Text pair :
+       {Text(u"cr+lf"), Text(u"crlf"), Text(u"cr lf"), Text(u"<cr><lf>"), Text(u"[cr][lf]"), Text(u"cr/lf"),
+        Text(u"cr, lf"), Text(u"cr + lf"), Text(u"cr and lf"), Text(u"line feed"), Text(u"0dh 0ah"),
+        Text(u"0d 0a"), Text(u"0x0d 0x0a"), Text(u"\\r\\n"), Text(u"0x0d, 0x0a")}) {
+    if (folded.find(pair) != Text::npos) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Frame FrameOfText(const ManualPage& page) {
+  const Text folded = page.Folded;
+  auto named = NamedControls(page);
+  Frame frame;
+  if (named[2] > 0 && named[3] > 0) {
+    frame.Before = {Control(2)};
+    frame.Behind = {Control(3)};
+    frame.Settled = true;
+    return frame;
+  }
+  const bool inWords = Says(
+      folded, {u"carriage return", u"[carriage", u"wagenrucklauf", u"retour chariot", u"回车", u"キャリッジ",
+               u"retorno de carro", u"ritorno a capo", u"return code (", u"return code\n(0d"});
+  const bool key = Says(folded, {u"press enter", u"<enter>", u"[enter]", u"enter key", u"press return",
+                                 u"press\nenter", u"enter-taste"});
+  if (named[13] == 0 && !inWords && !key && !Says(folded, {u"0dh", u"0x0d"})) return frame;
+  frame.Behind = {Control(13)};
+  if (LineFeedFollows(folded)) frame.Behind.push_back(Control(10));
+  frame.Settled = named[13] > 0 || inWords;
+  return frame;
+}
+
+Frame FrameOfExamples(const std::vector<Code>& codes) {
+  constexpr std::size_t kMost = 300;
+  using Bytes = std::u16string;  // one a byte: compares well
+  const auto textOf = [](const Code& code) {
+    const std::vector<std::uint8_t> values = Values(code.Bytes);
+    return Bytes(values.begin(), values.end());
+  };
+  std::set<Bytes> all;
+  for (const Code& code : codes) {
+    if (!code.Broken && code.Bytes.size() <= kLongestCode && all.size() < kMost) all.insert(textOf(code));
+  }
+  std::map<std::pair<Bytes, Bytes>, std::set<Bytes>> frames;
+  for (const Bytes& longer : all) {
+    for (const Bytes& shorter : all) {
+      if (shorter.size() >= longer.size() || longer.size() < 4) continue;
+      const auto found = std::search(longer.begin(), longer.end(), shorter.begin(), shorter.end());
+      if (found == longer.end()) continue;
+      const Bytes before(longer.begin(), found);
+      const Bytes behind(found + static_cast<std::ptrdiff_t>(shorter.size()), longer.end());
+      frames[{before, behind}].insert(shorter);
+    }
+  }
+  Frame best;
+  std::size_t most = 1;
+  for (const auto& [round, shorts] : frames) {
+    if (shorts.size() <= most) continue;
+    most = shorts.size();
+    best = {};
+    for (const char16_t value : round.first)
+      best.Before.push_back({static_cast<std::uint8_t>(value), ByteKind::HEX});
+    for (const char16_t value : round.second)
+      best.Behind.push_back({static_cast<std::uint8_t>(value), ByteKind::HEX});
+    best.Settled = true;
+  }
+  return best;
+}
+
+namespace {
+
+bool Has(const Frame& frame, const CodeBytes& bytes) {
+  const std::size_t round = frame.Before.size() + frame.Behind.size();
+  if (bytes.size() < round) return false;
+  const auto back = static_cast<std::ptrdiff_t>(frame.Behind.size());
+  return SameValues({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(frame.Before.size())},
+                    frame.Before) &&
+         SameValues({bytes.end() - back, bytes.end()}, frame.Behind);
+}
+
+void Put(const Frame& frame, Code& code) {
+  if (Has(frame, code.Bytes)) {
+    code.Framed = true;
+    return;
+  }
+  code.Bytes.insert(code.Bytes.begin(), frame.Before.begin(), frame.Before.end());
+  code.Bytes.insert(code.Bytes.end(), frame.Behind.begin(), frame.Behind.end());
+  code.Composed = true;
+  code.Framed = frame.Settled;
+}
+
+}  // namespace
+
+// Numbers that only repeat characters have their terminator elsewhere, like the characters.
+bool OnlyCharacters(const Code& code) {
+  return std::all_of(code.Bytes.begin(), code.Bytes.end(),
+                     [](const CodeByte& byte) { return byte.Value >= 0x20 && byte.Value < 0x7F; });
+}
+
+void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
+  const Frame examples = FrameOfExamples(codes);
+  const Frame text = FrameOfText(page);
+  const bool bare = std::all_of(codes.begin(), codes.end(), [](const Code& code) {
+    return code.How == Notation::Characters || code.Bytes.size() < 2 || OnlyCharacters(code);
+  });
+  for (Code& code : codes) {
+    const bool number = code.How == Notation::Hexadecimal;
+    // The page names a terminator that this code does not have: perhaps it is printed without.
+    if (number && (bare || (text.Settled && !Has(text, code.Bytes)))) code.Framed = false;
+    if (number && !bare && !code.Framed) {
+      if (!examples.Empty()) Put(examples, code);
+      continue;
+    }
+    if (!examples.Empty() && (number || !code.Framed)) {
+      Put(examples, code);
+    } else if (!code.Framed && !text.Empty()) {
+      Put(text, code);
+    }
+  }
+}
+
+}  // namespace qdm

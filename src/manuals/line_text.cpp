@@ -1,0 +1,423 @@
+#include "manuals/line_text.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <set>
+
+namespace qdm {
+namespace {
+
+using Text = std::u16string_view;
+
+constexpr std::array kSpeeds = {1200, 2400, 4800, 9600, 14400, 19200, 38400, 57600, 115200};
+
+constexpr Text kSpeedWords[] = {u"baud",
+                                u"bps",
+                                u"bit/s",
+                                u"bits/s",
+                                u"bits per sec",
+                                u"bit per sec",
+                                u"波特率",
+                                u"ボーレート",
+                                u"通信速度",
+                                u"transfer rate",
+                                u"bit rate",
+                                u"bitrate",
+                                u"ubertragungsr",
+                                u"ubertragungsg",
+                                u"vitesse",
+                                u"velocidad",
+                                u"velocita",
+                                u"velocidade",
+                                u"data rate",
+                                u"传输速率",
+                                u"转送速度",
+                                u"転送速度",
+                                u"通讯速率",
+                                u"鲍率",
+                                u"transmission speed",
+                                u"transmission rate",
+                                u"communication speed",
+                                u"鮑率",
+                                u"debit",
+                                u"速率"};
+constexpr Text kParityWords[] = {u"parit", u"parid", u"校验", u"奇偶", u"パリティ", u"校驗", u"同位"};
+constexpr Text kStopWords[] = {u"stop bit",       u"stop-bit",     u"stopbit",        u"stop  bit",
+                               u"stoppbit",       u"stopp-bit",    u"stopp bit",      u"bit d'arret",
+                               u"bits d'arret",   u"bit de stop",  u"bits de stop",   u"bit de parada",
+                               u"bits de parada", u"bit di stop",  u"bit di arresto", u"停止位",
+                               u"ストップビット", u"stop  length", u"stop length",    u"停止比特",
+                               u"bit de paro",    u"bits de paro", u"stop:",          u"停止位元"};
+// What ends the search for a value: the next label of a list.
+constexpr Text kOtherWords[] = {
+    u"data bit",      u"data length", u"datenbit",         u"datenlange",      u"flow",
+    u"handshak",      u"数据位",      u"データ",           u"fluss",           u"longueur",
+    u"bits de datos", u"bit dati",    u"character length", u"bits de donnees", u"bit lengt",
+    u"longitud",      u"start bit",   u"startbit",         u"word length",     u"数据长度"};
+
+constexpr Text kStandardWords[] = {u"default", u"standard", u"factory",       u"werkseinst", u"initial",
+                                   u"默认",    u"defaut",   u"predeterminad", u"预设"};
+
+struct ParityWord {
+  Text Word;
+  LineParity Means;
+};
+constexpr ParityWord kParities[] = {
+    {u"none", LineParity::None},    {u"non", LineParity::None},     {u"no", LineParity::None},
+    {u"keine", LineParity::None},   {u"kein", LineParity::None},    {u"ohne", LineParity::None},
+    {u"aucune", LineParity::None},  {u"aucun", LineParity::None},   {u"sans", LineParity::None},
+    {u"ninguna", LineParity::None}, {u"ninguno", LineParity::None}, {u"nessuna", LineParity::None},
+    {u"nessuno", LineParity::None}, {u"nenhuma", LineParity::None}, {u"nenhum", LineParity::None},
+    {u"sin", LineParity::None},     {u"sem", LineParity::None},     {u"senza", LineParity::None},
+    {u"n", LineParity::None},       {u"无", LineParity::None},      {u"無", LineParity::None},
+    {u"なし", LineParity::None},    {u"否", LineParity::None},      {u"没有", LineParity::None},
+    {u"even", LineParity::Even},    {u"gerade", LineParity::Even},  {u"paire", LineParity::Even},
+    {u"pari", LineParity::Even},    {u"偶", LineParity::Even},      {u"odd", LineParity::Odd},
+    {u"ungerade", LineParity::Odd}, {u"impaire", LineParity::Odd},  {u"dispari", LineParity::Odd},
+    {u"impar", LineParity::Odd},    {u"null", LineParity::None},    {u"off", LineParity::None},
+    {u"absent", LineParity::None}};
+
+struct NumberWord {
+  Text Word;
+  int Value;
+};
+constexpr NumberWord kNumberWords[] = {{u"one", 1},  {u"two", 2}, {u"ein", 1}, {u"zwei", 2}, {u"un", 1},
+                                       {u"deux", 2}, {u"uno", 1}, {u"dos", 2}, {u"一", 1}};
+
+constexpr std::size_t kReach = 60;  // characters between a label and its value
+
+bool IsWordEnd(Text text, std::size_t at) {
+  return at >= text.size() || !(IsWordPart(text[at]) || (text[at] >= 0xDF && text[at] < 0x250));
+}
+bool IsWordBegin(Text text, std::size_t at) { return at == 0 || IsWordEnd(text, at - 1); }
+
+template <std::size_t N>
+std::size_t FirstOf(Text text, const Text (&words)[N]) {
+  std::size_t first = Text::npos;
+  for (const Text word : words) first = std::min(first, text.find(word));
+  return first;
+}
+
+// A usual speed, "9600", "9,600", "19.2k".
+std::optional<int> SpeedAt(Text text, std::size_t at, std::size_t& end) {
+  if (!IsWordBegin(text, at) || (at > 0 && (text[at - 1] == u'.' || text[at - 1] == u',')))
+    return std::nullopt;
+  int value = 0;
+  end = at;
+  std::size_t digits = 0;
+  while (end < text.size() && digits < 7) {
+    const bool grouped = (text[end] == u',' || text[end] == u'.' || text[end] == u' ') && digits > 0 &&
+                         digits < 4 && end + 3 < text.size() && IsDigit(text[end + 1]) &&
+                         IsDigit(text[end + 2]) && IsDigit(text[end + 3]) &&
+                         (end + 4 >= text.size() || !IsDigit(text[end + 4]));
+    if (!IsDigit(text[end]) && !grouped) break;
+    if (!grouped) {
+      value = value * 10 + (text[end] - u'0');
+      ++digits;
+    }
+    ++end;
+  }
+  constexpr std::pair<Text, int> kShort[] = {{u"19.2k", 19200},   {u"38.4k", 38400}, {u"57.6k", 57600},
+                                             {u"115.2k", 115200}, {u"9.6k", 9600},   {u"19k2", 19200},
+                                             {u"38k4", 38400}};
+  for (const auto& [word, speed] : kShort) {
+    if (text.substr(at, word.size()) != word) continue;
+    end = at + word.size();
+    return speed;
+  }
+  if (end < text.size() && IsDigit(text[end])) return std::nullopt;
+  if (end < text.size() && IsWordPart(text[end]) && text.substr(end, 1) != u"b" &&
+      text.substr(end, 1) != u"n" && text.substr(end, 1) != u"8")
+    return std::nullopt;
+  if (std::find(kSpeeds.begin(), kSpeeds.end(), value) == kSpeeds.end()) return std::nullopt;
+  return value;
+}
+
+std::optional<LineParity> ParityAt(Text text, std::size_t at, std::size_t& end) {
+  for (const ParityWord& parity : kParities) {
+    if (text.substr(at, parity.Word.size()) != parity.Word) continue;
+    end = at + parity.Word.size();
+    if (parity.Word.front() > 0x2000 || IsWordEnd(text, end)) return parity.Means;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> StopAt(Text text, std::size_t at, std::size_t& end) {
+  end = at + 1;
+  if (text[at] == u'1' || text[at] == u'2') {
+    const bool fraction =
+        end + 1 < text.size() && (text[end] == u'.' || text[end] == u',') && IsDigit(text[end + 1]);
+    if (!fraction && (IsWordEnd(text, end) || text[end] == u'b')) return text[at] - u'0';
+    return std::nullopt;
+  }
+  for (const NumberWord& number : kNumberWords) {
+    end = at + number.Word.size();
+    if (text.substr(at, number.Word.size()) == number.Word && IsWordEnd(text, end)) return number.Value;
+  }
+  return std::nullopt;
+}
+
+class LineReader {
+ public:
+  explicit LineReader(const ManualPage& page) : page_(page), text_(page.Folded) {
+    std::size_t begin = 0;
+    for (const std::u16string& line : page.Lines) {
+      begins_.push_back(begin);
+      begin += line.size() + 1;
+    }
+  }
+
+  ManualLineSettings Read() {
+    FindSpeeds();
+    Find(kParityWords, parities_, ParityAt, &LineReader::ParityBefore);
+    Find(kStopWords, stops_, StopAt, &LineReader::StopBefore);
+    FindShortForms();
+    if (parities_.empty() || stops_.empty()) FindValueBlock();
+    ManualLineSettings line;
+    line.Speed = Only(speeds_);
+    line.Parity = Only(parities_);
+    line.StopBits = Only(stops_);
+    line.Ranges = std::move(ranges_);
+    return line;
+  }
+
+ private:
+  template <class Value>
+  static std::optional<Value> Only(const std::set<Value>& values) {
+    return values.size() == 1 ? std::optional(*values.begin()) : std::nullopt;
+  }
+  void Mark(std::size_t from, std::size_t to) {
+    const auto behind = std::upper_bound(begins_.begin(), begins_.end(), from);
+    const auto line = static_cast<std::size_t>(behind - begins_.begin()) - 1;
+    ranges_.push_back({page_.Numbers[line], from - begins_[line], to - begins_[line]});
+  }
+  // What may hold the value of a label that ends at `from`: up to the next label.
+  Text Reach(std::size_t from) const {
+    Text reach = text_.substr(from, kReach);
+    reach = reach.substr(0, FirstOf(reach, kSpeedWords));
+    reach = reach.substr(0, FirstOf(reach, kStopWords));
+    reach = reach.substr(0, FirstOf(reach, kOtherWords));
+    return reach.substr(0, FirstOf(reach, kParityWords));
+  }
+
+  // "Start bit 1 Stop bit: 2": a value of its own wins over the number before.
+  bool ValueFollows(std::size_t at) const {
+    while (at < text_.size() && IsLower(text_[at])) ++at;
+    while (at < text_.size() &&
+           (text_[at] == u' ' || text_[at] == u':' || text_[at] == u'=' || text_[at] == u'.'))
+      ++at;
+    return at < text_.size() && (text_[at] == u'1' || text_[at] == u'2') && IsWordEnd(text_, at + 1);
+  }
+  bool IsStandard(std::size_t from, std::size_t to) const;
+  void FindSpeeds();
+  void FindShortForms();
+  void FindValueBlock();
+  bool ParityBefore(std::size_t at);
+  bool StopBefore(std::size_t at);
+
+  template <std::size_t N, class Value>
+  void Find(const Text (&words)[N], std::set<Value>& values,
+            std::optional<Value> (*valueAt)(Text, std::size_t, std::size_t&),
+            bool (LineReader::*before)(std::size_t));
+
+  const ManualPage& page_;
+  Text text_;
+  std::vector<std::size_t> begins_;  // of the lines in the text
+  std::set<int> speeds_;
+  std::set<LineParity> parities_;
+  std::set<int> stops_;
+  std::vector<ManualRange> ranges_;
+};
+
+template <std::size_t N, class Value>
+void LineReader::Find(const Text (&words)[N], std::set<Value>& values,
+                      std::optional<Value> (*valueAt)(Text, std::size_t, std::size_t&),
+                      bool (LineReader::*before)(std::size_t)) {
+  for (const Text word : words) {
+    for (std::size_t at = text_.find(word); at != Text::npos; at = text_.find(word, at + 1)) {
+      if (!ValueFollows(at + word.size()) && (this->*before)(at)) continue;
+      std::size_t from = at + word.size();
+      while (from < text_.size() && IsLower(text_[from])) ++from;
+      const Text reach = Reach(from);
+      for (std::size_t i = 0; i < reach.size(); ++i) {
+        std::size_t end = 0;
+        if (reach[i] < 0x2000 && !IsWordBegin(reach, i)) continue;
+        const auto value = valueAt(reach, i, end);
+        if (!value) continue;
+        values.insert(*value);
+        Mark(from + i, from + end);
+        break;
+      }
+    }
+  }
+}
+
+// "no parity", "even parity".
+bool LineReader::ParityBefore(std::size_t at) {
+  constexpr std::pair<char16_t, LineParity> kSigns[] = {{u'无', LineParity::None},
+                                                        {u'無', LineParity::None},
+                                                        {u'偶', LineParity::Even},
+                                                        {u'奇', LineParity::Odd}};
+  for (const auto& [sign, parity] : kSigns) {
+    if (at == 0 || text_[at - 1] != sign ||
+        (at > 1 && (text_[at - 2] == u'奇' || text_[at - 2] == u'无' || text_[at - 2] == u'無')))
+      continue;
+    if (parity == LineParity::Odd && text_[at] == u'偶') continue;
+    parities_.insert(parity);
+    Mark(at - 1, at);
+    return true;
+  }
+  std::size_t from = at;
+  while (from > 0 && (text_[from - 1] == u' ' || text_[from - 1] == u'-')) --from;
+  std::size_t begin = from;
+  while (begin > 0 && IsLower(text_[begin - 1])) --begin;
+  std::size_t end = 0;
+  if (begin == from) return false;
+  const auto parity = ParityAt(text_, begin, end);
+  if (!parity || end != from || begin + 1 == end) return false;
+  parities_.insert(*parity);
+  Mark(begin, at);
+  return true;
+}
+
+// "1 stop bit", "one stop bit".
+bool LineReader::StopBefore(std::size_t at) {
+  std::size_t from = at;
+  while (from > 0 && (text_[from - 1] == u' ' || text_[from - 1] == u'-')) --from;
+  if (from > 1 && (text_[from - 1] == u'位' || text_[from - 1] == u'个') && IsDigit(text_[from - 2])) --from;
+  std::size_t begin = from;
+  while (begin > 0 && (IsWordPart(text_[begin - 1]))) --begin;
+  if (begin == from) return false;
+  std::size_t end = 0;
+  const auto stop = StopAt(text_, begin, end);
+  if (!stop || end != from) return false;
+  stops_.insert(*stop);
+  Mark(begin, at);
+  return true;
+}
+
+// "9600 (default)", "default: 9600".
+bool LineReader::IsStandard(std::size_t from, std::size_t to) const {
+  constexpr std::size_t kNear = 16;
+  const auto digit = [](char16_t c) { return IsDigit(c); };
+  Text behind = text_.substr(to, kNear);
+  behind = behind.substr(
+      0, static_cast<std::size_t>(std::find_if(behind.begin(), behind.end(), digit) - behind.begin()));
+  Text before = text_.substr(from > kNear ? from - kNear : 0, std::min(from, kNear));
+  const auto last = std::find_if(before.rbegin(), before.rend(), digit);
+  before = before.substr(static_cast<std::size_t>(before.rend() - last));
+  if (before.find_first_of(u",;)") != Text::npos) before = {};  // belongs to another
+  return FirstOf(behind, kStandardWords) != Text::npos || FirstOf(before, kStandardWords) != Text::npos;
+}
+
+// Speeds near a word that says so; where there is only one speed on a page that speaks of speeds, that one.
+void LineReader::FindSpeeds() {
+  std::vector<std::size_t> words;
+  for (const Text word : kSpeedWords) {
+    for (std::size_t at = text_.find(word); at != Text::npos; at = text_.find(word, at + 1))
+      words.push_back(at);
+  }
+  if (words.empty()) return;
+  std::sort(words.begin(), words.end());
+  std::set<int> near;
+  std::set<int> all;
+  std::set<int> standard;
+  std::optional<int> first;  // right behind its label: the others are for special cases
+  for (std::size_t at = 0; at < text_.size(); ++at) {
+    std::size_t end = 0;
+    if (!IsDigit(text_[at])) continue;
+    const auto speed = SpeedAt(text_, at, end);
+    if (!speed) continue;
+    all.insert(*speed);
+    const auto next = std::lower_bound(words.begin(), words.end(), at);
+    const bool before = next != words.begin() && at - *std::prev(next) < kReach + 20;
+    const bool behind = next != words.end() && *next - at < 12;
+    constexpr std::size_t kLabel = 14;  // "baud rate ... "
+    if (before && !first && at - *std::prev(next) <= kLabel && text_.substr(*std::prev(next), 3) != u"bps")
+      first = speed;
+    if (before || behind) {
+      near.insert(*speed);
+      Mark(at, end);
+    }
+    if (IsStandard(at, end)) standard.insert(*speed);
+  }
+  // A number that stands alone could be something else.
+  std::erase_if(all, [](int speed) { return speed < 9600; });
+  speeds_ = near.empty() ? all : near;
+  if (speeds_.size() > 1 && standard.size() == 1) speeds_ = standard;
+  if (speeds_.size() > 1 && first) speeds_ = {*first};
+}
+
+// "8N1", "8-N-1", "N,8,1", "9600 N 8 1".
+void LineReader::FindShortForms() {
+  const auto skip = [this](std::size_t at) {
+    while (at < text_.size() && (text_[at] == u' ' || text_[at] == u',' || text_[at] == u'-' ||
+                                 text_[at] == u'/' || text_[at] == u';' || text_[at] == u'.'))
+      ++at;
+    return at;
+  };
+  const auto letter = [](char16_t c) -> std::optional<LineParity> {
+    if (c == u'n') return LineParity::None;
+    if (c == u'e') return LineParity::Even;
+    return c == u'o' ? std::optional(LineParity::Odd) : std::nullopt;
+  };
+  for (std::size_t at = 0; at + 2 < text_.size(); ++at) {
+    const bool bits = text_[at] == u'8' || text_[at] == u'7';
+    if ((!bits && !letter(text_[at])) || !IsWordBegin(text_, at)) continue;
+    const std::size_t second = skip(at + 1);
+    const std::size_t third = second < text_.size() ? skip(second + 1) : second;
+    if (second - at > 3 || third - second > 3 || second >= text_.size()) continue;
+    const bool otherBits = text_[second] == u'8' || text_[second] == u'7';
+    if (bits == otherBits) continue;
+    const auto parity = letter(text_[bits ? second : at]);
+    if (!parity) continue;
+    const bool stop =
+        third < text_.size() && (text_[third] == u'1' || text_[third] == u'2') && IsWordEnd(text_, third + 1);
+    if (!stop && (third < text_.size() && third == second + 1 && IsWordPart(text_[third]))) continue;
+    if (!stop && !(bits && second == at + 1)) continue;
+    // "7E 30" is a list of bytes.
+    if (*parity != LineParity::None && (!stop || (third != second + 1) == (second == at + 1))) continue;
+    if (!stop && text_[at] != u'8') continue;
+    parities_.insert(*parity);
+    if (stop) stops_.insert(text_[third] - u'0');
+    Mark(at, third);
+  }
+}
+
+// The values of a torn table: a speed, then within a few words a parity, eight, and one or two.
+void LineReader::FindValueBlock() {
+  if (speeds_.size() != 1) return;
+  const std::u16string speed = [this] {
+    std::u16string digits;
+    for (const char c : std::to_string(*speeds_.begin())) digits += static_cast<char16_t>(c);
+    return digits;
+  }();
+  for (std::size_t at = text_.find(speed); at != Text::npos; at = text_.find(speed, at + 1)) {
+    const Text block = text_.substr(at + speed.size(), kReach);
+    std::optional<LineParity> parity;
+    std::optional<int> stop;
+    bool bits = false;
+    for (std::size_t i = 0; i < block.size(); ++i) {
+      if (!IsWordBegin(block, i)) continue;
+      std::size_t end = 0;
+      if (!parity && !(i > 0 && block[i - 1] == u'奇')) parity = ParityAt(block, i, end);
+      if (!bits) {
+        bits = (block[i] == u'8' || block[i] == u'7') && (IsWordEnd(block, i + 1) || block[i + 1] == u'b');
+      } else if (!stop) {
+        stop = StopAt(block, i, end);
+      }
+    }
+    if (!parity || !bits || !stop) continue;
+    if (parities_.empty()) parities_.insert(*parity);
+    if (stops_.empty()) stops_.insert(*stop);
+    Mark(at, at + speed.size());
+    return;
+  }
+}
+
+}  // namespace
+
+ManualLineSettings ReadLineSettings(const ManualPage& page) { return LineReader(page).Read(); }
+
+}  // namespace qdm

@@ -1,0 +1,272 @@
+#include "manuals/character_readers.h"
+#include "manuals/functions.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace qdm::characters {
+namespace {
+
+bool IsCapitalWord(Text token) {
+  return token.size() >= 2 && token.size() <= 10 &&
+         All(token, [](char16_t c) { return IsUpper(c) || c == u'_' || c == u'-'; });
+}
+bool IsCapitalValue(Text token) {
+  return token.size() <= 6 && All(token, [](char16_t c) {
+           return IsUpper(c) || IsDigit(c) || c == u'+' || c == u'-' || c == u'?';
+         });
+}
+
+struct Row {
+  Span Label;
+  Span Words;            // "PWR ON"
+  std::u16string Name;   // "PWR"
+  std::size_t Cell = 0;  // how many bars stand before it
+};
+
+// Every place where a line, or a cell of it, ends with a word and a value in capitals.
+std::vector<Row> RowsOf(const ManualPage& page, std::size_t number) {
+  const Text line = page.Lines[number];
+  std::vector<Row> rows;
+  if (line.size() > 400) return rows;
+  std::size_t from = 0;
+  std::size_t bars = 0;
+  for (std::size_t at = 0; at <= line.size(); ++at) {
+    if (at < line.size() && line[at] != u'|' && line[at] != u'\t') continue;
+    const std::vector<Span> tokens = [&] {
+      std::vector<Span> all = TokensOf(line.substr(0, at), number);
+      std::erase_if(all, [&](const Span& token) { return token.From < from; });
+      return all;
+    }();
+    const std::size_t count = tokens.size();
+    if (count >= 2 && IsCapitalWord(page.At(tokens[count - 2])) &&
+        IsCapitalValue(page.At(tokens[count - 1])) && tokens[count - 1].From - tokens[count - 2].To == 1) {
+      Span label = Trim(page, {number, from, tokens[count - 2].From});
+      if (count == 2 && from > 0) label = Trim(page, {number, 0, from - 1});
+      rows.push_back({label,
+                      {number, tokens[count - 2].From, tokens[count - 1].To},
+                      std::u16string(page.At(tokens[count - 2])),
+                      bars});
+    }
+    from = at + 1;
+    ++bars;
+  }
+  return rows;
+}
+
+}  // namespace
+
+// A name whose rows have labels that are complete without it is a command; then all rows of that name are,
+// and all in that column of a table with bars.
+void AddNamedValues(const ManualPage& page, std::vector<Code>& codes) {
+  std::vector<Row> rows;
+  std::map<std::u16string, std::set<std::u16string>> names;
+  std::set<int> slots;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    for (Row& row : RowsOf(page, number)) {
+      const Function label = ClassifyLabel(page.At(row.Label));
+      const auto slot = SlotOf(label);
+      if (slot && label.Plain) {
+        names[row.Name].insert(std::u16string(page.At(row.Words)));
+        slots.insert(*slot);
+      }
+      rows.push_back(std::move(row));
+    }
+  }
+  if (slots.size() < 2) return;  // "VGA IN 1", "VGA IN 2" are names of one kind of input
+  std::set<std::size_t> cells;
+  for (const Row& row : rows) {
+    if (row.Cell > 0 && names.contains(row.Name)) cells.insert(row.Cell);
+  }
+  for (const Row& row : rows) {
+    const bool inColumn = row.Cell > 0 && cells.contains(row.Cell);
+    if (names.contains(row.Name) || inColumn) codes.push_back(TextCode(page, row.Words));
+  }
+}
+
+namespace {
+
+bool IsIdeograph(char16_t c) { return c > 0x2E80; }
+
+// "S" in front of the ideographs for video, "1" behind those for computer.
+bool IsNamePart(Text line, std::size_t labelFrom, std::size_t at) {
+  std::size_t from = at;
+  while (from > labelFrom && !IsIdeograph(line[from - 1])) --from;
+  const Text between = line.substr(from, at - from);
+  return between.find_last_not_of(u" ") == Text::npos || between.size() <= 2;
+}
+
+}  // namespace
+
+// Characters that stand between labels of a script of their own: the plain text there is a command, unless it
+// names an input.
+void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    if (!Any(line, IsIdeograph)) continue;
+    std::size_t at = 0;
+    std::size_t labelFrom = 0;
+    while (at < line.size()) {
+      if (at == 0 || !IsNamePart(line, labelFrom, at)) labelFrom = at;
+      while (at < line.size() && IsIdeograph(line[at])) ++at;
+      const std::size_t from = at;
+      while (at < line.size() && !IsIdeograph(line[at])) ++at;
+      Span span = Trim(page, {number, from, at});
+      const auto leads = [](char16_t c) {
+        return c == u':' || c == u',' || c == u'.' || c == u';' || c == u'"' || c == u' ' || c == u'\t';
+      };
+      while (span.From < span.To && leads(line[span.From])) ++span.From;
+      while (span.To > span.From && leads(line[span.To - 1])) --span.To;
+      // "1" and "S" belong to the labels on either side.
+      if (span.To - span.From > 2 && IsDigit(line[span.From]) && line[span.From + 1] == u':') span.From += 2;
+      const bool letter = at < line.size() && span.To == at && span.To - span.From > 3 &&
+                          IsUpper(line[at - 1]) && line[at - 2] == u' ';
+      if (letter) span.To -= 2;
+      const Text text = page.At(span);
+      if (from == 0 || text.size() < 2 || text.size() > kLongestText || !All(text, IsPrintable)) continue;
+      if (!Any(text, IsLetter) || text.find_first_of(u"()|\t") != Text::npos) continue;
+      const Function says = ClassifyLabel(line.substr(labelFrom, from - labelFrom));
+      if (!SlotOf(says) && says.What != Subject::Other) continue;
+      if (SlotOf(ClassifyLabel(text)) && ClassifyLabel(text).What != Subject::Power) continue;
+      if (IsNoCommand(text)) continue;
+      codes.push_back(TextCode(page, span));
+    }
+  }
+}
+
+namespace {
+
+bool LooksLikeCommand(Text text) {
+  if (text.size() < 2 || text.size() > kLongestText || !All(text, IsPrintable)) return false;
+  if (text.front() == u' ' || std::count(text.begin(), text.end(), u' ') > 3) return false;
+  if (text.find_first_of(u"<>[]") != Text::npos || !Any(text, IsWordPart)) return false;
+  // A word of a sentence has lower-case letters alone.
+  const bool prose =
+      Any(text, IsLower) && !Any(text, IsDigit) && text.find_first_of(u"=:_*#~%/.") == Text::npos;
+  return !prose && !IsNoCommand(text);
+}
+
+}  // namespace
+
+// Rows of a plain label and then, after a mark or in quotation marks, the characters of its command. Three
+// such rows make a list.
+void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
+  std::vector<Code> found;
+  std::set<int> slots;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    if (line.size() > 120) continue;
+    for (std::size_t at = 1; at + 1 < line.size(); ++at) {
+      const bool quote = line[at] == u'"';
+      const bool gap = line.substr(at, 3) == u"   ";
+      if (!quote && !gap && line[at] != u':' && line[at] != u'\t' && line[at] != u'=') continue;
+      const auto slot = SlotOf(ClassifyLabel(line.substr(0, at)));
+      if (!slot || !ClassifyLabel(line.substr(0, at)).Plain) continue;
+      Span span = Trim(page, {number, at + 1, line.size()});
+      if (quote) {
+        const std::size_t close = line.find(u'"', at + 1);
+        if (close == Text::npos) break;
+        span = {number, at + 1, close};
+      } else if (span.From < span.To && line[span.From] == u'"') {
+        continue;
+      }
+      const Function says = ClassifyLabel(page.At(span));
+      if (!LooksLikeCommand(page.At(span)) || (SlotOf(says) && says.Plain)) break;
+      slots.insert(*slot);
+      found.push_back(TextCode(page, span));
+      break;
+    }
+  }
+  if (slots.size() < 3) return;
+  std::move(found.begin(), found.end(), std::back_inserter(codes));
+}
+
+namespace {
+
+constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
+
+// Tokens that look alike have the same key: the first letter and the length of "C0A", the shape of "PON".
+std::u16string FamilyOf(Text token) {
+  if (token.size() < 2 || token.size() > 12 || !All(token, IsPrintable)) return {};
+  if (kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]))
+    return std::u16string(1, token[0]);
+  const std::size_t letters = LettersOf(token) > 0 ? LettersOf(token) : (IsLower(token[0]) ? 1 : 0);
+  const auto hex = [](char16_t c) {
+    return IsDigit(c) || (c >= u'A' && c <= u'F') || (c >= u'a' && c <= u'f');
+  };
+  if (letters >= 1 && token.size() >= 3 && token.size() <= 5 && All(token.substr(1), hex) &&
+      IsDigit(token[1])) {
+    return {token[0], static_cast<char16_t>(u'0' + token.size())};
+  }
+  if (letters >= 2 && letters <= 4 && letters < token.size() && All(token.substr(letters), IsDigit) &&
+      token.size() <= 6) {
+    return std::u16string(token.substr(0, letters)) + u'9';
+  }
+  if (letters == token.size() && letters >= 2 && letters <= 4) return std::u16string(letters, u'A');
+  return {};
+}
+
+bool IsCapitals(const std::u16string& family) {
+  return family.size() >= 2 && family[0] == u'A' && family[1] == u'A';
+}
+
+// The token without the marks that a text puts round it.
+Span Bare(const ManualPage& page, Span span) {
+  const Text line = page.Lines[span.Line];
+  const auto mark = [](char16_t c) {
+    return c == u'"' || c == u'\'' || c == u',' || c == u';' || c == u'.' || c == u'(' || c == u')';
+  };
+  while (span.To > span.From && mark(line[span.To - 1])) --span.To;
+  while (span.From < span.To && mark(line[span.From])) ++span.From;
+  return span;
+}
+
+struct Member {
+  Span Where;
+  std::u16string Family;
+  bool Edge = false;  // begins or ends its cell, or stands beside another member
+};
+
+}  // namespace
+
+void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
+  std::vector<Member> members;
+  std::map<std::u16string, std::set<std::u16string>> families;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    const std::vector<Span> tokens = TokensOf(line, number);
+    std::u16string before;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+      const Span span = Bare(page, tokens[i]);
+      const Text token = page.At(span);
+      std::u16string family = FamilyOf(token);
+      const bool known = family.empty() || ClassifyLabel(token).What != Subject::None || IsNoCommand(token);
+      if (known) {
+        before.clear();
+        continue;
+      }
+      const auto bar = [&](std::size_t from, std::size_t to) {
+        return line.substr(from, to - from).find_first_of(u"|\t") != Text::npos || to - from > 2;
+      };
+      const bool begins = i == 0 || bar(tokens[i - 1].To, tokens[i].From);
+      const bool ends = i + 1 == tokens.size() || bar(tokens[i].To, tokens[i + 1].From);
+      const bool edge = begins || ends || before == family;
+      if (edge && before == family && !members.empty()) members.back().Edge = true;
+      if (IsCapitals(family) && !(begins && ends) && tokens.size() > 4) {
+        before.clear();
+        continue;
+      }
+      families[family].insert(std::u16string(token));
+      before = family;
+      members.push_back({span, std::move(family), edge});
+    }
+  }
+  for (const Member& member : members) {
+    const std::size_t size = families[member.Family].size();
+    if (!member.Edge || size < (IsCapitals(member.Family) ? 4U : 3U)) continue;
+    codes.push_back(TextCode(page, member.Where));
+  }
+}
+
+}  // namespace qdm::characters

@@ -1,0 +1,77 @@
+#include "manuals/page.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qdm {
+namespace {
+
+struct Folding {
+  char16_t From;
+  char16_t To;
+};
+constexpr Folding kTypography[] = {
+    {0x00A0, u' '},  {0x00AD, u'-'},  {0x2002, u' '}, {0x2003, u' '},  {0x2009, u' '},  {0x200B, u' '},
+    {0x2010, u'-'},  {0x2011, u'-'},  {0x2012, u'-'}, {0x2013, u'-'},  {0x2014, u'-'},  {0x2015, u'-'},
+    {0x2018, u'\''}, {0x2019, u'\''}, {0x201A, u','}, {0x201B, u'\''}, {0x201C, u'"'},  {0x201D, u'"'},
+    {0x201E, u'"'},  {0x201F, u'"'},  {0x00AB, u'"'}, {0x00BB, u'"'},  {0x2032, u'\''}, {0x2033, u'"'},
+    {0x2212, u'-'},  {0x2215, u'/'},  {0x3000, u' '}, {0x3001, u','},  {0x3002, u'.'},  {0x300C, u'"'},
+    {0x300D, u'"'},  {0x3010, u'['},  {0x3011, u']'}, {0x00B4, u'\''}, {0x301C, u'~'},  {0x02DC, u'~'},
+    {0xFEFF, u' '}};
+
+// Letters U+00C0..U+00FF without accent, in lower case.
+constexpr std::u16string_view kPlainLatin =
+    u"aaaaaaaceeeeiiiidnooooo\u00D7ouuuuytsaaaaaaaceeeeiiiidnooooo\u00F7ouuuuyty";
+
+}  // namespace
+
+char16_t PlainCharacter(char16_t c) {
+  if (c < 0x80) return c == u'\f' || c == u'\v' ? u' ' : c;
+  if (c >= 0xFF01 && c <= 0xFF5E) return static_cast<char16_t>(c - 0xFF01 + u'!');
+  const auto found = std::find_if(std::begin(kTypography), std::end(kTypography),
+                                  [c](const Folding& folding) { return folding.From == c; });
+  return found == std::end(kTypography) ? c : found->To;
+}
+
+char16_t FoldLetter(char16_t c) {
+  if (IsUpper(c)) return static_cast<char16_t>(c + 32);
+  if (c >= 0xC0 && c <= 0xFF) return kPlainLatin[static_cast<std::size_t>(c - 0xC0)];
+  if (c >= 0x0410 && c <= 0x042F) return static_cast<char16_t>(c + 32);
+  return c;
+}
+
+std::u16string FoldLetters(std::u16string_view text) {
+  std::u16string folded(text);
+  std::transform(folded.begin(), folded.end(), folded.begin(), FoldLetter);
+  return folded;
+}
+
+ManualPage MakePage(std::u16string_view text) {
+  ManualPage page;
+  text = text.substr(0, kMostCharacters);
+  std::size_t from = 0;
+  std::size_t number = 0;
+  while (from <= text.size()) {
+    const std::size_t end = std::min(text.find(u'\n', from), text.size());
+    std::u16string line(text.substr(from, end - from));
+    if (!line.empty() && line.back() == u'\r') line.pop_back();
+    std::transform(line.begin(), line.end(), line.begin(), PlainCharacter);
+    from = end + 1;
+    ++number;
+    if (std::all_of(line.begin(), line.end(), IsBlank)) continue;
+    page.Folded += FoldLetters(line);
+    page.Folded += u'\n';
+    page.Lines.push_back(std::move(line));
+    page.Numbers.push_back(number);
+  }
+  return page;
+}
+
+Span Trim(const ManualPage& page, Span span) {
+  const std::u16string& line = page.Lines[span.Line];
+  while (span.From < span.To && IsBlank(line[span.From])) ++span.From;
+  while (span.To > span.From && IsBlank(line[span.To - 1])) --span.To;
+  return span;
+}
+
+}  // namespace qdm

@@ -1,0 +1,478 @@
+#include "manuals/pairing.h"
+
+#include "manuals/columns.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+namespace qdm {
+namespace {
+
+using Text = std::u16string_view;
+
+constexpr Text kHeadings[] = {u"note",           u"notes",        u"remark",
+                              u"remarks",        u"comment",      u"comments",
+                              u"command",        u"commands",     u"function",
+                              u"functions",      u"item",         u"items",
+                              u"option",         u"code",         u"codes",
+                              u"operation",      u"data",         u"description",
+                              u"ascii",          u"hex",          u"hexadecimal",
+                              u"value",          u"control",      u"code data",
+                              u"command data",   u"names",        u"action",
+                              u"type",           u"format",       u"details",
+                              u"character",      u"transmission", u"control contents",
+                              u"ascii code",     u"hex code",     u"function description",
+                              u"funktion",       u"befehl",       u"fonction",
+                              u"commande",       u"funcion",      u"comando",
+                              u"funzione",       u"response",     u"parameter",
+                              u"selection",      u"adjustment",   u"items/status",
+                              u"classification", u"parameters",   u"return",
+                              u"return value",   u"set",          u"string",
+                              u"send",           u"key",          u"button"};
+
+constexpr std::size_t kLongestLabel = 48;
+
+bool IsHeading(Text text) {
+  std::u16string folded = FoldLetters(text);
+  const auto letter = [](char16_t c) { return IsWordPart(c) || c > 0x7F; };
+  while (!folded.empty() && !letter(folded.back())) folded.pop_back();
+  while (!folded.empty() && !letter(folded.front())) folded.erase(folded.begin());
+  return std::find(std::begin(kHeadings), std::end(kHeadings), folded) != std::end(kHeadings);
+}
+
+bool SaysSomething(Text text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char16_t c) { return IsWordPart(c) || c > 0xBF || c == u'?'; });
+}
+
+void AddText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
+  span = Trim(page, span);
+  // A label keeps no mark that only leads over to its code.
+  const Text line = page.Lines[span.Line];
+  const auto leads = [](char16_t c) { return c == u':' || c == u'=' || c == u'.' || c == u',' || c == u'"'; };
+  while (span.To > span.From && (leads(line[span.To - 1]) || IsBlank(line[span.To - 1]))) --span.To;
+  while (span.From < span.To && (leads(line[span.From]) || IsBlank(line[span.From]))) ++span.From;
+  const Text text = page.At(span);
+  if (!SaysSomething(text)) return;
+  Piece piece;
+  piece.Where = span;
+  piece.Says = ClassifyLabel(text);
+  piece.Heading = IsHeading(text);
+  piece.Numbered = IsDigit(text[0]);
+  piece.LeadsOver = span.To < line.size() && line[span.To] == u':';
+  piece.Bracketed = span.From < line.size() && line[span.From] == u'(';
+  constexpr std::size_t kShortestSentence = 5;
+  const bool stop = span.To < line.size() && line[span.To] == u'.';
+  piece.Sentence = text.size() > kLongestLabel ||
+                   (stop && piece.Says.Words >= kShortestSentence && piece.Says.Unknown > 1);
+  pieces.push_back(piece);
+}
+
+// A long text is split where its sentences end, so that a label at its end is not lost in it.
+void AddLongText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
+  if (span.To - span.From <= kLongestLabel) return AddText(page, span, pieces);
+  const Text line = page.Lines[span.Line];
+  std::size_t from = span.From;
+  for (std::size_t at = span.From; at + 1 < span.To; ++at) {
+    const bool ends = (line[at] == u'.' || line[at] == u')' || line[at] == u';') && line[at + 1] == u' ';
+    const bool bracketLabel = line[at] == u')' && at - from < kLongestLabel;
+    if (!ends || bracketLabel) continue;
+    AddText(page, {span.Line, from, at}, pieces);
+    from = at + 1;
+  }
+  // Of what is still long, the words right before the code.
+  constexpr std::size_t kTail = 36;
+  const bool codeFollows = span.To < line.size();
+  if (codeFollows && span.To - from > kLongestLabel) {
+    std::size_t cut = line.find(u' ', span.To - kTail);
+    if (cut < span.To) {
+      AddText(page, {span.Line, from, cut}, pieces);
+      from = cut;
+    }
+  }
+  AddText(page, {span.Line, from, span.To}, pieces);
+}
+
+// Cells are split by bars, tabs and long gaps.
+void AddTexts(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
+  const Text line = page.Lines[span.Line];
+  std::size_t from = span.From;
+  for (std::size_t at = span.From; at < span.To; ++at) {
+    const bool gap = line.substr(at, 3) == u"   ";
+    if (line[at] != u'|' && line[at] != u'\t' && !gap) continue;
+    AddLongText(page, {span.Line, from, at}, pieces);
+    from = at + 1;
+  }
+  AddLongText(page, {span.Line, from, span.To}, pieces);
+}
+
+// A text that stands before code after code ("Send string") is a caption, not a label.
+void FindCaptions(const ManualPage& page, std::vector<Piece>& pieces) {
+  std::map<std::u16string, std::vector<std::size_t>> captions;
+  for (std::size_t at = 0; at + 1 < pieces.size(); ++at) {
+    const Piece& piece = pieces[at];
+    if (!piece.IsText() || pieces[at + 1].IsText() || piece.Says.What != Subject::None ||
+        piece.Says.To != State::None)
+      continue;
+    captions[FoldLetters(page.At(piece.Where))].push_back(at);
+  }
+  constexpr std::size_t kOften = 3;
+  for (const auto& [text, places] : captions) {
+    if (places.size() < kOften) continue;
+    for (const std::size_t at : places) pieces[at].Heading = true;
+  }
+}
+
+// A column of the same text again and again ("OK or ERR") is no column of labels.
+void BreakAtRepeats(const ManualPage& page, std::vector<Piece>& pieces) {
+  for (std::size_t at = 2; at < pieces.size(); ++at) {
+    const bool texts = pieces[at].IsText() && pieces[at - 1].IsText() && pieces[at - 2].IsText();
+    if (!texts || page.At(pieces[at].Where) != page.At(pieces[at - 1].Where) ||
+        page.At(pieces[at].Where) != page.At(pieces[at - 2].Where)) {
+      continue;
+    }
+    pieces[at].Sentence = pieces[at - 1].Sentence = pieces[at - 2].Sentence = true;
+  }
+}
+
+// Where the labels stand, seen from their codes.
+enum class Side { Left, Right, Above, Below };
+constexpr std::size_t kSides = 4;
+
+// Every place in `pieces` that is a code, with the texts around it.
+class LabelSeeker {
+ public:
+  LabelSeeker(const ManualPage& page, const std::vector<Code>& codes)
+      : page_(page), codes_(codes), pieces_(MakePieces(page, codes)) {
+    CountSides();
+  }
+
+  std::vector<Finding> Seek();
+  const std::vector<Piece>& Pieces() const { return pieces_; }
+
+ private:
+  bool SameLine(std::size_t a, std::size_t b) const { return LineAt(a, true) == LineAt(b, false); }
+  // Where the piece ends (or begins).
+  std::size_t LineAt(std::size_t piece, bool end) const {
+    const Piece& p = pieces_[piece];
+    if (p.IsText()) return p.Where.Line;
+    return end ? codes_[p.Code].End().Line : codes_[p.Code].Begin().Line;
+  }
+  std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true) const;
+  void CountSides();
+  void CountChains();
+  std::optional<Finding> SecondInRow(std::size_t at) const;
+  void SpreadStackedHeadings(std::vector<Finding>& findings) const;
+  bool OnRow(std::size_t code) const {
+    return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
+  }
+  Span WithoutCode(Span label, const Code& code) const;
+  Finding Label(std::size_t code, std::size_t text, Side side) const;
+
+  // What stands behind the code where the table has a column for what the model supports.
+  std::u16string SupportOf(std::size_t code) const {
+    const auto text = TextAt(code, Side::Right);
+    return text ? FoldLetters(page_.At(pieces_[*text].Where)) : std::u16string();
+  }
+
+  const ManualPage& page_;
+  const std::vector<Code>& codes_;
+  std::vector<Piece> pieces_;
+  std::vector<std::optional<Side>> chainSides_;
+  std::vector<bool> chainsClear_;  // both ends say the same
+  bool supportColumn_ = false;
+  std::array<int, kSides> votes_{};
+};
+
+// The nearest text on that side with no code between.
+std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool pastHeadings) const {
+  const bool back = side == Side::Left || side == Side::Above;
+  constexpr std::size_t kFarthest = 4;
+  std::size_t at = code;
+  for (std::size_t steps = 0; steps < kFarthest; ++steps) {
+    if (back ? at == 0 : at + 1 >= pieces_.size()) return std::nullopt;
+    at = back ? at - 1 : at + 1;
+    if (!pieces_[at].IsText() || pieces_[at].Sentence) return std::nullopt;
+    const bool row = back ? SameLine(at, code) : SameLine(code, at);
+    if (row != (side == Side::Left || side == Side::Right)) {
+      if (!row) return std::nullopt;
+      continue;
+    }
+    if (!pieces_[at].Heading) return at;
+    if (!pastHeadings) return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+void LabelSeeker::CountSides() {
+  for (std::size_t at = 0; at < pieces_.size(); ++at) {
+    if (pieces_[at].IsText()) continue;
+    for (const Side side : {Side::Left, Side::Right}) {
+      const auto text = TextAt(at, side);
+      if (!text) continue;
+      const Function& says = pieces_[*text].Says;
+      int& votes = votes_[static_cast<std::size_t>(side)];
+      if (says.What != Subject::None) ++votes;
+      if (SlotOf(says)) votes += 2;
+    }
+    supportColumn_ |= SupportOf(at) == u"yes";
+  }
+  for (std::size_t at = 0; at < pieces_.size(); ++at) {
+    if (pieces_[at].IsText() || OnRow(at)) continue;
+    for (const Side side : {Side::Above, Side::Below}) {
+      const auto text = TextAt(at, side, false);
+      if (text && pieces_[*text].Says.What != Subject::None) votes_[static_cast<std::size_t>(side)] += 2;
+    }
+  }
+  CountChains();
+}
+
+// Cells in which codes and labels take turns tell by their ends what comes first. An end counts where the
+// table ends, not where a label is lost.
+void LabelSeeker::CountChains() {
+  chainSides_.resize(pieces_.size());
+  chainsClear_.resize(pieces_.size());
+  const auto breaks = [this](std::size_t at) { return pieces_[at].Sentence || pieces_[at].Heading; };
+  std::size_t from = 0;
+  const auto close = [&](std::size_t first, std::size_t last) {
+    constexpr std::size_t kShortest = 5;
+    if (last - first < 2) return;
+    const bool startCounts = first == 0 || breaks(first - 1);
+    const bool endCounts = last + 1 == pieces_.size() || breaks(last + 1);
+    const Side byStart = pieces_[first].IsText() ? Side::Above : Side::Below;
+    const Side byEnd = pieces_[last].IsText() ? Side::Below : Side::Above;
+    if (startCounts) ++votes_[static_cast<std::size_t>(byStart)];
+    if (endCounts) ++votes_[static_cast<std::size_t>(byEnd)];
+    if (last - first + 1 < kShortest || (!startCounts && !endCounts)) return;
+    if (startCounts && endCounts && byStart != byEnd) return;
+    for (std::size_t at = first; at <= last; ++at) {
+      chainSides_[at] = startCounts ? byStart : byEnd;
+      chainsClear_[at] = startCounts && endCounts;
+    }
+  };
+  std::size_t last = 0;
+  for (std::size_t at = 1; at < pieces_.size(); ++at) {
+    if (pieces_[at].Bracketed && !breaks(last)) continue;
+    const bool turns =
+        !breaks(at) && !breaks(last) && pieces_[at].IsText() != pieces_[last].IsText() && !SameLine(last, at);
+    if (!turns) {
+      close(from, last);
+      from = at;
+    }
+    last = at;
+  }
+  if (!pieces_.empty()) close(from, last);
+}
+
+// "Power On PWR1" before "@PWR1": the label ends before what the code repeats.
+Span LabelSeeker::WithoutCode(Span label, const Code& code) const {
+  const Text text = page_.At(label);
+  const std::size_t blank = text.rfind(u' ');
+  if (blank == Text::npos || text.size() - blank < 4) return label;
+  const Function last = ClassifyLabel(text.substr(blank + 1));
+  if (last.What != Subject::None || last.To != State::None || last.Unknown == 0) return label;
+  std::u16string characters;
+  for (const CodeByte& byte : code.Bytes) characters += static_cast<char16_t>(byte.Value);
+  if (characters.find(text.substr(blank + 1)) == std::u16string::npos) return label;
+  return Trim(page_, {label.Line, label.From, label.From + blank});
+}
+
+// The label with what belongs to it: a bracket on the next line, the subject that stands above it.
+Finding LabelSeeker::Label(std::size_t code, std::size_t text, Side side) const {
+  Finding finding;
+  finding.What = codes_[pieces_[code].Code];
+  finding.For = pieces_[text].Says;
+  finding.Label = {WithoutCode(pieces_[text].Where, finding.What)};
+  if (finding.Label.front() != pieces_[text].Where)
+    finding.For = ClassifyLabel(page_.At(finding.Label.front()));
+  if (side == Side::Below && text + 1 < pieces_.size() && pieces_[text + 1].IsText()) {
+    const Piece& next = pieces_[text + 1];
+    if (next.Bracketed) {
+      finding.For.AtOnce |= next.Says.AtOnce;
+      finding.For.Confirms |= next.Says.Confirms;
+      finding.Label.push_back(next.Where);
+    }
+  }
+  const auto subjectless = [](const Function& f) {
+    return f.What == Subject::None || f.What == Subject::Power;
+  };
+  if (!subjectless(finding.For) || finding.For.To == State::None) return finding;
+  // The subject of a bare "Off" is that of the nearest label above that has one.
+  constexpr std::size_t kFarthest = 10;
+  for (std::size_t back = 1; back <= kFarthest && back <= text; ++back) {
+    const Piece& above = pieces_[text - back];
+    if (!above.IsText() || above.Heading) continue;
+    if (above.Says.What == Subject::None && above.Says.Unknown == 0) continue;
+    Function context = above.Says;
+    if (context.What == Subject::None && above.Says.To == State::None) {
+      if (text - back > 0 && !pieces_[text - back - 1].IsText())
+        context.What = Subject::Other;
+      else if (above.Says.Words == 0 || page_.At(above.Where).size() < 8)
+        continue;
+      else
+        context.What = Subject::Other;
+    }
+    context.Plain = true;
+    const Function joined = InContext(finding.For, context);
+    if (joined.What != finding.For.What) finding.Label.insert(finding.Label.begin(), above.Where);
+    finding.For = joined;
+    constexpr std::size_t kNear = 4;
+    if (back > kNear) finding.For.Plain = false;
+    break;
+  }
+  return finding;
+}
+
+std::vector<Finding> LabelSeeker::Seek() {
+  std::vector<Finding> findings(codes_.size());
+  const Side row = votes_[0] >= votes_[1] ? Side::Left : Side::Right;
+  const Side cell = votes_[2] >= votes_[3] ? Side::Above : Side::Below;
+  const auto clear = [this](std::size_t a, std::size_t b) {
+    const int most = std::max(votes_[a], votes_[b]);
+    return most >= 3 && most >= 2 * std::min(votes_[a], votes_[b]);
+  };
+  const bool rowClear = clear(0, 1);
+  const bool cellClear = std::abs(votes_[2] - votes_[3]) >= 3;
+  for (std::size_t at = 0; at < pieces_.size(); ++at) {
+    if (pieces_[at].IsText()) continue;
+    if (auto second = SecondInRow(at)) {
+      findings[pieces_[at].Code] = std::move(*second);
+      continue;
+    }
+    const bool onRow = OnRow(at);
+    std::optional<Side> ofChain = chainSides_[at];
+    const auto above = TextAt(at, Side::Above, false);
+    const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
+    if (leadsOver) ofChain = Side::Above;
+    Side side = onRow ? row : ofChain.value_or(cell);
+    auto text = TextAt(at, side);
+    bool asRest = true;
+    // What stands beside it says nothing: perhaps what stands above it does.
+    const auto silent = [&](std::optional<std::size_t> t) {
+      return t && pieces_[*t].Says.What == Subject::None && pieces_[*t].Says.To == State::None;
+    };
+    if (onRow && silent(text)) {
+      const auto other = TextAt(at, row == Side::Left ? Side::Right : Side::Left);
+      const auto up = TextAt(at, Side::Above);
+      if (other && SlotOf(pieces_[*other].Says)) {
+        text = other;
+        asRest = false;
+      } else if (text && *text > 0 && pieces_[*text - 1].IsText() && SlotOf(pieces_[*text - 1].Says)) {
+        text = *text - 1;
+        asRest = false;
+      } else if (up && SlotOf(pieces_[*up].Says)) {
+        text = up;
+        asRest = false;
+      }
+    }
+    if (!text && onRow) {  // the page's side is empty here
+      side = cell;
+      text = TextAt(at, side);
+      asRest = false;
+    }
+    if (!text) {
+      findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
+      continue;
+    }
+    Finding finding = Label(at, *text, side);
+    if (supportColumn_ && SupportOf(at) == u"no") finding.For.Unsupported = true;
+    finding.Settled =
+        asRest && (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
+    if (!finding.Settled) finding.Doubt = "which label belongs to which code is not certain";
+    findings[pieces_[at].Code] = std::move(finding);
+  }
+  SpreadStackedHeadings(findings);
+  return findings;
+}
+
+// The second code of a row is for the second input that the head of the table names: "Computer1 | Computer2".
+std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
+  if (at < 2 || pieces_[at - 1].IsText() || !SameLine(at - 1, at) || !pieces_[at - 2].IsText() ||
+      !SameLine(at - 2, at))
+    return std::nullopt;
+  constexpr std::size_t kFarthest = 40;
+  for (std::size_t back = 3; back <= kFarthest && back < at; ++back) {
+    const Piece& second = pieces_[at - back + 1];
+    const Piece& first = pieces_[at - back];
+    if (!first.IsText() || !second.IsText() || first.Where.Line != second.Where.Line) continue;
+    if (first.Says.Number != 1 || second.Says.Number != 2 || first.Says.What != second.Says.What) continue;
+    Finding finding = Label(at, at - 2, Side::Left);
+    if (finding.For.What != second.Says.What) return std::nullopt;
+    finding.For.Number = 2;
+    finding.Label.push_back(second.Where);
+    finding.Doubt = "the table has a column for each input";
+    return finding;
+  }
+  return std::nullopt;
+}
+
+// Headings that stand together before the first of their sections belong to the codes that follow, in turn.
+void LabelSeeker::SpreadStackedHeadings(std::vector<Finding>& findings) const {
+  std::size_t at = 0;
+  while (at < pieces_.size()) {
+    std::size_t end = at;
+    while (end < pieces_.size() && pieces_[end].Numbered && SlotOf(pieces_[end].Says)) ++end;
+    const std::size_t stacked = end - at;
+    std::vector<std::size_t> codes;
+    for (std::size_t next = end; next < pieces_.size() && codes.size() < stacked; ++next) {
+      const bool another = pieces_[next].IsText() && SlotOf(pieces_[next].Says) && codes.empty();
+      if (another) break;
+      if (!pieces_[next].IsText()) codes.push_back(next);
+    }
+    // In a list of codes with their labels nothing is stacked.
+    const bool apart = codes.size() == stacked && stacked >= 2 && codes[1] - codes[0] >= 4;
+    for (std::size_t i = 0; apart && i < stacked; ++i) {
+      Finding& finding = findings[pieces_[codes[i]].Code];
+      finding.For = pieces_[at + i].Says;
+      finding.Label = {pieces_[at + i].Where};
+      finding.Settled = false;
+      finding.Doubt = "the headings stand apart from their commands";
+    }
+    at = std::max(end, at + 1);
+  }
+}
+
+}  // namespace
+
+std::vector<Piece> MakePieces(const ManualPage& page, const std::vector<Code>& codes) {
+  struct Taken {
+    Span Where;
+    std::size_t Code;
+    bool First;
+  };
+  std::vector<Taken> taken;
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    for (std::size_t j = 0; j < codes[i].Where.size(); ++j) taken.push_back({codes[i].Where[j], i, j == 0});
+  }
+  std::sort(taken.begin(), taken.end(), [](const Taken& a, const Taken& b) {
+    return std::pair(a.Where.Line, a.Where.From) < std::pair(b.Where.Line, b.Where.From);
+  });
+  std::vector<Piece> pieces;
+  auto next = taken.begin();
+  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+    std::size_t from = 0;
+    for (; next != taken.end() && next->Where.Line == line; ++next) {
+      if (next->Where.From > from) AddTexts(page, {line, from, next->Where.From}, pieces);
+      from = std::max(from, next->Where.To);
+      if (!next->First) continue;
+      Piece piece;
+      piece.Code = next->Code;
+      piece.Where = next->Where;
+      pieces.push_back(piece);
+    }
+    if (from < page.Lines[line].size()) AddTexts(page, {line, from, page.Lines[line].size()}, pieces);
+  }
+  BreakAtRepeats(page, pieces);
+  FindCaptions(page, pieces);
+  return pieces;
+}
+
+std::vector<Finding> PairLabels(const ManualPage& page, const std::vector<Code>& codes) {
+  LabelSeeker seeker(page, codes);
+  std::vector<Finding> findings = seeker.Seek();
+  AlignColumns(seeker.Pieces(), findings);
+  return findings;
+}
+
+}  // namespace qdm

@@ -1,0 +1,190 @@
+#include "manuals/replies.h"
+
+#include "manuals/codes.h"
+#include "manuals/functions.h"
+
+#include <algorithm>
+
+namespace qdm {
+namespace {
+
+using Text = std::u16string_view;
+
+struct Answer {
+  CodeBytes Bytes;
+  Span Where;
+  bool Sure = true;
+};
+
+constexpr Text kAnswerWords[] = {u"respon",   u"repl",   u"answer",     u"return",   u"acknowledg",
+                                 u"receive",  u"pass",   u"sends",      u"rucklauf", u"antwort",
+                                 u"ruckmeld", u"repons", u"respuesta",  u"risposta", u"应答",
+                                 u"回答",     u"返回",   u"successful", u"echo"};
+constexpr Text kFailureWords[] = {u"fail", u"error", u"unsuccess", u"invalid", u"ng",
+                                  u"fehl", u"not ",  u"problem",   u"erreur",  u"illegal"};
+
+template <std::size_t N>
+bool Has(Text text, const Text (&words)[N]) {
+  return std::any_of(std::begin(words), std::end(words),
+                     [&](Text word) { return text.find(word) != Text::npos; });
+}
+
+// The line with the two above it, folded: what an answer is introduced by.
+std::u16string Around(const ManualPage& page, std::size_t line) {
+  std::u16string around;
+  for (std::size_t at = line >= 2 ? line - 2 : 0; at <= line; ++at) {
+    around += FoldLetters(Text(page.Lines[at]).substr(0, 300));
+    around += u' ';
+  }
+  return around;
+}
+
+// "ACK: 0x06, 0x0D": the list of numbers that begins with it.
+CodeBytes NumbersFrom(Text text, std::size_t from) {
+  constexpr std::size_t kFarthest = 30;
+  CodeBytes bytes;
+  for (std::size_t at = from; at < std::min(text.size(), from + kFarthest); ++at) {
+    auto number = NumberAt(text, at);
+    if (!number) continue;
+    while (number && number->Marked && bytes.size() < kLongestCode) {
+      bytes.push_back(number->Byte);
+      at = number->End;
+      while (at < text.size() && (text[at] == u' ' || text[at] == u',')) ++at;
+      number = NumberAt(text, at);
+    }
+    break;
+  }
+  return !bytes.empty() && bytes.front().Value == 6 ? bytes : CodeBytes();
+}
+
+// ACK, with the CR that follows it at once, on the next line where cells have a line each.
+std::optional<Answer> AcknowledgeCode(const ManualPage& page) {
+  std::optional<Answer> found;
+  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+    const Text text = page.Lines[line];
+    for (std::size_t at = 0; at < text.size(); ++at) {
+      const auto control = ControlAt(text, at);
+      if (!control || control->Byte.Value != 6) continue;
+      Answer answer{{control->Byte}, {line, at, control->End}, true};
+      std::size_t next = control->End;
+      while (next < text.size() &&
+             (text[next] == u' ' || text[next] == u'+' || text[next] == u'"' || text[next] == u'\''))
+        ++next;
+      auto behind = ControlAt(text, next);
+      if (!behind && next >= text.size() && line + 1 < page.Lines.size())
+        behind = ControlAt(page.Lines[line + 1], 0);
+      if (behind && behind->Byte.Value == 13) answer.Bytes.push_back(behind->Byte);
+      if (const CodeBytes numbers = NumbersFrom(text, control->End); numbers.size() > answer.Bytes.size())
+        answer.Bytes = numbers;
+      if (!found || answer.Bytes.size() > found->Bytes.size()) found = answer;
+    }
+  }
+  return found;
+}
+
+// "the projector sends ":"", "Return (Pass): P", "Normal response O K Return code (0DH)".
+std::optional<Answer> AcknowledgeText(const ManualPage& page) {
+  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+    const Text text = page.Lines[line];
+    const std::u16string folded = FoldLetters(text.substr(0, 300));
+    const Text view = folded;
+    const std::size_t pass = std::min(
+        {view.find(u"(pass)"), view.find(u"(ok)"), view.find(u"(bestanden)"), view.find(u"(success)")});
+    if (pass != Text::npos) {
+      std::size_t at = view.find(u')', pass) + 1;
+      while (at < text.size() && (text[at] == u':' || text[at] == u' ' || text[at] == u'=')) ++at;
+      const std::size_t from = at;
+      while (at < text.size() && IsWordPart(text[at])) ++at;
+      if (at > from && at - from <= 4) {
+        Answer answer{Characters(text.substr(from, at - from)), {line, from, at}, true};
+        while (at < text.size() && (text[at] == u' ' || text[at] == u'+')) ++at;
+        const auto end = ControlAt(text, at);
+        if (end && end->Byte.Value == 13) answer.Bytes.push_back(end->Byte);
+        return answer;
+      }
+    }
+    const std::size_t quote = text.find(u'"');
+    const bool sends = view.find(u"sends \"") != Text::npos || view.find(u"returns \"") != Text::npos ||
+                       view.find(u"replies \"") != Text::npos || view.find(u"answers \"") != Text::npos ||
+                       view.find(u"answered with \"") != Text::npos;
+    if (sends && quote != Text::npos && !Has(view, kFailureWords)) {
+      const std::size_t close = text.find(u'"', quote + 1);
+      const std::size_t length = close == Text::npos ? 0 : close - quote - 1;
+      if (length >= 1 && length <= 4)
+        return Answer{Characters(text.substr(quote + 1, length)), {line, quote + 1, close}, true};
+    }
+    const Span whole = Trim(page, {line, 0, text.size()});
+    std::u16string joined;
+    for (const char16_t c : page.At(whole)) {
+      if (c != u' ') joined += c;
+    }
+    if (joined == u"OK" && line + 1 < page.Lines.size() && line > 0) {
+      const std::u16string next = FoldLetters(page.Lines[line + 1]);
+      const std::u16string before = FoldLetters(page.Lines[line - 1]);
+      const bool ends =
+          next.find(u"0dh") != Text::npos || next.find(u"cr") == 0 || next.find(u"<cr>") != Text::npos;
+      if (ends && Has(before, kAnswerWords)) {
+        Answer answer{Characters(u"OK"), whole, true};
+        answer.Bytes.push_back({13, ByteKind::CNT});
+        return answer;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+bool SaysEcho(const ManualPage& page) {
+  for (const Text word : {Text(u"echo"), Text(u"callback"), Text(u"call back")}) {
+    const std::size_t at = page.Folded.find(word);
+    if (at == std::u16string::npos) continue;
+    const Text around = Text(page.Folded).substr(at > 40 ? at - 40 : 0, 100);
+    if (around.find(u"no echo") == Text::npos && around.find(u"illegal") == Text::npos &&
+        around.find(u"unsupported") == Text::npos && around.find(u"not ") == Text::npos &&
+        around.find(u"block") == Text::npos && around.find(u"wrong") == Text::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+std::optional<int> ReplySlot(int slot) {
+  constexpr int kReplyOf = 10;
+  constexpr int kBlankOffReply = 22;
+  if (slot == kBlankOffSlot) return kBlankOffReply;
+  return slot == kSecondVideoSlot ? std::nullopt : std::optional(slot + kReplyOf);
+}
+
+}  // namespace
+
+void FindReplies(const ManualPage& page, ManualReading& reading) {
+  const bool echo = SaysEcho(page);
+  std::optional<Answer> answer;
+  if (!echo) {
+    answer = AcknowledgeText(page);
+    if (!answer) answer = AcknowledgeCode(page);
+    if (!answer) return;
+    const std::u16string around = Around(page, answer->Where.Line);
+    answer->Sure = Has(Text(around), kAnswerWords);
+  }
+  for (const ManualSlot& slot : reading.Slots) {
+    const auto to = ReplySlot(slot.Slot);
+    if (!to) continue;
+    ManualReply reply;
+    reply.Slot = *to;
+    if (echo) {
+      const ManualCommand& command = reading.Commands[slot.Choice];
+      reply.String = command.String;
+      reply.Ranges = command.CodeRanges;
+      reply.Sure = slot.Sure;
+    } else {
+      reply.String = SerialStringOf(answer->Bytes);
+      reply.Ranges = {{page.Numbers[answer->Where.Line], answer->Where.From, answer->Where.To}};
+      reply.Sure = answer->Sure;
+    }
+    reading.Replies.push_back(std::move(reply));
+  }
+  std::sort(reading.Replies.begin(), reading.Replies.end(),
+            [](const ManualReply& a, const ManualReply& b) { return a.Slot < b.Slot; });
+}
+
+}  // namespace qdm

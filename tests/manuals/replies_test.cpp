@@ -1,0 +1,34 @@
+#include "manuals/reading_of.h"
+
+namespace qdm {
+namespace {
+
+// "11 06 0D" for each reply.
+std::vector<std::string> RepliesOf(const std::string& text) {
+  const std::string page =
+      "Power On 02 50 4F 4E 03\nS-Video 02 49 53 56 03\nAV Mute Off 02 50 4D 30 03\n" + text;
+  std::vector<std::string> replies;
+  for (const ManualReply& reply : ReadManual(FromUtf8(page)).Replies) {
+    replies.push_back(std::to_string(reply.Slot) + " " + HexBytes(reply.String) +
+                      (reply.Sure ? "" : " unsure"));
+  }
+  return replies;
+}
+
+TEST(Replies, AreWhatThePageFixes) {
+  const std::pair<const char*, std::vector<std::string>> pages[] = {
+      {"A valid command is answered with [ACK] \"CR\".", {"11 06 0D", "22 06 0D"}},
+      {"Response\nACK\nCR", {"11 06 0D", "22 06 0D"}},
+      {"Acknowledge ACK (06h)", {"11 06", "22 06"}},
+      {"Projector Return (Pass): P\nProjector Return (Fail): F", {"11 50", "22 50"}},
+      {"After a command the projector sends \":\" and is ready.", {"11 3A", "22 3A"}},
+      {"Normal response\nO K\nReturn code (0DH)", {"11 4F 4B 0D", "22 4F 4B 0D"}},
+      {"The command is echoed back.", {"11 02 50 4F 4E 03", "22 02 50 4D 30 03"}},
+      {"The projector may answer something.", {}},
+      {"In case of an error it sends \"E\" and stops.", {}},
+  };
+  for (const auto& [text, expected] : pages) EXPECT_EQ(RepliesOf(text), expected) << text;
+}
+
+}  // namespace
+}  // namespace qdm
