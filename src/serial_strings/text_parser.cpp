@@ -395,6 +395,16 @@ ParsedText ReadLines(const std::vector<Text>& lines, Text text) {
   return parsed;
 }
 
+// What the display itself wrote can always be had back, blanks at its ends included.
+void OfferAsDisplayed(Text text, ParsedText& parsed) {
+  const CompactReading compact = ReadCompact(text);
+  if (compact.Marks == 0 || compact.Read.Problem || compact.Read.String.Count == 0) return;
+  const auto same = [&](const TextReading& other) { return SameBytes(other.String, compact.Read.String); };
+  if (std::none_of(parsed.Readings.begin(), parsed.Readings.end(), same)) {
+    parsed.Readings.push_back({"compact text", compact.Read.String});
+  }
+}
+
 }  // namespace
 
 bool ParsedText::NeedsChoice() const {
@@ -422,6 +432,7 @@ ParsedText ParseSerialText(Text text) {
   } else {
     parsed = ReadLine(TrimSpace(lines.front()), folded.Text.data());
     OfferOuterBlanks(lines.front(), parsed);
+    if (text != TrimSpace(text)) OfferAsDisplayed(text, parsed);
   }
   parsed.Notes.insert(parsed.Notes.begin(), folded.Notes.begin(), folded.Notes.end());
   if (parsed.Problem) {
