@@ -6,6 +6,28 @@
 namespace qdm {
 namespace {
 
+struct OptionNeed {
+  bool OptionStates::*Option;
+  std::string_view Caption;             // of what brings it in
+  bool OptionStates::*First = nullptr;  // what that itself depends on
+};
+constexpr OptionNeed kNeeds[] = {
+    {&OptionStates::NoButtonTimeOut, "Turn off after no button presses for"},
+    {&OptionStates::LockNoButton, "Turn off after no button presses for"},
+    {&OptionStates::PowerDownTime, "Audio input turns on amplifier."},
+    {&OptionStates::ScreenTimes, "Use to control screen"},
+    {&OptionStates::ScreenUseVolume, "Use to control screen"},
+    {&OptionStates::LiftTimes, "Use to control projector lift      and screen"},
+    {&OptionStates::PowerAndScreenTimes, "Use to control projector power and screen"},
+    {&OptionStates::AllowVolumeWhenOff, "Use to control volume using ZRB-LX or similar"},
+    {&OptionStates::RoomSensor, "Use as room PIR power down"},
+    {&OptionStates::LockOnRoomEmptyPeriod, "Lock on room empty", &OptionStates::RoomSensor},
+    {&OptionStates::LockOnFrontPanelPeriod, "Lock on front panel off"},
+    {&OptionStates::PC1Audio, "PC 1 (Data 1) in use"},
+    {&OptionStates::PC2Audio, "PC 2 (Data 2) in use"},
+    {&OptionStates::VideoAudio, "Video in use"},
+};
+
 Message Sorry(std::string text) { return {std::move(text), "Sorry", MessageIcon::Exclamation}; }
 
 }  // namespace
@@ -50,7 +72,21 @@ OptionStates StatesFor(const OptionSelections& selected) {
   states.RoomSensor = selected.ControlInputOption == kControlInputRoomPir;
   states.LockOnRoomEmptyPeriod = states.RoomSensor && selected.LockOnRoomEmpty;
   states.LockOnFrontPanelPeriod = selected.LockOnFrontPanel;
+
+  states.PC1Audio = selected.UsePC1;
+  states.PC2Audio = selected.UsePC2;
+  states.VideoAudio = selected.UseVideo;
   return states;
+}
+
+std::string_view NeedOf(const OptionStates& states, bool OptionStates::*option) {
+  if (states.*option) return {};
+  for (const OptionNeed& need : kNeeds) {
+    if (need.Option != option) continue;
+    const std::string_view first = need.First == nullptr ? "" : NeedOf(states, need.First);
+    return first.empty() ? need.Caption : first;
+  }
+  return {};
 }
 
 OutputTimeLabels LabelsWhenShown(int outputsOption) {

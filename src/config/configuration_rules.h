@@ -24,6 +24,9 @@ struct OptionSelections {
   bool AudioTurnsOn = false;
   bool LockOnFrontPanel = false;
   bool LockOnRoomEmpty = false;
+  bool UsePC1 = false;
+  bool UsePC2 = false;
+  bool UseVideo = false;
 };
 
 // Which buttons a controller type has; all of them for a type that is none.
@@ -50,11 +53,18 @@ struct OptionStates {
   bool LockOnRoomEmptyPeriod = false;
   // Lock
   bool LockOnFrontPanelPeriod = false;
+  // Projector/Audio inputs
+  bool PC1Audio = false;
+  bool PC2Audio = false;
+  bool VideoAudio = false;
 
   friend bool operator==(const OptionStates&, const OptionStates&) = default;
 };
 
 OptionStates StatesFor(const OptionSelections& selected);
+
+// Why an option cannot be edited: the caption of what has to be chosen first. Empty while it can be.
+std::string_view NeedOf(const OptionStates& states, bool OptionStates::*option);
 
 // The labels that the time entries use in their range messages for a use of the outputs. Showing a record and
 // editing a value write the lift label differently; both are kept.

@@ -2,6 +2,12 @@
 
 namespace qdm {
 
+std::string_view NameOfStep(std::size_t step) {
+  constexpr std::array<std::string_view, 4> kSteps = {"First button", "Second button", "Third button",
+                                                      "Fourth button"};
+  return kSteps[step];
+}
+
 void ResetToDefaults(PanelConfiguration& configuration) {
   PanelConfiguration defaults;
   defaults.Projector = configuration.Projector;

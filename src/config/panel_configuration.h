@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <type_traits>
 
 namespace qdm {
@@ -28,6 +29,9 @@ enum ControlInputOptionValue : std::int16_t {
   kControlInputExternalPowerDown = 2,
   kControlInputRoomPir = 3
 };
+
+// "First button", ... of the four steps of the lock sequence.
+std::string_view NameOfStep(std::size_t step);
 
 struct PanelConfiguration {
   std::int16_t ControllerType = kQdm7;  // see panel_types.h
@@ -72,39 +76,42 @@ struct PanelConfiguration {
 template <class Visitor, class... Configuration>
 requires RecordsOf<PanelConfiguration, Configuration...>
 constexpr void Fields(Visitor& v, Configuration&... c) {
-  v.Integer("ControllerType", c.ControllerType...);
-  v.Integer("OutputsOption", c.OutputsOption...);
-  v.Integer("UpTime", c.UpTime...);
-  v.Integer("DownTime", c.DownTime...);
-  v.Flag("ScreenUseVolume", c.ScreenUseVolume...);
-  v.Flag("AllowVolumeWhenOff", c.AllowVolumeWhenOff...);
-  v.Integer("ControlInputOption", c.ControlInputOption...);
-  v.Flag("ControlInputActiveHigh", c.ControlInputActiveHigh...);
-  v.Integer("RoomTimeout", c.RoomTimeout...);
-  v.Integer("ThresholdVoltage", c.ThresholdVoltage...);
-  v.Record("Projector", c.Projector...);
-  v.Flag("LockOnFrontPanel", c.LockOnFrontPanel...);
-  v.Flag("LockOnExternalPowerDown", c.LockOnExternalPowerDown...);
-  v.Flag("LockOnRoomEmpty", c.LockOnRoomEmpty...);
-  v.Flag("LockUsingButtons", c.LockUsingButtons...);
-  v.Integer("LockAfterProjectorOffPeriod", c.LockAfterProjectorOffPeriod...);
-  v.Integer("LockAfterRoomEmptyPeriod", c.LockAfterRoomEmptyPeriod...);
-  v.Integers("LockSequence", c.LockSequence...);
+  v.Integer(FieldName("ControllerType", "Controller type"), c.ControllerType...);
+  v.Integer(FieldName("OutputsOption", "Outputs"), c.OutputsOption...);
+  v.Integer(FieldName("UpTime", "Outputs: up time"), c.UpTime...);
+  v.Integer(FieldName("DownTime", "Outputs: down time"), c.DownTime...);
+  v.Flag(FieldName("ScreenUseVolume", "Use volume buttons to raise / lower when projector off"),
+         c.ScreenUseVolume...);
+  v.Flag(FieldName("AllowVolumeWhenOff", "Allow Volume control when projector off"), c.AllowVolumeWhenOff...);
+  v.Integer(FieldName("ControlInputOption", "Control input"), c.ControlInputOption...);
+  v.Flag(FieldName("ControlInputActiveHigh", "Input state when room occupied"), c.ControlInputActiveHigh...);
+  v.Integer(FieldName("RoomTimeout", "Room empty timeout"), c.RoomTimeout...);
+  v.Integer(FieldName("ThresholdVoltage", "Threshold voltage"), c.ThresholdVoltage...);
+  v.Record(FieldName("Projector", "Projector"), c.Projector...);
+  v.Flag(FieldName("LockOnFrontPanel", "Lock on front panel off"), c.LockOnFrontPanel...);
+  v.Flag(FieldName("LockOnExternalPowerDown", "Lock on external power down"), c.LockOnExternalPowerDown...);
+  v.Flag(FieldName("LockOnRoomEmpty", "Lock on room empty"), c.LockOnRoomEmpty...);
+  v.Flag(FieldName("LockUsingButtons", "Lock using button sequence"), c.LockUsingButtons...);
+  v.Integer(FieldName("LockAfterProjectorOffPeriod", "Timeout after projector off"),
+            c.LockAfterProjectorOffPeriod...);
+  v.Integer(FieldName("LockAfterRoomEmptyPeriod", "Timeout after room empty timeout"),
+            c.LockAfterRoomEmptyPeriod...);
+  v.Integers(FieldName("LockSequence", "%1 of the unlock sequence", NameOfStep), c.LockSequence...);
   v.Integer("EditorMajor", c.EditorMajor...);
   v.Integer("EditorMinor", c.EditorMinor...);
   v.Integer("Reserved1", c.Reserved1...);
-  v.Integer("NoButtonPowerDown", c.NoButtonPowerDown...);
-  v.Integer("VolumeMin", c.VolumeMin...);
-  v.Integer("VolumeMax", c.VolumeMax...);
-  v.Integer("VolumeStep", c.VolumeStep...);
-  v.Integer("PowerUpVolume", c.PowerUpVolume...);
-  v.Flag("AudioTurnsOnAmplifier", c.AudioTurnsOnAmplifier...);
-  v.Integer("TLVOXpowerDownTime", c.TLVOXpowerDownTime...);
-  v.Integer("AudioRouting", c.AudioRouting...);
-  v.Flag("UsePC1", c.UsePC1...);
-  v.Flag("UsePC2", c.UsePC2...);
-  v.Flag("UseVideo", c.UseVideo...);
-  v.Flag("LockOnNoButton", c.LockOnNoButton...);
+  v.Integer(FieldName("NoButtonPowerDown", "Turn off after no button presses for"), c.NoButtonPowerDown...);
+  v.Integer(FieldName("VolumeMin", "Minimum volume"), c.VolumeMin...);
+  v.Integer(FieldName("VolumeMax", "Maximum volume"), c.VolumeMax...);
+  v.Integer(FieldName("VolumeStep", "Volume step"), c.VolumeStep...);
+  v.Integer(FieldName("PowerUpVolume", "Power up volume"), c.PowerUpVolume...);
+  v.Flag(FieldName("AudioTurnsOnAmplifier", "Audio input turns on amplifier"), c.AudioTurnsOnAmplifier...);
+  v.Integer(FieldName("TLVOXpowerDownTime", "Power down after no audio input for"), c.TLVOXpowerDownTime...);
+  v.Integer(FieldName("AudioRouting", "Audio inputs"), c.AudioRouting...);
+  v.Flag(FieldName("UsePC1", "PC 1 (Data 1) in use"), c.UsePC1...);
+  v.Flag(FieldName("UsePC2", "PC 2 (Data 2) in use"), c.UsePC2...);
+  v.Flag(FieldName("UseVideo", "Video in use"), c.UseVideo...);
+  v.Flag(FieldName("LockOnNoButton", "Lock after no button power down"), c.LockOnNoButton...);
   v.Block("Spare", c.Spare...);
 }
 

@@ -31,6 +31,8 @@ enum LockButton : std::uint8_t {
   kPowerButton
 };
 inline constexpr std::size_t kLockButtons = 6;
+inline constexpr std::array<std::string_view, kLockButtons> kLockButtonNames = {
+    "Volume up", "Volume down", "PC 1", "PC 2", "Video", "Power"};
 
 // By LockButton.
 using LockButtonSet = std::array<bool, kLockButtons>;

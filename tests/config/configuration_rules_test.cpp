@@ -75,6 +75,7 @@ TEST(OptionStates, FollowTheSelections) {
        [](auto& e) { e.RoomSensor = e.LockOnRoomEmptyPeriod = true; }},
       {"front panel lock", [](auto& s) { s.LockOnFrontPanel = true; },
        [](auto& e) { e.LockOnFrontPanelPeriod = true; }},
+      {"PC 2", [](auto& s) { s.UsePC2 = true; }, [](auto& e) { e.PC2Audio = true; }},
   };
   for (const auto& c : cases) {
     OptionSelections selected;
@@ -85,6 +86,16 @@ TEST(OptionStates, FollowTheSelections) {
     c.Expected(expected);
     EXPECT_EQ(StatesFor(selected), expected) << c.Case;
   }
+}
+
+TEST(OptionStates, SayWhatTheyNeedInTheOrderInWhichItIsChosen) {
+  OptionSelections selected;
+  const auto need = [&] { return NeedOf(StatesFor(selected), &OptionStates::LockOnRoomEmptyPeriod); };
+  EXPECT_EQ(need(), "Use as room PIR power down");
+  selected.ControlInputOption = kControlInputRoomPir;
+  EXPECT_EQ(need(), "Lock on room empty");
+  selected.LockOnRoomEmpty = true;
+  EXPECT_EQ(need(), "");
 }
 
 }  // namespace

@@ -1,0 +1,162 @@
+#include "config/configuration_words.h"
+
+#include "config/audio_routing.h"
+#include "config/configuration_rules.h"
+#include "config/option_ranges.h"
+#include "projectors/field_captions.h"
+#include "projectors/projector_library.h"
+#include "projectors/record_difference.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+namespace qdm {
+namespace {
+
+constexpr std::array<std::string_view, 5> kOutputs = {
+    "Disabled", "Use to control screen", "Use to control volume using ZRB-LX or similar",
+    "Use to control projector lift and screen", "Use to control projector power and screen"};
+constexpr std::array<std::string_view, 4> kControlInputs = {
+    "Disabled", "Use with enable keyswitch", "Use as external power down", "Use as room PIR power down"};
+constexpr std::array<std::string_view, 3> kAudioSources = {"front audio jack", "rear PC input",
+                                                           "rear Video input"};
+
+template <std::size_t N>
+std::string NameIn(const std::array<std::string_view, N>& names, int number) {
+  const bool named = number >= 0 && number < static_cast<int>(N);
+  return named ? std::string(names[static_cast<std::size_t>(number)]) : std::to_string(number);
+}
+
+std::string TypeName(int controllerType) {
+  const PanelType* type = PanelTypeOf(controllerType);
+  return type != nullptr ? std::string(type->Caption) : std::to_string(controllerType);
+}
+
+std::string ButtonName(int button) {
+  const bool named = button >= 0 && button < static_cast<int>(kLockButtons);
+  return named ? NameIn(kLockButtonNames, button) : "button " + std::to_string(button);
+}
+
+std::string AudioSources(int routing) {
+  std::string sources;
+  for (const ProjectorInput input : {ProjectorInput::PC1, ProjectorInput::PC2, ProjectorInput::Video}) {
+    constexpr std::array<std::string_view, kProjectorInputs> kInputs = {"PC 1: ", ", PC 2: ", ", Video: "};
+    const int source = AudioSourceOf(static_cast<std::int16_t>(routing), input);
+    sources += kInputs[static_cast<std::size_t>(input)];
+    sources += source == kNoAudioSource ? "none" : NameIn(kAudioSources, source);
+  }
+  return sources;
+}
+
+constexpr struct {
+  std::string_view Field;
+  std::string (*Name)(int number);
+} kNamings[] = {
+    {"ControllerType", TypeName},
+    {"OutputsOption", [](int use) { return NameIn(kOutputs, use); }},
+    {"ControlInputOption", [](int use) { return NameIn(kControlInputs, use); }},
+    {"ControlInputActiveHigh", [](int high) { return std::string(high != 0 ? "High" : "Low"); }},
+    {"LockSequence", ButtonName},
+    {"NoButtonPowerDown", [](int time) { return time != 0 ? std::to_string(time) : std::string("off"); }},
+    {"AudioRouting", AudioSources},
+};
+
+std::string ValueInWords(std::string_view field, const FieldValue& value) {
+  const auto* flag = std::get_if<FlagValue>(&value);
+  const int number = flag != nullptr ? flag->Flag : std::get<NumberValue>(value).Number;
+  for (const auto& naming : kNamings) {
+    if (naming.Field == field) return naming.Name(number);
+  }
+  if (flag != nullptr) return number != kFlagClear ? "Yes" : "No";
+  return std::to_string(number);
+}
+
+DifferenceText InWords(const FieldDifference& difference) {
+  DifferenceText text{CaptionOf(difference.Place), ValueInWords(difference.Place.Field, difference.First),
+                      ValueInWords(difference.Place.Field, difference.Second)};
+  // Two numbers without a difference in words have one all the same.
+  if (text.First == text.Second) return TextOf(difference);
+  return text;
+}
+
+std::string NameOf(const ProjectorDefinition& projector) {
+  if (!HasBothNames(projector)) return "none";
+  return projector.Manufacturer.TrimmedUtf8() + " " + projector.Model.TrimmedUtf8();
+}
+
+std::vector<DifferenceText> ProjectorsInWords(const ProjectorDefinition& first,
+                                              const ProjectorDefinition& second) {
+  if (NameKey(first) != NameKey(second)) return {{"Projector", NameOf(first), NameOf(second)}};
+  std::vector<DifferenceText> texts = DifferencesInWords(first, second);
+  if (first.Notes != second.Notes) {
+    texts.push_back({"Notes", first.Notes.TrimmedUtf8(), second.Notes.TrimmedUtf8()});
+  }
+  for (DifferenceText& text : texts) text.Field = "Projector, " + text.Field;
+  return texts;
+}
+
+struct RulesForPeople : ExactRules {
+  static bool SameFlag(std::int16_t first, std::int16_t second) { return (first != 0) == (second != 0); }
+};
+
+bool IsUnseen(const FieldPlace& place) {
+  constexpr std::array<std::string_view, 4> kUnseen = {"EditorMajor", "EditorMinor", "Reserved1", "Spare"};
+  return std::find(kUnseen.begin(), kUnseen.end(), place.Field.Name) != kUnseen.end();
+}
+
+}  // namespace
+
+std::vector<DifferenceText> DifferencesInWords(const PanelConfiguration& first,
+                                               const PanelConfiguration& second) {
+  std::vector<DifferenceText> texts;
+  bool projectorTold = false;
+  for (const FieldDifference& difference : Differences<RulesForPeople>(first, second)) {
+    if (IsUnseen(difference.Place)) continue;
+    if (difference.Place.Record.empty()) {
+      texts.push_back(InWords(difference));
+    } else if (!projectorTold) {
+      projectorTold = true;
+      std::vector<DifferenceText> projector = ProjectorsInWords(first.Projector, second.Projector);
+      std::move(projector.begin(), projector.end(), std::back_inserter(texts));
+    }
+  }
+  return texts;
+}
+
+std::string LineOf(const DifferenceText& difference) {
+  return difference.Field + ": " + difference.First + " -> " + difference.Second;
+}
+
+std::string WhyNotPressed(int button, int controllerType) {
+  const LockButtonSet has = LockButtonsOf(controllerType);
+  if (button >= 0 && button < static_cast<int>(kLockButtons) && has[static_cast<std::size_t>(button)])
+    return {};
+  const PanelType* type = PanelTypeOf(controllerType);
+  return ButtonName(button) + ": not on " +
+         (type != nullptr ? "a " + std::string(type->Caption) : "any panel");
+}
+
+std::vector<std::string> WarningsAbout(const PanelConfiguration& configuration) {
+  std::vector<std::string> warnings;
+  for (std::size_t step = 0; step < configuration.LockSequence.size(); ++step) {
+    const std::string why = WhyNotPressed(configuration.LockSequence[step], configuration.ControllerType);
+    if (!why.empty()) warnings.push_back(std::string(NameOfStep(step)) + " of the unlock sequence: " + why);
+  }
+  return warnings;
+}
+
+std::string WhyNotUnlocked(const PanelConfiguration& configuration) {
+  const auto& steps = configuration.LockSequence;
+  const bool pressable = std::all_of(steps.begin(), steps.end(), [&](int button) {
+    return WhyNotPressed(button, configuration.ControllerType).empty();
+  });
+  return pressable ? std::string()
+                   : "The unlock sequence cannot be pressed on a " + TypeName(configuration.ControllerType);
+}
+
+}  // namespace qdm
