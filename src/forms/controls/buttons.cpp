@@ -1,38 +1,41 @@
 #include "forms/controls/buttons.h"
 
+#include "config/panel_types.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QToolButton>
+#include <QRadioButton>
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace qdm {
 namespace {
 
 constexpr int kPictureSize = 32;
 
-struct Picture {
-  const char* Icon;
-  const char* Name;
-};
-// In the order of the stored indexes: never renumber.
-constexpr std::array<Picture, Buttons::kButtons> kPictures = {{{"button_volume_up", "Volume up"},
-                                                               {"button_volume_down", "Volume down"},
-                                                               {"button_pc1", "PC 1"},
-                                                               {"button_pc2", "PC 2"},
-                                                               {"button_video", "Video"},
-                                                               {"button_power", "Power"}}};
+// By LockButton.
+constexpr std::array<const char*, Buttons::kButtons> kPictures = {
+    "button_volume_up", "button_volume_down", "button_pc1", "button_pc2", "button_video", "button_power"};
 
+QString NameOf(std::size_t button) {
+  const std::string_view name = kLockButtonNames[button];
+  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+// Radio buttons, since they are a choice of one, to a screen reader too, drawn as pictures.
 // Styles tell a pressed picture from a raised one by a shade, which drowns beside the picture: the chosen one
 // stands on the selection's colour, and the focus is drawn around it.
-class PictureButton : public QToolButton {
+class PictureButton : public QRadioButton {
  public:
-  using QToolButton::QToolButton;
+  using QRadioButton::QRadioButton;
 
  protected:
+  bool hitButton(const QPoint& point) const override { return rect().contains(point); }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -62,19 +65,18 @@ Buttons::Buttons(QWidget* parent) : QWidget(parent) {
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(2);
   for (int i = 0; i < kButtons; ++i) {
-    const Picture& picture = kPictures[static_cast<std::size_t>(i)];
+    const auto place = static_cast<std::size_t>(i);
     auto* button = new PictureButton(this);
     button->setObjectName(QStringLiteral("Option1_%1").arg(i));
-    button->setIcon(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(picture.Icon))));
+    button->setIcon(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(kPictures[place]))));
     button->setIconSize({kPictureSize, kPictureSize});
     button->setFixedSize(kPictureSize + 12, kPictureSize + 12);
-    button->setToolTip(QLatin1String(picture.Name));
-    button->setAccessibleName(QLatin1String(picture.Name));
-    button->setCheckable(true);
+    button->setToolTip(NameOf(place));
+    button->setAccessibleName(NameOf(place));
     button->installEventFilter(this);
-    connect(button, &QToolButton::clicked, this, [this, i] { Choose(i); });
+    connect(button, &QRadioButton::clicked, this, [this, i] { Choose(i); });
     row->addWidget(button);
-    Option1[static_cast<std::size_t>(i)] = button;
+    Option1[place] = button;
   }
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   ShowValue();
@@ -108,11 +110,14 @@ void Buttons::ShowValue() {
   if (!IsShown(tabStop)) {
     for (tabStop = 0; tabStop < kButtons - 1 && !IsShown(tabStop);) ++tabStop;
   }
+  // Exclusive buttons refuse to have none chosen.
+  for (QRadioButton* button : Option1) button->setAutoExclusive(false);
   for (int i = 0; i < kButtons; ++i) {
-    QToolButton* button = Option1[static_cast<std::size_t>(i)];
+    QRadioButton* button = Option1[static_cast<std::size_t>(i)];
     button->setChecked(i == value_ && IsShown(i));
     button->setFocusPolicy(i == tabStop ? Qt::StrongFocus : Qt::ClickFocus);
   }
+  for (QRadioButton* button : Option1) button->setAutoExclusive(true);
   setFocusProxy(Option1[static_cast<std::size_t>(tabStop)]);
 }
 

@@ -7,7 +7,7 @@
 
 #include <array>
 
-class QToolButton;
+class QRadioButton;
 
 namespace qdm {
 
@@ -38,7 +38,7 @@ class Buttons : public QWidget {
   void MoveFrom(int index, int direction);
   void ShowValue();
 
-  std::array<QToolButton*, kButtons> Option1{};
+  std::array<QRadioButton*, kButtons> Option1{};
   int value_ = 0;
 };
 

@@ -60,6 +60,7 @@ SpinEntry::SpinEntry(QWidget* parent)
   setFocusProxy(Text1);
 
   connect(Timer1, &QTimer::timeout, this, &SpinEntry::Timer1_Timer);
+  connect(Text1, &QLineEdit::textEdited, this, &SpinEntry::Edited);
   Text1->installEventFilter(this);
   Up->installEventFilter(this);
   Down->installEventFilter(this);
@@ -67,15 +68,37 @@ SpinEntry::SpinEntry(QWidget* parent)
 
 void SpinEntry::SetLabel(const QString& label) {
   label_ = label;
-  setAccessibleName(label);
-  Text1->setAccessibleName(label);
+  ShowRange();
+}
+
+void SpinEntry::SetCaption(const QString& caption) {
+  caption_ = caption;
+  ShowRange();
+}
+
+void SpinEntry::SetMeaning(const QString& meaning) {
+  meaning_ = meaning;
+  ShowRange();
+}
+
+void SpinEntry::SetReason(const QString& reason) {
+  if (reason == reason_) return;
+  reason_ = reason;
   ShowRange();
 }
 
 void SpinEntry::ShowRange() {
   StopRepeat();
-  const QString range = RangeText();
-  Text1->setToolTip(label_.isEmpty() ? range : label_ + QStringLiteral(": ") + range);
+  const QString range = meaning_.isEmpty() ? RangeText() : tr("%1, %2").arg(RangeText(), meaning_);
+  Text1->setToolTip(!reason_.isEmpty() ? reason_
+                    : label_.isEmpty() ? range
+                                       : tr("%1: %2", "label, range").arg(label_, range));
+  setToolTip(reason_);
+  const QString& name = caption_.isEmpty() ? label_ : caption_;
+  for (QWidget* part : {static_cast<QWidget*>(this), static_cast<QWidget*>(Text1)}) {
+    part->setAccessibleName(name);
+    part->setAccessibleDescription(reason_.isEmpty() ? range : reason_);
+  }
   FitText();
 }
 
@@ -193,10 +216,16 @@ void SpinEntry::RaiseChanged() {
 bool SpinEntry::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::ShortcutOverride: {
-      // Escape belongs to the text while it differs, before it is the window's.
       const auto* key = static_cast<QKeyEvent*>(event);
-      if (watched == Text1 && key->key() == Qt::Key_Escape && Text1->text() != TextOf(value_))
-        event->accept();
+      if (watched != Text1) return false;
+      // What was typed is a step of the window's undo, where it has one.
+      if (key->modifiers().testFlag(Qt::ControlModifier) &&
+          (key->key() == Qt::Key_Z || key->key() == Qt::Key_Y)) {
+        event->ignore();
+        return true;
+      }
+      // Escape belongs to the text while it differs, before it is the window's.
+      if (key->key() == Qt::Key_Escape && Text1->text() != TextOf(value_)) event->accept();
       return false;
     }
     case QEvent::KeyPress: {

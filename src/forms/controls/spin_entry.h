@@ -21,8 +21,15 @@ class SpinEntry : public QWidget {
  public:
   explicit SpinEntry(QWidget* parent = nullptr);
 
-  // What the number is: accessible name and beginning of the tool tip.
+  // What range messages call the number: the beginning of the tool tip, and the accessible name of an entry
+  // that has no caption.
   void SetLabel(const QString& label);
+  // What stands beside the entry in the window: its accessible name.
+  void SetCaption(const QString& caption);
+  // What the number means to the panel, where it is not told by a unit beside it: the end of the tool tip.
+  void SetMeaning(const QString& meaning);
+  // Why the entry is disabled, instead of its range; empty while it is not.
+  void SetReason(const QString& reason);
 
   // Takes what has been typed, as Enter does, but without telling the owner.
   void StoreText();
@@ -35,6 +42,8 @@ class SpinEntry : public QWidget {
 
  Q_SIGNALS:
   void Changed();
+  // The text has been edited and not yet been entered.
+  void Edited();
 
  protected:
   // The value with its limits applied, as every way of setting it does. Values of all three controls are
@@ -82,6 +91,9 @@ class SpinEntry : public QWidget {
   QToolButton* Down;
   QTimer* Timer1;
   QString label_;
+  QString caption_;
+  QString meaning_;
+  QString reason_;
   double value_ = 0;
   Held held_ = Held::None;
   bool raising_ = false;

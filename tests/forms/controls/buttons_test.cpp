@@ -2,7 +2,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <QToolButton>
+#include <QRadioButton>
 
 #include <gtest/gtest.h>
 
@@ -18,8 +18,8 @@ struct Picker {
     Control.activateWindow();
     QCoreApplication::processEvents();
   }
-  QToolButton* Option1(int index) const {
-    return Control.findChild<QToolButton*>(QStringLiteral("Option1_%1").arg(index));
+  QRadioButton* Option1(int index) const {
+    return Control.findChild<QRadioButton*>(QStringLiteral("Option1_%1").arg(index));
   }
   std::string Chosen() const {
     std::string marks;
