@@ -18,7 +18,9 @@ class FakePrompts : public UserPrompts {
   std::vector<Message> Shown;                // boxes and questions, in order
   std::deque<bool> Answers;                  // to AskYesNo
   std::deque<SaveAnswer> SaveAnswers;        // to AskSave
+  std::deque<QString> Choices;               // to Choose: the pressed button's text
   std::deque<std::optional<QString>> Files;  // to OpenFile and SaveFile
+  QString Folder;                            // where the last file dialog began
   std::function<void()> WhileShowing;        // what the user does to other windows while a box is open
 
   void Show(QWidget*, const Message& message) override {
@@ -33,10 +35,19 @@ class FakePrompts : public UserPrompts {
     Shown.push_back(question);
     return Next(SaveAnswers, "a question: " + question.Text).value_or(SaveAnswer::Cancel);
   }
-  std::optional<QString> OpenFile(QWidget*, const char*) override {
+  int Choose(QWidget*, const Message& question, const QStringList& answers, int safe) override {
+    Shown.push_back(question);
+    const auto choice = Next(Choices, "a question: " + question.Text);
+    if (!choice) return safe;
+    EXPECT_TRUE(answers.contains(*choice)) << choice->toStdString();
+    return static_cast<int>(answers.indexOf(*choice));
+  }
+  std::optional<QString> OpenFile(QWidget*, const char*, const QString& folder) override {
+    Folder = folder;
     return Next(Files, "an open dialog").value_or(std::nullopt);
   }
-  std::optional<QString> SaveFile(QWidget*, const char*) override {
+  std::optional<QString> SaveFile(QWidget*, const char*, const QString& folder) override {
+    Folder = folder;
     return Next(Files, "a save dialog").value_or(std::nullopt);
   }
 

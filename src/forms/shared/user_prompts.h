@@ -5,6 +5,7 @@
 #include "base/message.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -23,10 +24,16 @@ class UserPrompts {
   virtual bool AskYesNo(QWidget* parent, const Message& question) = 0;
   // Whether to save before something unsaved is given up; closing the box is Cancel.
   virtual SaveAnswer AskSave(QWidget* parent, const Message& question) = 0;
-  // Nothing when the user cancelled. `filter` is in the form "Caption (*.EXT)|*.EXT".
-  virtual std::optional<QString> OpenFile(QWidget* parent, const char* filter) = 0;
-  // Asks before an existing file is chosen; a name without ending gets the filter's.
-  virtual std::optional<QString> SaveFile(QWidget* parent, const char* filter) = 0;
+  // A button for each answer; gives the number of the one that was pressed. `safe` is the default and what
+  // closing the box means.
+  virtual int Choose(QWidget* parent, const Message& question, const QStringList& answers, int safe) = 0;
+  // Nothing when the user cancelled. `filter` is in the form "Caption (*.EXT)|*.EXT"; an empty `folder` is
+  // the one that the system proposes.
+  virtual std::optional<QString> OpenFile(QWidget* parent, const char* filter,
+                                          const QString& folder = {}) = 0;
+  // Asks before an existing file is chosen; a name that does not end in the filter's ending gets it before.
+  virtual std::optional<QString> SaveFile(QWidget* parent, const char* filter,
+                                          const QString& folder = {}) = 0;
 };
 
 }  // namespace qdm
