@@ -1,9 +1,8 @@
+#include "app/editor_application.h"
 #include "app/start_up.h"
-
-#include <QApplication>
 
 int main(int argc, char** argv) {
   qdm::TellWhatIsAsked(argc, argv);
-  QApplication application(argc, argv);
+  qdm::EditorApplication application(argc, argv);
   return qdm::RunEditor(application);
 }

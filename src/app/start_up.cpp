@@ -2,6 +2,8 @@
 
 #include "app/about_form.h"
 #include "app/demonstration.h"
+#include "app/editor_application.h"
+#include "app/end_of_session.h"
 #include "app/help.h"
 #include "app/qt_prompts.h"
 #include "app/resources.h"
@@ -20,10 +22,11 @@
 #include "serial_io/port_list.h"
 #include "simulation/simulated_line.h"
 
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
+#include <QRegularExpression>
 #include <QSettings>
+#include <QTimer>
 
 #include <algorithm>
 #include <memory>
@@ -36,6 +39,15 @@ void NameProgram() {
   QCoreApplication::setOrganizationName(QStringLiteral("Brevan"));
   QCoreApplication::setApplicationName(QStringLiteral("QDM Editor"));
   QCoreApplication::setApplicationVersion(QString::fromStdString(VersionText()));
+}
+
+// A desktop's dark palette often leaves the texts of empty entries as dark as on a light one.
+void MakeReadable(QApplication& application) {
+  QPalette palette = application.palette();
+  QColor placeholder = palette.color(QPalette::Text);
+  placeholder.setAlphaF(0.6F);
+  palette.setColor(QPalette::PlaceholderText, placeholder);
+  application.setPalette(palette);
 }
 
 void ShowAs(QApplication& application) {
@@ -78,6 +90,16 @@ std::unique_ptr<QSettings> MakeSettings(const Demonstration* demonstration) {
   return std::make_unique<QSettings>(file, QSettings::IniFormat);
 }
 
+void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std::string& what) {
+  const bool kept = editor.KeepWork();
+  const QString text = EditorApplication::tr("Something went wrong: %1").arg(QString::fromStdString(what));
+  const QString detail =
+      kept ? EditorApplication::tr("What you are working on is kept. The editor goes on.")
+           : EditorApplication::tr("What you are working on could not be kept: save it now.");
+  prompts.Show(QApplication::activeWindow(),
+               {text.toStdString(), "Sorry", MessageIcon::Exclamation, detail.toStdString()});
+}
+
 }  // namespace
 
 StartArguments ReadArguments(const QStringList& arguments) {
@@ -100,8 +122,22 @@ StartArguments ReadArguments(const QStringList& arguments) {
   StartArguments read;
   read.Demo = parser.isSet(demo);
   if (parser.isSet(data)) read.DataFolder = ToPath(parser.value(data));
-  // A path with blanks that nobody quoted comes in pieces.
-  read.File = parser.positionalArguments().join(QLatin1Char(' '));
+  // A path with blanks that nobody quoted comes in pieces, of which the last one has the ending.
+  QStringList files;
+  bool complete = true;
+  for (const QString& piece : parser.positionalArguments()) {
+    if (complete) {
+      files << piece;
+    } else {
+      files.last() += QLatin1Char(' ') + piece;
+    }
+    static const QRegularExpression kEnding(QStringLiteral("\\.BV[CD]\"?$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    complete = kEnding.match(piece).hasMatch();
+  }
+  if (files.isEmpty()) return read;
+  read.File = files.takeFirst();
+  read.Others = files;
   return read;
 }
 
@@ -115,9 +151,10 @@ void TellWhatIsAsked(int& argc, char** argv) {
   ReadArguments(QCoreApplication::arguments());
 }
 
-int RunEditor(QApplication& application) {
+int RunEditor(EditorApplication& application) {
   NameProgram();
   ShowAs(application);
+  MakeReadable(application);
   InitialiseResources();
   const StartArguments arguments = ReadArguments(QApplication::arguments());
   QtPrompts prompts;
@@ -162,13 +199,16 @@ int RunEditor(QApplication& application) {
       .About = [&](QWidget* parent) { AboutForm(globals.ProgramFolder, prompts, parent).exec(); },
   };
   ProjectorPanelEditor editor(globals, prompts, *settings, windows);
+  application.SetOnException([&](const std::string& what) { TellException(editor, prompts, what); });
+  const EndOfSession end([&] { editor.KeepWork(); }, [&] { editor.LeaveUnasked(); });
   editor.Form_Load();
   editor.show();
-  editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File);
+  editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File, arguments.Others);
   if (demonstration) {
-    editor.ShowStatus(QStringLiteral(
+    editor.ShowStatus(EditorApplication::tr(
         "Demonstration: simulated panels on COM1 to COM4, and copies of the examples that go at the end"));
   }
+  QTimer::singleShot(0, &editor, &ProjectorPanelEditor::OfferKeptWork);
   return QApplication::exec();
 }
 

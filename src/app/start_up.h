@@ -8,14 +8,15 @@
 #include <filesystem>
 #include <optional>
 
-class QApplication;
-
 namespace qdm {
+
+class EditorApplication;
 
 struct StartArguments {
   bool Demo = false;
   std::optional<std::filesystem::path> DataFolder;
-  QString File;  // as it stands on the command line; empty for none
+  QString File;        // as it stands on the command line; empty for none
+  QStringList Others;  // which are not opened
 };
 
 // `arguments` begins with the program's name. Ends the program for --help, --version and what it does not
@@ -26,6 +27,6 @@ StartArguments ReadArguments(const QStringList& arguments);
 void TellWhatIsAsked(int& argc, char** argv);
 
 // Exit status of the program.
-int RunEditor(QApplication& application);
+int RunEditor(EditorApplication& application);
 
 }  // namespace qdm

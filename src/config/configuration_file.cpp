@@ -32,6 +32,18 @@ void WriteConfiguration(const std::filesystem::path& file, const PanelConfigurat
   WriteFileSafely(file, Encode(configuration), tail);
 }
 
+ConfigurationOnDisk LookAgain(const std::filesystem::path& file, const PanelConfiguration& asItWas) {
+  using State = ConfigurationOnDisk::State;
+  try {
+    if (!FileExists(file)) return {State::Gone};
+    const PanelConfiguration theirs = ReadConfiguration(file);
+    // As stored: a character that has no code is another one on the disk.
+    return {Encode(theirs) == Encode(asItWas) ? State::AsItWas : State::Changed, theirs};
+  } catch (const FileError&) {
+    return {State::NoConfiguration};
+  }
+}
+
 std::string TitleOfFile(std::string_view fileName) {
   const std::u16string name = FromUtf8(fileName);
   const std::size_t separator = name.find_last_of(kSeparators);

@@ -19,6 +19,14 @@ PanelConfiguration ReadConfiguration(const std::filesystem::path& file);
 void WriteConfiguration(const std::filesystem::path& file, const PanelConfiguration& configuration,
                         OldTail tail);
 
+// What became of a configuration's file since it was read or saved as `asItWas`.
+struct ConfigurationOnDisk {
+  enum class State { AsItWas, Changed, Gone, NoConfiguration };
+  State Is = State::AsItWas;
+  PanelConfiguration Theirs{};  // what it holds where it was changed
+};
+ConfigurationOnDisk LookAgain(const std::filesystem::path& file, const PanelConfiguration& asItWas);
+
 // What the title bar shows of a file name: the text after the last separator without its last four
 // characters. A name without a separator loses its first character. UTF-8.
 std::string TitleOfFile(std::string_view fileName);

@@ -1,7 +1,9 @@
 #include "app/start_up.h"
 
 #include "app/demonstration.h"
+#include "app/qt_prompts.h"
 #include "config/configuration_file.h"
+#include "forms/shared/window_place.h"
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 
@@ -31,6 +33,27 @@ TEST(StartArguments, AreReadFromTheCommandLine) {
   EXPECT_EQ(all.DataFolder, std::filesystem::path(u8"/a b/ü"));
   EXPECT_EQ(all.File, QStringLiteral("\"/rooms/Board room.BVC\"")) << "the quotes are the window's business";
   EXPECT_EQ(ReadArguments(Line({"/rooms/Board", "room.BVC"})).File, QStringLiteral("/rooms/Board room.BVC"));
+  const StartArguments two = ReadArguments(Line({"/rooms/One.BVC", "/rooms/Two", "b.bvd"}));
+  EXPECT_EQ(two.File, QStringLiteral("/rooms/One.BVC"));
+  EXPECT_EQ(two.Others, QStringList(QStringLiteral("/rooms/Two b.bvd")));
+}
+
+TEST(SavedNames, GetTheEndingThatTheyDoNotHave) {
+  const char* const names[][2] = {{"St. Mary Hall 2.1", "St. Mary Hall 2.1.BVC"},
+                                  {"Room", "Room.BVC"},
+                                  {"Room.BVC", "Room.BVC"},
+                                  {"room.bvc", "room.bvc"}};
+  for (const auto& [typed, saved] : names) {
+    EXPECT_EQ(WithEnding(QLatin1String(typed), QStringLiteral(".BVC")), QLatin1String(saved));
+  }
+}
+
+TEST(Windows, FitWithTheirFrames) {
+  const QRect desktop(0, 0, 1366, 728);  // a task bar below
+  const QMargins frame(4, 25, 4, 4);
+  EXPECT_EQ(FittedTo(desktop, QRect(10, 30, 1366, 730), frame), QRect(4, 25, 1358, 699));
+  EXPECT_EQ(FittedTo(desktop, QRect(3000, -200, 800, 600), frame), QRect(562, 25, 800, 600));
+  EXPECT_EQ(FittedTo(desktop, QRect(100, 100, 800, 600), frame), QRect(100, 100, 800, 600));
 }
 
 TEST(Program, TellsVersionAndOptionsWithoutADisplay) {

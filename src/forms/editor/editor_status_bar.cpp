@@ -34,6 +34,8 @@ void EditorStatusBar::ShowText(const QString& text) {
   statusText_->setToolTip(text);
 }
 
+QString EditorStatusBar::Text() const { return statusText_->text(); }
+
 void EditorStatusBar::ShowUnsaved(bool unsaved) { unsavedMark_->setVisible(unsaved); }
 
 void EditorStatusBar::EnableFindPanel(bool enabled) { findPanel_->setEnabled(enabled); }

@@ -16,6 +16,7 @@ class EditorStatusBar : public QStatusBar {
   explicit EditorStatusBar(QWidget* parent = nullptr);
 
   void ShowText(const QString& text);
+  QString Text() const;
   void ShowUnsaved(bool unsaved);
   void EnableFindPanel(bool enabled);
 

@@ -2,14 +2,17 @@
 
 #include "config/audio_routing.h"
 #include "config/configuration_rules.h"
+#include "config/configuration_words.h"
 #include "config/option_ranges.h"
 #include "config/panel_types.h"
 #include "config/version.h"
 #include "ui_option_controls.h"
 
 #include <QButtonGroup>
+#include <QLabel>
 #include <QRadioButton>
 
+#include <cstddef>
 #include <string_view>
 
 namespace qdm {
@@ -26,9 +29,13 @@ void NumberButtons(QButtonGroup* group) {
   }
 }
 
+// Without its access key.
+QString Plain(QString caption) { return caption.remove(QLatin1Char('&')); }
+
 void NameButtons(QButtonGroup* group, const QString& subject) {
   for (QAbstractButton* button : group->buttons()) {
-    button->setAccessibleName(subject + QStringLiteral(": ") + button->text());
+    button->setAccessibleName(
+        OptionControls::tr("%1: %2", "group, choice").arg(Plain(subject), button->text()));
   }
 }
 
@@ -52,6 +59,14 @@ void Bind(IntegerEntry* entry, int value, const OptionRange& range, std::string_
   entry->Bind(value, range.Low, range.High, TextOf(label));
 }
 
+// To the eye and to a screen reader; nothing when the reason is empty.
+void SayWhy(QWidget* control, const QString& reason) {
+  if (auto* entry = qobject_cast<SpinEntry*>(control)) return entry->SetReason(reason);
+  control->setToolTip(reason);
+  control->setAccessibleDescription(reason);
+  for (QWidget* part : control->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) SayWhy(part, reason);
+}
+
 int PixelsOf(int twips) { return twips * 96 / 1440; }
 
 }  // namespace
@@ -62,6 +77,8 @@ OptionControls::OptionControls(QWidget* parent)
   ui_->setupUi(this);
   for (QAbstractButton* button : Option2->buttons()) ui_->ControllerTypeFrameLayout->addWidget(button);
   ListControls();
+  ListDependents();
+  NameControls();
   ConnectControls();
 }
 
@@ -107,17 +124,56 @@ void OptionControls::ListControls() {
              {kOutputsPowerAndScreen, ui_->ProjectorPowerScreenUp, ui_->ProjectorPowerUpTime}}};
   sequence_ = {ui_->Buttons1_0, ui_->Buttons1_1, ui_->Buttons1_2, ui_->Buttons1_3};
   audio_ = {ui_->PC1AudioOption, ui_->PC2AudioOption, ui_->VideoAudioOption};
-
   for (QButtonGroup* group : findChildren<QButtonGroup*>()) NumberButtons(group);
-  ui_->integer5v1->SetLabel(TextOf(RangeOf(&Record::ThresholdVoltage).Label));
-  // What the frame says to the eye, the name has to say to a screen reader.
+  for (std::size_t i = 0; i < marks_.size(); ++i) {
+    marks_[i] = new QLabel(ui_->LockSequenceFrame);
+    marks_[i]->setObjectName(QStringLiteral("Buttons1_%1Mark").arg(i));
+    marks_[i]->setTextFormat(Qt::PlainText);
+    marks_[i]->setWordWrap(true);
+    ui_->LockSequenceFrameLayout->addWidget(marks_[i], static_cast<int>(i), 2);
+  }
+}
+
+void OptionControls::ListDependents() {
+  using States = OptionStates;
+  dependents_ = {
+      {ui_->NoButtonTimeOut, &States::NoButtonTimeOut},
+      {ui_->LockNoButtonCheck, &States::LockNoButton},
+      {ui_->AudioPowerDown, &States::PowerDownTime},
+      {ui_->ScreenTimes, &States::ScreenTimes},
+      {ui_->ScreenUseVolumeCheck, &States::ScreenUseVolume},
+      {ui_->LiftTimes, &States::LiftTimes},
+      {ui_->PowerAndScreenTimes, &States::PowerAndScreenTimes},
+      {ui_->AllowVolumeWhenOffCheck, &States::AllowVolumeWhenOff},
+      {ui_->RoomSensorOptions, &States::RoomSensor},
+      {ui_->LockOnRoomEmptyCheck, &States::RoomSensor},
+      {ui_->RoomEmptyPeriod, &States::LockOnRoomEmptyPeriod},
+      {ui_->FrontPanelPeriod, &States::LockOnFrontPanelPeriod},
+      {ui_->PC1AudioOptions, &States::PC1Audio},
+      {ui_->PC2AudioOptions, &States::PC2Audio},
+      {ui_->VideoAudioOptions, &States::VideoAudio},
+  };
+}
+
+// What the frame and the label say to the eye, the name has to say to a screen reader.
+void OptionControls::NameControls() {
+  for (const QLabel* label : findChildren<QLabel*>()) {
+    if (auto* entry = qobject_cast<SpinEntry*>(label->buddy())) entry->SetCaption(Plain(label->text()));
+  }
+  ui_->NoButtonTimeOut->SetCaption(Plain(ui_->TurnOffNoButtonCheck->text()));
+  ui_->integer5v1->SetLabel(TextOf(RangeOf(&PanelConfiguration::ThresholdVoltage).Label));
+  const QString asThePanelCounts = tr("as the panel counts");
+  ui_->NoButtonTimeOut->SetMeaning(asThePanelCounts);
+  for (const Entry& entry : entries_) {
+    if (RangeOf(entry.Field).Unit.empty()) entry.Control->SetMeaning(asThePanelCounts);
+  }
   const std::array<QCheckBox*, 3> inputs = {ui_->UsePC1Check, ui_->UsePC2Check, ui_->UseVideoCheck};
   for (std::size_t i = 0; i < audio_.size(); ++i) NameButtons(audio_[i], inputs[i]->text());
+  NameButtons(Option2, ui_->ControllerTypeFrame->title());
   NameButtons(ui_->ControlInputOptionLowHighOption, ui_->OccupiedLabel->text());
   NameButtons(ui_->OutputsOption, ui_->OutputsFrame->title());
   NameButtons(ui_->ControlInputOption, ui_->ControlInputFrame->title());
-  const std::array<const char*, 4> steps = {"First button", "Second button", "Third button", "Fourth button"};
-  for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetLabel(QLatin1String(steps[i]));
+  for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetLabel(TextOf(NameOfStep(i)));
 }
 
 void OptionControls::ConnectControls() {
@@ -138,9 +194,16 @@ void OptionControls::ConnectControls() {
   }
   connect(ui_->TurnOffNoButtonCheck, &QCheckBox::clicked, this, update);
   for (const Check& check : checks_) connect(check.Control, &QCheckBox::clicked, this, update);
-  connect(ui_->NoButtonTimeOut, &IntegerEntry::Changed, this, update);
-  for (const Entry& entry : entries_) connect(entry.Control, &IntegerEntry::Changed, this, update);
-  connect(ui_->integer5v1, &Integer5V::Changed, this, update);
+  const auto typed = [this] {
+    UpdateOptionStates();
+    Q_EMIT Typed();
+  };
+  connect(ui_->NoButtonTimeOut, &IntegerEntry::Changed, this, typed);
+  for (const Entry& entry : entries_) connect(entry.Control, &IntegerEntry::Changed, this, typed);
+  connect(ui_->integer5v1, &Integer5V::Changed, this, typed);
+  for (SpinEntry* entry : findChildren<SpinEntry*>()) {
+    connect(entry, &SpinEntry::Edited, this, &OptionControls::Typed);
+  }
   for (Buttons* step : sequence_) connect(step, &Buttons::Changed, this, update);
 }
 
@@ -208,14 +271,19 @@ void OptionControls::Option2_Click(int type) {
 }
 
 void OptionControls::OutputsOption_Click() {
-  Time_Change(CurrentTimes());
+  BindTimesAs(CurrentTimes());
   UpdateOptionStates();
+  Q_EMIT Changed();
+}
+
+void OptionControls::Time_Change(const TimePair& changed) {
+  BindTimesAs(changed);
+  Q_EMIT Typed();
 }
 
 // All pairs show the same two numbers, so that another use of the outputs starts with them.
-void OptionControls::Time_Change(const TimePair& changed) {
+void OptionControls::BindTimesAs(const TimePair& changed) {
   BindTimes(changed.Up->Value(), changed.Down->Value(), LabelsWhenEdited(ui_->OutputsOption->checkedId()));
-  Q_EMIT Changed();
 }
 
 void OptionControls::BindTimes(int up, int down, const OutputTimeLabels& labels) {
@@ -240,13 +308,21 @@ OptionSelections OptionControls::Selections() const {
           .TurnOffNoButton = ui_->TurnOffNoButtonCheck->isChecked(),
           .AudioTurnsOn = ui_->AudioTurnsOnCheck->isChecked(),
           .LockOnFrontPanel = ui_->LockOnFrontPanelCheck->isChecked(),
-          .LockOnRoomEmpty = ui_->LockOnRoomEmptyCheck->isChecked()};
+          .LockOnRoomEmpty = ui_->LockOnRoomEmptyCheck->isChecked(),
+          .UsePC1 = ui_->UsePC1Check->isChecked(),
+          .UsePC2 = ui_->UsePC2Check->isChecked(),
+          .UseVideo = ui_->UseVideoCheck->isChecked()};
 }
 
 void OptionControls::UpdateOptionStates() {
   const OptionStates states = StatesFor(Selections());
   ApplyLayout(states);
-  Apply(states);
+  for (const Dependent& dependent : dependents_) {
+    dependent.Control->setEnabled(states.*dependent.State);
+    const QString need = TextOf(NeedOf(states, dependent.State)).simplified();
+    SayWhy(dependent.Control, need.isEmpty() ? QString() : tr("Needs “%1”").arg(need));
+  }
+  MarkSequence();
 }
 
 void OptionControls::ApplyLayout(const OptionStates& states) {
@@ -263,29 +339,16 @@ void OptionControls::ApplyLayout(const OptionStates& states) {
   for (Buttons* step : sequence_) step->SetShownButtons(states.LockButtons);
 }
 
-void OptionControls::Apply(const OptionStates& states) {
-  ui_->NoButtonTimeOut->setEnabled(states.NoButtonTimeOut);
-  ui_->LockNoButtonCheck->setEnabled(states.LockNoButton);
-  ui_->LockNoButtonCheck->setToolTip(
-      states.LockNoButton ? QString() : tr("Needs “%1”").arg(ui_->TurnOffNoButtonCheck->text()));
-  ui_->AudioPowerDown->setEnabled(states.PowerDownTime);
-
-  ui_->ScreenTimes->setEnabled(states.ScreenTimes);
-  ui_->ScreenUseVolumeCheck->setEnabled(states.ScreenUseVolume);
-  ui_->LiftTimes->setEnabled(states.LiftTimes);
-  ui_->PowerAndScreenTimes->setEnabled(states.PowerAndScreenTimes);
-  ui_->AllowVolumeWhenOffCheck->setEnabled(states.AllowVolumeWhenOff);
-
-  ui_->RoomSensorOptions->setEnabled(states.RoomSensor);
-  ui_->LockOnRoomEmptyCheck->setEnabled(states.RoomSensor);
-  ui_->LockOnRoomEmptyCheck->setToolTip(
-      states.RoomSensor ? QString() : tr("Needs “%1”").arg(ui_->ControlInputOption_3->text()));
-  ui_->RoomEmptyPeriod->setEnabled(states.LockOnRoomEmptyPeriod);
-  ui_->FrontPanelPeriod->setEnabled(states.LockOnFrontPanelPeriod);
-
-  ui_->PC1AudioOptions->setEnabled(ui_->UsePC1Check->isChecked());
-  ui_->PC2AudioOptions->setEnabled(ui_->UsePC2Check->isChecked());
-  ui_->VideoAudioOptions->setEnabled(ui_->UseVideoCheck->isChecked());
+// A step whose picture this type does not have shows nothing as chosen: the mark says what is stored.
+void OptionControls::MarkSequence() {
+  const int chosen = Option2->checkedId();
+  const int type = chosen >= 0 ? chosen : kTlVox;  // as it would be stored
+  for (std::size_t i = 0; i < sequence_.size(); ++i) {
+    const QString why = QString::fromStdString(WhyNotPressed(sequence_[i]->Value(), type));
+    marks_[i]->setText(why);
+    marks_[i]->setVisible(!why.isEmpty());
+    sequence_[i]->setAccessibleDescription(why);
+  }
 }
 
 }  // namespace qdm

@@ -12,6 +12,7 @@
 
 class QButtonGroup;
 class QCheckBox;
+class QLabel;
 
 namespace Ui {
 class OptionControls;
@@ -22,6 +23,7 @@ namespace qdm {
 class Buttons;
 class IntegerEntry;
 enum OutputsOptionValue : std::int16_t;
+class SpinEntry;
 struct OptionSelections;
 struct OptionStates;
 struct OutputTimeLabels;
@@ -45,8 +47,10 @@ class OptionControls : public QWidget {
 
  Q_SIGNALS:
   void ControllerTypeChosen(int type);
-  // The user has changed something, or may have.
+  // The user has chosen something.
   void Changed();
+  // The user is typing or stepping a number.
+  void Typed();
 
  private:
   struct Entry {
@@ -64,13 +68,22 @@ class OptionControls : public QWidget {
     IntegerEntry* Down;
   };
 
+  // What is enabled or not as a whole, labels included.
+  struct Dependent {
+    QWidget* Control;
+    bool OptionStates::*State;
+  };
+
   void MakeTypeButtons();
   void ListControls();
+  void ListDependents();
+  void NameControls();
   void ConnectControls();
 
   void Option2_Click(int type);
   void OutputsOption_Click();
   void Time_Change(const TimePair& changed);
+  void BindTimesAs(const TimePair& changed);
 
   void ShowAudioRouting(std::int16_t routing);
   std::int16_t SelectedAudioRouting() const;
@@ -78,14 +91,16 @@ class OptionControls : public QWidget {
   const TimePair& CurrentTimes() const;
   OptionSelections Selections() const;
   void ApplyLayout(const OptionStates& states);
-  void Apply(const OptionStates& states);
+  void MarkSequence();
 
   std::unique_ptr<Ui::OptionControls> ui_;
   QButtonGroup* Option2;  // ids are controller types
   std::vector<Entry> entries_;
   std::vector<Check> checks_;
   std::array<TimePair, 3> times_{};
+  std::vector<Dependent> dependents_;
   std::array<Buttons*, 4> sequence_{};
+  std::array<QLabel*, 4> marks_{};  // what is wrong with a step
   std::array<QButtonGroup*, 3> audio_{};
 };
 

@@ -2,28 +2,25 @@
 
 #include "config/configuration_file.h"
 #include "config/configuration_rules.h"
+#include "config/configuration_words.h"
 #include "config/version.h"
+#include "forms/editor/changed_file.h"
 #include "forms/editor/projector_reconciliation.h"
 #include "forms/editor/recent_files.h"
 #include "forms/editor/unsaved_work.h"
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "projectors/library_file.h"
-#include "projectors/projector_files.h"
 #include "ui_projector_panel_editor.h"
 
-#include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QMimeData>
-#include <QScreen>
+#include <QScopedValueRollback>
 #include <QSettings>
-#include <QShortcut>
-#include <QTimer>
-#include <QToolButton>
+#include <QStandardPaths>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -33,13 +30,10 @@
 namespace qdm {
 namespace {
 
-const QString kGeometryKey = QStringLiteral("mainWindow/geometry");
-const QString kSplitterKey = QStringLiteral("mainWindow/splitter");
-constexpr QSize kFirstSize(1366, 730);
-constexpr int kTreeWidth = 240;
-constexpr int kNarrowTreeWidth = 160;
+const QString kFolderKey = QStringLiteral("lastFolder");
 
 const Message kSaved{"QDM configuration saved", "File Saved.", MessageIcon::None};
+
 QString StartTitle() { return QStringLiteral("Brevan QDM Editor ") + QString::fromStdString(VersionText()); }
 
 // "Boardroom.BVC (/home/me/panels)": the name first, since the end is what a narrow window cuts.
@@ -48,103 +42,7 @@ QString NameAndFolder(const QString& fileName) {
   return QStringLiteral("%1 (%2)").arg(file.fileName(), QDir::toNativeSeparators(file.absolutePath()));
 }
 
-bool HasSuffix(const QString& fileName, const char* suffix) {
-  return fileName.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
-}
-
-QString DroppedFile(const QMimeData* data) {
-  for (const QUrl& url : data->urls()) {
-    const QString fileName = url.toLocalFile();
-    if (HasSuffix(fileName, ".BVC") || HasSuffix(fileName, ".BVD")) return fileName;
-  }
-  return {};
-}
-
 }  // namespace
-
-ProjectorPanelEditor::ProjectorPanelEditor(Globals& globals, UserPrompts& prompts, QSettings& settings,
-                                           EditorWindows windows)
-    : globals_(globals),
-      prompts_(prompts),
-      settings_(settings),
-      windows_(std::move(windows)),
-      ui_(std::make_unique<Ui::ProjectorPanelEditor>()),
-      recentFiles_(new RecentFiles(settings, this)) {
-  ui_->setupUi(this);
-  ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
-  ui_->Filter->SetView(ui_->TreeView1);
-  SetUpToolbar();
-  ConnectControls();
-  RestoreWindow();
-}
-
-ProjectorPanelEditor::~ProjectorPanelEditor() = default;
-
-void ProjectorPanelEditor::SetUpToolbar() {
-  auto* open = qobject_cast<QToolButton*>(ui_->Toolbar1->widgetForAction(ui_->OPEN));
-  open->setPopupMode(QToolButton::MenuButtonPopup);
-  open->setMenu(recentFiles_);
-  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O), this), &QShortcut::activated, open,
-          &QToolButton::showMenu);
-  for (QAction* action : ui_->Toolbar1->actions()) {
-    ui_->Toolbar1->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
-  }
-  // An action without a tip shows its text as one.
-  ui_->Toolbar1->widgetForAction(ui_->EXIT)->setToolTip({});
-
-  const struct {
-    QAction* Action;
-    bool There;
-  } windows[] = {{ui_->EDITPROJECTOR, windows_.Selector != nullptr},
-                 {ui_->DOWNLOAD, windows_.Download != nullptr},
-                 {ui_->HELP, windows_.Help != nullptr},
-                 {ui_->ABOUT, windows_.About != nullptr}};
-  for (const auto& window : windows) {
-    if (window.There) continue;
-    window.Action->setEnabled(false);
-    window.Action->setToolTip(tr("%1: not available in this version").arg(window.Action->toolTip()));
-  }
-  ui_->StatusBar->EnableFindPanel(windows_.FindPanel != nullptr);
-}
-
-void ProjectorPanelEditor::ConnectControls() {
-  connect(ui_->NEW, &QAction::triggered, this, &ProjectorPanelEditor::New);
-  connect(ui_->OPEN, &QAction::triggered, this, &ProjectorPanelEditor::Open);
-  connect(ui_->SAVE, &QAction::triggered, this, &ProjectorPanelEditor::Save);
-  connect(ui_->SAVEAS, &QAction::triggered, this, &ProjectorPanelEditor::SaveAs);
-  connect(ui_->EDITPROJECTOR, &QAction::triggered, this, &ProjectorPanelEditor::EditProjector);
-  connect(ui_->DOWNLOAD, &QAction::triggered, this, &ProjectorPanelEditor::Download);
-  connect(ui_->EXIT, &QAction::triggered, this, &ProjectorPanelEditor::Exit);
-  connect(ui_->HELP, &QAction::triggered, this, &ProjectorPanelEditor::Help);
-  connect(ui_->ABOUT, &QAction::triggered, this, &ProjectorPanelEditor::About);
-  connect(ui_->StatusBar, &EditorStatusBar::FindPanel_Click, this, &ProjectorPanelEditor::FindPanel);
-  connect(recentFiles_, &RecentFiles::Chosen, this, &ProjectorPanelEditor::RecentFile_Click);
-
-  connect(ui_->TreeView1, &ProjectorTree::ElementChosen, this, &ProjectorPanelEditor::TreeView1_NodeClick);
-  connect(ui_->Filter, &QLineEdit::textChanged, this, &ProjectorPanelEditor::Filter_Change);
-  connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, ui_->Filter,
-          [this] { ui_->Filter->setFocus(Qt::ShortcutFocusReason); });
-
-  connect(ui_->Options, &OptionControls::ControllerTypeChosen, this,
-          [this](int type) { record_.ControllerType = static_cast<std::int16_t>(type); });
-  connect(ui_->Options, &OptionControls::Changed, this, &ProjectorPanelEditor::Options_Change);
-}
-
-void ProjectorPanelEditor::RestoreWindow() {
-  // A dropped file is for the window, not its name for the entry that it falls on.
-  for (QLineEdit* entry : findChildren<QLineEdit*>()) entry->setAcceptDrops(false);
-  ui_->Splitter->setStretchFactor(0, 0);
-  ui_->Splitter->setStretchFactor(1, 1);
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
-  // On a narrow screen the options go first: they are of no use cut.
-  const QMargins around = ui_->CentreLayout->contentsMargins();
-  const int spare = width() - around.left() - around.right() - ui_->Splitter->handleWidth() -
-                    ui_->Options->minimumSizeHint().width();
-  const int tree = std::clamp(spare, kNarrowTreeWidth, kTreeWidth);
-  ui_->Splitter->setSizes({tree, width() - tree});
-  restoreGeometry(settings_.value(kGeometryKey).toByteArray());
-  ui_->Splitter->restoreState(settings_.value(kSplitterKey).toByteArray());
-}
 
 void ProjectorPanelEditor::Form_Load() {
   RefreshTitle();
@@ -155,14 +53,11 @@ void ProjectorPanelEditor::Form_Load() {
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
   }
-  ui_->TreeView1->Rebuild();
+  RebuildTree();
   ShowRecordInControls();
-  if (const QString kept = TakeUnsavedWork(settings_); !kept.isEmpty()) {
-    ShowStatus(tr("What was not saved at the last exit is kept in %1").arg(NameAndFolder(kept)));
-  }
 }
 
-void ProjectorPanelEditor::OpenNamedFile(QString commandLine) {
+void ProjectorPanelEditor::OpenNamedFile(QString commandLine, const QStringList& others) {
   if (commandLine.startsWith(QLatin1Char('"'))) {
     commandLine.remove(0, 1);
     if (commandLine.endsWith(QLatin1Char('"'))) commandLine.chop(1);
@@ -176,6 +71,9 @@ void ProjectorPanelEditor::OpenNamedFile(QString commandLine) {
   } else {
     ShowStatus(tr("Not opened, since it is no existing *.BVC or *.BVD file: %1").arg(commandLine));
   }
+  if (others.isEmpty()) return;
+  const QString told = tr("Not opened, since one file is open at a time: %1. %2");
+  ShowStatus(told.arg(others.join(QLatin1String(", ")), ui_->StatusBar->Text()));
 }
 
 void ProjectorPanelEditor::New() {
@@ -189,7 +87,8 @@ void ProjectorPanelEditor::New() {
 
 void ProjectorPanelEditor::Open() {
   if (!MayDiscard()) return;
-  if (const std::optional<QString> chosen = prompts_.OpenFile(this, kConfigurationFileFilter)) {
+  if (const std::optional<QString> chosen =
+          prompts_.OpenFile(this, kConfigurationFileFilter, StartFolder())) {
     OpenConfiguration(*chosen);
   }
 }
@@ -199,27 +98,44 @@ bool ProjectorPanelEditor::Save() {
   if (fileName_.isEmpty()) return SaveAs();
   if (!CheckConfiguration()) return false;
   StoreControlsToRecord();
-  return WriteRecord(fileName_, OldTail::Dropped);
+  switch (AskBeforeSavingOver(prompts_, this, fileName_, onDisk_, record_)) {
+    case SavingOver::Mine:
+      return WriteRecord(fileName_, OldTail::Dropped);
+    case SavingOver::SaveAs:
+      return SaveAs();
+    case SavingOver::OpenTheirs:
+      OpenConfiguration(fileName_);
+      break;
+    case SavingOver::Cancel:
+      break;
+  }
+  return false;
 }
 
 bool ProjectorPanelEditor::SaveAs() {
   if (!CheckConfiguration()) return false;
   StoreControlsToRecord();
-  const std::optional<QString> chosen = prompts_.SaveFile(this, kConfigurationFileFilter);
+  const std::optional<QString> chosen = prompts_.SaveFile(this, kConfigurationFileFilter, StartFolder());
   return chosen && WriteRecord(*chosen, OldTail::Kept);
 }
 
 bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
   try {
-    WriteConfiguration(ToPath(fileName), record_, tail);
+    const auto slow = [this, &fileName] { ShowStatus(tr("Still saving %1").arg(NameAndFolder(fileName))); };
+    DoBusy([&] { WriteConfiguration(ToPath(fileName), record_, tail); }, slow);
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
     return false;
   }
-  fileName_ = fileName;
+  BecomeFile(fileName);
+  onDisk_ = record_;
+  notAsStored_.clear();
   SetBaseline();
-  recentFiles_->Add(fileName);
-  ShowStatus(tr("Saved %1").arg(NameAndFolder(fileName)));
+  history_.EndTyping();
+  if (!keptFile_.isEmpty()) DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
+  QStringList told{tr("Saved %1").arg(NameAndFolder(fileName))};
+  for (const std::string& warning : WarningsAbout(record_)) told.prepend(QString::fromStdString(warning));
+  ShowStatus(told.join(QLatin1String(". ")));
   prompts_.Show(this, kSaved);
   RefreshTitle();
   return true;
@@ -227,17 +143,39 @@ bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
 
 bool ProjectorPanelEditor::OpenConfiguration(const QString& fileName) {
   try {
-    record_ = ReadConfiguration(ToPath(fileName));
+    const auto slow = [this, &fileName] { ShowStatus(tr("Still opening %1").arg(NameAndFolder(fileName))); };
+    PanelConfiguration read;
+    DoBusy([&] { read = ReadConfiguration(ToPath(fileName)); }, slow);
+    record_ = read;
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
     return false;
   }
+  onDisk_ = record_;
   ShowRecordInControls();
-  fileName_ = fileName;
+  BecomeFile(fileName);
   RefreshTitle();
-  recentFiles_->Add(fileName);
-  ShowStatus(tr("Opened %1").arg(NameAndFolder(fileName)));
+  QStringList told{tr("Opened %1").arg(NameAndFolder(fileName))};
+  for (const DifferenceText& value : notAsStored_) {
+    told.prepend(tr("%1: %2 would be saved as %3")
+                     .arg(QString::fromStdString(value.Field), QString::fromStdString(value.First),
+                          QString::fromStdString(value.Second)));
+  }
+  ShowStatus(told.join(QLatin1String(". ")));
   return true;
+}
+
+void ProjectorPanelEditor::BecomeFile(const QString& fileName) {
+  fileName_ = fileName;
+  recentFiles_->Add(fileName);
+  settings_.setValue(kFolderKey, QFileInfo(fileName).absolutePath());
+}
+
+QString ProjectorPanelEditor::StartFolder() const {
+  if (!fileName_.isEmpty()) return QFileInfo(fileName_).absolutePath();
+  const QString last = settings_.value(kFolderKey).toString();
+  const bool there = !last.isEmpty() && QFileInfo(last).isDir();
+  return there ? last : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
 void ProjectorPanelEditor::RecentFile_Click(const QString& fileName) {
@@ -246,53 +184,143 @@ void ProjectorPanelEditor::RecentFile_Click(const QString& fileName) {
 
 void ProjectorPanelEditor::EditProjector() {
   windows_.Selector(this);
-  ui_->TreeView1->Rebuild();
+  RebuildTree();
   OfferNewVersion(globals_, prompts_, this, record_.Projector);
   ShowProjector();
+  NoteChange(ConfigurationHistory::Change::Step);
 }
 
 // Stored first, then checked: what is downloaded is what is seen.
 void ProjectorPanelEditor::Download() {
   StoreControlsToRecord();
-  if (CheckConfiguration()) windows_.Download(this, record_);
+  if (!CheckConfiguration()) return;
+  if (const std::string why = WhyNotUnlocked(record_); !why.empty()) {
+    const QString question = tr("%1.\r\nDo you want to download it all the same?");
+    if (!prompts_.AskYesNo(this, {question.arg(QString::fromStdString(why)).toStdString(),
+                                  tr("Unlock Sequence").toStdString(), MessageIcon::Question})) {
+      return;
+    }
+  }
+  windows_.Download(this, record_);
 }
 
-// Never asks: what was not saved goes to a file of its own.
+// Never asks, unless what was not saved cannot be kept in a file of its own.
 void ProjectorPanelEditor::Exit() {
-  try {
-    if (Modified()) KeepUnsavedWork(globals_.DataFolder, RecordAsShown(), settings_);
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-    return;
+  if (!KeepWork()) {
+    const QString question = tr("What is not saved cannot be kept in %1.");
+    const QString folder = QString::fromStdString(PathToUtf8(globals_.DataFolder));
+    if (prompts_.Choose(
+            this,
+            {question.arg(QDir::toNativeSeparators(folder)).toStdString(), "Sorry", MessageIcon::Exclamation},
+            {tr("&Exit anyway"), tr("&Stay")}, 1) == 1) {
+      return;
+    }
   }
   exiting_ = true;
   close();
+}
+
+bool ProjectorPanelEditor::KeepWork() noexcept {
+  try {
+    const PanelConfiguration shown = RecordAsShown();
+    if (!Modified() || kept_ == shown) return true;
+    if (!keptFile_.isEmpty()) DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
+    keptFile_ = KeepUnsavedWork(globals_.DataFolder, shown, settings_);
+    kept_ = shown;
+    recentFiles_->Add(keptFile_);
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+void ProjectorPanelEditor::OfferKeptWork() {
+  for (const QString& file : KeptWork(settings_)) {
+    const QString text =
+        tr("What was not saved when the editor ended is kept in %1.").arg(NameAndFolder(file));
+    switch (prompts_.Choose(this,
+                            {text.toStdString(), tr("Unsaved Work").toStdString(), MessageIcon::Question},
+                            {tr("&Open"), tr("&Later"), tr("&Discard")}, 1)) {
+      case 0:
+        if (!MayDiscard() || !OpenConfiguration(file)) return;
+        ForgetKeptWork(file, settings_);
+        return;  // the others at the next start: one configuration is open at a time
+      case 2:
+        DiscardKeptWork(file, settings_);
+        recentFiles_->Remove(file);
+        break;
+      default:
+        break;
+    }
+  }
 }
 
 void ProjectorPanelEditor::Help() { windows_.Help(this); }
 void ProjectorPanelEditor::About() { windows_.About(this); }
 void ProjectorPanelEditor::FindPanel() { windows_.FindPanel(this); }
 
+void ProjectorPanelEditor::Undo() {
+  NoteChange(ConfigurationHistory::Change::Step);
+  history_.Undo();
+  NoteChange(ConfigurationHistory::Change::Step);
+}
+
+void ProjectorPanelEditor::Redo() {
+  history_.Redo();
+  NoteChange(ConfigurationHistory::Change::Step);
+}
+
 void ProjectorPanelEditor::TreeView1_NodeClick(std::size_t element) {
   record_.Projector = globals_.ProjectorDatabase[element];
   ShowProjector();
+  NoteChange(ConfigurationHistory::Change::Step);
+}
+
+// By key as well: what is lit is what is chosen. Going through the tree is one step.
+void ProjectorPanelEditor::TreeView1_SelectionChange() {
+  if (showingProjector_) return;
+  const std::optional<std::size_t> element = ui_->TreeView1->SelectedElement();
+  if (!element) return;
+  record_.Projector = globals_.ProjectorDatabase[*element];
+  ShowProjector();
+  NoteChange(ConfigurationHistory::Change::Typing);
 }
 
 void ProjectorPanelEditor::Filter_Change(const QString& text) {
+  const QScopedValueRollback showing(showingProjector_, true);
   ui_->TreeView1->SetFilter(text);
   ui_->TreeView1->SelectProjector(record_.Projector);
 }
 
-void ProjectorPanelEditor::Options_Change() { ui_->StatusBar->ShowUnsaved(Modified()); }
+void ProjectorPanelEditor::NoteChange(ConfigurationHistory::Change change) {
+  history_.Note(RecordAsShown(), change);
+  ui_->StatusBar->ShowUnsaved(Modified());
+  ShowToolTips();
+}
 
 void ProjectorPanelEditor::ShowRecordInControls() {
+  const PanelConfiguration stored = record_;
   ui_->Options->ShowRecordInControls(record_);
+  notAsStored_ = DifferencesInWords(stored, RecordAsShown());
   SetBaseline();
+  history_.Begin(baseline_);
   ShowProjector();
   if (ReconcileProjector(globals_, prompts_, this, record_.Projector)) {
-    ui_->TreeView1->Rebuild();
+    RebuildTree();
     ShowProjector();
   }
+  NoteChange(ConfigurationHistory::Change::Step);
+}
+
+// The numbers that were never stored stay in the controls, where the check before saving does not see them.
+void ProjectorPanelEditor::Restore(const PanelConfiguration& past) {
+  record_.Projector = past.Projector;
+  record_.ControllerType = past.ControllerType;
+  record_.OutputsOption = past.OutputsOption;
+  record_.ControlInputOption = past.ControlInputOption;
+  PanelConfiguration shown = past;
+  ui_->Options->ShowRecordInControls(shown);
+  ShowProjector();
 }
 
 void ProjectorPanelEditor::StoreControlsToRecord() { ui_->Options->StoreControlsToRecord(record_); }
@@ -307,13 +335,15 @@ void ProjectorPanelEditor::ShowProjector() {
   const ProjectorDefinition& projector = record_.Projector;
   ui_->ProjectorLabel->setText(QString::fromStdString(ProjectorLabelText(projector)));
   ui_->NotesText->setPlainText(HasBothNames(projector) ? ToQString(projector.Notes.Trimmed()) : QString());
+  const QScopedValueRollback showing(showingProjector_, true);
   ui_->TreeView1->SelectProjector(projector);
-  Options_Change();
 }
 
 void ProjectorPanelEditor::RefreshTitle() {
-  setWindowTitle(fileName_.isEmpty() ? StartTitle()
-                                     : QString::fromStdString(TitleOfFile(fileName_.toStdString())));
+  QString title =
+      fileName_.isEmpty() ? StartTitle() : QString::fromStdString(TitleOfFile(fileName_.toStdString()));
+  // Once, it would be the place of a mark for changes.
+  setWindowTitle(title.replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
 void ProjectorPanelEditor::ShowStatus(const QString& text) { ui_->StatusBar->ShowText(text); }
@@ -326,16 +356,19 @@ PanelConfiguration ProjectorPanelEditor::RecordAsShown() const {
 
 void ProjectorPanelEditor::SetBaseline() {
   baseline_ = RecordAsShown();
-  Options_Change();
+  ui_->StatusBar->ShowUnsaved(Modified());
 }
 
-bool ProjectorPanelEditor::Modified() const { return RecordAsShown() != baseline_; }
+bool ProjectorPanelEditor::Modified() const { return !notAsStored_.empty() || RecordAsShown() != baseline_; }
 
 bool ProjectorPanelEditor::MayDiscard() {
   if (!Modified()) return true;
-  const std::string name = fileName_.isEmpty() ? "The new configuration" : windowTitle().toStdString();
-  switch (prompts_.AskSave(this, {name + " has been changed.\r\nDo you want to save it first?",
-                                  "Save Changes?", MessageIcon::Question})) {
+  const QString question =
+      fileName_.isEmpty() ? tr("The new configuration has been changed.\r\nDo you want to save it first?")
+                          : tr("%1 has been changed.\r\nDo you want to save it first?")
+                                .arg(QString::fromStdString(TitleOfFile(fileName_.toStdString())));
+  switch (prompts_.AskSave(
+      this, {question.toStdString(), tr("Save Changes?").toStdString(), MessageIcon::Question})) {
     case SaveAnswer::Save:
       return Save();
     case SaveAnswer::DontSave:
@@ -349,38 +382,14 @@ bool ProjectorPanelEditor::MayDiscard() {
 void ProjectorPanelEditor::ImportProjectors(const QString& fileName) {
   const auto taken = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName));
   if (taken) SaveLibrary(globals_, prompts_, this);
-  ui_->TreeView1->Rebuild();
+  RebuildTree();
   ShowStatus((taken ? tr("Imported projectors from %1") : tr("Nothing imported from %1"))
                  .arg(NameAndFolder(fileName)));
 }
 
-void ProjectorPanelEditor::closeEvent(QCloseEvent* event) {
-  if (!exiting_ && !MayDiscard()) {
-    event->ignore();
-    return;
-  }
-  settings_.setValue(kGeometryKey, saveGeometry());
-  settings_.setValue(kSplitterKey, ui_->Splitter->saveState());
-  event->accept();
-}
-
-void ProjectorPanelEditor::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
-}
-
-// A box inside the drop would hold up the program that the file came from.
-void ProjectorPanelEditor::dropEvent(QDropEvent* event) {
-  const QString fileName = DroppedFile(event->mimeData());
-  event->acceptProposedAction();
-  QTimer::singleShot(0, this, [this, fileName] { OpenDropped(fileName); });
-}
-
-void ProjectorPanelEditor::OpenDropped(const QString& fileName) {
-  if (HasSuffix(fileName, ".BVD")) {
-    ImportProjectors(fileName);
-  } else if (MayDiscard()) {
-    OpenConfiguration(fileName);
-  }
+void ProjectorPanelEditor::RebuildTree() {
+  const QScopedValueRollback showing(showingProjector_, true);
+  ui_->TreeView1->Rebuild();
 }
 
 }  // namespace qdm

@@ -5,14 +5,18 @@
 #pragma once
 
 #include "base/file_access.h"
+#include "forms/editor/configuration_history.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
+#include "projectors/difference_text.h"
 
 #include <QMainWindow>
 
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 class QSettings;
 
@@ -44,16 +48,24 @@ class ProjectorPanelEditor : public QMainWindow {
   // Loads the library and shows a new configuration.
   void Form_Load();
   // What stands on the command line, perhaps in double quotes: a *.BVC is opened, a *.BVD imported. Endings
-  // in lower case and files that do not exist are left alone.
-  void OpenNamedFile(QString commandLine);
+  // in lower case and files that do not exist are left alone. `others` are only named in the status line.
+  void OpenNamedFile(QString commandLine, const QStringList& others = {});
+  // Asks what is to become of work that was kept when the editor ended, until it is opened or discarded.
+  void OfferKeptWork();
+  // Keeps what is not saved in a file of its own, once. False, without a word, when that is impossible.
+  bool KeepWork() noexcept;
+  // For who ends the program: closing asks nothing from here on.
+  void LeaveUnasked() { exiting_ = true; }
 
   const PanelConfiguration& Configuration() const { return record_; }
   const QString& FileName() const { return fileName_; }
-  // Something was changed since the configuration was shown or saved.
+  // Something is to be saved: a change, or a stored value that no control can show as it is.
   bool Modified() const;
   void ShowStatus(const QString& text);
 
  protected:
+  void changeEvent(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -62,6 +74,8 @@ class ProjectorPanelEditor : public QMainWindow {
   void SetUpToolbar();
   void ConnectControls();
   void RestoreWindow();
+  void FitToScreen();
+  void ShowToolTips();
 
   void New();
   void Open();
@@ -73,11 +87,14 @@ class ProjectorPanelEditor : public QMainWindow {
   void Help();
   void About();
   void FindPanel();
+  void Undo();
+  void Redo();
 
   void TreeView1_NodeClick(std::size_t element);
+  void TreeView1_SelectionChange();
   void Filter_Change(const QString& text);
   void RecentFile_Click(const QString& fileName);
-  void Options_Change();
+  void NoteChange(ConfigurationHistory::Change change);
 
   void ShowRecordInControls();
   void StoreControlsToRecord();
@@ -89,11 +106,16 @@ class ProjectorPanelEditor : public QMainWindow {
   bool MayDiscard();
   bool OpenConfiguration(const QString& fileName);
   bool WriteRecord(const QString& fileName, OldTail tail);
+  void BecomeFile(const QString& fileName);
+  QString StartFolder() const;
+  void RebuildTree();
+  void ReadLibraryAgain();
   void ImportProjectors(const QString& fileName);
   void OpenDropped(const QString& fileName);
 
   PanelConfiguration RecordAsShown() const;
   void SetBaseline();
+  void Restore(const PanelConfiguration& past);
 
   Globals& globals_;
   UserPrompts& prompts_;
@@ -104,7 +126,13 @@ class ProjectorPanelEditor : public QMainWindow {
 
   PanelConfiguration record_;
   PanelConfiguration baseline_;  // the record as the controls showed it when it was opened or saved
-  QString fileName_;             // empty for a configuration that has never been saved or opened
+  PanelConfiguration onDisk_;    // what the file held when it was opened or saved
+  std::vector<DifferenceText> notAsStored_;  // values that the controls show otherwise than the file has them
+  ConfigurationHistory history_;
+  QString fileName_;  // empty for a configuration that has never been saved or opened
+  QString keptFile_;  // where the work was kept, in case that something happens
+  std::optional<PanelConfiguration> kept_;
+  bool showingProjector_ = false;  // the tree is being told, not the user
   bool exiting_ = false;
 };
 

@@ -1,8 +1,10 @@
-// What EXIT does with a configuration that was not saved: keeps it in the data folder, beside those of
-// earlier times, and leaves word of it for the next start.
+// What becomes of a configuration that was not saved when the editor ends, or when something went wrong: it
+// is kept in the data folder, beside those of earlier times, and the next start offers it until somebody has
+// opened or discarded it.
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <filesystem>
 
@@ -12,11 +14,15 @@ namespace qdm {
 
 struct PanelConfiguration;
 
-// "Unsaved.BVC", "Unsaved 2.BVC", ... FileError when it cannot be written.
-void KeepUnsavedWork(const std::filesystem::path& folder, const PanelConfiguration& configuration,
-                     QSettings& settings);
+// "Unsaved.BVC", "Unsaved 2.BVC", ...; gives the file's name. FileError when it cannot be written.
+QString KeepUnsavedWork(const std::filesystem::path& folder, const PanelConfiguration& configuration,
+                        QSettings& settings);
 
-// The file that the last EXIT kept, named once; empty when there is none.
-QString TakeUnsavedWork(QSettings& settings);
+// The files that wait for somebody, newest first.
+QStringList KeptWork(QSettings& settings);
+// It has been opened; the file stays.
+void ForgetKeptWork(const QString& fileName, QSettings& settings);
+// It is no longer wanted, or has been saved under a name: the file goes as well.
+void DiscardKeptWork(const QString& fileName, QSettings& settings);
 
 }  // namespace qdm

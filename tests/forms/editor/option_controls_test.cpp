@@ -10,7 +10,9 @@
 #include "support/distinct_configuration.h"
 #include "support/random_seed.h"
 
+#include <QAccessible>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -41,7 +43,12 @@ class Options : public testing::Test {
   bool Shown(const char* name) { return Get<QWidget>(name).isVisible(); }
   bool Ticked(const char* name) { return Get<QAbstractButton>(name).isChecked(); }
   int Number(const char* name) { return Get<IntegerEntry>(name).Value(); }
-  std::string Label(const char* name) { return Get<QWidget>(name).accessibleName().toStdString(); }
+  std::string Tip(const char* name) { return Get<QWidget>(name).toolTip().toStdString(); }
+  // The name of a number in its range messages.
+  std::string Label(const char* name) {
+    const auto& text = Child<QLineEdit>(Get<QWidget>(name), "Text1");
+    return text.toolTip().section(QStringLiteral(": "), 0, 0).toStdString();
+  }
   void Type(const char* name, const char* text) {
     auto& entry = Child<QLineEdit>(Get<QWidget>(name), "Text1");
     entry.setFocus();
@@ -145,6 +152,7 @@ TEST_F(Options, ShowEachFieldInItsControl) {
     const OptionRange& range = RangeOf(entry.Field);
     auto& control = Get<IntegerEntry>(entry.Control);
     EXPECT_EQ(control.Value(), record_.*entry.Field);
+    control.SetReason({});  // which a disabled one gives instead of its range
     EXPECT_EQ(Label(entry.Control), *entry.Label != 0 ? entry.Label : range.Label);
     control.SetValue(-1000);
     EXPECT_EQ(control.Value(), range.Low);
@@ -192,6 +200,8 @@ TEST_F(Options, KeepAHiddenStepOfTheSequence) {
   record_.LockSequence = {0, 1, 4, 5};
   Show();
   Press("Option2_2");
+  EXPECT_EQ(Get<QLabel>("Buttons1_1Mark").text(), QStringLiteral("Volume down: not on a QDM 4"));
+  EXPECT_FALSE(Shown("Buttons1_2Mark"));
   Press("Option2_3");
   EXPECT_EQ(Stored().LockSequence, record_.LockSequence);
 }
@@ -259,12 +269,38 @@ TEST_F(Options, KeepWhatIsDisabledAndSayWhy) {
   record_.ControlInputOption = kControlInputRoomPir;
   record_.RoomTimeout = 44;
   record_.LockOnRoomEmpty = -1;
+  record_.AudioTurnsOnAmplifier = record_.UsePC1 = record_.UsePC2 = record_.UseVideo = 0;
   Show();
-  EXPECT_EQ(Get<QWidget>("LockOnRoomEmptyCheck").toolTip(), QString());
+  EXPECT_EQ(Tip("LockOnRoomEmptyCheck"), "");
   Press("ControlInputOption_0");
-  EXPECT_NE(Get<QWidget>("LockOnRoomEmptyCheck").toolTip(), QString()) << "the reason is not in sight";
+  EXPECT_EQ(Tip("LockOnRoomEmptyCheck"), "Needs “Use as room PIR power down”");
   EXPECT_EQ(Stored().RoomTimeout, 44);
   EXPECT_EQ(Stored().LockOnRoomEmpty, -1) << "disabled is not unticked";
+
+  QStringList captions;
+  for (const auto* button : controls_.findChildren<QAbstractButton*>())
+    captions << button->text().simplified();
+  for (const QWidget* control : controls_.findChildren<QWidget*>()) {
+    if (control->isEnabled() ||
+        !(qobject_cast<const QAbstractButton*>(control) || qobject_cast<const SpinEntry*>(control)))
+      continue;
+    if (qobject_cast<const SpinEntry*>(control->parentWidget())) continue;  // its arrows
+    const QString why = control->accessibleDescription();
+    EXPECT_TRUE(captions.contains(why.section(QStringLiteral("“"), 1).chopped(1))) << qPrintable(why);
+    EXPECT_EQ(control->toolTip(), why) << qPrintable(control->objectName());
+  }
+}
+
+TEST_F(Options, AreHeardAsTheyAreSeen) {
+  const char* const names[][2] = {{"ScreenDownTime", "Screen Down"},
+                                  {"VolumeMax", "dB Maximum"},
+                                  {"NoButtonTimeOut", "Turn off after no button presses for"},
+                                  {"OutputsOption_1", "Outputs: Use to control screen"}};
+  for (const auto& [control, name] : names) {
+    EXPECT_EQ(Get<QWidget>(control).accessibleName().toStdString(), name);
+  }
+  auto* picture = Get<Buttons>("Buttons1_0").findChild<QWidget*>(QStringLiteral("Option1_2"));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(picture)->role(), QAccessible::RadioButton);
 }
 
 TEST_F(Options, StoreNoPowerDownAsZero) {

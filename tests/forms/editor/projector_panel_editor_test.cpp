@@ -3,6 +3,7 @@
 #include "config/configuration_file.h"
 #include "config/version.h"
 #include "forms/controls/integer_entry.h"
+#include "forms/editor/unsaved_work.h"
 #include "forms/projectors/library_fixture.h"
 #include "forms/projectors/projector_tree.h"
 #include "forms/shared/qt_text.h"
@@ -44,6 +45,7 @@ class Editor : public LibraryFixture {
     window_->Form_Load();
     window_->show();
     window_->OpenNamedFile(commandLine);
+    window_->OfferKeptWork();
     return *window_;
   }
 
@@ -257,12 +259,13 @@ TEST_F(Editor, NamesItsCommandsAsEstablishedAndSaysWhichHaveNoWindow) {
     if (!action->isSeparator())
       tips << action->objectName() + QLatin1Char('=') + bar.widgetForAction(action)->toolTip();
   }
-  EXPECT_EQ(
-      tips.join(QLatin1Char('|')).toStdString(),
-      "NEW=Start New Configuration|OPEN=Open Existing Configuration|SAVE=Save Configuration|"
-      "SAVEAS=Save Configuration As New File|EDITPROJECTOR=Edit projectors|"
-      "DOWNLOAD=Donload Configuration to Controller|EXIT=|HELP=Diplay help: not available in this version|"
-      "ABOUT=Display information about this program: not available in this version");
+  EXPECT_EQ(tips.join(QLatin1Char('|')).toStdString(),
+            "NEW=Start New Configuration (Ctrl+N)|OPEN=Open Existing Configuration (Ctrl+O)|"
+            "SAVE=Save Configuration (Ctrl+S)|SAVEAS=Save Configuration As New File (Ctrl+Shift+S)|"
+            "UNDO=Nothing to undo (Ctrl+Z)|REDO=Nothing to redo (Ctrl+Shift+Z)|"
+            "EDITPROJECTOR=Edit projectors (Ctrl+P)|DOWNLOAD=Donload Configuration to Controller (Ctrl+D)|"
+            "EXIT=|HELP=Diplay help: not available in this version|"
+            "ABOUT=Display information about this program: not available in this version");
 }
 
 TEST_F(Editor, StartsANewConfiguration) {
@@ -279,9 +282,8 @@ TEST_F(Editor, StartsANewConfiguration) {
   EXPECT_EQ(window_->FileName(), QString());
 }
 
-TEST_F(Editor, TakesTheProjectorAtTheClick) {
-  Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2)});
-  globals_.ProjectorDatabase.Append(Named("ZETA", "Z", 3));
+TEST_F(Editor, TakesTheProjectorThatIsLit) {
+  Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2), Named("ZETA", "Z", 3)});
   Start();
   auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
   QTest::keyClicks(&Child<QWidget>(*window_, "Filter"), QStringLiteral("x"));
@@ -294,6 +296,128 @@ TEST_F(Editor, TakesTheProjectorAtTheClick) {
   EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 2");
   EXPECT_EQ(window_->Configuration().Projector, globals_.ProjectorDatabase[1]);
   EXPECT_TRUE(window_->Modified());
+  for (const auto& [key, line] :
+       {std::pair{Qt::Key_Up, "ACME / X 1 = 1"}, {Qt::Key_Down, "ACME / X 2 = 2"}}) {
+    QTest::keyClick(&tree, key);
+    EXPECT_EQ(Line(window_->Configuration().Projector), line) << "by key alike";
+  }
+  QTest::keyClicks(&Child<QWidget>(*window_, "Filter"), QStringLiteral(" z"));
+  EXPECT_EQ(Line(window_->Configuration().Projector), "ACME / X 2 = 2") << "filtering chooses nothing";
+}
+
+TEST_F(Editor, UndoesAndRedoesWhatTheUserDid) {
+  Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2)});
+  Start(Write("Room.BVC"));
+  const auto tip = [this](const char* key) { return Child<QAction>(*window_, key).toolTip().toStdString(); };
+  Check("OutputsOption_1");
+  auto& entry = Child<QLineEdit>(Child<QWidget>(*window_, "ScreenUpTime"), "Text1");
+  window_->activateWindow();
+  QCoreApplication::processEvents();
+  entry.setFocus();
+  entry.selectAll();
+  QTest::keyClicks(&entry, QStringLiteral("2"));
+  EXPECT_TRUE(Child<QLabel>(*window_, "UnsavedMark").isVisible()) << "while a number is being typed";
+  QTest::keyClicks(&entry, QStringLiteral("5"));
+  Press("SAVE");
+  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
+  tree.expandAll();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 2"))).center());
+  const struct {
+    const char* Undone;
+    int UpTime;
+    int Outputs;
+    const char* Projector;
+    bool Modified;
+  } steps[] = {{"Undo: Projector", 25, 1, "ACME / X 2 = 2", true},
+               {"Undo: Outputs: up time", 25, 1, "ACME / X 1 = 1", false},
+               {"Undo: Outputs", 1, 1, "ACME / X 1 = 1", true},
+               {"Nothing to undo", 1, 0, "ACME / X 1 = 1", true}};
+  const auto expect = [&](const auto& step) {
+    EXPECT_EQ(tip("UNDO"), step.Undone);
+    EXPECT_EQ(Child<IntegerEntry>(*window_, "ScreenUpTime").Value(), step.UpTime);
+    EXPECT_EQ(Child<QAbstractButton>(*window_, "OutputsOption_1").isChecked(), step.Outputs == 1);
+    EXPECT_EQ(Line(window_->Configuration().Projector), step.Projector);
+    EXPECT_EQ(window_->Modified(), step.Modified) << "as the file has it";
+  };
+  for (const auto& step : steps) {
+    expect(step);
+    QTest::keyClick(&entry, Qt::Key_Z, Qt::ControlModifier);
+  }
+  for (std::size_t i = std::size(steps); i-- > 0;) {
+    expect(steps[i]);
+    QTest::keyClick(window_.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  }
+}
+
+TEST_F(Editor, AsksBeforeItSavesOverWhatOthersDid) {
+  const QString file = Write("Room.BVC");
+  const PanelConfiguration opened = ReadConfiguration(folder_ / "Room.BVC");
+  PanelConfiguration theirs = opened;
+  theirs.VolumeMax = 6;
+  const std::vector<std::pair<const char*, std::string>> answers = {
+      {"Cancel", "Room"}, {"Save &as", "Other"}, {"&Open theirs", "Room"}, {"Save &mine", "Room"}};
+  for (const auto& [answer, title] : answers) {
+    WriteConfiguration(folder_ / "Room.BVC", opened, OldTail::Dropped);
+    Start(file);
+    ChangeSomething();
+    WriteConfiguration(folder_ / "Room.BVC", theirs, OldTail::Dropped);
+    prompts_.Choices = {QLatin1String(answer)};
+    prompts_.Files = {Path("Other.BVC")};
+    prompts_.Shown.clear();
+    Press("SAVE");
+    EXPECT_THAT(prompts_.Shown.at(0).Detail, testing::HasSubstr("Maximum volume: mine 18, theirs 6"));
+    EXPECT_EQ(Title(), title) << answer;
+    EXPECT_EQ(window_->Modified(), std::string(answer) == "Cancel");
+    EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").VolumeMax,
+              std::string(answer) == "Save &mine" ? 18 : 6);
+  }
+  Press("SAVE");  // over what was saved here: no question
+  std::filesystem::remove(folder_ / "Room.BVC");
+  prompts_.Choices = {QStringLiteral("Save &here again")};
+  Press("SAVE");
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "Room.BVC"));
+}
+
+TEST_F(Editor, TellsWhatItCannotShowAndWhatCannotBePressed) {
+  PanelConfiguration configuration;
+  configuration.ControllerType = kQdm4;
+  configuration.VolumeMax = 300;
+  configuration.LockSequence[0] = kVolumeUpButton;
+  Start(Write("My & room [*] 50%.BVC", configuration));
+  EXPECT_EQ(Title(), "My & room [*][*] 50%") << "which shows as one";
+  EXPECT_THAT(Status(), testing::StartsWith("Maximum volume: 300 would be saved as 18. Opened My & room"));
+  EXPECT_TRUE(window_->Modified());
+  Press("SAVE");
+  EXPECT_FALSE(window_->Modified());
+  EXPECT_THAT(Status(),
+              testing::StartsWith("First button of the unlock sequence: Volume up: not on a QDM 4. Saved"));
+  prompts_.Answers = {false, true};
+  Press("DOWNLOAD");
+  EXPECT_THAT(prompts_.LastText(), testing::StartsWith("The unlock sequence cannot be pressed on a QDM 4."));
+  EXPECT_THAT(opened_, IsEmpty());
+  Press("DOWNLOAD");
+  EXPECT_THAT(opened_, ElementsAre("download"));
+  prompts_.Files = {std::nullopt, std::nullopt};
+  Press("OPEN");
+  EXPECT_EQ(prompts_.Folder.toStdString(), folder_.Path().string()) << "of the current file";
+  Press("NEW");
+  Press("OPEN");
+  EXPECT_EQ(prompts_.Folder.toStdString(), folder_.Path().string()) << "of the last one";
+}
+
+TEST_F(Editor, ReadsTheLibraryAgainWhenItComesToTheFront) {
+  Start(Write("Room.BVC"));
+  ProjectorLibrary others = globals_.ProjectorDatabase;
+  others.Append(Named("ZETA", "Z", 3));
+  WriteProjectorDatabase(globals_.DataFolder, others);
+  QEvent event(QEvent::ActivationChange);
+  window_->activateWindow();
+  QCoreApplication::processEvents();
+  QApplication::sendEvent(window_.get(), &event);
+  QCoreApplication::processEvents();
+  EXPECT_THAT(InMemory(), ElementsAre("ACME / X 1 = 1", "ZETA / Z = 3"));
+  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").SelectedElement(), 0U) << "the lit model stays";
 }
 
 TEST_F(Editor, AddsAnUnknownProjectorToTheLibraryAtOnce) {
@@ -435,21 +559,35 @@ TEST_F(Editor, AsksNothingWhenNothingIsChanged) {
 TEST_F(Editor, ExitsAtOnceAndKeepsWhatWasNotSaved) {
   const QString file = Write("Room.BVC");
   for (const char* kept : {"Unsaved.BVC", "Unsaved 2.BVC"}) {
+    prompts_.Choices.assign(static_cast<std::size_t>(KeptWork(settings_).size()), QStringLiteral("&Later"));
     Start(file);
+    Boxes();
     ChangeSomething();
     Press("EXIT");
     EXPECT_FALSE(window_->isVisible());
     EXPECT_THAT(Boxes(), IsEmpty());
     EXPECT_EQ(ReadConfiguration(folder_ / "Room.BVC").LockUsingButtons, 0);
     EXPECT_EQ(ReadConfiguration(folder_ / kept).LockUsingButtons, -1);
-    Start();
-    EXPECT_THAT(Status(), testing::HasSubstr(std::string(kept) + " (" + folder_.Path().string() + ")"));
-    Start();
-    EXPECT_EQ(Status(), "") << "said once";
   }
+  prompts_.Choices = {QStringLiteral("&Discard"), QStringLiteral("&Open")};
   Start(file);
+  EXPECT_THAT(Boxes(), ElementsAre(testing::HasSubstr("Unsaved 2.BVC (" + folder_.Path().string() + ")"),
+                                   testing::HasSubstr("Unsaved.BVC")))
+      << "also when a file is opened at the start";
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Unsaved 2.BVC"));
+  EXPECT_EQ(Title(), "Unsaved");
   Press("EXIT");
-  EXPECT_FALSE(std::filesystem::exists(folder_ / "Unsaved 3.BVC")) << "nothing to keep";
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "Unsaved 2.BVC")) << "nothing to keep";
+  Start(file);
+  EXPECT_THAT(Boxes(), IsEmpty()) << "opened once is dealt with";
+
+  globals_.DataFolder /= "missing";
+  ChangeSomething();
+  prompts_.Choices = {QStringLiteral("&Stay"), QStringLiteral("&Exit anyway")};
+  for (const bool stays : {true, false}) {
+    Press("EXIT");
+    EXPECT_EQ(window_->isVisible(), stays);
+  }
 }
 
 TEST_F(Editor, RemembersTheLastTenFiles) {
