@@ -150,8 +150,9 @@ void ProjectorPanelEditor::RestoreWindow() {
   resize(kFirstSize.boundedTo(screen()->availableSize()));
   // On a narrow screen the options go first: they are of no use cut.
   const QMargins around = ui_->CentreLayout->contentsMargins();
-  const int spare = width() - around.left() - around.right() - ui_->Splitter->handleWidth() -
-                    ui_->Options->minimumSizeHint().width();
+  const int room = width() - around.left() - around.right() - ui_->Splitter->handleWidth();
+  const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  const int spare = room - scrollBar - ui_->Options->FitColumns(room - scrollBar - kNarrowTreeWidth);
   const int tree = std::clamp(spare, kNarrowTreeWidth, kTreeWidth);
   ui_->Splitter->setSizes({tree, width() - tree});
   restoreGeometry(settings_.value(kGeometryKey).toByteArray());

@@ -9,11 +9,15 @@
 #include "ui_option_controls.h"
 
 #include <QButtonGroup>
+#include <QEvent>
 #include <QLabel>
 #include <QRadioButton>
 
+#include <algorithm>
 #include <cstddef>
+#include <numeric>
 #include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -76,6 +80,11 @@ OptionControls::OptionControls(QWidget* parent)
   MakeTypeButtons();  // before the other controls: they are the first in the tab order
   ui_->setupUi(this);
   for (QAbstractButton* button : Option2->buttons()) ui_->ControllerTypeFrameLayout->addWidget(button);
+  frames_ = {{ui_->ControllerTypeFrame, {0, 0, 0}}, {ui_->PowerDownFrame, {0, 0, 0}},
+             {ui_->OutputsFrame, {0, 1, 1}},        {ui_->ControlInputFrame, {0, 1, 1}},
+             {ui_->AudioInputFrame, {0, 1, 1}},     {ui_->VolumeFrame, {0, 1, 1}},
+             {ui_->LockFrame, {0, 1, 2}},           {ui_->InputsFrame, {0, 0, 0}},
+             {ui_->LockSequenceFrame, {0, 0, 2}}};
   ListControls();
   ListDependents();
   NameControls();
@@ -83,6 +92,45 @@ OptionControls::OptionControls(QWidget* parent)
 }
 
 OptionControls::~OptionControls() = default;
+
+// The view through which the options are seen is their parent.
+bool OptionControls::event(QEvent* event) {
+  if (event->type() == QEvent::ParentChange && parentWidget() != nullptr)
+    parentWidget()->installEventFilter(this);
+  return QWidget::event(event);
+}
+
+bool OptionControls::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == parentWidget() && event->type() == QEvent::Resize) FitColumns(parentWidget()->width());
+  return QWidget::eventFilter(watched, event);
+}
+
+int OptionControls::WidthOf(std::size_t columns) const {
+  std::array<int, 3> widths{};
+  for (const Frame& frame : frames_) {
+    int& width = widths[frame.Column[columns - 1]];
+    width = std::max(width, frame.Box->minimumSizeHint().width());
+  }
+  return std::accumulate(widths.begin(), widths.end(), 2 * ui_->Columns->spacing());
+}
+
+int OptionControls::FitColumns(int width) {
+  std::size_t columns = frames_.front().Column.size();
+  while (columns > 1 && WidthOf(columns) > width) --columns;
+  if (columns != std::exchange(columns_, columns)) PlaceFrames();
+  return WidthOf(columns);
+}
+
+void OptionControls::PlaceFrames() {
+  const std::array<QVBoxLayout*, 3> columns = {ui_->DeviceColumn, ui_->InputOutputColumn, ui_->LockColumn};
+  for (const Frame& frame : frames_) {
+    for (QVBoxLayout* column : columns) column->removeWidget(frame.Box);
+  }
+  for (const Frame& frame : frames_) {
+    QVBoxLayout* column = columns[frame.Column[columns_ - 1]];
+    column->insertWidget(column->count() - 1, frame.Box);  // a spacer is the last
+  }
+}
 
 // In the order of the established window: the last type stands first.
 void OptionControls::MakeTypeButtons() {

@@ -44,6 +44,9 @@ class OptionControls : public QWidget {
   void StoreControlsToRecord(PanelConfiguration& record) const;
   // Brings what is visible and enabled in line with what is selected.
   void UpdateOptionStates();
+  // Places the frames side by side in as many columns as that width takes: three, two or one. Gives the width
+  // that they need at least.
+  int FitColumns(int width);
 
  Q_SIGNALS:
   void ControllerTypeChosen(int type);
@@ -51,6 +54,10 @@ class OptionControls : public QWidget {
   void Changed();
   // The user is typing or stepping a number.
   void Typed();
+
+ protected:
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   struct Entry {
@@ -74,6 +81,13 @@ class OptionControls : public QWidget {
     bool OptionStates::*State;
   };
 
+  struct Frame {
+    QWidget* Box;
+    std::array<std::size_t, 3> Column;  // of one, two and three columns
+  };
+
+  int WidthOf(std::size_t columns) const;
+  void PlaceFrames();
   void MakeTypeButtons();
   void ListControls();
   void ListDependents();
@@ -95,6 +109,8 @@ class OptionControls : public QWidget {
 
   std::unique_ptr<Ui::OptionControls> ui_;
   QButtonGroup* Option2;  // ids are controller types
+  std::vector<Frame> frames_;
+  std::size_t columns_ = 3;
   std::vector<Entry> entries_;
   std::vector<Check> checks_;
   std::array<TimePair, 3> times_{};
