@@ -6,6 +6,7 @@
 #include "app/end_of_session.h"
 #include "app/help.h"
 #include "app/qt_prompts.h"
+#include "app/readable_style.h"
 #include "app/resources.h"
 #include "config/version.h"
 #include "forms/bench/serial_test_form.h"
@@ -43,6 +44,7 @@ void NameProgram() {
 
 // A desktop's dark palette often leaves the texts of empty entries as dark as on a light one.
 void MakeReadable(QApplication& application) {
+  QApplication::setStyle(new ReadableStyle);
   QPalette palette = application.palette();
   QColor placeholder = palette.color(QPalette::Text);
   placeholder.setAlphaF(0.6F);

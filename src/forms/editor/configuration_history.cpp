@@ -56,10 +56,11 @@ void ConfigurationHistory::Begin(const PanelConfiguration& configuration) {
 }
 
 void ConfigurationHistory::Note(const PanelConfiguration& now, Change change) {
-  if (now == now_) return;
-  auto* step = new Step(*this, now, change == Change::Typing ? typing_ : -1);
-  now_ = now;
-  stack_.push(step);
+  if (now != now_) {
+    auto* step = new Step(*this, now, change == Change::Typing ? typing_ : -1);
+    now_ = now;
+    stack_.push(step);
+  }
   if (change == Change::Step) EndTyping();
 }
 

@@ -132,7 +132,7 @@ bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
   notAsStored_.clear();
   SetBaseline();
   history_.EndTyping();
-  if (!keptFile_.isEmpty()) DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
+  DropKeptFile();
   QStringList told{tr("Saved %1").arg(NameAndFolder(fileName))};
   for (const std::string& warning : WarningsAbout(record_)) told.prepend(QString::fromStdString(warning));
   ShowStatus(told.join(QLatin1String(". ")));
@@ -224,7 +224,7 @@ bool ProjectorPanelEditor::KeepWork() noexcept {
   try {
     const PanelConfiguration shown = RecordAsShown();
     if (!Modified() || kept_ == shown) return true;
-    if (!keptFile_.isEmpty()) DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
+    DropKeptFile();
     keptFile_ = KeepUnsavedWork(globals_.DataFolder, shown, settings_);
     kept_ = shown;
     recentFiles_->Add(keptFile_);
@@ -232,6 +232,14 @@ bool ProjectorPanelEditor::KeepWork() noexcept {
   } catch (...) {
     return false;
   }
+}
+
+// It is saved, or kept as it has become since.
+void ProjectorPanelEditor::DropKeptFile() {
+  kept_.reset();
+  if (keptFile_.isEmpty()) return;
+  recentFiles_->Remove(keptFile_);
+  DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
 }
 
 void ProjectorPanelEditor::OfferKeptWork() {

@@ -108,6 +108,7 @@ class ProjectorPanelEditor : public QMainWindow {
   bool WriteRecord(const QString& fileName, OldTail tail);
   void BecomeFile(const QString& fileName);
   QString StartFolder() const;
+  void DropKeptFile();
   void RebuildTree();
   void ReadLibraryAgain();
   void ImportProjectors(const QString& fileName);
