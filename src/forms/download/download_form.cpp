@@ -29,8 +29,6 @@ namespace {
 
 constexpr int kStartDelay = 500;    // ms; lets the window be seen first
 constexpr int kPaintInterval = 34;  // ms; at most 30 pictures a second
-constexpr int kNoteColumn = 4;
-constexpr int kDeviceColumn = 1;
 constexpr double kSecondsASetting = 0.5;
 
 }  // namespace
@@ -100,6 +98,7 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
   for (std::size_t slot = 0; slot < rows_.size(); ++slot) {
     rows_[slot] = new PortRow(static_cast<int>(slot), *ui_->SlotGrid, ui_->Rows);
     connect(rows_[slot]->Option1, &QRadioButton::clicked, this, [this, slot] { Option1_Click(slot); });
+    connect(rows_[slot], &PortRow::Moved, this, [this, slot](int direction) { MoveFocus(slot, direction); });
     connect(rows_[slot]->ProgramNow, &QToolButton::clicked, this, [this, slot] { ProgramNow_Click(slot); });
     connect(rows_[slot]->Identify, &QToolButton::clicked, this, [this, slot] { Identify_Click(slot); });
   }
@@ -116,8 +115,6 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
 Download::~Download() { work_->Stop.request_stop(); }
 
 void Download::Form_Load() {
-  ui_->SlotGrid->setColumnStretch(kDeviceColumn, 1);
-  ui_->SlotGrid->setColumnStretch(kNoteColumn, 2);
   ui_->Records->setRange(0, kRecords);
   work_->Slots = AllSlots(ports_);
   ShowStage(Stage::Loading);
@@ -273,7 +270,11 @@ void Download::Search() {
   if (self) ShowStage(Stage::Restarting);
   const std::vector<std::size_t> failed = RestartFoundPanels(work->Slots, time, work->Stop.get_token());
   if (self) TellFailedRestarts(failed);
-  if (self) EndWork();
+  if (!self) return;
+  if (!outcome_.isEmpty()) {
+    outcome_ += QLatin1Char(' ') + ChoiceInstruction(work->Slots, configuration_.ControllerType);
+  }
+  EndWork();
 }
 
 void Download::ProgramSlot(std::size_t slot) {
@@ -414,7 +415,10 @@ void Download::ShowSlot(std::size_t index) {
   row.Device->ShowText(OwnName(slot.Device, static_cast<int>(index) + 1));
   row.Label1->setText(QString::fromStdString(StatusText(slot)));
   row.Setting->setText(slot.Panel ? QString(QLatin1String(slot.Setting->Settings)) : QString());
-  row.Note->ShowText(slot.Panel && done != notes_.end() ? done->second : over ? why : QString());
+  row.ShowNote(slot.Panel && done != notes_.end() ? done->second
+               : over                             ? why
+                                                  : QString(),
+               slot.Panel.has_value());
   row.Option1->setEnabled(slot.Choosable() && !searching);
   row.Option1->setAccessibleName(tr("%1, %2").arg(PortName(static_cast<int>(index) + 1), row.Label1->text()));
   row.Option1->setAccessibleDescription(row.Note->text());
@@ -423,10 +427,20 @@ void Download::ShowSlot(std::size_t index) {
   row.Identify->setVisible(stage_ == Stage::Choice && HasTwin(index));
   row.Label1->setAutoFillBackground(slot.Choosable());
   row.Label1->setBackgroundRole(QPalette::Highlight);
-  row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText
-                                : slot.Panel     ? QPalette::WindowText
-                                                 : QPalette::PlaceholderText);
+  row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText : QPalette::WindowText);
+  row.Label1->setEnabled(slot.Present());
   if (stage_ == Stage::Searching && slot.Choosable()) ui_->RowsArea->ensureWidgetVisible(row.Option1);
+}
+
+// To the next panel that can be chosen.
+void Download::MoveFocus(std::size_t from, int direction) {
+  for (auto slot = static_cast<int>(from) + direction; slot >= 0 && slot < kPortSlots; slot += direction) {
+    QRadioButton* const option = rows_[static_cast<std::size_t>(slot)]->Option1;
+    if (!option->isEnabled()) continue;
+    option->setFocus(Qt::TabFocusReason);
+    ui_->RowsArea->ensureWidgetVisible(option);
+    return;
+  }
 }
 
 // Another panel of the same model was found.

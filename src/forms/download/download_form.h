@@ -74,6 +74,7 @@ class Download : public QDialog {
   void ShowSearchProgress(const SearchSlot& slot);
   void ShowSlots();
   void ShowSlot(std::size_t slot);
+  void MoveFocus(std::size_t from, int direction);
   bool HasTwin(std::size_t slot) const;
   QString CaptionOf(std::size_t slot) const;
 

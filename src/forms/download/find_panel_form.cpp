@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace qdm {
@@ -22,6 +23,7 @@ namespace {
 enum Column { kPort, kDevice, kPanel, kSetting, kState, kColumns };
 
 constexpr QSize kWanted(800, 440);
+constexpr int kCellMargin = 16;
 constexpr qreal kTint = 0.35;  // how much of the highlight a row that is lit has
 
 QColor Tint(const QPalette& palette) {
@@ -43,11 +45,29 @@ FindPanel::FindPanel(SerialPorts& ports, Waiting& time, QWidget* parent)
   connect(ui_->Copy, &QPushButton::clicked, this, &FindPanel::Copy_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &FindPanel::reject);
   Find_Click();
-  for (int column = 0; column < kColumns; ++column) ui_->Ports->resizeColumnToContents(column);
+  SizeColumns();
   ResizeOnScreen(*this, kWanted);
 }
 
 FindPanel::~FindPanel() = default;
+
+// What is found is bold; a device by-id may be far longer than the window is wide.
+void FindPanel::SizeColumns() {
+  QFont bold = ui_->Ports->font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
+  QHeaderView& header = *ui_->Ports->header();
+  header.setStretchLastSection(false);
+  const std::pair<Column, QString> widest[] = {
+      {kPort, PortName(kPortSlots)},
+      {kPanel, QStringLiteral("TL-VOX 255.255")},
+      {kSetting, QString(QLatin1String(LineSettingsTable.back().Settings))}};
+  for (const auto& [column, text] : widest) {
+    const int titleWidth = header.sectionSizeHint(column);
+    header.resizeSection(column, std::max(titleWidth, metrics.horizontalAdvance(text) + kCellMargin));
+  }
+  for (const Column column : {kDevice, kState}) header.setSectionResizeMode(column, QHeaderView::Stretch);
+}
 
 void FindPanel::MakeRow(int port) {
   Row& row = rows_[static_cast<std::size_t>(port - 1)];
@@ -176,7 +196,11 @@ QString FindPanel::Instruction() const {
   if (Busy()) return tr("Asking every port who is there...");
   if (stopped_ && found == 0)
     return tr("Stopped before every line setting was tried. Press Find to ask again.");
-  if (found > 0) return tr("%n panel(s) answered and work again.", nullptr, static_cast<int>(found));
+  if (count([](const Row& row) { return row.Comm->FailedToRestart(); }) > 0) {
+    return tr("Not every panel that answered could be restarted. The table says which.");
+  }
+  if (found == 1) return tr("One panel answered, and it works again.");
+  if (found > 1) return tr("%1 panels answered, and they work again.").arg(found);
   return tr("No panel answered. Check that it has power and is connected, then press Find.");
 }
 

@@ -45,6 +45,7 @@ class FindPanel : public QDialog {
   void Stopper_Click();
   void Copy_Click();
 
+  void SizeColumns();
   void MakeRow(int port);
   void RunSearches();
   void ShowRow(const Row& row);

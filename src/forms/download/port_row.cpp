@@ -11,10 +11,10 @@
 #include <QStyle>
 #include <QToolButton>
 
-#include <algorithm>
-
 namespace qdm {
 namespace {
+
+enum Column { kOptionColumn, kDeviceColumn, kStatusColumn, kSettingColumn, kNoteColumn, kButtonColumn };
 
 // In pixels; a device by-id has 70 letters and more.
 constexpr int kNarrowestDevice = 56;
@@ -74,11 +74,12 @@ PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
       ProgramNow(RowButton(QStringLiteral("ProgramNow_%1").arg(slot), tr("Program now"),
                            tr("Stops finding and programs this panel"), parent)),
       Identify(RowButton(QStringLiteral("Identify_%1").arg(slot), tr("Identify"),
-                         tr("Restarts this panel, so that its lights tell which one it is"), parent)) {
+                         tr("Restarts this panel, so that its lights tell which one it is"), parent)),
+      grid_(grid),
+      slot_(slot) {
   Option1->setObjectName(QStringLiteral("Option1_%1").arg(slot));
   // A click programs the panel, so the arrow keys must only move the focus.
   Option1->setAutoExclusive(false);
-  Device->setForegroundRole(QPalette::PlaceholderText);
   Note->setObjectName(QStringLiteral("Note_%1").arg(slot));
   Label1->setMargin(2);
   Label1->setMinimumWidth(Label1->fontMetrics().horizontalAdvance(QStringLiteral("Search 115K2,none ")));
@@ -90,27 +91,53 @@ PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(ProgramNow);
   buttons->addWidget(Identify);
-  int column = 0;
-  for (QWidget* widget :
-       {static_cast<QWidget*>(Option1), static_cast<QWidget*>(Device), static_cast<QWidget*>(Label1),
-        static_cast<QWidget*>(Setting), static_cast<QWidget*>(Note)}) {
-    grid.addWidget(widget, slot, column++);
+  grid.addWidget(Option1, slot, kOptionColumn);
+  grid.addWidget(Device, slot, kDeviceColumn);
+  grid.addWidget(Label1, slot, kStatusColumn);
+  grid.addWidget(Setting, slot, kSettingColumn);
+  grid.addWidget(Note, slot, kNoteColumn);
+  grid.addLayout(buttons, slot, kButtonColumn);
+  grid.setColumnStretch(kDeviceColumn, 1);
+  grid.setColumnStretch(kNoteColumn, 3);
+  grid.setRowMinimumHeight(slot, ProgramNow->sizeHint().height());  // no jump when it appears
+}
+
+void PortRow::ShowNote(const QString& note, bool panel) {
+  Note->ShowText(note);
+  if (Setting->isHidden() == !panel) return;
+  Setting->setVisible(panel);
+  grid_.removeWidget(Note);
+  if (panel) {
+    grid_.addWidget(Note, slot_, kNoteColumn);
+  } else {
+    grid_.addWidget(Note, slot_, kSettingColumn, 1, kButtonColumn - kSettingColumn + 1);
   }
-  grid.addLayout(buttons, slot, column);
 }
 
 // Enter on the option button is a click on it, and so is a click on the panel's name.
 bool PortRow::eventFilter(QObject* watched, QEvent* event) {
-  const auto isEnter = [event] {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    return key == Qt::Key_Return || key == Qt::Key_Enter;
-  };
-  const bool enter = watched == Option1 && event->type() == QEvent::KeyPress && isEnter();
+  if (watched == Option1 && event->type() == QEvent::KeyPress) {
+    return KeyPressed(static_cast<QKeyEvent*>(event)->key());
+  }
   const bool nameClicked = watched == Label1 && event->type() == QEvent::MouseButtonRelease &&
                            static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
-  if (!enter && !nameClicked) return QObject::eventFilter(watched, event);
-  Option1->click();
-  return true;
+  if (nameClicked) Option1->click();
+  return nameClicked;
+}
+
+bool PortRow::KeyPressed(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Option1->click();
+      return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+      Q_EMIT Moved(key == Qt::Key_Down ? 1 : -1);
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace qdm

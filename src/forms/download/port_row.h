@@ -38,6 +38,9 @@ class PortRow : public QObject {
   // Adds the controls of slot 0..15 to that line of the grid.
   PortRow(int slot, QGridLayout& grid, QWidget* parent);
 
+  // A note on a port without a panel has the room of what only panels have.
+  void ShowNote(const QString& note, bool panel);
+
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   QRadioButton* Option1;
@@ -47,6 +50,15 @@ class PortRow : public QObject {
   ElidedLabel* Note;
   QToolButton* ProgramNow;
   QToolButton* Identify;
+
+ Q_SIGNALS:
+  void Moved(int direction);  // an arrow key on the option button: -1 or 1
+
+ private:
+  bool KeyPressed(int key);
+
+  QGridLayout& grid_;
+  int slot_;
 };
 
 }  // namespace qdm
