@@ -4,7 +4,7 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -14,7 +14,6 @@
 
 #include <fcntl.h>
 #include <grp.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -37,7 +37,9 @@ QString WhySentence(const ProgrammingEnd& end) {
 }
 
 QString NextSentence(const ProgrammingEnd& end) {
-  if (end.Port) return tr("Plug the adapter in, then press Find.");
+  if (end.Port && end.Port->Why == OpenFailure::Reason::Gone)
+    return tr("Plug the adapter in, then press Find.");
+  if (end.Port) return tr("Press Find when the port is free.");
   return end.Result.Programmed ? tr("Press Done, or click on another panel.")
                                : tr("Click on it to try again.");
 }
@@ -63,7 +65,7 @@ QString NoteOf(const ProgrammingEnd& end, const QString& time) {
   if (result.Programmed && result.Restarted) return tr("✓ Programmed at %1").arg(time);
   if (result.Programmed) return tr("✓ Programmed at %1, failed to restart").arg(time);
   if (!result.Connected) return tr("Not programmed at %1").arg(time);
-  return tr("Partly written at %1, %2 of %3 records").arg(time).arg(result.Records).arg(kRecords);
+  return tr("Partly written: %1 of %2 records").arg(result.Records).arg(kRecords);
 }
 
 QString WhyNotChoosable(const SearchSlot& slot, int controllerType) {

@@ -40,7 +40,8 @@ QToolButton* RowButton(const QString& name, const QString& text, const QString& 
 
 }  // namespace
 
-ElidedLabel::ElidedLabel(int narrowest, QWidget* parent) : QLabel(parent), narrowest_(narrowest) {
+ElidedLabel::ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent)
+    : QLabel(parent), narrowest_(narrowest), elided_(elided) {
   setTextFormat(Qt::PlainText);
 }
 
@@ -59,7 +60,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+  const QString shown = fontMetrics().elidedText(text(), elided_, width());
   style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
                         foregroundRole());
 }
@@ -67,10 +68,10 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
 PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
     : QObject(parent),
       Option1(new QRadioButton(PortName(slot + 1), parent)),
-      Device(new ElidedLabel(kNarrowestDevice, parent)),
+      Device(new ElidedLabel(kNarrowestDevice, Qt::ElideMiddle, parent)),
       Label1(PlainLabel(QStringLiteral("Label1_%1").arg(slot), parent)),
       Setting(PlainLabel(QStringLiteral("Setting_%1").arg(slot), parent)),
-      Note(new ElidedLabel(kNarrowestNote, parent)),
+      Note(new ElidedLabel(kNarrowestNote, Qt::ElideRight, parent)),
       ProgramNow(RowButton(QStringLiteral("ProgramNow_%1").arg(slot), tr("Program now"),
                            tr("Stops finding and programs this panel"), parent)),
       Identify(RowButton(QStringLiteral("Identify_%1").arg(slot), tr("Identify"),

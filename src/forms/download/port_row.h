@@ -13,13 +13,13 @@ class QToolButton;
 
 namespace qdm {
 
-// A label that may be narrower than its text: what does not fit is left out in the middle and shown by the
-// tool tip.
+// A label that may be narrower than its text: what does not fit is left out, and the tool tip shows all of
+// it.
 class ElidedLabel : public QLabel {
   Q_OBJECT
 
  public:
-  ElidedLabel(int narrowest, QWidget* parent);
+  ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent);
   void ShowText(const QString& text);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -29,6 +29,7 @@ class ElidedLabel : public QLabel {
 
  private:
   int narrowest_;
+  Qt::TextElideMode elided_;
 };
 
 class PortRow : public QObject {
