@@ -92,11 +92,12 @@ class DownloadRun {
   }
 
   void Program(SearchSlot& slot, const PanelImage& image) const {
-    ConsoleObserver observer(context_);
     const Microseconds begin = context_.Time.Now();
-    const ProgrammingResult result =
-        ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType, image,
-                     context_.Time, context_.Stop.get_token(), observer);
+    const ProgrammingResult result = [&] {
+      ConsoleObserver observer(context_);  // clears the line of its progress before anything else is written
+      return ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType, image,
+                          context_.Time, context_.Stop.get_token(), observer);
+    }();
     const std::chrono::duration<double> taken = context_.Time.Now() - begin;
 
     const std::string records =
@@ -108,7 +109,10 @@ class DownloadRun {
     if (result.Programmed && result.Restarted) return;
     if (result.Programmed) Fail("programmed, but the panel did not restart");
     const std::string reason = context_.Stop.stop_requested() ? "interrupted" : "failed";
-    Fail(result.Connected ? reason + " after " + records : reason + ", the panel does not answer");
+    const std::optional<OpenFailure> gone = slot.Port->WhyClosed();
+    const std::string why = gone ? "; " + slot.Device + ": " + SentenceOf(*gone) : std::string();
+    Fail(result.Connected ? reason + " after " + records + why
+                          : reason + (gone ? why : ", the panel does not answer"));
   }
 
   std::string TypeName() const {

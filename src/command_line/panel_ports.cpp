@@ -2,7 +2,6 @@
 
 #include "command_line/message_text.h"
 #include "panels/programming.h"
-#include "serial_io/port_list.h"
 
 #include <algorithm>
 #include <cctype>
@@ -34,9 +33,11 @@ std::optional<int> PortNumber(const std::string& port) {
   return number;
 }
 
-void AddSlot(PanelSearch& search, std::string name, std::unique_ptr<SerialPort> port) {
+void AddSlot(PanelSearch& search, std::string name, std::string device, std::unique_ptr<SerialPort> port) {
   search.Names.push_back(std::move(name));
-  search.Slots.emplace_back().Port = std::move(port);
+  SearchSlot& slot = search.Slots.emplace_back();
+  slot.Device = std::move(device);
+  slot.Port = std::move(port);
 }
 
 void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, CommandContext& context) {
@@ -45,23 +46,29 @@ void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, Comman
     const std::string name = number ? "COM" + std::to_string(*number) : port;
     if (name.empty()) throw CommandError(kUnusable, "--port", "a port is COM1 to COM16 or a device's path");
     if (std::find(search.Names.begin(), search.Names.end(), name) != search.Names.end()) continue;
-    AddSlot(search, name, number ? context.Ports.Port(*number) : context.PortAt(port));
+    AddSlot(search, name, number ? context.Ports.DeviceName(*number) : port,
+            number ? context.Ports.Port(*number) : context.PortAt(port));
   }
   for (int number = 1; ports.empty() && number <= kPortSlots; ++number) {
-    if (context.Ports.DeviceName(number).empty()) continue;
-    AddSlot(search, "COM" + std::to_string(number), context.Ports.Port(number));
+    std::string device = context.Ports.DeviceName(number);
+    if (device.empty()) continue;
+    AddSlot(search, "COM" + std::to_string(number), std::move(device), context.Ports.Port(number));
   }
 }
 
-void TellClosedDevices(const PanelSearch& search, CommandContext& context) {
+void TellClosedPorts(const PanelSearch& search, CommandContext& context) {
   for (std::size_t i = 0; i < search.Slots.size(); ++i) {
-    if (search.Slots[i].Present()) continue;
-    const std::optional<int> number = PortNumber(search.Names[i]);
-    const auto closed = DeviceClosedToUser(number ? context.Ports.DeviceName(*number) : search.Names[i]);
-    if (!closed) continue;
-    context.Err << "qdm: " << search.Names[i] << ": you may not open " << closed->Device
-                << (closed->Group.empty() ? "" : "; members of the group " + closed->Group + " may") << "\n";
+    if (const std::string why = search.WhyClosed(i); !why.empty()) context.Err << "qdm: " << why << "\n";
   }
+}
+
+void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t>& failed,
+                        CommandContext& context, std::ostream& told) {
+  if (failed.empty()) return;
+  std::string names;
+  for (const std::size_t slot : failed) names += (names.empty() ? "" : ", ") + search.Names[slot];
+  told << TextOf(RestartFailure(names)) << std::endl;
+  context.Err << "qdm: " << names << ": not restarted, switch the power off and on" << std::endl;
 }
 
 }  // namespace
@@ -81,6 +88,15 @@ std::string PanelSearch::Line(std::size_t slot) const {
   return line;
 }
 
+std::string PanelSearch::WhyClosed(std::size_t slot) const {
+  const SearchSlot& searched = Slots[slot];
+  if (searched.Present() || !searched.Failure) return {};
+  const std::string& device = searched.Device;
+  const bool named = device.empty() || device == Names[slot];
+  return Names[slot] + (named ? "" : " (" + device + ")") + ": " +
+         (device.empty() ? "there is no such port" : SentenceOf(*searched.Failure));
+}
+
 PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
                          CommandContext& context, std::ostream& told) {
   PanelSearch search;
@@ -91,10 +107,11 @@ PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<in
   const bool anyAnswered = std::any_of(search.Slots.begin(), search.Slots.end(),
                                        [](const SearchSlot& slot) { return slot.Panel.has_value(); });
   progress.Show(anyAnswered ? "Restarting" : "");
-  const std::vector<Message> failures = RestartFoundPanels(search.Slots, context.Time);
+  const std::vector<std::size_t> failed =
+      RestartFoundPanels(search.Slots, context.Time, context.Stop.get_token());
   progress.Show("");
-  for (const Message& failure : failures) told << TextOf(failure) << std::endl;
-  TellClosedDevices(search, context);
+  TellFailedRestarts(search, failed, context, told);
+  TellClosedPorts(search, context);
   return search;
 }
 

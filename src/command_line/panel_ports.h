@@ -35,11 +35,13 @@ struct PanelSearch {
 
   // "COM3<tab>QDM7 1.3<tab>19200,e,8,2"; "COM3<tab>No QDM found"; "COM3<tab>No Port".
   std::string Line(std::size_t slot) const;
+  // "COM3 (ttyUSB0): In use by minicom (4711)"; empty for a port that opened.
+  std::string WhyClosed(std::size_t slot) const;
 };
 
 // Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
-// answered. `context.Stop` ends it early. Restarts that failed are told on `told`, ports that this user may
-// not open on the error stream. A name that can be no port is a CommandError.
+// answered. `context.Stop` ends it early. Restarts that failed are told on `told`, which they were and why
+// ports did not open on the error stream. A name that can be no port is a CommandError.
 PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
                          CommandContext& context, std::ostream& told);
 

@@ -120,9 +120,13 @@ int Simulate(const SimulateOptions& options, CommandContext& context) {
   const PseudoTerminalPanel served(panel, context.Time, options.Pace ? Pacing::TrueByteTime : Pacing::None);
   context.Out << served.Device() << std::endl;
   // Kept whenever it changed: by the time that a restart is acknowledged, everything before is on the disk.
+  bool waited = false;
   while (!context.Stop.stop_requested()) {
     context.Time.Yield(context.Time.Now() + std::chrono::hours(1));
     memory.Keep(panel.Memory());
+    if (panel.InSetUpMode() == waited) continue;
+    waited = panel.InSetUpMode();
+    context.Err << (waited ? "set-up mode: waits for a restart" : "restarted: works") << std::endl;
   }
   return kDone;
 }

@@ -6,6 +6,7 @@
 #include "base/record_codec.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,22 @@
 namespace qdm {
 
 enum class LineParameter { Speed, Parity, DataBits, StopBits };
+
+// Why a port did not open.
+struct OpenFailure {
+  enum class Reason { Gone, Held, NotAllowed, Refused };
+
+  Reason Why = Reason::Gone;
+  // Held: who holds it, "minicom (4711)". NotAllowed: the group whose members may open it. Refused: what the
+  // system says. Empty where that is not known, or no group would do.
+  std::string Detail{};
+
+  friend bool operator==(const OpenFailure&, const OpenFailure&) = default;
+};
+// The sentence for it; "%1" in it stands for the detail.
+const char* TextOf(const OpenFailure& failure);
+// With the detail in its place.
+std::string SentenceOf(const OpenFailure& failure);
 
 class SerialPort {
  public:
@@ -24,6 +41,8 @@ class SerialPort {
   // What of the settings an open port did not take; nothing while it is closed.
   virtual std::vector<LineParameter> RefusedSettings() const { return {}; }
   virtual bool Open() = 0;
+  // Why the last Open() failed; nothing when it did not, or when that is not known.
+  virtual std::optional<OpenFailure> WhyClosed() const { return std::nullopt; }
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
   virtual std::size_t BytesWaiting() = 0;
@@ -42,9 +61,8 @@ class SerialPorts {
 
   // The device's own name ("ttyUSB0"); empty when there is no such port. `number` is 1..16.
   virtual std::string DeviceName(int number) const = 0;
-  // The group that this user would have to join in order to open the port; empty when that is not what it
-  // takes.
-  virtual std::string GroupToJoin(int) const { return {}; }
+  // What keeps the port from being opened now, as far as that is known.
+  virtual std::optional<OpenFailure> WhyClosed(int) const { return std::nullopt; }
   // A closed port. One without a device fails to open.
   virtual std::unique_ptr<SerialPort> Port(int number) = 0;
 };

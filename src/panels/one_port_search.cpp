@@ -21,6 +21,7 @@ void OnePortSearch::Advance() {
   if (finished_) return;
   if (!port_.IsOpen()) return NotFound();
   if (port_.BytesWaiting() < kIdentReplyBytes && time_.Now() < deadline_) return;
+  ++tried_;
   if (const std::optional<Identification> panel = AnswerWaiting(port_)) return Found(*panel);
   AskAt(setting_ + 1);
 }

@@ -25,6 +25,8 @@ class OnePortSearch {
   // Ends a running search as not found.
   void Stop();
 
+  // The settings at which the port was asked and the wait is over.
+  std::size_t SettingsTried() const { return tried_; }
   const OnePortResult& Result() const { return result_; }
 
  private:
@@ -36,6 +38,7 @@ class OnePortSearch {
   const Waiting& time_;
   StatusChanged status_;
   std::size_t setting_ = 0;
+  std::size_t tried_ = 0;
   Microseconds deadline_{};
   bool finished_ = false;
   OnePortResult result_;

@@ -65,6 +65,7 @@ void AllPortsSearch::Show(const SearchSlot& slot) {
 
 void AllPortsSearch::MarkAbsent(SearchSlot& slot) {
   slot.State = SlotState::NoPort;
+  slot.Failure = slot.Port->WhyClosed();
   slot.Port->Close();
   Show(slot);
 }
@@ -73,6 +74,8 @@ void AllPortsSearch::OpenPorts() {
   for (SearchSlot& slot : slots_) {
     slot.State = SlotState::Waiting;
     slot.Panel.reset();
+    slot.SettingsTried = 0;
+    slot.Failure.reset();
     if (!slot.Port->Open()) MarkAbsent(slot);
   }
 }
@@ -101,6 +104,7 @@ void AllPortsSearch::WaitForAnswers() {
 void AllPortsSearch::TakeAnswers() {
   for (SearchSlot& slot : slots_) {
     if (!IsAsked(slot)) continue;
+    ++slot.SettingsTried;
     slot.Panel = AnswerWaiting(*slot.Port);
     if (!slot.Panel) continue;
     slot.State = SlotState::Asked;
@@ -136,7 +140,11 @@ void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controlle
 
 std::vector<SearchSlot> AllSlots(SerialPorts& ports) {
   std::vector<SearchSlot> slots(kPortSlots);
-  for (std::size_t i = 0; i < slots.size(); ++i) slots[i].Port = ports.Port(static_cast<int>(i) + 1);
+  for (std::size_t i = 0; i < slots.size(); ++i) {
+    const int number = static_cast<int>(i) + 1;
+    slots[i].Device = ports.DeviceName(number);
+    slots[i].Port = ports.Port(number);
+  }
   return slots;
 }
 

@@ -23,13 +23,19 @@ enum class SlotState { Waiting, NoPort, Asking, Asked };
 
 struct SearchSlot {
   std::unique_ptr<SerialPort> Port;
+  // What the device was called when the port was made: names change hands when adapters come and go.
+  std::string Device;
   SlotState State = SlotState::Waiting;
   const LineSetting* Setting = nullptr;  // the one that is being tried, or where the panel answered
   std::optional<Identification> Panel;   // whoever answered, of the wanted type or not
   bool Wanted = false;                   // the panel is of the type that is looked for
+  std::size_t SettingsTried = 0;         // those at which it was asked and the wait is over
+  std::optional<OpenFailure> Failure;    // why there is no port
 
   bool Present() const { return State != SlotState::NoPort; }
   bool Choosable() const { return Panel && Wanted; }
+  // Nobody is there, as far as asking can tell.
+  bool AskedInVain() const { return Present() && !Panel && SettingsTried == kLineSettings; }
   // Where it answered; empty unless it can be chosen.
   std::string_view Settings() const { return Choosable() ? Setting->Settings : std::string_view(); }
 };

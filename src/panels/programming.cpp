@@ -4,6 +4,7 @@
 #include "panels/frame.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qdm {
 
@@ -16,8 +17,6 @@ constexpr Microseconds kSettleLimit = std::chrono::seconds(10);
 
 Message Failure(std::string text) { return {std::move(text), "Error!", MessageIcon::Exclamation}; }
 
-Message RestartFailure() { return Failure("The QDM panel failed to restart"); }
-
 // Sends frames that the panel acknowledges. A frame that had to be repeated leaves acknowledgements behind
 // that may still be on their way; before the next frame the link lets them pass, since a late one would
 // confirm a frame that was lost.
@@ -25,14 +24,13 @@ class PanelLink {
  public:
   PanelLink(SerialPort& port, Waiting& time) : port_(port), time_(time) {}
 
-  // Opens the port for programming. False when it does not open.
-  bool Open();
   // Replies that were not waited for may come up to 2 s from now.
   void ExpectLateReplies() { repliesUntil_ = time_.Now() + kLateReply; }
   // True when acknowledged. A request to stop is looked at before each attempt.
   bool SendAcknowledged(ByteView frame, const std::stop_token& stop);
-  // Until nothing late can come any more. False when the line does not fall silent or is gone.
-  bool LetLateRepliesPass();
+  // Until nothing late can come any more. False when the line does not fall silent or is gone, or when
+  // stopped.
+  bool LetLateRepliesPass(const std::stop_token& stop);
 
   int Attempts() const { return attempts_; }  // so far, of all frames
 
@@ -44,12 +42,6 @@ class PanelLink {
   int attempts_ = 0;
   std::optional<Microseconds> repliesUntil_;  // replies of an earlier frame may come until then
 };
-
-bool PanelLink::Open() {
-  port_.Close();
-  port_.SetSettings(kProgrammingSettings);
-  return port_.Open();
-}
 
 bool PanelLink::SendAcknowledged(ByteView frame, const std::stop_token& stop) {
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
@@ -70,11 +62,11 @@ bool PanelLink::Attempt(ByteView frame) {
   return IsAcknowledged(port_.ReadAll());
 }
 
-bool PanelLink::LetLateRepliesPass() {
+bool PanelLink::LetLateRepliesPass(const std::stop_token& stop) {
   if (!repliesUntil_) return true;
   const Deadline limit(time_, kSettleLimit);
   Microseconds silentSince = time_.Now();
-  while (port_.IsOpen() && !limit.Passed()) {
+  while (port_.IsOpen() && !limit.Passed() && !stop.stop_requested()) {
     if (!port_.ReadAll().empty()) silentSince = time_.Now();
     const Microseconds settled = std::max(*repliesUntil_, silentSince + kReplyTimeout);
     if (time_.Now() >= settled) {
@@ -114,7 +106,7 @@ void SendRecords(PanelLink& link, const PanelImage& image, const std::stop_token
   while (result.Records < kRecords) {
     const int attemptsBefore = link.Attempts();
     const bool acknowledged =
-        link.LetLateRepliesPass() && link.SendAcknowledged(ProgramRecord(image, result.Records), stop);
+        link.LetLateRepliesPass(stop) && link.SendAcknowledged(ProgramRecord(image, result.Records), stop);
     result.Retries += std::max(0, link.Attempts() - attemptsBefore - 1);
     if (!acknowledged) return;
     observer.RecordsAcknowledged(++result.Records);
@@ -123,10 +115,11 @@ void SendRecords(PanelLink& link, const PanelImage& image, const std::stop_token
 }
 
 // On a line that does not fall silent it is sent all the same, but nothing there can confirm it.
-bool SendRestart(PanelLink& link) {
-  const std::stop_token never;
-  const bool silent = link.LetLateRepliesPass();
-  return link.SendAcknowledged(RestartCommand, never) && silent;
+bool RestartPanel(PanelLink& link, SerialPort& port, Waiting& time, const std::stop_token& stop) {
+  const bool silent = link.LetLateRepliesPass(stop);
+  std::vector<PanelRestart> restart = {PanelRestart(port, time, stop)};
+  RunRestarts(restart, time);
+  return restart.front().Acknowledged() && silent;
 }
 
 }  // namespace
@@ -146,30 +139,42 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
 
   PanelLink link(port, time);
   if (asked > 1) link.ExpectLateReplies();
-  if (link.Open()) SendRecords(link, image, stop, observer, result);
+  if (OpenForProgramming(port)) SendRecords(link, image, stop, observer, result);
   observer.Tell(result.Programmed ? Message{"The QDM panel has been programed", "Done!", MessageIcon::None}
                                   : Failure("The QDM panel failed to program"));
 
-  result.Restarted = link.Open() && SendRestart(link);
+  result.Restarted = RestartPanel(link, port, time, stop);
   port.Close();
-  if (!result.Restarted) observer.Tell(RestartFailure());
+  if (!result.Restarted) observer.Tell(RestartFailure({}));
   return result;
 }
 
-std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time) {
-  std::vector<Message> messages;
+std::vector<std::size_t> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time,
+                                            const std::stop_token& stop) {
+  std::vector<std::size_t> found;
+  std::vector<PanelRestart> restarts;
+  for (std::size_t i = 0; i < slots.size(); ++i) {
+    if (!slots[i].Panel) continue;
+    found.push_back(i);
+    restarts.emplace_back(*slots[i].Port, time, stop);
+  }
+  RunRestarts(restarts, time);
+
+  std::vector<std::size_t> failed;
   bool repeated = false;
-  for (SearchSlot& slot : slots) {
-    if (!slot.Panel) continue;
-    PanelLink link(*slot.Port, time);
-    const bool restarted = link.Open() && SendRestart(link);
-    slot.Port->Close();
-    if (!restarted) messages.push_back(RestartFailure());
-    repeated = repeated || link.Attempts() > 1;
+  for (std::size_t i = 0; i < restarts.size(); ++i) {
+    if (!restarts[i].Acknowledged()) failed.push_back(found[i]);
+    repeated = repeated || restarts[i].Attempts() > 1;
   }
   // Programming may follow at once: no late reply to a restart may confirm a record of it.
-  if (repeated) WaitUntil(time, kLateReply, [] { return false; });
-  return messages;
+  if (repeated) WaitUntil(time, kLateReply, [&stop] { return stop.stop_requested(); });
+  return failed;
+}
+
+Message RestartFailure(std::string ports) {
+  Message message = Failure("The QDM panel failed to restart");
+  message.Detail = std::move(ports);
+  return message;
 }
 
 std::optional<Message> FirmwareGate(const Identification& panel) {

@@ -4,6 +4,7 @@
 
 #include "base/message.h"
 #include "panels/panel_image.h"
+#include "panels/panel_restart.h"
 #include "panels/panel_search.h"
 
 #include <optional>
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace qdm {
-
-inline constexpr int kAttempts = 6;
 
 // What happened so far, told as it happens. Boxes that it opens hold the procedure up, as the messages stand
 // in its order.
@@ -35,14 +34,18 @@ struct ProgrammingResult {
 
 // `settings` is where the panel was found; where it no longer answers there, all 15 settings are tried. A
 // stop request or a port that went away ends the procedure as failed, and a panel that was being programmed
-// is restarted all the same.
+// is restarted all the same: within a second of the request, since the exchange that has begun and one
+// attempt at the restart are all that there is.
 ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
                                const PanelImage& image, Waiting& time, const std::stop_token& stop,
                                ProgrammingObserver& observer);
 
-// Restarts every panel that identified itself in a search, whatever its type: up to 6 attempts each. A
-// message for each that did not acknowledge; every port is closed afterwards.
-std::vector<Message> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time);
+// Restarts every panel that identified itself in a search, whatever its type, side by side. The slots of
+// those that did not acknowledge; every port is closed afterwards.
+std::vector<std::size_t> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time,
+                                            const std::stop_token& stop);
+// The one message for them; `ports` names them.
+Message RestartFailure(std::string ports);
 
 // Amplifiers with firmware before 1.3 cannot be programmed: the message for one that is refused.
 std::optional<Message> FirmwareGate(const Identification& panel);

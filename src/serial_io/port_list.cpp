@@ -49,9 +49,8 @@ class SystemPorts : public SerialPorts {
     if (!DeviceExists(device)) return {};
     return device.starts_with(kDeviceFolder) ? device.substr(kDeviceFolder.size()) : device;
   }
-  std::string GroupToJoin(int number) const override {
-    const std::optional<ClosedToUser> closed = DeviceClosedToUser(DeviceOf(number));
-    return closed ? closed->Group : std::string();
+  std::optional<OpenFailure> WhyClosed(int number) const override {
+    return WhyDeviceIsClosed(DeviceOf(number));
   }
   std::unique_ptr<SerialPort> Port(int number) override { return PortAt(DeviceOf(number)); }
 

@@ -42,11 +42,8 @@ bool DeviceExists(const std::string& device);
 // A closed port on a device path ("/dev/ttyUSB0", "COM3"), which need not exist.
 std::unique_ptr<SerialPort> PortAt(const std::string& device);
 
-// A device that exists but that this user may not open.
-struct ClosedToUser {
-  std::string Device;
-  std::string Group;  // whose members may open it; empty when joining a group would not help
-};
-std::optional<ClosedToUser> DeviceClosedToUser(const std::string& device);
+// What keeps this device from being opened now: it is gone, another program holds it, this user may not, or
+// the system refuses it. Nothing when it would open. Does not disturb whoever holds it.
+std::optional<OpenFailure> WhyDeviceIsClosed(const std::string& device);
 
 }  // namespace qdm

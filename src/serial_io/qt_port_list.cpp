@@ -8,14 +8,10 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
 
-#include <fcntl.h>
-#include <grp.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace qdm {
 
@@ -38,11 +34,6 @@ bool IsPort(const std::string& name, const fs::path& classFolder) {
 // A device as the file system shows it, without a folder: in /dev.
 std::string FileOf(const std::string& device) {
   return device.empty() || device.find('/') != std::string::npos ? device : "/dev/" + device;
-}
-
-std::string GroupName(gid_t group) {
-  const ::group* entry = ::getgrgid(group);
-  return entry != nullptr ? entry->gr_name : std::to_string(group);
 }
 
 }  // namespace
@@ -85,15 +76,6 @@ bool DeviceExists(const std::string& device) {
 
 std::unique_ptr<SerialPort> PortAt(const std::string& device) {
   return std::make_unique<QtSerialPort>(device);
-}
-
-std::optional<ClosedToUser> DeviceClosedToUser(const std::string& device) {
-  const std::string file = FileOf(device);
-  struct stat found {};
-  if (::stat(file.c_str(), &found) != 0) return std::nullopt;
-  if (::faccessat(AT_FDCWD, file.c_str(), R_OK | W_OK, AT_EACCESS) == 0) return std::nullopt;
-  const bool groupMay = (found.st_mode & (S_IRGRP | S_IWGRP)) == (S_IRGRP | S_IWGRP);
-  return ClosedToUser{device, groupMay ? GroupName(found.st_gid) : std::string()};
 }
 
 }  // namespace qdm

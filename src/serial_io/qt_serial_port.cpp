@@ -1,5 +1,7 @@
 #include "serial_io/qt_serial_port.h"
 
+#include "serial_io/port_list.h"
+
 #include <QFileInfo>
 #include <QSerialPort>
 #include <QSocketNotifier>
@@ -82,11 +84,13 @@ void QtSerialPort::SetSettings(std::string_view settings) {
 
 bool QtSerialPort::Open() {
   Close();
+  failure_.reset();
   const QString file = DeviceFile(device_);
-  if (file.isEmpty()) return false;
-  port_ = std::make_unique<QSerialPort>(file);
-  if (!port_->open(QIODevice::ReadWrite)) {
+  if (!file.isEmpty()) port_ = std::make_unique<QSerialPort>(file);
+  if (!port_ || !port_->open(QIODevice::ReadWrite)) {
+    const std::string reason = port_ ? port_->errorString().toStdString() : std::string();
     port_.reset();
+    failure_ = WhyDeviceIsClosed(device_).value_or(OpenFailure{OpenFailure::Reason::Refused, reason});
     return false;
   }
   ListenForTrouble();

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,7 @@ class QtSerialPort : public SerialPort {
   void SetSettings(std::string_view settings) override;
   std::vector<LineParameter> RefusedSettings() const override;
   bool Open() override;
+  std::optional<OpenFailure> WhyClosed() const override { return failure_; }
   void Close() override;
   bool IsOpen() const override;
   std::size_t BytesWaiting() override;
@@ -42,6 +44,7 @@ class QtSerialPort : public SerialPort {
   std::string device_;
   LineSettings settings_;
   std::vector<LineParameter> refused_;
+  std::optional<OpenFailure> failure_;  // of the last Open
   // From Open to Close; closed in between when the device goes away.
   std::unique_ptr<QSerialPort> port_;
   std::unique_ptr<QSocketNotifier> unplugged_;

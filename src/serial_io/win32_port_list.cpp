@@ -31,7 +31,10 @@ std::unique_ptr<SerialPort> PortAt(const std::string& device) {
   return std::make_unique<Win32SerialPort>(device);
 }
 
-// Every user may open a COM port here.
-std::optional<ClosedToUser> DeviceClosedToUser(const std::string&) { return std::nullopt; }
+std::optional<OpenFailure> WhyDeviceIsClosed(const std::string& device) {
+  Win32SerialPort port(device);
+  port.Open();
+  return port.WhyClosed();
+}
 
 }  // namespace qdm

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -39,6 +40,23 @@ std::wstring DevicePath(const std::string& device) {
   return L"\\\\.\\" + std::wstring(device.begin(), device.end());
 }
 
+// The system does not tell who holds a port, and every user may open one.
+OpenFailure FailureOf(DWORD error) {
+  using Reason = OpenFailure::Reason;
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_DEV_NOT_EXIST:
+      return {Reason::Gone};
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_BUSY:
+      return {Reason::Held};
+    default:
+      return {Reason::Refused, std::system_category().message(static_cast<int>(error))};
+  }
+}
+
 BYTE ParityOf(LineParity parity) {
   switch (parity) {
     case LineParity::Even:
@@ -57,6 +75,7 @@ struct Win32SerialPort::Line {
   explicit Line(const std::string& device)
       : File(CreateFileW(DevicePath(device).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                          FILE_FLAG_OVERLAPPED, nullptr)),
+        OpenError(GetLastError()),
         ReadDone(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
         OtherDone(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}
 
@@ -165,6 +184,7 @@ struct Win32SerialPort::Line {
   }
 
   Handle File;
+  DWORD OpenError;  // of use only when the file is not valid
   Handle ReadDone;
   Handle OtherDone;
   OVERLAPPED Reading{};
@@ -195,9 +215,16 @@ std::vector<LineParameter> Win32SerialPort::RefusedSettings() const {
 
 bool Win32SerialPort::Open() {
   Close();
-  if (device_.empty()) return false;
+  failure_.reset();
   auto line = std::make_unique<Line>(device_);
-  if (!line->IsSerial()) return false;
+  if (!line->File.Valid()) {
+    failure_ = device_.empty() ? OpenFailure{} : FailureOf(line->OpenError);
+    return false;
+  }
+  if (!line->IsSerial()) {
+    failure_ = OpenFailure{OpenFailure::Reason::Refused, "it is no serial port"};
+    return false;
+  }
   line_ = std::move(line);
   line_->Apply(settings_);
   line_->Start();

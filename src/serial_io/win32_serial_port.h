@@ -7,6 +7,7 @@
 #include "line/serial_port.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,7 @@ class Win32SerialPort : public SerialPort {
   void SetSettings(std::string_view settings) override;
   std::vector<LineParameter> RefusedSettings() const override;
   bool Open() override;
+  std::optional<OpenFailure> WhyClosed() const override { return failure_; }
   void Close() override;
   bool IsOpen() const override;
   std::size_t BytesWaiting() override;
@@ -33,6 +35,7 @@ class Win32SerialPort : public SerialPort {
 
   std::string device_;
   LineSettings settings_;
+  std::optional<OpenFailure> failure_;  // of the last Open
   std::unique_ptr<Line> line_;
 };
 

@@ -38,6 +38,10 @@ bool SimulatedLine::Open() {
   return true;
 }
 
+std::optional<OpenFailure> SimulatedLine::WhyClosed() const {
+  return IsUnplugged() ? std::optional(OpenFailure{}) : std::nullopt;
+}
+
 void SimulatedLine::Close() {
   TakeDeliveries();
   open_ = false;

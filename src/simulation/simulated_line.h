@@ -33,6 +33,7 @@ class SimulatedLine : public SerialPort {
   // Exactly these: what is empty is not known.
   void SetSettings(const LineSettings& settings);
   bool Open() override;
+  std::optional<OpenFailure> WhyClosed() const override;
   void Close() override;
   bool IsOpen() const override { return open_ && !IsUnplugged(); }
   std::size_t BytesWaiting() override;

@@ -59,6 +59,7 @@ void SimulatedPanel::ReceiveIdentificationByte(std::uint8_t byte, std::vector<Pa
   if (byte == SearchRequest[requestMatched_]) ++requestMatched_;
   if (requestMatched_ < SearchRequest.size()) return;
   requestMatched_ = 0;
+  inSetUpMode_ = true;
   const auto reply = IdentReplyOf(panel_);
   Reply(Target::Identification, Bytes(reply.begin(), reply.end()), own_, replies);
 }
@@ -176,6 +177,7 @@ void SimulatedPanel::WriteRecord(std::vector<PanelReply>& replies) {
 
 void SimulatedPanel::Restart() {
   ++restarts_;
+  inSetUpMode_ = false;
   const std::size_t lineByte = OffsetOf(LayoutOf(panel_.Model - 1), kProjectorLine);
   own_ = SettingsOfByte(memory_[lineByte]).value_or(own_);
   startWaits_ = false;

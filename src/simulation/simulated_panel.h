@@ -2,7 +2,9 @@
 // port; simulated_line.h gives it both.
 //
 // It assumes of the hardware that
-// - identification is answered at the panel's own line settings, at any time;
+// - identification is answered at the panel's own line settings, at any time, and puts the panel into set-up
+//   mode: it then waits to be programmed, sends its projector nothing and ignores its buttons until it is
+//   restarted;
 // - records and restarts are taken at 9600,n,8,2 at any time, whatever the own settings are;
 // - a restart is acknowledged first; from then on the own settings are those that its memory holds, and the
 //   present ones where the memory holds none (blank, or values that no setting has);
@@ -54,6 +56,8 @@ class SimulatedPanel {
   int RecordsSeen() const { return recordsSeen_; }
   int RecordsWritten() const { return recordsWritten_; }
   int Restarts() const { return restarts_; }
+  // It has identified itself and waits; it does not work until it is restarted.
+  bool InSetUpMode() const { return inSetUpMode_; }
   // Records that a fault had changed and that passed the check byte all the same: inverting bits of an escape
   // byte can make another valid record.
   int ChangedRecordsWritten() const { return changedRecordsWritten_; }
@@ -96,6 +100,7 @@ class SimulatedPanel {
   int recordsWritten_ = 0;
   int changedRecordsWritten_ = 0;
   int restarts_ = 0;
+  bool inSetUpMode_ = false;
   bool dead_ = false;
 };
 

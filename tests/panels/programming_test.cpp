@@ -189,10 +189,40 @@ TEST_F(Download, RestartsEveryPanelThatAnsweredWhateverItsType) {
   ports.AttachLine(4, "silent");
   std::vector<SearchSlot> slots = AllSlots(ports);
   SearchAllPorts(slots, kQdm7, time, stop.get_token(), nullptr);
-  EXPECT_THAT(RestartFoundPanels(slots, time), ElementsAre(kNotRestarted));
-  EXPECT_EQ(ports.PanelAt(1)->Restarts(), 1);
+  for (const int number : {1, 2, 3}) EXPECT_TRUE(ports.PanelAt(number)->InSetUpMode());
+  EXPECT_THAT(RestartFoundPanels(slots, time, stop.get_token()), ElementsAre(1));
   EXPECT_EQ(ports.PanelAt(2)->Restarts(), 6);
-  EXPECT_EQ(ports.PanelAt(3)->Restarts(), 1);
+  for (const int number : {1, 2, 3}) EXPECT_FALSE(ports.PanelAt(number)->InSetUpMode());
+}
+
+// Three that do not answer take as long as one, and a stop ends it with the attempt that has begun.
+TEST_F(Download, RestartsSideBySideAndStopsWithinASecond) {
+  SimulatedPorts ports(time);
+  for (const int number : {1, 2, 3}) {
+    ports.AttachPanel(number, "simulated",
+                      SimulatedPanel(Described(kQdm7, "9600,n,8,2", {"no-restart-ack"})));
+  }
+  std::vector<SearchSlot> slots = AllSlots(ports);
+  SearchAllPorts(slots, kQdm7, time, stop.get_token(), nullptr);
+  Microseconds start = time.Now();
+  EXPECT_THAT(RestartFoundPanels(slots, time, stop.get_token()), testing::SizeIs(3));
+  EXPECT_EQ(time.Now() - start, milliseconds(6 * 500 + 2100));
+  start = time.Now();
+  time.At(start + milliseconds(700), [this] { stop.request_stop(); });
+  EXPECT_THAT(RestartFoundPanels(slots, time, stop.get_token()), testing::SizeIs(3));
+  EXPECT_EQ(time.Now() - start, seconds(1));
+  EXPECT_EQ(ports.PanelAt(1)->Restarts(), 6 + 2);
+}
+
+// Noise without end keeps it in the wait for late replies.
+TEST_F(Download, AStopEndsTheWaitForLateRepliesToo) {
+  PanelWith({"lose-ack:3"});
+  for (int i = 0; i < 200; ++i) line->NoiseAt(time.Now() + milliseconds(1000 + 100 * i), Bytes{0x55});
+  time.At(time.Now() + seconds(3), [this] { stop.request_stop(); });
+  Program();
+  EXPECT_EQ(user.told.front(), kFailed);
+  EXPECT_LE(took, seconds(4));
+  EXPECT_FALSE(panel->InSetUpMode());
 }
 
 TEST(FirmwareGate, RefusesAmplifiersBefore13) {

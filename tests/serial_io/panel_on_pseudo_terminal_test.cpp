@@ -81,7 +81,7 @@ TEST_F(PanelOnPseudoTerminal, IsFoundAtItsSpeedWhateverElseIsOnThePorts) {
   EXPECT_EQ(StatusText(slots[1]), "No Port");
   EXPECT_EQ(StatusText(slots[2]), "QDM7 1.3");
   EXPECT_EQ(slots[2].Settings(), "38400,n,8,2");
-  EXPECT_THAT(RestartFoundPanels(slots, scaled), testing::IsEmpty());
+  EXPECT_THAT(RestartFoundPanels(slots, scaled, stop.get_token()), testing::IsEmpty());
   EXPECT_EQ(panel->Restarts(), 1);
   for (const SearchSlot& slot : slots) EXPECT_FALSE(slot.Port->IsOpen());
 }

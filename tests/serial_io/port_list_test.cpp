@@ -117,22 +117,24 @@ TEST(PortList, TellsWhichGroupOpensAPortThatIsClosedToTheUser) {
   if (::geteuid() == 0) {
     ASSERT_EQ(::chown(device.c_str(), AsOrdinaryUser::kNobody, ::getegid()), 0);
   }
+  fs::create_symlink(device, FolderOf(folder) / "by-id");
   const AsOrdinaryUser user;
   // Closed to its owner, to whom this test belongs, open to its group.
   ASSERT_EQ(::chmod(device.c_str(), 0060), 0);
-  const auto closed = DeviceClosedToUser(device.string());
-  ASSERT_TRUE(closed);
-  EXPECT_EQ(closed->Device, device.string());
-  EXPECT_EQ(closed->Group, ::getgrgid(::getegid())->gr_name);
+  using Reason = OpenFailure::Reason;
+  const OpenFailure notAllowed{Reason::NotAllowed, ::getgrgid(::getegid())->gr_name};
+  EXPECT_EQ(WhyDeviceIsClosed(device.string()), notAllowed);
   const PortsVariable variable(device.c_str());
-  EXPECT_EQ(MakeSystemPorts()->GroupToJoin(1), closed->Group);
-  EXPECT_EQ(MakeSystemPorts()->GroupToJoin(2), "") << "no such port";
+  EXPECT_EQ(MakeSystemPorts()->WhyClosed(1), notAllowed);
+  EXPECT_EQ(MakeSystemPorts()->WhyClosed(2), OpenFailure{Reason::Gone}) << "no such port";
+  const std::unique_ptr<SerialPort> port = PortAt(FolderOf(folder) / "by-id");
+  EXPECT_FALSE(port->Open());
+  EXPECT_EQ(port->WhyClosed(), notAllowed);
 
   ASSERT_EQ(::chmod(device.c_str(), 0), 0);
-  EXPECT_EQ(DeviceClosedToUser(device.string()).value().Group, "") << "no group may open it either";
+  EXPECT_EQ(WhyDeviceIsClosed(device.string()), OpenFailure{Reason::NotAllowed}) << "no group would do";
   ASSERT_EQ(::chmod(device.c_str(), 0600), 0);
-  EXPECT_FALSE(DeviceClosedToUser(device.string()));
-  EXPECT_FALSE(DeviceClosedToUser((FolderOf(folder) / "missing").string()));
+  EXPECT_EQ(WhyDeviceIsClosed(device.string()).value().Why, Reason::Refused) << "it is a file";
 }
 
 }  // namespace

@@ -138,8 +138,17 @@ TEST_F(QtSerialPortTest, OpensQuietlyOrNotAtAll) {
   ASSERT_TRUE(QFile::link(QString::fromStdString(otherEnd->Device()), link));
   const std::string busy[] = {otherEnd->Device(), link.toStdString()};
   const std::string absent[] = {"", "/dev/missing", "missing", "/dev/null", folder.path().toStdString()};
-  for (const std::string& device : busy) EXPECT_FALSE(QtSerialPort(device).Open()) << device;
-  for (const std::string& device : absent) EXPECT_FALSE(QtSerialPort(device).Open()) << device;
+  const std::string holder = "serial_io_tests (" + std::to_string(::getpid()) + ")";
+  for (const std::string& device : busy) {
+    QtSerialPort second(device);
+    EXPECT_FALSE(second.Open()) << device;
+    EXPECT_EQ(second.WhyClosed(), (OpenFailure{OpenFailure::Reason::Held, holder})) << device;
+  }
+  for (const std::string& device : absent) {
+    QtSerialPort none(device);
+    EXPECT_FALSE(none.Open()) << device;
+    EXPECT_TRUE(none.WhyClosed()) << device;
+  }
   EXPECT_TRUE(port.IsOpen());
   port.Close();
   for (const std::string& device : busy) EXPECT_TRUE(QtSerialPort(device).Open()) << device;

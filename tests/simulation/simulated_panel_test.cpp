@@ -57,6 +57,17 @@ TEST(SimulatedPanel, IgnoresWhatIsNoFrameAndFindsTheNextOne) {
   }
 }
 
+TEST(SimulatedPanel, WaitsInSetUpModeFromItsIdentificationToItsRestart) {
+  SimulatedPanel panel(Described(kQdm7, "19200,e,8,2"));
+  Say(panel, SearchRequest);
+  EXPECT_FALSE(panel.InSetUpMode()) << "was asked at other settings";
+  EXPECT_THAT(Say(panel, SearchRequest, ParseLineSettings("19200,e,8,2")), testing::SizeIs(4));
+  Say(panel, ProgramRecord(Counting(), 0));
+  EXPECT_TRUE(panel.InSetUpMode());
+  EXPECT_THAT(Say(panel, RestartCommand), ElementsAre(kAcknowledge));
+  EXPECT_FALSE(panel.InSetUpMode());
+}
+
 TEST(PanelFaults, ABadTextIsRefused) {
   for (const char* text : {"", "loose-ack:3", "lose-ack:%0", "lose-ack:3:4", "late-ack:3", "late-ack:3:99999",
                            "corrupt:1:23", "corrupt:1:2:0", "no-restart-ack:1"}) {

@@ -2,45 +2,41 @@
 
 #include "config/panel_configuration.h"
 #include "forms/download/find_panel_form.h"
+#include "forms/download/port_row.h"
+#include "forms/download/window_size.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/user_prompts.h"
 #include "panels/frame.h"
 #include "ui_download_form.h"
 
+#include <QCloseEvent>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QRadioButton>
+#include <QScrollBar>
+#include <QTime>
 #include <QTimer>
+#include <QToolButton>
 
 #include <algorithm>
-#include <optional>
 #include <stop_token>
+#include <utility>
 #include <vector>
 
 namespace qdm {
 namespace {
 
-constexpr int kStartDelay = 500;       // ms; lets the window be seen first
-constexpr int kRows = kPortSlots / 2;  // in two columns of slots
-constexpr int kColumnsOfSlot = 4;      // option, device, status, gap
-constexpr int kGap = 24;
-
-QString TypeName(const PanelType* type) {
-  return type != nullptr ? QLatin1String(type->Caption) : QStringLiteral("unknown model");
-}
-
-bool IsEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
-
-QString PortName(std::size_t slot) { return QStringLiteral("COM%1").arg(slot + 1); }
+constexpr int kStartDelay = 500;    // ms; lets the window be seen first
+constexpr int kPaintInterval = 34;  // ms; at most 30 pictures a second
+constexpr double kSecondsASetting = 0.5;
 
 }  // namespace
 
 // What a procedure works on. It keeps its own hold, so that it can end in peace when the form is gone.
 struct Download::Work {
   std::vector<SearchSlot> Slots;
+  std::stop_source StopFinding;  // ends a search alone
   std::stop_source Stop;
   bool Running = false;
 };
@@ -48,22 +44,39 @@ struct Download::Work {
 // Shows a programming in the form as long as there is one.
 class Download::Progress : public ProgrammingObserver {
  public:
-  explicit Progress(Download* form) : form_(form) {}
+  Progress(Download* form, QString port) : form_(form), port_(std::move(port)) {}
 
   void Connecting() override {
     if (form_) form_->ShowStage(Stage::Connecting);
   }
+  // Nothing is painted before the next record is on its way.
   void RecordsAcknowledged(int records) override {
     if (!form_) return;
+    form_->records_ = records;
     if (form_->stage_ != Stage::Programming) form_->ShowStage(Stage::Programming);
-    form_->ui_->Records->setValue(records);
+    if (!form_->paintRecords_->isActive()) form_->paintRecords_->start(kPaintInterval);
   }
+  // Who stopped it waits for the panel to run again, not for an answer to a box.
   void Tell(const Message& message) override {
-    if (form_) form_->prompts_.Show(form_, message);
+    if (!form_) return;
+    Message named = message;
+    named.Detail = port_.toStdString();
+    if (form_->work_->Stop.stop_requested()) {
+      held_.push_back(std::move(named));
+    } else {
+      form_->Show(named);
+    }
+  }
+  void TellWhatWasHeld() {
+    for (const Message& message : held_) {
+      if (form_) form_->Show(message);
+    }
   }
 
  private:
   QPointer<Download> form_;
+  QString port_;
+  std::vector<Message> held_;
 };
 
 Download::Download(Globals& globals, const PanelConfiguration& configuration, SerialPorts& ports,
@@ -76,53 +89,39 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
       time_(time),
       prompts_(prompts),
       work_(std::make_shared<Work>()),
-      Timer1(new QTimer(this)) {
+      Timer1(new QTimer(this)),
+      paintRecords_(new QTimer(this)) {
   ui_->setupUi(this);
   Timer1->setObjectName(QStringLiteral("Timer1"));
   Timer1->setSingleShot(true);
-  for (std::size_t slot = 0; slot < rows_.size(); ++slot) MakeRow(slot);
+  paintRecords_->setSingleShot(true);
+  for (std::size_t slot = 0; slot < rows_.size(); ++slot) {
+    rows_[slot] = new PortRow(static_cast<int>(slot), *ui_->SlotGrid, ui_->Rows);
+    connect(rows_[slot]->Option1, &QRadioButton::clicked, this, [this, slot] { Option1_Click(slot); });
+    connect(rows_[slot], &PortRow::Moved, this, [this, slot](int direction) { MoveFocus(slot, direction); });
+    connect(rows_[slot]->ProgramNow, &QToolButton::clicked, this, [this, slot] { ProgramNow_Click(slot); });
+    connect(rows_[slot]->Identify, &QToolButton::clicked, this, [this, slot] { Identify_Click(slot); });
+  }
   connect(Timer1, &QTimer::timeout, this, &Download::Timer1_Timer);
+  connect(paintRecords_, &QTimer::timeout, this, [this] { ui_->Records->setValue(records_); });
   connect(ui_->Done, &QPushButton::clicked, this, &Download::reject);
   connect(ui_->Find, &QPushButton::clicked, this, &Download::Find_Click);
   connect(ui_->Stopper, &QPushButton::clicked, this, &Download::Stopper_Click);
+  connect(ui_->Stop, &QPushButton::clicked, this, &Download::Stop_Click);
   connect(ui_->FindPanelWindow, &QPushButton::clicked, this, &Download::FindPanel_Click);
   Form_Load();
 }
 
 Download::~Download() { work_->Stop.request_stop(); }
 
-void Download::MakeRow(std::size_t slot) {
-  SlotRow& row = rows_[slot];
-  row.Option1 = new QRadioButton(PortName(slot), ui_->CommFrame);
-  row.Option1->setObjectName(QStringLiteral("Option1_%1").arg(slot));
-  // A click programs the panel, so the arrow keys must only move the focus.
-  row.Option1->setAutoExclusive(false);
-  row.Option1->installEventFilter(this);
-  row.Device = new QLabel(ui_->CommFrame);
-  row.Device->setTextFormat(Qt::PlainText);
-  row.Device->setForegroundRole(QPalette::PlaceholderText);
-  row.Label1 = new QLabel(ui_->CommFrame);
-  row.Label1->setObjectName(QStringLiteral("Label1_%1").arg(slot));
-  row.Label1->setTextFormat(Qt::PlainText);
-  row.Label1->setMargin(2);
-  row.Label1->installEventFilter(this);
-  row.Label1->setMinimumWidth(
-      row.Label1->fontMetrics().horizontalAdvance(QStringLiteral("Search 115K2,none ")));
-  const int line = static_cast<int>(slot) % kRows;
-  const int column = static_cast<int>(slot) / kRows * kColumnsOfSlot;
-  ui_->SlotGrid->addWidget(row.Option1, line, column);
-  ui_->SlotGrid->addWidget(row.Device, line, column + 1);
-  ui_->SlotGrid->addWidget(row.Label1, line, column + 2);
-  connect(row.Option1, &QRadioButton::clicked, this, [this, slot] { Option1_Click(slot); });
-}
-
 void Download::Form_Load() {
-  ui_->SlotGrid->setColumnMinimumWidth(kColumnsOfSlot - 1, kGap);
-  for (const int column : {1, 2, kColumnsOfSlot + 1, kColumnsOfSlot + 2})
-    ui_->SlotGrid->setColumnStretch(column, 1);
   ui_->Records->setRange(0, kRecords);
   work_->Slots = AllSlots(ports_);
   ShowStage(Stage::Loading);
+  // The rows want to be seen without scrolling.
+  const int hidden = ui_->Rows->sizeHint().height() - ui_->RowsArea->minimumHeight();
+  constexpr int kWidth = 860;
+  ResizeOnScreen(*this, QSize(kWidth, minimumSizeHint().height() + std::max(0, hidden)));
   Timer1->start(kStartDelay);
 }
 
@@ -132,7 +131,7 @@ void Download::Timer1_Timer() {
     globals_.Image = BuildPanelImage(configuration_);
   } catch (const ImageError& error) {
     ShowStage(Stage::NoImage);
-    prompts_.Show(this, {error.what(), "Sorry", MessageIcon::Exclamation});
+    Show({error.what(), "Sorry", MessageIcon::Exclamation});
     return;
   }
   Search();
@@ -141,8 +140,32 @@ void Download::Timer1_Timer() {
 void Download::Find_Click() { Search(); }
 
 void Download::Stopper_Click() {
+  work_->StopFinding.request_stop();
+  ShowStage(stage_);
+}
+
+void Download::Stop_Click() {
+  if (stage_ == Stage::Searching) return Stopper_Click();
+  if (!work_->Running || !MayBeStopped()) return;
+  programNext_.reset();
+  RequestStop();
+}
+
+// True when nothing is lost, or the user says so. The panel waits for the next record meanwhile.
+bool Download::MayBeStopped() {
+  if (stage_ != Stage::Programming || work_->Stop.stop_requested()) return true;
+  const QPointer<Download> self(this);
+  const bool yes = prompts_.AskYesNo(
+      this,
+      {tr("The panel will be partly written and will not work until it is programmed again.").toStdString(),
+       tr("Stop programming?").toStdString(), MessageIcon::Exclamation});
+  return yes && self;
+}
+
+void Download::RequestStop() {
+  work_->StopFinding.request_stop();
   work_->Stop.request_stop();
-  ShowInstruction();
+  ShowStage(stage_);
 }
 
 void Download::FindPanel_Click() {
@@ -152,62 +175,106 @@ void Download::FindPanel_Click() {
 
 void Download::Option1_Click(std::size_t slot) {
   if (const std::optional<Message> refusal = FirmwareGate(*work_->Slots[slot].Panel)) {
-    rows_[slot].Option1->setChecked(false);
-    prompts_.Show(this, *refusal);
+    rows_[slot]->Option1->setChecked(false);
+    Message named = *refusal;
+    named.Detail = CaptionOf(slot).toStdString();
+    Show(named);
     return;
   }
   ProgramSlot(slot);
 }
 
-// Esc, Done and closing the window. What is under way must end first.
+void Download::ProgramNow_Click(std::size_t slot) {
+  programNext_ = slot;
+  Stopper_Click();
+}
+
+void Download::Identify_Click(std::size_t slot) {
+  if (work_->Running) return;
+  BeginWork();
+  const std::shared_ptr<Work> work = work_;
+  const QPointer<Download> self(this);
+  workedOn_ = CaptionOf(slot);
+  ShowStage(Stage::Restarting);
+  std::vector<PanelRestart> restart = {PanelRestart(*work->Slots[slot].Port, time_, work->Stop.get_token())};
+  RunRestarts(restart, time_);
+  if (!self) return;
+  if (restart.front().Acknowledged()) {
+    outcome_ = tr("The panel on %1 was restarted: its lights tell which one it is.").arg(workedOn_);
+  } else {
+    TellFailedRestarts({slot});
+  }
+  if (self) EndWork();
+}
+
+// Done and closing the window; Escape when nothing is under way. What is under way must end first.
 void Download::reject() {
   Timer1->stop();
   if (work_->Running) {
     closing_ = true;
-    work_->Stop.request_stop();
-    ShowStage(stage_);
+    RequestStop();
     return;
   }
   for (SearchSlot& slot : work_->Slots) slot.Port->Close();
   QDialog::reject();
 }
 
+// Who closes the window by hand is asked as at Stop.
+void Download::closeEvent(QCloseEvent* event) {
+  if (!event->spontaneous()) {
+    unattended_ = true;
+  } else if (work_->Running && !MayBeStopped()) {
+    event->ignore();
+    return;
+  }
+  QDialog::closeEvent(event);
+}
+
 void Download::BeginWork() {
   work_->Running = true;
+  work_->StopFinding = std::stop_source();
   work_->Stop = std::stop_source();
+  outcome_.clear();
 }
 
 void Download::EndWork() {
   work_->Running = false;
-  for (const SlotRow& row : rows_) row.Option1->setChecked(false);
+  for (const PortRow* row : rows_) row->Option1->setChecked(false);
   ShowStage(Stage::Choice);
   if (closing_) return reject();
+  if (const auto next = std::exchange(programNext_, std::nullopt); next && work_->Slots[*next].Choosable())
+    return Option1_Click(*next);
   const auto choosable =
-      std::find_if(rows_.begin(), rows_.end(), [](const SlotRow& row) { return row.Option1->isEnabled(); });
+      std::find_if(rows_.begin(), rows_.end(), [](const PortRow* row) { return row->Option1->isEnabled(); });
   QWidget* next = !outcome_.isEmpty()        ? ui_->Done
-                  : choosable != rows_.end() ? static_cast<QWidget*>(choosable->Option1)
+                  : choosable != rows_.end() ? static_cast<QWidget*>((*choosable)->Option1)
                                              : ui_->Find;
   next->setFocus(Qt::TabFocusReason);
+  if (outcome_.isEmpty() && choosable != rows_.end())
+    ui_->RowsArea->ensureWidgetVisible((*choosable)->Option1);
 }
 
 void Download::Search() {
   if (work_->Running) return;
   BeginWork();
-  outcome_.clear();
   const std::shared_ptr<Work> work = work_;
   const QPointer<Download> self(this);
   work->Slots = AllSlots(ports_);
+  workedOn_.clear();
   Waiting& time = time_;
   ShowStage(Stage::Searching);
-  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->Stop.get_token(),
+  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->StopFinding.get_token(),
                  [self](std::size_t slot) {
                    if (self) self->ShowSlot(slot);
                  });
   if (self) ShowStage(Stage::Restarting);
-  for (const Message& message : RestartFoundPanels(work->Slots, time)) {
-    if (self) prompts_.Show(this, message);
+  const std::vector<std::size_t> failed = RestartFoundPanels(work->Slots, time, work->Stop.get_token());
+  if (self) TellFailedRestarts(failed);
+  if (!self) return;
+  if (!outcome_.isEmpty()) {
+    outcome_ += QLatin1Char(' ') + ChoiceInstruction(work->Slots, configuration_.ControllerType);
   }
-  if (self) EndWork();
+  EndWork();
 }
 
 void Download::ProgramSlot(std::size_t slot) {
@@ -215,50 +282,75 @@ void Download::ProgramSlot(std::size_t slot) {
   BeginWork();
   const std::shared_ptr<Work> work = work_;
   const QPointer<Download> self(this);
-  programmedPort_ = PortName(slot);
-  rows_[slot].Option1->setChecked(true);
+  workedOn_ = CaptionOf(slot);
+  rows_[slot]->Option1->setChecked(true);
   ShowStage(Stage::Connecting);
-  Progress progress(this);
+  Progress progress(this, workedOn_);
   const SearchSlot& panel = work->Slots[slot];
   const ProgrammingResult result =
       ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType, globals_.Image,
                    time_, work->Stop.get_token(), progress);
+  progress.TellWhatWasHeld();
   if (!self) return;
-  outcome_ =
-      result.Programmed
-          ? QStringLiteral("The panel on %1 has been programmed. Press Done, or click on another panel.")
-          : QStringLiteral("The panel on %1 was not programmed. Click on it to try again.");
-  outcome_ = outcome_.arg(programmedPort_);
+  const ProgrammingEnd end = {result, work->Stop.stop_requested(), panel.Port->WhyClosed()};
+  outcome_ = OutcomeOf(end, workedOn_);
+  notes_[panel.Device] = NoteOf(end, QTime::currentTime().toString(QStringLiteral("HH:mm")));
   EndWork();
+}
+
+// One box for all of them.
+void Download::TellFailedRestarts(const std::vector<std::size_t>& slots) {
+  QStringList ports;
+  for (const std::size_t slot : slots) {
+    notes_[work_->Slots[slot].Device] = tr("Failed to restart: switch its power off and on");
+    ports.append(CaptionOf(slot));
+  }
+  if (ports.isEmpty()) return;
+  if (ports.size() == 1) {
+    outcome_ = tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front());
+  } else {
+    outcome_ = tr("The panels on %1 failed to restart: switch their power off and on.")
+                   .arg(ports.join(QStringLiteral(", ")));
+  }
+  Show(RestartFailure(ports.join(QLatin1Char('\n')).toStdString()));
+}
+
+void Download::Show(const Message& message) {
+  if (!unattended_) prompts_.Show(this, message);
 }
 
 void Download::ShowStage(Stage stage) {
   stage_ = stage;
   const bool programming = stage == Stage::Connecting || stage == Stage::Programming;
-  const bool searching = stage == Stage::Searching || stage == Stage::Restarting;
+  const bool stoppable = programming || stage == Stage::Restarting;
   ui_->Stages->setCurrentWidget(stage == Stage::Connecting    ? ui_->LinkFrame
                                 : stage == Stage::Programming ? ui_->ProgramFrame
                                 : stage == Stage::Choice      ? ui_->ClickSelectFrame
                                                               : ui_->SearchFrame);
-  if (stage == Stage::Connecting) ui_->Records->setValue(0);
-  ui_->SearchBar->setVisible(searching);
+  if (stage == Stage::Connecting) records_ = 0;
+  if (programming) ui_->Records->setValue(records_);
+  ui_->SearchBar->setVisible(stage == Stage::Searching || stage == Stage::Restarting);
+  if (stage == Stage::Restarting) ui_->SearchBar->setRange(0, 0);
   ui_->CommFrame->setEnabled(!programming);
   ui_->Done->setEnabled(!programming && !closing_);
   ui_->Find->setEnabled(stage == Stage::Choice);
-  ui_->Stopper->setEnabled(stage == Stage::Searching && !closing_);
+  ui_->Stopper->setVisible(!stoppable);
+  ui_->Stopper->setEnabled(stage == Stage::Searching && !work_->StopFinding.stop_requested());
+  ui_->Stop->setVisible(stoppable);
+  ui_->Stop->setEnabled(!work_->Stop.stop_requested());
   ui_->FindPanelWindow->setEnabled(stage == Stage::Choice || stage == Stage::NoImage);
   ShowPortHint();
-  ShowInstruction();
   ShowSlots();
+  ShowInstruction();
 }
 
 // Beside the ports, and only once it is known which of them did not open.
 void Download::ShowPortHint() {
-  std::vector<int> closed;
-  for (std::size_t slot = 0; slot < work_->Slots.size(); ++slot) {
-    if (!work_->Slots[slot].Present()) closed.push_back(static_cast<int>(slot) + 1);
+  std::vector<ClosedPort> closed;
+  for (const SearchSlot& slot : work_->Slots) {
+    if (slot.Failure) closed.push_back({slot.Device, *slot.Failure});
   }
-  const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(ports_, closed) : QString();
+  const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(closed) : QString();
   ui_->PortHint->setText(hint);
   ui_->PortHint->setVisible(!hint.isEmpty());
 }
@@ -267,50 +359,45 @@ void Download::ShowInstruction() {
   QString text;
   switch (stage_) {
     case Stage::Loading:
-      text = QStringLiteral("Please Wait");
+      text = tr("Please Wait");
       break;
     case Stage::Searching:
-      text = QStringLiteral("Asking every port at all line settings who is there...");
+      text = tr("Asking every port at all line settings who is there...");
       break;
     case Stage::Restarting:
-      text = QStringLiteral("Restarting the panels that answered...");
+      text = workedOn_.isEmpty() ? tr("Restarting the panels that answered...")
+                                 : tr("Restarting the panel on %1...").arg(workedOn_);
       break;
     case Stage::Choice:
-      text = outcome_.isEmpty() ? ChoiceInstruction() : outcome_;
+      text = outcome_.isEmpty() ? ChoiceInstruction(work_->Slots, configuration_.ControllerType) : outcome_;
       break;
     case Stage::Connecting:
-      text = QStringLiteral("Connecting to the panel on %1...").arg(programmedPort_);
+      text = tr("Connecting to the panel on %1...").arg(workedOn_);
       break;
     case Stage::Programming:
-      text = QStringLiteral("Programming the panel on %1. Do not disconnect it.").arg(programmedPort_);
+      text = tr("Programming the panel on %1. Do not disconnect it.").arg(workedOn_);
       break;
     case Stage::NoImage:
-      text = QStringLiteral("This configuration cannot be downloaded.");
+      text = tr("This configuration cannot be downloaded.");
       break;
   }
-  if (work_->Running && work_->Stop.stop_requested()) text = QStringLiteral("Stopping...");
+  const bool stopping =
+      work_->Stop.stop_requested() || (stage_ == Stage::Searching && work_->StopFinding.stop_requested());
+  if (work_->Running && stopping) text = tr("Stopping...");
   for (QLabel* label : {ui_->SearchLabel, ui_->ClickSelectLabel, ui_->LinkLabel, ui_->ProgramLabel})
     label->setText(text);
 }
 
-QString Download::ChoiceInstruction() const {
-  const std::vector<SearchSlot>& slots = work_->Slots;
-  const QString wanted = TypeName(PanelTypeOf(configuration_.ControllerType));
-  if (std::any_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Choosable(); })) {
-    return QStringLiteral("Click on the panel to program.");
-  }
-  if (std::any_of(slots.begin(), slots.end(),
-                  [](const SearchSlot& slot) { return slot.Panel.has_value(); })) {
-    return QStringLiteral("No %1 was found. What answered is of another type than the configuration.")
-        .arg(wanted);
-  }
-  if (std::none_of(slots.begin(), slots.end(), [](const SearchSlot& slot) { return slot.Present(); })) {
-    return ui_->PortHint->text().isEmpty()
-               ? QStringLiteral("No port could be opened. Plug the adapter in, then press Find.")
-               : QStringLiteral("No port could be opened. The line below the ports says why.");
-  }
-  return QStringLiteral("No %1 was found. Check that it has power and is connected, then press Find.")
-      .arg(wanted);
+void Download::ShowSearchProgress(const SearchSlot& slot) {
+  const auto index = static_cast<int>(slot.Setting - LineSettingsTable.data());
+  constexpr int kSettings = static_cast<int>(kLineSettings);
+  ui_->SearchBar->setRange(0, kSettings);
+  if (ui_->SearchBar->value() == index && index > 0) return;
+  ui_->SearchBar->setValue(index);
+  ui_->SearchBar->setFormat(tr("Line setting %1 of %2, at most %3 s left")
+                                .arg(index + 1)
+                                .arg(kSettings)
+                                .arg((kSettings - index) * kSecondsASetting, 0, 'f', 1));
 }
 
 void Download::ShowSlots() {
@@ -319,50 +406,60 @@ void Download::ShowSlots() {
 
 void Download::ShowSlot(std::size_t index) {
   const SearchSlot& slot = work_->Slots[index];
-  const SlotRow& row = rows_[index];
-  const int number = static_cast<int>(index) + 1;
-  row.Device->setText(OwnName(ports_, number));
+  PortRow& row = *rows_[index];
+  const bool searching = stage_ == Stage::Searching || stage_ == Stage::Restarting;
+  const auto done = notes_.find(slot.Device);
+  const QString why = WhyNotChoosable(slot, configuration_.ControllerType);
+  const bool over = stage_ != Stage::Loading && (!searching || slot.Panel || !slot.Present());
+  if (stage_ == Stage::Searching && slot.State == SlotState::Asking) ShowSearchProgress(slot);
+  row.Device->ShowText(OwnName(slot.Device, static_cast<int>(index) + 1));
   row.Label1->setText(QString::fromStdString(StatusText(slot)));
-  row.Option1->setEnabled(slot.Choosable() && stage_ != Stage::Searching && stage_ != Stage::Restarting);
-  row.Option1->setAccessibleName(QStringLiteral("%1, %2").arg(PortName(index), row.Label1->text()));
+  row.Setting->setText(slot.Panel ? QString(QLatin1String(slot.Setting->Settings)) : QString());
+  row.ShowNote(slot.Panel && done != notes_.end() ? done->second
+               : over                             ? why
+                                                  : QString(),
+               slot.Panel.has_value());
+  row.Option1->setEnabled(slot.Choosable() && !searching);
+  row.Option1->setAccessibleName(tr("%1, %2").arg(PortName(static_cast<int>(index) + 1), row.Label1->text()));
+  row.Option1->setAccessibleDescription(row.Note->text());
+  row.ProgramNow->setVisible(stage_ == Stage::Searching && slot.Choosable());
+  row.ProgramNow->setEnabled(!work_->StopFinding.stop_requested());
+  row.Identify->setVisible(stage_ == Stage::Choice && HasTwin(index));
   row.Label1->setAutoFillBackground(slot.Choosable());
   row.Label1->setBackgroundRole(QPalette::Highlight);
-  row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText
-                                : slot.Panel     ? QPalette::WindowText
-                                                 : QPalette::PlaceholderText);
-  const QString why = WhyNotChoosable(slot, number);
-  row.Option1->setToolTip(why);
-  row.Label1->setToolTip(why);
+  row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText : QPalette::WindowText);
+  row.Label1->setEnabled(slot.Present());
+  if (stage_ == Stage::Searching && slot.Choosable()) ui_->RowsArea->ensureWidgetVisible(row.Option1);
 }
 
-QString Download::WhyNotChoosable(const SearchSlot& slot, int number) const {
-  if (stage_ != Stage::Choice || slot.Choosable()) return {};
-  if (slot.Panel) {
-    return QStringLiteral("This is a %1, the configuration is for a %2.")
-        .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(configuration_.ControllerType)));
+// To the next panel that can be chosen.
+void Download::MoveFocus(std::size_t from, int direction) {
+  for (auto slot = static_cast<int>(from) + direction; slot >= 0 && slot < kPortSlots; slot += direction) {
+    QRadioButton* const option = rows_[static_cast<std::size_t>(slot)]->Option1;
+    if (!option->isEnabled()) continue;
+    option->setFocus(Qt::TabFocusReason);
+    ui_->RowsArea->ensureWidgetVisible(option);
+    return;
   }
-  if (slot.Present()) return QStringLiteral("Nobody answered at any line setting.");
-  return WhyPortIsClosed(ports_, number);
 }
 
-// Escape is Done, so it waits like Done while a panel is being programmed.
+// Another panel of the same model was found.
+bool Download::HasTwin(std::size_t slot) const {
+  const std::vector<SearchSlot>& slots = work_->Slots;
+  if (!slots[slot].Panel) return false;
+  return std::count_if(slots.begin(), slots.end(), [&](const SearchSlot& other) {
+           return other.Panel && other.Panel->Model == slots[slot].Panel->Model;
+         }) > 1;
+}
+
+QString Download::CaptionOf(std::size_t slot) const {
+  return PortCaption(work_->Slots[slot].Device, static_cast<int>(slot) + 1);
+}
+
+// Escape stops what is under way, and is Done when nothing is.
 void Download::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && !ui_->Done->isEnabled()) return;
+  if (event->key() == Qt::Key_Escape && work_->Running) return Stop_Click();
   QDialog::keyPressEvent(event);
-}
-
-// Enter on an option button is a click on it, and so is a click on the panel's name.
-bool Download::eventFilter(QObject* watched, QEvent* event) {
-  const auto row = std::find_if(rows_.begin(), rows_.end(), [watched](const SlotRow& candidate) {
-    return candidate.Option1 == watched || candidate.Label1 == watched;
-  });
-  if (row == rows_.end()) return QDialog::eventFilter(watched, event);
-  const bool enter = event->type() == QEvent::KeyPress && IsEnter(static_cast<QKeyEvent*>(event)->key());
-  const bool nameClicked = watched == row->Label1 && event->type() == QEvent::MouseButtonRelease &&
-                           static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
-  if (!enter && !nameClicked) return false;
-  row->Option1->click();
-  return true;
 }
 
 }  // namespace qdm

@@ -1,19 +1,21 @@
 // The "QDM download" window: builds the memory image, searches all 16 ports, lets the user click the panel to
 // program, and programs it. Opened modally with a configuration that has been checked.
-// While a search or a programming is under way the window does not go away: closing it asks the procedure to
-// stop, and the window closes when that has ended. Even a form that is deleted meanwhile leaves the
-// procedure whole: what it works on belongs to it as much as to the form.
+// While something is under way, Stop and Escape end it, and closing the window ends it too: the window goes
+// away when the exchange has ended and the panel is restarted. Even a form that is deleted meanwhile leaves
+// the procedure whole: what it works on belongs to it as much as to the form.
 #pragma once
 
+#include "forms/download/download_words.h"
 #include "panels/programming.h"
 
 #include <QDialog>
 
 #include <array>
+#include <map>
 #include <memory>
+#include <optional>
+#include <string>
 
-class QLabel;
-class QRadioButton;
 class QTimer;
 
 namespace Ui {
@@ -24,6 +26,7 @@ namespace qdm {
 
 struct Globals;
 struct PanelConfiguration;
+class PortRow;
 class UserPrompts;
 
 class Download : public QDialog {
@@ -40,38 +43,40 @@ class Download : public QDialog {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   enum class Stage { Loading, Searching, Restarting, Choice, Connecting, Programming, NoImage };
   struct Work;
   class Progress;
 
-  struct SlotRow {
-    QRadioButton* Option1 = nullptr;
-    QLabel* Device = nullptr;
-    QLabel* Label1 = nullptr;
-  };
-
   void Form_Load();
   void Find_Click();
   void Stopper_Click();
+  void Stop_Click();
   void Option1_Click(std::size_t slot);
+  void ProgramNow_Click(std::size_t slot);
+  void Identify_Click(std::size_t slot);
   void FindPanel_Click();
 
-  void MakeRow(std::size_t slot);
   void Search();
   void ProgramSlot(std::size_t slot);
   void BeginWork();
   void EndWork();
+  bool MayBeStopped();
+  void RequestStop();
+  void TellFailedRestarts(const std::vector<std::size_t>& slots);
+  void Show(const Message& message);
 
   void ShowStage(Stage stage);
   void ShowInstruction();
   void ShowPortHint();
+  void ShowSearchProgress(const SearchSlot& slot);
   void ShowSlots();
   void ShowSlot(std::size_t slot);
-  QString WhyNotChoosable(const SearchSlot& slot, int number) const;
-  QString ChoiceInstruction() const;
+  void MoveFocus(std::size_t from, int direction);
+  bool HasTwin(std::size_t slot) const;
+  QString CaptionOf(std::size_t slot) const;
 
   std::unique_ptr<Ui::Download> ui_;
   Globals& globals_;
@@ -80,12 +85,17 @@ class Download : public QDialog {
   Waiting& time_;
   UserPrompts& prompts_;
   std::shared_ptr<Work> work_;
-  std::array<SlotRow, kPortSlots> rows_;
+  std::array<PortRow*, kPortSlots> rows_{};
   QTimer* Timer1;
+  QTimer* paintRecords_;
   Stage stage_ = Stage::Loading;
-  QString programmedPort_;  // the one that was clicked last, "COM3"
-  QString outcome_;         // what became of it
+  int records_ = 0;                         // acknowledged
+  QString workedOn_;                        // the port that was clicked last, "COM3 (ttyUSB0)"
+  QString outcome_;                         // what became of it
+  std::map<std::string, QString> notes_;    // what was done in this window, by device
+  std::optional<std::size_t> programNext_;  // once the search has ended
   bool closing_ = false;
+  bool unattended_ = false;  // closed by the program: nobody would answer a box
 };
 
 }  // namespace qdm

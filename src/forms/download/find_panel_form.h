@@ -1,6 +1,7 @@
-// The "Find panel" window: which COM port is this cable? A cell for every port that exists, each searched on
-// its own and all at the same time; choosing a port with a panel says what was found and at which settings.
-// Nothing is programmed here. One loop drives all the searches; closing the window ends them at once.
+// The "Find panel" window: which COM port is this cable? A row for every port that exists, each searched on
+// its own and all at the same time, each panel restarted as soon as it is found. Nothing is programmed here.
+// One loop drives all the searches; closing the window ends them, and restarts with the attempt that is under
+// way.
 #pragma once
 
 #include "line/serial_port.h"
@@ -11,7 +12,7 @@
 #include <array>
 #include <memory>
 
-class QLabel;
+class QTreeWidgetItem;
 
 namespace Ui {
 class FindPanel;
@@ -31,25 +32,35 @@ class FindPanel : public QDialog {
 
   void done(int result) override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
-  struct Cell {
-    QLabel* Name = nullptr;
+  struct Row {
     MyComm* Comm = nullptr;
+    QTreeWidgetItem* Item = nullptr;  // hidden where there is no such port
   };
 
   void Find_Click();
   void Stopper_Click();
-  void Comm_Chosen(const MyComm& chosen);
+  void Copy_Click();
 
-  void MakeCell(int port);
+  void SizeColumns();
+  void MakeRow(int port);
   void RunSearches();
+  void ShowRow(const Row& row);
+  QString StateOf(const MyComm& comm) const;
   void ShowState();
+  QString Instruction() const;
+  bool Busy() const;
 
   std::unique_ptr<Ui::FindPanel> ui_;
   SerialPorts& ports_;
   Waiting& time_;
-  std::array<Cell, kPortSlots> cells_;
+  std::array<Row, kPortSlots> rows_;
   bool running_ = false;
+  bool stopped_ = false;  // before every line setting was tried
+  bool closing_ = false;
 };
 
 }  // namespace qdm

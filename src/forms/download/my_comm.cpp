@@ -1,8 +1,5 @@
 #include "forms/download/my_comm.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QRadioButton>
 #include <QTimer>
 
 #include <string>
@@ -14,31 +11,12 @@ constexpr int kStartDelay = 500;  // ms; lets the window be seen first
 
 }  // namespace
 
-MyComm::MyComm(SerialPorts& ports, const Waiting& time, QWidget* parent)
-    : QWidget(parent),
-      ports_(ports),
-      time_(time),
-      Option1(new QRadioButton(this)),
-      Label1(new QLabel(this)),
-      Timer1(new QTimer(this)) {
-  Option1->setObjectName(QStringLiteral("Option1"));
-  Label1->setObjectName(QStringLiteral("Label1"));
-  Label1->setTextFormat(Qt::PlainText);
+MyComm::MyComm(SerialPorts& ports, const Waiting& time, QObject* parent)
+    : QObject(parent), ports_(ports), time_(time), Timer1(new QTimer(this)) {
   Timer1->setObjectName(QStringLiteral("Timer1"));
   Timer1->setSingleShot(true);
   Timer1->setInterval(kStartDelay);
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(Option1);
-  row->addWidget(Label1, 1);
-  setMinimumHeight(Option1->sizeHint().height());  // no jump when it appears
-  Option1->hide();
-  Label1->hide();
   connect(Timer1, &QTimer::timeout, this, &MyComm::Timer1_Timer);
-  connect(Option1, &QRadioButton::clicked, this, [this] {
-    ShowChosen(true);
-    Q_EMIT Chosen();
-  });
 }
 
 MyComm::~MyComm() = default;
@@ -46,34 +24,41 @@ MyComm::~MyComm() = default;
 void MyComm::StartSearch(int port) {
   Timer1->stop();
   search_.reset();
+  restart_.reset();
   result_ = {};
+  stop_ = std::stop_source();
   number_ = port;
+  device_ = ports_.DeviceName(port);
   port_ = ports_.Port(port);
-  Option1->hide();
-  ShowChosen(false);
-  if (!port_->Open()) port_.reset();
-  Label1->setVisible(Opened());
-  if (!Opened()) return;
-  Option1->setText(QString::number(port));
-  ShowStatus(QStringLiteral("Searching"));
+  failed_ = !port_->Open();
+  label_.clear();
+  if (failed_) return;
+  ShowStatus(tr("Searching"));
   Timer1->start();
 }
 
 void MyComm::StopSearch() {
+  stop_.request_stop();
   if (Pending()) {
     Timer1->stop();
     port_->Close();
     ShowStatus(QLatin1String(kNoPanelText));
-    Q_EMIT Finished();
-  } else if (Searching()) {
+  } else if (search_ && !search_->Finished()) {
+    search_->Advance();  // a panel that has answered by now is restarted
     search_->Stop();
-    Finish();
+    SearchEnded();
   }
 }
 
 bool MyComm::Pending() const { return Timer1->isActive(); }
 
-bool MyComm::Searching() const { return search_ && !search_->Finished(); }
+bool MyComm::Searching() const {
+  return (search_ && !search_->Finished()) || (restart_ && !restart_->Finished());
+}
+
+std::optional<OpenFailure> MyComm::WhyClosed() const { return failed_ ? port_->WhyClosed() : std::nullopt; }
+
+Microseconds MyComm::NextTime() const { return restart_ ? restart_->NextTime() : search_->NextTime(); }
 
 void MyComm::Timer1_Timer() {
   Timer1->stop();
@@ -82,27 +67,29 @@ void MyComm::Timer1_Timer() {
   if (Searching()) {
     Q_EMIT Began();
   } else {
-    Finish();  // somebody else took the port meanwhile
+    SearchEnded();  // somebody else took the port meanwhile
   }
 }
 
 void MyComm::Advance() {
-  search_->Advance();
-  if (search_->Finished()) Finish();
-}
-
-void MyComm::Finish() {
-  result_ = search_->Result();
-  Option1->setVisible(result_.Panel.has_value());
-  if (result_.Panel) {
-    Option1->setAccessibleName(QStringLiteral("COM%1, %2").arg(number_).arg(Label1->text()));
+  if (restart_) {
+    restart_->Advance();
+    if (restart_->Finished()) Q_EMIT Changed();
+    return;
   }
-  Q_EMIT Finished();
+  search_->Advance();
+  if (search_->Finished()) SearchEnded();
 }
 
-// An option button that is alone in its group could be switched off by a second click.
-void MyComm::ShowChosen(bool chosen) { Option1->setChecked(chosen); }
+void MyComm::SearchEnded() {
+  result_ = search_->Result();
+  if (result_.Panel) restart_.emplace(*port_, time_, stop_.get_token());
+  Q_EMIT Changed();
+}
 
-void MyComm::ShowStatus(const QString& text) { Label1->setText(text); }
+void MyComm::ShowStatus(const QString& text) {
+  label_ = text;
+  Q_EMIT Changed();
+}
 
 }  // namespace qdm

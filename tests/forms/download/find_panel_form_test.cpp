@@ -1,23 +1,25 @@
 #include "forms/download/find_panel_form.h"
 
 #include "forms/download/my_comm.h"
-#include "simulation/simulated_line.h"
+#include "support/closed_ports.h"
 #include "support/form_time.h"
 
+#include <QClipboard>
 #include <QLabel>
-#include <QRadioButton>
+#include <QPushButton>
 #include <QTest>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace qdm {
 namespace {
 
 using std::chrono::milliseconds;
+using testing::ElementsAre;
 
 struct Session {
   FormTime Time;
-  SimulatedPorts Ports{Time};
+  ClosedPorts Ports{Time};
   std::unique_ptr<FindPanel> Form;
 
   void Open() {
@@ -38,33 +40,55 @@ struct Session {
     }
     pending.front()->Timer1_Timer();
   }
-  MyComm* Comm(int port) const {
-    for (MyComm* comm : Form->findChildren<MyComm*>()) {
-      if (comm->Port() == port) return comm;
+  // "COM1<tab>ttyUSB0<tab>..." of every row that is shown, as Copy takes them.
+  std::vector<std::string> Rows() const {
+    QTest::mouseClick(Form->findChild<QPushButton*>(QStringLiteral("Copy")), Qt::LeftButton);
+    std::vector<std::string> rows;
+    for (const QString& row : QGuiApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts)) {
+      rows.push_back(row.toStdString());
     }
-    return nullptr;
+    return rows;
   }
-  std::string Status(int port) const {
-    return Comm(port)->findChild<QLabel*>(QStringLiteral("Label1"))->text().toStdString();
+  std::string Instruction() const {
+    return Form->findChild<QLabel*>(QStringLiteral("Instruction"))->text().toStdString();
+  }
+  SimulatedPanel& Attach(int port, const char* device, Identification who, const char* settings,
+                         const PanelFaults& faults = {}) {
+    return Ports.AttachPanel(port, device,
+                             SimulatedPanel({.Panel = who, .Settings = settings, .Faults = faults}));
   }
 };
 
-TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTime) {
+TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTimeAndRestartsWhatItFound) {
   Session session;
-  session.Ports.AttachPanel(1, "ttyUSB0",
-                            SimulatedPanel({.Panel = {1, 1, 3}, .Settings = "19200,e,8,2", .Faults = {}}));
-  session.Ports.AttachPanel(4, "ttyUSB2",
-                            SimulatedPanel({.Panel = {4, 1, 2}, .Settings = "115200,o,8,2", .Faults = {}}));
+  SimulatedPanel& panel = session.Attach(1, "ttyUSB0", {1, 1, 3}, "19200,e,8,2");
+  SimulatedPanel& amplifier = session.Attach(4, "ttyUSB2", {4, 1, 2}, "115200,o,8,2");
+  session.Attach(5, "ttyUSB3", {3, 1, 2}, "9600,n,8,2", {ParsePanelFault("no-restart-ack")});
   session.Ports.AttachLine(9, "ttyS0");
+  session.Ports.AttachLine(11, "ttyS1");
+  session.Ports.Closed = {{11, {OpenFailure::Reason::Held, "minicom (4711)"}}};
   session.Open();
+  session.Time.Plan(milliseconds(4100), [&] { EXPECT_FALSE(panel.InSetUpMode()) << "not at the end alone"; });
   session.RunAll();
-  EXPECT_EQ(session.Status(1), "QDM7 1.3");
-  EXPECT_EQ(session.Status(4), "1.2") << "the control has no name for the amplifier";
-  EXPECT_EQ(session.Status(9), "No QDM found");
+  EXPECT_THAT(
+      session.Rows(),
+      ElementsAre("COM1\tttyUSB0\tQDM7 1.3\t19200,e,8,2\tFound and restarted",
+                  "COM4\tttyUSB2\tTL-VOX 1.2\t115200,o,8,2\tFound and restarted",
+                  "COM5\tttyUSB3\tQDM4 1.2\t9600,n,8,2\tIt failed to restart: switch its power off and on",
+                  "COM9\tttyS0\t\t\tNo QDM found", "COM11\tttyS1\t\t\tIn use by minicom (4711)"));
+  EXPECT_FALSE(amplifier.InSetUpMode());
   EXPECT_EQ(session.Time.Elapsed(), milliseconds(15000)) << "as long as the one silent port";
-  QTest::mouseClick(session.Comm(4)->findChild<QRadioButton*>(), Qt::LeftButton, {}, QPoint(6, 6));
-  EXPECT_EQ(session.Form->findChild<QLabel*>(QStringLiteral("Chosen"))->text(),
-            QStringLiteral("COM4 (ttyUSB2): TL-VOX 1.2 at 115200,o,8,2"));
+}
+
+TEST(FindPanel, ClaimsNothingOfWhatItWasStoppedBefore) {
+  Session session;
+  session.Attach(1, "ttyUSB0", {1, 1, 3}, "115200,o,8,2");
+  session.Open();
+  session.Time.Plan(milliseconds(2500), [&] { QTest::keyClick(session.Form.get(), Qt::Key_Escape); });
+  session.RunAll();
+  EXPECT_THAT(session.Rows(), ElementsAre("COM1\tttyUSB0\t\t\tNo QDM found, asked at 2 of 15 line settings"));
+  EXPECT_THAT(session.Instruction(), testing::HasSubstr("Stopped before every line setting was tried"));
+  EXPECT_TRUE(session.Form->isVisible());
 }
 
 }  // namespace

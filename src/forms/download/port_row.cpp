@@ -1,0 +1,144 @@
+#include "forms/download/port_row.h"
+
+#include "forms/shared/port_words.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRadioButton>
+#include <QStyle>
+#include <QToolButton>
+
+namespace qdm {
+namespace {
+
+enum Column { kOptionColumn, kDeviceColumn, kStatusColumn, kSettingColumn, kNoteColumn, kButtonColumn };
+
+// In pixels; a device by-id has 70 letters and more.
+constexpr int kNarrowestDevice = 56;
+constexpr int kWidestDevice = 180;
+constexpr int kNarrowestNote = 90;
+
+QLabel* PlainLabel(const QString& name, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+QToolButton* RowButton(const QString& name, const QString& text, const QString& tip, QWidget* parent) {
+  auto* button = new QToolButton(parent);
+  button->setObjectName(name);
+  button->setText(text);
+  button->setToolTip(tip);
+  button->setFocusPolicy(Qt::StrongFocus);
+  button->hide();
+  return button;
+}
+
+}  // namespace
+
+ElidedLabel::ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent)
+    : QLabel(parent), narrowest_(narrowest), elided_(elided) {
+  setTextFormat(Qt::PlainText);
+}
+
+void ElidedLabel::ShowText(const QString& text) {
+  setText(text);
+  setToolTip(text);
+}
+
+QSize ElidedLabel::sizeHint() const {
+  return QLabel::sizeHint().boundedTo(QSize(kWidestDevice, QWIDGETSIZE_MAX));
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+  return QLabel::minimumSizeHint().boundedTo(QSize(narrowest_, QWIDGETSIZE_MAX));
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QString shown = fontMetrics().elidedText(text(), elided_, width());
+  style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                        foregroundRole());
+}
+
+PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
+    : QObject(parent),
+      Option1(new QRadioButton(PortName(slot + 1), parent)),
+      Device(new ElidedLabel(kNarrowestDevice, Qt::ElideMiddle, parent)),
+      Label1(PlainLabel(QStringLiteral("Label1_%1").arg(slot), parent)),
+      Setting(PlainLabel(QStringLiteral("Setting_%1").arg(slot), parent)),
+      Note(new ElidedLabel(kNarrowestNote, Qt::ElideRight, parent)),
+      ProgramNow(RowButton(QStringLiteral("ProgramNow_%1").arg(slot), tr("Program now"),
+                           tr("Stops finding and programs this panel"), parent)),
+      Identify(RowButton(QStringLiteral("Identify_%1").arg(slot), tr("Identify"),
+                         tr("Restarts this panel, so that its lights tell which one it is"), parent)),
+      grid_(grid),
+      slot_(slot) {
+  Option1->setObjectName(QStringLiteral("Option1_%1").arg(slot));
+  // A click programs the panel, so the arrow keys must only move the focus.
+  Option1->setAutoExclusive(false);
+  Note->setObjectName(QStringLiteral("Note_%1").arg(slot));
+  Label1->setMargin(2);
+  Label1->setMinimumWidth(Label1->fontMetrics().horizontalAdvance(QStringLiteral("Search 115K2,none ")));
+  Option1->installEventFilter(this);
+  Label1->installEventFilter(this);
+  ProgramNow->setAccessibleName(tr("Program now, %1").arg(PortName(slot + 1)));
+  Identify->setAccessibleName(tr("Identify, %1").arg(PortName(slot + 1)));
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(ProgramNow);
+  buttons->addWidget(Identify);
+  grid.addWidget(Option1, slot, kOptionColumn);
+  grid.addWidget(Device, slot, kDeviceColumn);
+  grid.addWidget(Label1, slot, kStatusColumn);
+  grid.addWidget(Setting, slot, kSettingColumn);
+  grid.addWidget(Note, slot, kNoteColumn);
+  grid.addLayout(buttons, slot, kButtonColumn);
+  grid.setColumnStretch(kDeviceColumn, 1);
+  grid.setColumnStretch(kNoteColumn, 3);
+  grid.setRowMinimumHeight(slot, ProgramNow->sizeHint().height());  // no jump when it appears
+}
+
+void PortRow::ShowNote(const QString& note, bool panel) {
+  Note->ShowText(note);
+  if (Setting->isHidden() == !panel) return;
+  Setting->setVisible(panel);
+  grid_.removeWidget(Note);
+  if (panel) {
+    grid_.addWidget(Note, slot_, kNoteColumn);
+  } else {
+    grid_.addWidget(Note, slot_, kSettingColumn, 1, kButtonColumn - kSettingColumn + 1);
+  }
+}
+
+// Enter on the option button is a click on it, and so is a click on the panel's name.
+bool PortRow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == Option1 && event->type() == QEvent::KeyPress) {
+    return KeyPressed(static_cast<QKeyEvent*>(event)->key());
+  }
+  const bool nameClicked = watched == Label1 && event->type() == QEvent::MouseButtonRelease &&
+                           static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+  if (nameClicked) Option1->click();
+  return nameClicked;
+}
+
+bool PortRow::KeyPressed(int key) {
+  switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Option1->click();
+      return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+      Q_EMIT Moved(key == Qt::Key_Down ? 1 : -1);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace qdm

@@ -1,0 +1,65 @@
+// What the download window shows of one port: the option button that chooses it, its device, its status text,
+// the line setting of the panel there, a note (why nothing can be chosen, what was done) and the buttons that
+// belong to that panel alone.
+#pragma once
+
+#include <QLabel>
+#include <QObject>
+#include <QString>
+
+class QGridLayout;
+class QRadioButton;
+class QToolButton;
+
+namespace qdm {
+
+// A label that may be narrower than its text: what does not fit is left out, and the tool tip shows all of
+// it.
+class ElidedLabel : public QLabel {
+  Q_OBJECT
+
+ public:
+  ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent);
+  void ShowText(const QString& text);
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  int narrowest_;
+  Qt::TextElideMode elided_;
+};
+
+class PortRow : public QObject {
+  Q_OBJECT
+
+ public:
+  // Adds the controls of slot 0..15 to that line of the grid.
+  PortRow(int slot, QGridLayout& grid, QWidget* parent);
+
+  // A note on a port without a panel has the room of what only panels have.
+  void ShowNote(const QString& note, bool panel);
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  QRadioButton* Option1;
+  ElidedLabel* Device;
+  QLabel* Label1;
+  QLabel* Setting;
+  ElidedLabel* Note;
+  QToolButton* ProgramNow;
+  QToolButton* Identify;
+
+ Q_SIGNALS:
+  void Moved(int direction);  // an arrow key on the option button: -1 or 1
+
+ private:
+  bool KeyPressed(int key);
+
+  QGridLayout& grid_;
+  int slot_;
+};
+
+}  // namespace qdm
