@@ -19,12 +19,13 @@ struct Picture {
   const char* Name;
 };
 // In the order of the stored indexes: never renumber.
-constexpr std::array<Picture, Buttons::kButtons> kPictures = {{{"button_volume_up", "Volume up"},
-                                                               {"button_volume_down", "Volume down"},
-                                                               {"button_pc1", "PC 1"},
-                                                               {"button_pc2", "PC 2"},
-                                                               {"button_video", "Video"},
-                                                               {"button_power", "Power"}}};
+constexpr std::array<Picture, Buttons::kButtons> kPictures = {
+    {{"button_volume_up", QT_TRANSLATE_NOOP("qdm::Buttons", "Volume up")},
+     {"button_volume_down", QT_TRANSLATE_NOOP("qdm::Buttons", "Volume down")},
+     {"button_pc1", QT_TRANSLATE_NOOP("qdm::Buttons", "PC 1")},
+     {"button_pc2", QT_TRANSLATE_NOOP("qdm::Buttons", "PC 2")},
+     {"button_video", QT_TRANSLATE_NOOP("qdm::Buttons", "Video")},
+     {"button_power", QT_TRANSLATE_NOOP("qdm::Buttons", "Power")}}};
 
 // Styles tell a pressed picture from a raised one by a shade, which drowns beside the picture: the chosen one
 // stands on the selection's colour, and the focus is drawn around it.
@@ -68,8 +69,8 @@ Buttons::Buttons(QWidget* parent) : QWidget(parent) {
     button->setIcon(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(picture.Icon))));
     button->setIconSize({kPictureSize, kPictureSize});
     button->setFixedSize(kPictureSize + 12, kPictureSize + 12);
-    button->setToolTip(QLatin1String(picture.Name));
-    button->setAccessibleName(QLatin1String(picture.Name));
+    button->setToolTip(tr(picture.Name));
+    button->setAccessibleName(tr(picture.Name));
     button->setCheckable(true);
     button->installEventFilter(this);
     connect(button, &QToolButton::clicked, this, [this, i] { Choose(i); });
