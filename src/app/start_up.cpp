@@ -191,7 +191,11 @@ int RunEditor(EditorApplication& application) {
   };
   const EditorWindows windows{
       .Selector =
-          [&](QWidget* parent) { ProjectorSelector(globals, prompts, setUpProjector, parent).exec(); },
+          [&](QWidget* parent) {
+            ProjectorSelector selector(globals, prompts, setUpProjector, parent);
+            selector.RememberIn(*settings);
+            selector.exec();
+          },
       .Download =
           [&](QWidget* parent, const PanelConfiguration& configuration) {
             Download(globals, configuration, *ports, time, prompts, parent).exec();

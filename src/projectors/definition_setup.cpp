@@ -33,14 +33,20 @@ SlotSet ShownSlots(const ProjectorDefinition& projector) {
   return shown;
 }
 
-std::optional<Message> CheckDefinition(const ProjectorDefinition& projector) {
+std::optional<std::size_t> RefusedSlot(const ProjectorDefinition& projector) {
   const SlotSet shown = ShownSlots(projector);
-  if (SerialBytesUsed(projector, shown) > kSerialByteBudget)
-    return Refusal("there are too many serial bytes in this configuration");
+  if (SerialBytesUsed(projector, shown) > kSerialByteBudget) return std::nullopt;
   for (std::size_t slot = 0; slot < kCommandSlots; ++slot) {
-    if (shown[slot] && projector.Strings[slot].BytesInUse() == 0)
-      return Refusal(std::string(CommandSlotNames[slot]) + " string has zero byte length");
+    if (shown[slot] && projector.Strings[slot].BytesInUse() == 0) return slot;
   }
+  return std::nullopt;
+}
+
+std::optional<Message> CheckDefinition(const ProjectorDefinition& projector) {
+  if (SerialBytesUsed(projector, ShownSlots(projector)) > kSerialByteBudget)
+    return Refusal("there are too many serial bytes in this configuration");
+  if (const auto slot = RefusedSlot(projector))
+    return Refusal(std::string(CommandSlotNames[*slot]) + " string has zero byte length");
   if (projector.Manufacturer.Trimmed().empty()) return Refusal("no manufacturer name has been defined");
   if (projector.Model.Trimmed().empty()) return Refusal("no model name has been defined");
   if (projector.CoolDownTime == 0) return Refusal("cool down time has not been defined");

@@ -19,6 +19,9 @@ SlotSet ShownSlots(const ProjectorDefinition& projector);
 // The first rule that the definition breaks, in the rules' order; nothing when it may be stored.
 std::optional<Message> CheckDefinition(const ProjectorDefinition& projector);
 
+// The string to which that rule leads, when it is about a string.
+std::optional<std::size_t> RefusedSlot(const ProjectorDefinition& projector);
+
 // What a definition goes through before it is stored: names cleaned, `Available` for each slot that is shown,
 // the place of the volume byte determined.
 void CompleteDefinition(ProjectorDefinition& projector);

@@ -69,7 +69,9 @@ class Merger {
     const bool oursChanged = base != changed_.end() && base->second != ours;
     const bool theirsChanged = base != changed_.end() ? base->second != theirs : ours != theirs;
     const bool oursStays = oursChanged || !theirsChanged;
-    if (oursChanged && theirsChanged && ours != theirs) merge_.Conflicts.push_back({ours, theirs});
+    if (oursChanged && theirsChanged && ours != theirs) {
+      merge_.Conflicts.push_back({ours, theirs, base->second});
+    }
     if (!oursStays) ++merge_.Taken;
     if (oursStays && ours != theirs) merge_.StillOurs.emplace(key, theirs);
     return oursStays_[key] = oursStays;

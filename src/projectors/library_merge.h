@@ -15,6 +15,7 @@ struct LibraryConflict {
   // What either side made of it; empty where it was deleted. Never empty both.
   ProjectorLibrary::Group Ours;
   ProjectorLibrary::Group Theirs;
+  ProjectorLibrary::Group Base{};  // what both began with
 
   const ProjectorDefinition& Named() const { return Ours.empty() ? Theirs.front() : Ours.front(); }
 };

@@ -53,9 +53,10 @@ void ExportDefinitions(const fs::path& file, const std::vector<ProjectorDefiniti
 }
 
 ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, ProjectorLibrary& library,
-                               const SettleConflict& settle) {
+                               const SettleConflict& settle, const std::function<bool()>& stopped) {
   ImportResult result;
   for (ProjectorDefinition& incoming : definitions) {
+    if (stopped && stopped()) break;
     if (!CleanNames(incoming)) continue;
     const std::optional<std::size_t> found = library.FindProjector(incoming);
     if (!found) {
@@ -70,12 +71,35 @@ ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, Pro
       settle(incoming, *found);
       if (library.Size() > before) {
         result.LastTaken = library.Size() - 1;
+        ++result.Added;
       } else if (library[*found] == incoming) {
         result.LastTaken = *found;
+        ++result.Replaced;
+      } else {
+        ++result.Kept;
       }
     }
   }
   return result;
+}
+
+std::size_t CountConflicts(const std::vector<ProjectorDefinition>& definitions,
+                           const ProjectorLibrary& library) {
+  ProjectorLibrary added;
+  std::size_t conflicts = 0;
+  for (ProjectorDefinition incoming : definitions) {
+    if (!CleanNames(incoming)) continue;
+    const std::optional<std::size_t> known = library.FindProjector(incoming);
+    const std::optional<std::size_t> before = known ? std::nullopt : added.FindProjector(incoming);
+    if (known) {
+      if (!ProjectorsEqual(incoming, library[*known])) ++conflicts;
+    } else if (before) {
+      if (!ProjectorsEqual(incoming, added[*before])) ++conflicts;
+    } else {
+      added.Append(incoming);
+    }
+  }
+  return conflicts;
 }
 
 }  // namespace qdm

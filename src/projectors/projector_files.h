@@ -42,12 +42,19 @@ void ExportDefinitions(const std::filesystem::path& file,
 // the library what the user decides.
 using SettleConflict = std::function<void(const ProjectorDefinition& incoming, std::size_t index)>;
 struct ImportResult {
-  std::size_t Added = 0;
+  std::size_t Added = 0;  // under other names included
   std::size_t Unchanged = 0;
   std::size_t Conflicts = 0;
+  std::size_t Replaced = 0;              // conflicts that ended with the incoming definition in the library
+  std::size_t Kept = 0;                  // conflicts that left the library as it was
   std::optional<std::size_t> LastTaken;  // index of the element that was appended or replaced last
 };
+// `stopped`: asked before each definition whether the import ends here.
 ImportResult ImportDefinitions(std::vector<ProjectorDefinition> definitions, ProjectorLibrary& library,
-                               const SettleConflict& settle);
+                               const SettleConflict& settle, const std::function<bool()>& stopped = {});
+
+// How many conflicts an import will find, as long as none of them is settled by replacing.
+std::size_t CountConflicts(const std::vector<ProjectorDefinition>& definitions,
+                           const ProjectorLibrary& library);
 
 }  // namespace qdm

@@ -36,6 +36,7 @@ std::u16string NameKey(const ProjectorDefinition& projector) {
 
 void ProjectorLibrary::Append(const ProjectorDefinition& projector) {
   RememberGroupOf(projector);
+  if (record_ != nullptr) Record(elements_.size(), {}, projector);
   elements_.push_back(projector);
   if (!indexed_) return;
   if (elements_.size() * 2 > places_.size()) {
@@ -48,6 +49,7 @@ void ProjectorLibrary::Append(const ProjectorDefinition& projector) {
 void ProjectorLibrary::Replace(std::size_t index, const ProjectorDefinition& projector) {
   ProjectorDefinition& element = elements_.at(index);
   RememberGroupOf(element);
+  if (record_ != nullptr) Record(index, element, projector);
   if (!SameName(element.Manufacturer, projector.Manufacturer) || !SameName(element.Model, projector.Model)) {
     RememberGroupOf(projector);
     indexed_ = false;
@@ -57,12 +59,14 @@ void ProjectorLibrary::Replace(std::size_t index, const ProjectorDefinition& pro
 
 void ProjectorLibrary::Remove(std::size_t index) {
   RememberGroupOf(elements_.at(index));
+  if (record_ != nullptr) Record(index, elements_[index], {});
   elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(index));
   indexed_ = false;
 }
 
 void ProjectorLibrary::Insert(std::size_t index, const ProjectorDefinition& projector) {
   RememberGroupOf(projector);
+  if (record_ != nullptr) Record(index, {}, projector);
   elements_.insert(elements_.begin() + static_cast<std::ptrdiff_t>(index), projector);
   indexed_ = false;
 }
@@ -86,6 +90,11 @@ ProjectorLibrary::Group ProjectorLibrary::GroupOf(const FixedText<32>& manufactu
 void ProjectorLibrary::RememberGroupOf(const ProjectorDefinition& projector) {
   const auto [original, first] = originals_.try_emplace(NameKey(projector));
   if (first) original->second = GroupOf(projector.Manufacturer, projector.Model);
+}
+
+void ProjectorLibrary::Record(std::size_t index, std::optional<ProjectorDefinition> before,
+                              std::optional<ProjectorDefinition> after) {
+  record_->push_back({index, std::move(before), std::move(after)});
 }
 
 void ProjectorLibrary::MarkUnchanged(const LibraryFileState& file) {

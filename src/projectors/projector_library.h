@@ -31,6 +31,13 @@ struct LibraryFileState {
   std::int64_t LookedAt = 0;  // when that was so, in nanoseconds since 1970
 };
 
+// One element that came (no `Before`), went (no `After`) or became another, at its place in the library.
+struct LibraryChange {
+  std::size_t Index = 0;
+  std::optional<ProjectorDefinition> Before;
+  std::optional<ProjectorDefinition> After;
+};
+
 class ProjectorLibrary {
  public:
   // All elements of one name, in order; nearly always one or none.
@@ -74,6 +81,10 @@ class ProjectorLibrary {
   bool Changed() const;
   const Originals& ChangedGroups() const { return originals_; }
 
+  // Notes every single change from here on, in order, so that it can be undone; null ends it. Reading,
+  // clearing and merging are none.
+  void RecordChanges(std::vector<LibraryChange>* record) { record_ = record; }
+
   // Other elements: those of `file`, but for the names in `originals`, of which the file has these.
   void Become(std::vector<ProjectorDefinition> elements, Originals originals, const LibraryFileState& file);
 
@@ -82,11 +93,14 @@ class ProjectorLibrary {
   void Index(std::size_t element) const;
   void Rebuild() const;
   void RememberGroupOf(const ProjectorDefinition& projector);
+  void Record(std::size_t index, std::optional<ProjectorDefinition> before,
+              std::optional<ProjectorDefinition> after);
 
   std::vector<ProjectorDefinition> elements_;
   bool mayBeSaved_ = true;
   LibraryFileState fileState_;
   Originals originals_;
+  std::vector<LibraryChange>* record_ = nullptr;
   // Open addressing: element index + 1, 0 is free; a power of two at least twice as large as the library.
   // Built at the first search after a change that it cannot follow.
   mutable std::vector<std::uint32_t> places_;

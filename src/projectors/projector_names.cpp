@@ -31,4 +31,18 @@ std::optional<Message> PasteUnderNames(ProjectorLibrary& library, ProjectorDefin
   return std::nullopt;
 }
 
+std::optional<Message> RenameElement(ProjectorLibrary& library, std::size_t index,
+                                     const FixedText<32>& manufacturer, const FixedText<32>& model) {
+  ProjectorDefinition renamed = library[index];
+  renamed.Manufacturer = FixedText<32>(UpperCase(manufacturer.View()));
+  renamed.Model = model;
+  if (NameKey(renamed) != NameKey(library[index]) && library.FindProjector(renamed)) {
+    return Message{"Projector " + renamed.Manufacturer.TrimmedUtf8() + " / " + renamed.Model.TrimmedUtf8() +
+                       " already exists cannot rename to this name!",
+                   "Sorry cannot rename", MessageIcon::Exclamation};
+  }
+  if (!(renamed == library[index])) library.Replace(index, renamed);
+  return std::nullopt;
+}
+
 }  // namespace qdm

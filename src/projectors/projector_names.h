@@ -4,6 +4,7 @@
 #include "base/message.h"
 #include "projectors/projector_library.h"
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -19,5 +20,10 @@ void RenameUntilFree(ProjectorDefinition& projector, const ProjectorLibrary& lib
 // library has these names already nothing changes, and what the user must be told is returned.
 std::optional<Message> PasteUnderNames(ProjectorLibrary& library, ProjectorDefinition& clipboard,
                                        const FixedText<32>& manufacturer, const FixedText<32>& model);
+
+// Gives the element `index` other names. When another element has them nothing changes, and what the user
+// must be told is returned.
+std::optional<Message> RenameElement(ProjectorLibrary& library, std::size_t index,
+                                     const FixedText<32>& manufacturer, const FixedText<32>& model);
 
 }  // namespace qdm

@@ -12,13 +12,13 @@ FilterBox::FilterBox(QWidget* parent) : QLineEdit(parent) {
   // start.
   QAction* const clearAction =
       addAction(QIcon(QStringLiteral(":/icons/clear.png")), QLineEdit::TrailingPosition);
-  clearAction->setToolTip(QStringLiteral("Show all"));
+  clearAction->setToolTip(tr("Show all"));
   clearAction->setVisible(false);
   connect(clearAction, &QAction::triggered, this, &QLineEdit::clear);
   connect(this, &QLineEdit::textChanged, clearAction,
           [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
-  setPlaceholderText(QStringLiteral("Filter"));
-  setAccessibleName(QStringLiteral("Filter"));
+  setPlaceholderText(tr("Filter"));
+  setAccessibleName(tr("Filter"));
 }
 
 void FilterBox::keyPressEvent(QKeyEvent* event) {

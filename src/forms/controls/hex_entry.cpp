@@ -48,7 +48,7 @@ std::optional<double> HEXentry::Parse(const QString& text) const {
   return Limited(static_cast<std::int32_t>(bits));
 }
 
-QString HEXentry::RangeText() const { return QStringLiteral("hexadecimal, 0 to FFFF"); }
+QString HEXentry::RangeText() const { return tr("hexadecimal, 0 to FFFF"); }
 
 QString HEXentry::WidestText() const { return QStringLiteral("DDDDD"); }
 

@@ -44,7 +44,7 @@ std::optional<double> Integer5V::Parse(const QString& text) const {
   return static_cast<double>(static_cast<float>(volts));
 }
 
-QString Integer5V::RangeText() const { return QStringLiteral("0.00 to 5.00"); }
+QString Integer5V::RangeText() const { return tr("0.00 to 5.00"); }
 
 QString Integer5V::WidestText() const { return QStringLiteral("-0.000"); }
 

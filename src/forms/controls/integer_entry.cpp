@@ -47,7 +47,7 @@ std::optional<double> IntegerEntry::Parse(const QString& text) const {
   return std::clamp(text.toDouble(), static_cast<double>(kLowest), static_cast<double>(kHighest));
 }
 
-QString IntegerEntry::RangeText() const { return QStringLiteral("%1 to %2").arg(low_).arg(high_); }
+QString IntegerEntry::RangeText() const { return tr("%1 to %2").arg(low_).arg(high_); }
 
 QString IntegerEntry::WidestText() const { return QStringLiteral("-00000"); }
 

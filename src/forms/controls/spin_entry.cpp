@@ -1,5 +1,7 @@
 #include "forms/controls/spin_entry.h"
 
+#include "forms/controls/entry_note.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -8,7 +10,6 @@
 #include <QStyle>
 #include <QTimer>
 #include <QToolButton>
-#include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -113,20 +114,24 @@ double SpinEntry::Current() const {
   return Limited(Parse(Text1->text().trimmed()).value_or(value_));
 }
 
-void SpinEntry::StoreText() {
+bool SpinEntry::HoldsWrongText() const {
   const std::optional<double> typed = Parse(Text1->text().trimmed());
-  const bool wrong = !typed || Limited(*typed) != *typed;
-  const bool altered = Text1->text() != TextOf(value_);
+  return Text1->text() != TextOf(value_) && (!typed || Limited(*typed) != *typed);
+}
+
+void SpinEntry::StoreText() {
+  const bool wrong = HoldsWrongText();
   SetCurrent(Current());
-  if (altered && wrong) ExplainRange();
+  if (wrong) ExplainRange();
 }
 
 void SpinEntry::ExplainRange() {
   if (!isVisible() || window()->isHidden()) return;  // the window is hidden before its parts are
-  QToolTip::showText(Text1->mapToGlobal(QPoint(0, Text1->height())), Text1->toolTip(), Text1);
+  ShowEntryNote(Text1, Text1->toolTip());
 }
 
 void SpinEntry::StepBy(int steps) {
+  if (HoldsWrongText()) ExplainRange();
   const Steps rule = StepRule();
   const double now = Current();
   const double wanted = now + steps * rule.Size;

@@ -2,7 +2,8 @@
 // A held button steps at once, again after 1 s and then every 100 ms. `Changed` tells the owner, once per
 // action of the user, to read the value: on mouse up, Enter, a key step and on losing focus, also when the
 // text is as it was; not when the focus is lost because the window goes, which only stores the text. Text
-// that cannot be read stands for the last value. The mouse wheel changes nothing.
+// that cannot be read stands for the last value; text that is corrected is told below the entry. The mouse
+// wheel changes nothing.
 #pragma once
 
 #include <QWidget>
@@ -83,6 +84,8 @@ class SpinEntry : public QWidget {
   void StepBy(int steps);
   void StoreAndRaise();
   void RaiseChanged();
+  // Typed and not what entering it will make of it.
+  bool HoldsWrongText() const;
   void ExplainRange();
   void FitText();
 

@@ -185,6 +185,7 @@ void ProjectorPanelEditor::RecentFile_Click(const QString& fileName) {
 void ProjectorPanelEditor::EditProjector() {
   windows_.Selector(this);
   RebuildTree();
+  if (!globals_.LibraryNotice.empty()) ShowStatus(QString::fromStdString(globals_.LibraryNotice));
   OfferNewVersion(globals_, prompts_, this, record_.Projector);
   ShowProjector();
   NoteChange(ConfigurationHistory::Change::Step);
@@ -388,7 +389,7 @@ bool ProjectorPanelEditor::MayDiscard() {
 }
 
 void ProjectorPanelEditor::ImportProjectors(const QString& fileName) {
-  const auto taken = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName));
+  const auto taken = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName)).LastTaken;
   if (taken) SaveLibrary(globals_, prompts_, this);
   RebuildTree();
   ShowStatus((taken ? tr("Imported projectors from %1") : tr("Nothing imported from %1"))

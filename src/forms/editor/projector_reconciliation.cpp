@@ -27,7 +27,7 @@ bool ReconcileProjector(Globals& globals, UserPrompts& prompts, QWidget* parent,
   const std::optional<std::size_t> found = library.FindProjector(cleaned);
   if (!found) {
     library.Append(cleaned);
-    if (!SaveLibrary(globals, prompts, parent)) library.Remove(library.Size() - 1);
+    if (!SaveLibrary(globals, prompts, parent)) library.Remove(*library.FindProjector(cleaned));
     return true;
   }
   if (ProjectorsEqual(cleaned, library[*found])) return false;

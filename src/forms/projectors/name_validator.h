@@ -1,23 +1,31 @@
-// Takes what a record's text can hold on disk: printable characters of Windows-1252.
+// Takes what a record's text can hold on disk: printable characters of Windows-1252. Remembers what it
+// refused last, so that the user can be told.
 #pragma once
 
-#include "base/code_page.h"
-
+#include <QString>
 #include <QValidator>
 
-#include <algorithm>
+class QLineEdit;
 
 namespace qdm {
 
 class NameValidator : public QValidator {
+  Q_OBJECT
+
  public:
   using QValidator::QValidator;
 
-  State validate(QString& text, int&) const override {
-    const bool storable =
-        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return IsNameCharacter(c.unicode()); });
-    return storable ? Acceptable : Invalid;
-  }
+  State validate(QString& text, int& cursor) const override;
+  // A character of the last text that was refused; empty when it was taken.
+  const QString& Refused() const { return refused_; }
+
+ private:
+  mutable QString refused_;
 };
+
+// Up to 32 characters, as every name.
+void TakeNamesOnly(QLineEdit* box);
+// For such a box, right after it rejected an input.
+QString WhyNameWasRefused(const QLineEdit* box);
 
 }  // namespace qdm

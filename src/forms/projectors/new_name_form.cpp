@@ -18,13 +18,25 @@ FixedText<32> NameIn(const QLineEdit* box) { return TypedName(box->text().toStdU
 }  // namespace
 
 NewNameForm::NewNameForm(Globals& globals, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent), globals_(globals), prompts_(prompts), ui_(std::make_unique<Ui::NewNameForm>()) {
+    : NewNameForm(globals, prompts, std::nullopt, parent) {}
+
+NewNameForm::NewNameForm(Globals& globals, UserPrompts& prompts, std::size_t element, QWidget* parent)
+    : NewNameForm(globals, prompts, std::optional(element), parent) {
+  setWindowTitle(tr("Rename Projector"));
+}
+
+NewNameForm::NewNameForm(Globals& globals, UserPrompts& prompts, std::optional<std::size_t> renamed,
+                         QWidget* parent)
+    : QDialog(parent),
+      globals_(globals),
+      prompts_(prompts),
+      renamed_(renamed),
+      ui_(std::make_unique<Ui::NewNameForm>()) {
   ui_->setupUi(this);
   for (QLineEdit* box : {ui_->Text1, ui_->Text2}) {
-    box->setMaxLength(static_cast<int>(FixedText<32>::kLength));
-    box->setValidator(new NameValidator(box));
+    TakeNamesOnly(box);
     connect(box, &QLineEdit::textChanged, this, &NewNameForm::Text_Change);
-    connect(box, &QLineEdit::inputRejected, this, &NewNameForm::ShowWhatCanBeTyped);
+    connect(box, &QLineEdit::inputRejected, this, [this, box] { ShowWhatCanBeTyped(box); });
   }
   connect(ui_->Done, &QPushButton::clicked, this, &NewNameForm::Done_Click);
   connect(ui_->Cancel, &QPushButton::clicked, this, &NewNameForm::reject);
@@ -34,8 +46,10 @@ NewNameForm::NewNameForm(Globals& globals, UserPrompts& prompts, QWidget* parent
 NewNameForm::~NewNameForm() = default;
 
 void NewNameForm::Form_Load() {
-  ui_->Text1->setText(ToQString(globals_.ClipboardProjector.Manufacturer.Trimmed()));
-  ui_->Text2->setText(ToQString(globals_.ClipboardProjector.Model.Trimmed()));
+  const ProjectorDefinition& named =
+      renamed_ ? globals_.ProjectorDatabase[*renamed_] : globals_.ClipboardProjector;
+  ui_->Text1->setText(ToQString(named.Manufacturer.Trimmed()));
+  ui_->Text2->setText(ToQString(named.Model.Trimmed()));
   Text_Change();
   ui_->Text2->selectAll();
   ui_->Text2->setFocus();
@@ -49,13 +63,18 @@ void NewNameForm::Text_Change() {
   ui_->Done->setToolTip(bothNames ? QString() : tr("Enter a manufacturer and a model."));
 }
 
-void NewNameForm::ShowWhatCanBeTyped() {
-  ui_->Hint->setText(tr("A name has up to 32 characters of the Western European set (Windows-1252)."));
+void NewNameForm::ShowWhatCanBeTyped(const QLineEdit* box) { ui_->Hint->setText(WhyNameWasRefused(box)); }
+
+std::optional<Message> NewNameForm::Store() {
+  const FixedText<32> manufacturer = NameIn(ui_->Text1);
+  const FixedText<32> model = NameIn(ui_->Text2);
+  ProjectorLibrary& library = globals_.ProjectorDatabase;
+  if (renamed_) return RenameElement(library, *renamed_, manufacturer, model);
+  return PasteUnderNames(library, globals_.ClipboardProjector, manufacturer, model);
 }
 
 void NewNameForm::Done_Click() {
-  const auto refusal = PasteUnderNames(globals_.ProjectorDatabase, globals_.ClipboardProjector,
-                                       NameIn(ui_->Text1), NameIn(ui_->Text2));
+  const std::optional<Message> refusal = Store();
   if (refusal) {
     prompts_.Show(this, *refusal);
   } else {

@@ -1,5 +1,6 @@
 #include "forms/projectors/notes_box.h"
 
+#include "forms/controls/entry_note.h"
 #include "forms/shared/qt_text.h"
 
 #include <QScopedValueRollback>
@@ -33,6 +34,9 @@ void NotesBox::Limit() {
   TakeOutWhatHasNoCode();
   QTextCursor cursor = textCursor();
   cursor.joinPreviousEditBlock();
+  if (StoredText().size() > static_cast<qsizetype>(FixedText<256>::kLength)) {
+    ShowEntryNote(this, tr("The notes are full: 256 characters, a line end counts as two."));
+  }
   while (StoredText().size() > static_cast<qsizetype>(FixedText<256>::kLength) && !cursor.atStart())
     cursor.deletePreviousChar();
   cursor.endEditBlock();
@@ -45,6 +49,11 @@ void NotesBox::TakeOutWhatHasNoCode() {
   for (int i = static_cast<int>(text.size()) - 1; i >= 0; --i) {
     const char16_t c = text.at(i).unicode();
     if (ByteOf(c) && (c >= 32 || c == u'\n' || c == u'\t')) continue;
+    if (text.at(i).isPrint()) {
+      ShowEntryNote(this, tr("Notes cannot hold “%1”: only characters of the Western European set "
+                             "(Windows-1252).")
+                              .arg(text.at(i)));
+    }
     cursor.setPosition(i);
     cursor.setPosition(i + 1, QTextCursor::KeepAnchor);
     cursor.removeSelectedText();

@@ -1,8 +1,7 @@
 // The import of a *.BVD file into the library, from the selector and from the command line of the editor.
 #pragma once
 
-#include "forms/shared/globals.h"
-#include "forms/shared/user_prompts.h"
+#include <QString>
 
 #include <cstddef>
 #include <filesystem>
@@ -15,9 +14,15 @@ namespace qdm {
 struct Globals;
 class UserPrompts;
 
-// Each definition that differs from the library's of the same name is asked about; a file that cannot be read
-// is reported. Nothing is saved to disk here. The index of the element that was added or replaced last.
-std::optional<std::size_t> ImportProjectorFile(Globals& globals, UserPrompts& prompts, QWidget* parent,
-                                               const std::filesystem::path& file);
+struct ImportedFile {
+  std::optional<std::size_t> LastTaken;  // the element that was added or replaced last
+  QString Told;  // "12 added, 3 replaced, 2 kept, 400 were there already"; may be empty
+};
+
+// A file that does not look like one of definitions is asked about first, and then each definition that
+// differs from the library's of the same name; a file that cannot be read is reported. Nothing is saved to
+// disk here.
+ImportedFile ImportProjectorFile(Globals& globals, UserPrompts& prompts, QWidget* parent,
+                                 const std::filesystem::path& file);
 
 }  // namespace qdm

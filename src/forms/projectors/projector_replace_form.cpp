@@ -3,69 +3,23 @@
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/save_library.h"
 #include "forms/shared/globals.h"
-#include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
-#include "projectors/field_captions.h"
-#include "ui_projector_replace_form.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QPushButton>
 
 #include <cstddef>
-#include <string>
-#include <vector>
 
 namespace qdm {
 
-ReplaceDialog::ReplaceDialog(const Texts& texts, Globals& globals, UserPrompts& prompts, QWidget* parent)
-    : QDialog(parent),
+ReplaceDialog::ReplaceDialog(const QString& title, const QString& explanation, const QString& incomingColumn,
+                             Globals& globals, UserPrompts& prompts, QWidget* parent)
+    : DifferenceDialog({title, explanation, incomingColumn, tr("In my data base")}, globals.CurrentProjector,
+                       parent),
       globals_(globals),
       prompts_(prompts),
-      index_(globals.ProjectorDatabase.FindProjector(globals.CurrentProjector).value()),
-      ui_(std::make_unique<Ui::ReplaceDialog>()) {
-  ui_->setupUi(this);
-  setWindowTitle(texts.Title);
-  ui_->Explanation->setText(texts.Explanation);
-  ui_->Manufacturer->setText(ToQString(globals.CurrentProjector.Manufacturer.Trimmed()));
-  ui_->Model->setText(ToQString(globals.CurrentProjector.Model.Trimmed()));
-  FillTable(texts.IncomingColumn);
-}
-
-ReplaceDialog::~ReplaceDialog() = default;
-
-QPushButton* ReplaceDialog::AddButton(const char* name, const QString& caption) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(QLatin1String(name));
-  ui_->Buttons->addWidget(button);
-  if (button->objectName() == QLatin1String("DoNothing")) {  // what a hasty Enter means
-    button->setDefault(true);
-    button->setFocus();
-  }
-  return button;
-}
-
-void ReplaceDialog::AddBelowButtons(QWidget* widget) { ui_->Buttons->addWidget(widget); }
-
-void ReplaceDialog::FillTable(const QString& incomingColumn) {
-  const std::vector<DifferenceText> differences =
-      DifferencesInWords(globals_.CurrentProjector, globals_.ProjectorDatabase[index_]);
-  QTableWidget* table = ui_->Differences;
-  table->setColumnCount(3);
-  table->setHorizontalHeaderLabels({tr("What differs"), incomingColumn, tr("In my data base")});
-  table->setRowCount(static_cast<int>(differences.size()));
-  for (int row = 0; row < table->rowCount(); ++row) {
-    const DifferenceText& difference = differences[static_cast<std::size_t>(row)];
-    int column = 0;
-    for (const std::string& text : {difference.Field, difference.First, difference.Second}) {
-      auto* item = new QTableWidgetItem(QString::fromStdString(text));
-      item->setToolTip(item->text().toHtmlEscaped());
-      table->setItem(row, column++, item);
-    }
-  }
-  table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-  table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-  table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+      index_(globals.ProjectorDatabase.FindProjector(globals.CurrentProjector).value()) {
+  ShowDifferences(globals.CurrentProjector, globals.ProjectorDatabase[index_]);
 }
 
 bool ReplaceDialog::AppendUnderNewName() {
@@ -84,12 +38,11 @@ void ReplaceDialog::ReplaceElement(const ProjectorDefinition& projector) {
 
 ProjectorReplaceForm::ProjectorReplaceForm(Globals& globals, UserPrompts& prompts, QWidget* parent)
     : ReplaceDialog(
-          {tr("Replace Projector?"),
-           tr("The projector in this configuration has the same manufacturer and model as one in the "
-              "data base but is not the same."),
-           tr("In the configuration")},
-          globals, prompts, parent) {
-  const auto* doNothing = AddButton(
+          tr("Replace Projector?"),
+          tr("The projector in this configuration has the same manufacturer and model as one in the "
+             "data base but is not the same."),
+          tr("In the configuration"), globals, prompts, parent) {
+  auto* doNothing = AddButton(
       "DoNothing", tr("Keep the projector in the configuartion and make no changes in my data base"));
   const auto* newInData =
       AddButton("NewInData",
@@ -98,6 +51,7 @@ ProjectorReplaceForm::ProjectorReplaceForm(Globals& globals, UserPrompts& prompt
       "ReplaceInConfiguration", tr("Replace projector in the configuration with the one in my data base"));
   const auto* inDataBase = AddButton(
       "ReplaceInDataBase", tr("Replace the projector in my data base with the one in the configuration"));
+  MakeDefault(doNothing);
   connect(doNothing, &QPushButton::clicked, this, &QDialog::reject);
   connect(newInData, &QPushButton::clicked, this, &ProjectorReplaceForm::NewInData_Click);
   connect(inConfiguration, &QPushButton::clicked, this, &ProjectorReplaceForm::ReplaceInConfiguration_Click);
@@ -110,8 +64,8 @@ void ProjectorReplaceForm::NewInData_Click() {
   } else if (SaveLibrary(globals_, prompts_, this)) {
     globals_.CurrentProjector = globals_.ClipboardProjector;
     accept();
-  } else {
-    globals_.ProjectorDatabase.Remove(globals_.ProjectorDatabase.Size() - 1);
+  } else if (const auto own = globals_.ProjectorDatabase.FindProjector(globals_.ClipboardProjector)) {
+    globals_.ProjectorDatabase.Remove(*own);
   }
 }
 
@@ -125,29 +79,31 @@ void ProjectorReplaceForm::ReplaceInDataBase_Click() {
   ReplaceElement(globals_.CurrentProjector);
   if (SaveLibrary(globals_, prompts_, this)) {
     accept();
-  } else {
-    globals_.ProjectorDatabase.Replace(index_, old);
+  } else if (const auto own = globals_.ProjectorDatabase.FindProjector(old)) {
+    globals_.ProjectorDatabase.Replace(*own, old);
   }
 }
 
-ProjectorReplaceForm2::ProjectorReplaceForm2(Globals& globals, UserPrompts& prompts, QWidget* parent)
+ProjectorReplaceForm2::ProjectorReplaceForm2(Globals& globals, UserPrompts& prompts,
+                                             const QuestionPlace& place, std::size_t taken, QWidget* parent)
     : ReplaceDialog(
-          {tr("Replace/Add Projector"),
-           tr("The projector in this BVD has the same manufacturer and model as one in the data base "
-              "but is not the same."),
-           tr("In this BVD")},
-          globals, prompts, parent) {
+          tr("Replace/Add Projector"),
+          tr("The projector in this BVD has the same manufacturer and model as one in the data base "
+             "but is not the same."),
+          tr("In this BVD"), globals, prompts, parent) {
+  ShowPlace(place);
   const auto* inDataBase =
       AddButton("ReplaceInDataBase", tr("Replace the projector in my data base with this projector"));
   auto* newInData =
       AddButton("NewInData", tr("Add this projector to my data base under a new manufacturer/model"));
-  const auto* doNothing = AddButton("DoNothing", tr("Do not import this projector"));
-  forAll_ = new QCheckBox(tr("Do the same with all further projectors of this file that differ"), this);
-  forAll_->setObjectName(QStringLiteral("ForAllCheck"));
-  AddBelowButtons(forAll_);
+  auto* doNothing = AddButton("DoNothing", tr("Do not import this projector"));
+  const auto* stopHere = AddButton("StopHere", tr("Stop here: %n taken so far", "", static_cast<int>(taken)));
+  forAll_ = AddForAllCheck(tr("Do the same with all further projectors of this file that differ"));
+  MakeDefault(doNothing);
   connect(inDataBase, &QPushButton::clicked, this, &ProjectorReplaceForm2::ReplaceInDataBase_Click);
   connect(newInData, &QPushButton::clicked, this, &ProjectorReplaceForm2::NewInData_Click);
   connect(doNothing, &QPushButton::clicked, this, &ProjectorReplaceForm2::DoNothing_Click);
+  connect(stopHere, &QPushButton::clicked, this, &ProjectorReplaceForm2::StopHere_Click);
   // Each needs a name of its own.
   connect(forAll_, &QCheckBox::toggled, newInData, &QPushButton::setDisabled);
 }
@@ -163,6 +119,11 @@ void ProjectorReplaceForm2::NewInData_Click() {
 }
 
 void ProjectorReplaceForm2::DoNothing_Click() { Answer(ReplaceAnswer::DoNothing); }
+
+void ProjectorReplaceForm2::StopHere_Click() {
+  stopped_ = true;
+  reject();
+}
 
 void ProjectorReplaceForm2::Answer(ReplaceAnswer answer) {
   if (forAll_->isChecked()) answerForAll_ = answer;

@@ -3,45 +3,27 @@
 // found by its names when the dialog loads. A dialog that is closed by its close box has changed nothing.
 #pragma once
 
-#include <QDialog>
+#include "forms/projectors/difference_dialog.h"
 
 #include <cstddef>
-#include <memory>
 #include <optional>
-
-class QCheckBox;
-class QPushButton;
-
-namespace Ui {
-class ReplaceDialog;
-}
 
 namespace qdm {
 
 struct Globals;
-struct ProjectorDefinition;
 class UserPrompts;
 
 enum class ReplaceAnswer { DoNothing, NewInData, ReplaceInConfiguration, ReplaceInDataBase };
 
 // What both dialogs have in common.
-class ReplaceDialog : public QDialog {
+class ReplaceDialog : public DifferenceDialog {
   Q_OBJECT
 
- public:
-  ~ReplaceDialog() override;
-
  protected:
-  struct Texts {
-    QString Title;
-    QString Explanation;
-    QString IncomingColumn;  // whose values the table's second column holds
-  };
-  // The library must hold a definition with the names of CurrentProjector.
-  ReplaceDialog(const Texts& texts, Globals& globals, UserPrompts& prompts, QWidget* parent);
-
-  QPushButton* AddButton(const char* name, const QString& caption);
-  void AddBelowButtons(QWidget* widget);
+  // The library must hold a definition with the names of CurrentProjector. `incomingColumn`: whose values the
+  // table's second column holds.
+  ReplaceDialog(const QString& title, const QString& explanation, const QString& incomingColumn,
+                Globals& globals, UserPrompts& prompts, QWidget* parent);
 
   // Asks for the new names. True when the definition was appended to the library under them; it stays in
   // ClipboardProjector.
@@ -51,11 +33,6 @@ class ReplaceDialog : public QDialog {
   Globals& globals_;
   UserPrompts& prompts_;
   const std::size_t index_;  // of the library's definition
-
- private:
-  void FillTable(const QString& incomingColumn);
-
-  std::unique_ptr<Ui::ReplaceDialog> ui_;
 };
 
 // For the projector of a configuration that is being opened. What it changes in the library is saved at once;
@@ -77,19 +54,25 @@ class ProjectorReplaceForm2 : public ReplaceDialog {
   Q_OBJECT
 
  public:
-  ProjectorReplaceForm2(Globals& globals, UserPrompts& prompts, QWidget* parent = nullptr);
+  // `taken`: how many definitions this import has taken so far.
+  ProjectorReplaceForm2(Globals& globals, UserPrompts& prompts, const QuestionPlace& place, std::size_t taken,
+                        QWidget* parent = nullptr);
 
   // Keep or replace, when the user wants that for all further conflicts of the import too.
   std::optional<ReplaceAnswer> AnswerForAll() const { return answerForAll_; }
+  // The import ends here; what it has taken stays.
+  bool Stopped() const { return stopped_; }
 
  private:
   void ReplaceInDataBase_Click();
   void NewInData_Click();
   void DoNothing_Click();
+  void StopHere_Click();
   void Answer(ReplaceAnswer answer);
 
   QCheckBox* forAll_ = nullptr;
   std::optional<ReplaceAnswer> answerForAll_;
+  bool stopped_ = false;
 };
 
 // Reconciles a configuration's projector with the library's definition of the same names, which must be there

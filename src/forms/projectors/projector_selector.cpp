@@ -1,24 +1,62 @@
 #include "forms/projectors/projector_selector.h"
 
+#include "forms/controls/screen_fit.h"
+#include "forms/controls/undo_actions.h"
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
+#include "projectors/library_step.h"
 #include "projectors/projector_files.h"
 #include "ui_projector_selector.h"
 
 #include <QAction>
 #include <QItemSelectionModel>
 #include <QKeySequence>
+#include <QScopedValueRollback>
 #include <QShortcut>
+#include <QUndoCommand>
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace qdm {
+namespace {
+
+std::string NameOf(const ProjectorDefinition& projector) {
+  return projector.Manufacturer.TrimmedUtf8() + " / " + projector.Model.TrimmedUtf8();
+}
+
+}  // namespace
+
+// One command's changes of the library.
+class ProjectorSelector::Step : public QUndoCommand {
+ public:
+  Step(ProjectorSelector& selector, LibraryStep step, const QString& text)
+      : QUndoCommand(text), selector_(selector), step_(std::move(step)) {}
+
+  void undo() override {
+    step_.Undo(selector_.globals_.ProjectorDatabase);
+    selector_.ShowAfterStep(step_.LastBefore());
+  }
+  void redo() override {
+    if (std::exchange(done_, true)) {
+      step_.Redo(selector_.globals_.ProjectorDatabase);
+      selector_.ShowAfterStep(step_.LastAfter());
+    }
+  }
+
+ private:
+  ProjectorSelector& selector_;
+  const LibraryStep step_;
+  bool done_ = false;  // pushing it on the stack calls redo
+};
 
 struct ProjectorSelector::Command {
   const char* Key;
@@ -28,21 +66,22 @@ struct ProjectorSelector::Command {
   // Commands on the selected definition have their keys in the tree alone: in the filter box they edit its
   // text.
   bool InTreeOnly;
-  void (ProjectorSelector::*Run)();
+  void (ProjectorSelector::*Do)();
 };
 
 // In the toolbar's order.
 const std::vector<ProjectorSelector::Command>& ProjectorSelector::Commands() {
   static const std::vector<Command> kCommands = {
-      {"NEW", "New", "projectornew", {QKeySequence::New}, false, &ProjectorSelector::New},
-      {"COPY", "Copy", "copy", {QKeySequence::Copy}, true, &ProjectorSelector::Copy},
-      {"CUT", "Cut", "cut", {QKeySequence::Cut}, true, &ProjectorSelector::Cut},
-      {"PASTE", "Paste", "paste", {QKeySequence::Paste}, true, &ProjectorSelector::Paste},
-      {"DELETE", "Delete", "delete", {QKeySequence::Delete}, true, &ProjectorSelector::Delete},
-      {"EDIT", "Edit", "edit", {Qt::Key_Return, Qt::Key_Enter}, true, &ProjectorSelector::Edit},
-      {"IMPORT", "Import", "import", {}, false, &ProjectorSelector::Import},
-      {"EXPORT", "Export", "export", {}, false, &ProjectorSelector::Export},
-      {"EXIT", "Exit", "exit", {}, false, &ProjectorSelector::Exit},
+      {"NEW", QT_TR_NOOP("New"), "projectornew", {QKeySequence::New}, false, &ProjectorSelector::New},
+      {"COPY", QT_TR_NOOP("Copy"), "copy", {QKeySequence::Copy}, true, &ProjectorSelector::Copy},
+      {"CUT", QT_TR_NOOP("Cut"), "cut", {QKeySequence::Cut}, true, &ProjectorSelector::Cut},
+      {"PASTE", QT_TR_NOOP("Paste"), "paste", {QKeySequence::Paste}, true, &ProjectorSelector::Paste},
+      {"DELETE", QT_TR_NOOP("Delete"), "delete", {QKeySequence::Delete}, true, &ProjectorSelector::Delete},
+      {"EDIT", QT_TR_NOOP("Edit"), "edit", {Qt::Key_Return, Qt::Key_Enter}, true, &ProjectorSelector::Edit},
+      {"RENAME", QT_TR_NOOP("Rename"), "editprojector", {Qt::Key_F2}, false, &ProjectorSelector::Rename},
+      {"IMPORT", QT_TR_NOOP("Import"), "import", {Qt::CTRL | Qt::Key_I}, false, &ProjectorSelector::Import},
+      {"EXPORT", QT_TR_NOOP("Export"), "export", {Qt::CTRL | Qt::Key_E}, false, &ProjectorSelector::Export},
+      {"EXIT", QT_TR_NOOP("Exit"), "exit", {}, false, &ProjectorSelector::Exit},
   };
   return kCommands;
 }
@@ -56,6 +95,8 @@ ProjectorSelector::ProjectorSelector(Globals& globals, UserPrompts& prompts, Set
       ui_(std::make_unique<Ui::ProjectorSelector>()) {
   ui_->setupUi(this);
   ui_->Filter->SetView(ui_->TreeView1);
+  ui_->Splitter->setStretchFactor(0, 1);
+  ui_->Splitter->setStretchFactor(1, 1);
   FillToolbar();
   connect(ui_->Filter, &QLineEdit::textChanged, ui_->TreeView1, &ProjectorTree::SetFilter);
   connect(ui_->Filter, &QLineEdit::returnPressed, this, &ProjectorSelector::Filter_Return);
@@ -64,32 +105,84 @@ ProjectorSelector::ProjectorSelector(Globals& globals, UserPrompts& prompts, Set
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, ui_->Filter,
           qOverload<>(&QWidget::setFocus));
   Form_Load();
+  FitToScreen(this);
 }
 
 ProjectorSelector::~ProjectorSelector() = default;
 
+void ProjectorSelector::RememberIn(QSettings& settings) { ui_->TreeView1->RememberIn(settings); }
+
 void ProjectorSelector::FillToolbar() {
   for (const Command& command : Commands()) {
-    const QString caption = tr(command.Caption);
-    auto* action =
-        new QAction(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(command.Icon))), caption, this);
+    const bool exit = command.Do == &ProjectorSelector::Exit;
+    if (exit) AddUndo();
+    auto* action = new QAction(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(command.Icon))),
+                               tr(command.Caption), this);
     action->setObjectName(QLatin1String(command.Key));
     action->setShortcuts(command.Shortcuts);
     action->setShortcutContext(command.InTreeOnly ? Qt::WidgetShortcut : Qt::WindowShortcut);
-    if (!command.Shortcuts.empty()) {
-      action->setToolTip(
-          QStringLiteral("%1 (%2)").arg(caption, action->shortcut().toString(QKeySequence::NativeText)));
-    }
-    connect(action, &QAction::triggered, this, command.Run);
+    connect(action, &QAction::triggered, this, [this, &command] { Run(command); });
     ui_->Toolbar1->addAction(action);
-    if (command.Run != &ProjectorSelector::Exit) ui_->TreeView1->addAction(action);
+    if (!exit) ui_->TreeView1->addAction(action);
+    Enable(command.Key, true);
   }
+}
+
+void ProjectorSelector::AddUndo() {
+  const UndoActions actions = MakeUndoActions(undo_, this);
+  ui_->Toolbar1->addActions({actions.Undo, actions.Redo});
+}
+
+// Closing is no change of the library: what it takes from others cannot be undone.
+void ProjectorSelector::Run(const Command& command) {
+  if (command.Do == &ProjectorSelector::Exit) return Exit();
+  const QScopedValueRollback busy(busy_, true);
+  Tell({});
+  LibraryRecording recording(globals_.ProjectorDatabase);
+  (this->*command.Do)();
+  LibraryStep step = recording.Take();
+  if (step.Size() == 0) return;
+  const ProjectorDefinition* named = step.LastAfter() != nullptr ? step.LastAfter() : step.LastBefore();
+  const QString text = step.Size() > 1
+                           ? tr("%1 %n projectors", "a command and its object", static_cast<int>(step.Size()))
+                           : tr("%1 %2 / %3", "a command and its object")
+                                 .arg(QStringLiteral("%1"), ToQString(named->Manufacturer.Trimmed()),
+                                      ToQString(named->Model.Trimmed()));
+  undo_.push(new Step(*this, std::move(step), text.arg(tr(command.Caption))));
+}
+
+void ProjectorSelector::ShowAfterStep(const ProjectorDefinition* projector) {
+  Tell({});
+  if (projector != nullptr) {
+    ShowProjector(*projector);
+  } else {
+    ui_->TreeView1->Rebuild();
+  }
+}
+
+bool ProjectorSelector::event(QEvent* event) {
+  if (event->type() == QEvent::WindowActivate && !busy_) ReadAgain();
+  return QDialog::event(event);
+}
+
+void ProjectorSelector::ReadAgain() {
+  const QScopedValueRollback busy(busy_, true);
+  if (!ReadLibraryAgain(globals_, prompts_, this)) return;
+  undo_.clear();
+  ui_->TreeView1->Rebuild();
+  Tell(tr("Somebody else has saved the data base: this is what it holds now."));
 }
 
 void ProjectorSelector::Form_Load() {
   ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
+  Tell({});
   UpdateToolbar();
   ui_->Filter->setFocus();
+}
+
+void ProjectorSelector::Tell(const QString& text) {
+  ui_->Status->setText(text);
+  ui_->Status->setVisible(!text.isEmpty());
 }
 
 // From the text that was typed to the first model that has it.
@@ -101,15 +194,33 @@ void ProjectorSelector::Filter_Return() {
 }
 
 void ProjectorSelector::UpdateToolbar() {
+  const ProjectorTree& tree = *ui_->TreeView1;
+  const bool model = tree.SelectedElement().has_value();
+  for (const char* key : {"EDIT", "COPY", "CUT", "RENAME"}) Enable(key, model, tr("Choose a model first"));
+  Enable("DELETE", tree.OnlyModelsSelected(), tr("Choose a model first"));
+  Enable("EXPORT", !tree.SelectedElements().empty(), tr("Choose a model or a manufacturer first"));
+  Enable("PASTE", HasBothNames(globals_.ClipboardProjector), tr("Nothing was copied"));
+  ShowPreview();
+}
+
+// "Copy (Ctrl+C)", and below it why it cannot be used.
+void ProjectorSelector::Enable(const char* key, bool enabled, const QString& reason) {
+  QAction* action = ActionOf(key);
+  const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+  const QString name = keys.isEmpty() ? action->text() : QStringLiteral("%1 (%2)").arg(action->text(), keys);
+  action->setEnabled(enabled);
+  action->setToolTip(enabled ? name : QStringLiteral("%1\n%2").arg(name, reason));
+  if (QWidget* button = ui_->Toolbar1->widgetForAction(action))
+    button->setAccessibleDescription(enabled ? QString() : reason);
+}
+
+void ProjectorSelector::ShowPreview() {
   const bool model = ui_->TreeView1->SelectedElement().has_value();
-  for (const char* key : {"DELETE", "EDIT", "COPY", "CUT"}) ActionOf(key)->setEnabled(model);
-  ActionOf("EXPORT")->setEnabled(!ui_->TreeView1->SelectedElements().empty());
-  ActionOf("PASTE")->setEnabled(HasBothNames(globals_.ClipboardProjector));
+  ui_->Preview->setPlainText(model ? SummaryText(SelectedProjector()) : QString());
 }
 
 void ProjectorSelector::New() {
-  ClearProjector(globals_.CurrentProjector);
-  globals_.CurrentProjector.Baudrate = 0;  // which clearing leaves as it was
+  globals_.CurrentProjector = {};  // clearing would leave two fields at what was viewed last
   SetUpCurrentProjector();
 }
 
@@ -119,7 +230,7 @@ void ProjectorSelector::Copy() {
 }
 
 void ProjectorSelector::Cut() {
-  if (!Confirm("Are you sure you want to cut(delete) ")) return;
+  if (!Confirm("Are you sure you want to cut(delete) " + NameOf(SelectedProjector()) + " projector?")) return;
   Copy();
   RemoveSelected();
 }
@@ -131,7 +242,15 @@ void ProjectorSelector::Paste() {
 }
 
 void ProjectorSelector::Delete() {
-  if (Confirm("Are you sure you want to delete ")) RemoveSelected();
+  const std::vector<std::size_t> elements = ui_->TreeView1->SelectedElements();
+  if (elements.size() == 1) {
+    if (Confirm("Are you sure you want to delete " + NameOf(SelectedProjector()) + " projector?"))
+      RemoveSelected();
+  } else if (Confirm(tr("Are you sure you want to delete these %n projectors?", "",
+                        static_cast<int>(elements.size()))
+                         .toStdString())) {
+    RemoveAll(elements);
+  }
 }
 
 void ProjectorSelector::Edit() {
@@ -139,15 +258,22 @@ void ProjectorSelector::Edit() {
   SetUpCurrentProjector();
 }
 
+void ProjectorSelector::Rename() {
+  const std::size_t element = *ui_->TreeView1->SelectedElement();
+  NewNameForm names(globals_, prompts_, element, this);
+  if (names.exec() == QDialog::Accepted) ShowProjector(globals_.ProjectorDatabase[element]);
+}
+
 void ProjectorSelector::Import() {
   const std::optional<QString> file = prompts_.OpenFile(this, kProjectorFileFilter);
   if (!file) return;
-  const std::optional<std::size_t> taken = ImportProjectorFile(globals_, prompts_, this, ToPath(*file));
-  if (taken) {
-    ShowProjector(globals_.ProjectorDatabase[*taken]);
+  const ImportedFile imported = ImportProjectorFile(globals_, prompts_, this, ToPath(*file));
+  if (imported.LastTaken) {
+    ShowProjector(globals_.ProjectorDatabase[*imported.LastTaken]);
   } else {
     ui_->TreeView1->Rebuild();
   }
+  Tell(imported.Told);
 }
 
 void ProjectorSelector::Export() {
@@ -177,11 +303,15 @@ void ProjectorSelector::SetUpCurrentProjector() {
   }
 }
 
-bool ProjectorSelector::Confirm(const char* question) {
-  const ProjectorDefinition& projector = SelectedProjector();
-  return prompts_.AskYesNo(this, {question + projector.Manufacturer.TrimmedUtf8() + " / " +
-                                      projector.Model.TrimmedUtf8() + " projector?",
-                                  "Are you sure?", MessageIcon::Question});
+bool ProjectorSelector::Confirm(const std::string& question) {
+  return prompts_.AskYesNo(this, {question, "Are you sure?", MessageIcon::Question});
+}
+
+// In the tree's order, which is not the library's.
+void ProjectorSelector::RemoveAll(std::vector<std::size_t> elements) {
+  std::sort(elements.begin(), elements.end(), std::greater<>());
+  for (const std::size_t element : elements) globals_.ProjectorDatabase.Remove(element);
+  ui_->TreeView1->Rebuild();
 }
 
 // Selected then: the next model, the one before when it was its manufacturer's last, the next manufacturer
@@ -215,8 +345,14 @@ void ProjectorSelector::ShowProjector(const ProjectorDefinition& projector) {
   tree->SelectProjector(projector);
 }
 
+// A merge that was not followed by closing has moved elements: steps from before it have lost their places.
 void ProjectorSelector::done(int result) {
-  if (SaveLibraryOrAsk(globals_, prompts_, this)) QDialog::done(result);
+  const QScopedValueRollback busy(busy_, true);
+  const auto readAt = globals_.ProjectorDatabase.FileState().LookedAt;
+  if (SaveLibraryOrAsk(globals_, prompts_, this)) return QDialog::done(result);
+  if (globals_.ProjectorDatabase.FileState().LookedAt == readAt) return;
+  undo_.clear();
+  ui_->TreeView1->Rebuild();
 }
 
 }  // namespace qdm

@@ -1,5 +1,9 @@
 #include "forms/projectors/projector_setup_form.h"
 
+#include "forms/controls/entry_note.h"
+#include "forms/controls/option_keys.h"
+#include "forms/controls/screen_fit.h"
+#include "forms/controls/undo_actions.h"
 #include "forms/projectors/name_validator.h"
 #include "forms/projectors/string_rows.h"
 #include "forms/shared/globals.h"
@@ -11,10 +15,13 @@
 #include "projectors/projector_names.h"
 #include "ui_projector_setup_form.h"
 
+#include <QApplication>
 #include <QButtonGroup>
+#include <QCompleter>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QShortcut>
 
 #include <algorithm>
@@ -27,7 +34,6 @@
 namespace qdm {
 namespace {
 
-constexpr int kNameLength = static_cast<int>(FixedText<32>::kLength);
 constexpr int kLongestTime = 255;
 constexpr int kLongestByteDelay = 10;
 
@@ -43,9 +49,15 @@ QStringList ManufacturersOf(const ProjectorLibrary& library) {
   return list;
 }
 
+// Nothing is chosen for a value that no option stands for.
 void Choose(QButtonGroup* group, int id) {
-  if (QAbstractButton* button = group->button(id)) button->setChecked(true);
+  if (QAbstractButton* button = group->button(id)) return button->setChecked(true);
+  group->setExclusive(false);
+  for (QAbstractButton* button : group->buttons()) button->setChecked(false);
+  group->setExclusive(true);
 }
+
+bool InRange(int value, int highest) { return value >= 0 && value <= highest; }
 
 // A button for each row of a table, with its caption and code. `name` is what a screen reader says, with %1
 // for the caption.
@@ -80,11 +92,16 @@ ProjectorSetupForm::ProjectorSetupForm(Globals& globals, UserPrompts& prompts, S
   ui_->StringsFrameLayout->addWidget(Strings);
   MakeGroups();
   for (QLineEdit* box : {ui_->Manufacturer->lineEdit(), ui_->Model}) {
-    box->setMaxLength(kNameLength);
-    box->setValidator(new NameValidator(box));
+    TakeNamesOnly(box);
+    connect(box, &QLineEdit::inputRejected, this, [box] { ExplainRefusal(box); });
   }
+  // A maker that begins like another one must not become that one.
+  ui_->Manufacturer->completer()->setCompletionMode(QCompleter::PopupCompletion);
   ConnectControls();
   Load();
+  ConnectUndo();
+  OrderTabs();
+  FitToScreen(this);
 }
 
 ProjectorSetupForm::~ProjectorSetupForm() = default;
@@ -102,6 +119,7 @@ void ProjectorSetupForm::MakeGroups() {
 
 void ProjectorSetupForm::ConnectControls() {
   connect(Strings, &StringRows::Changed, this, &ProjectorSetupForm::ShowBudget);
+  connect(Strings, &StringRows::Changed, this, &ProjectorSetupForm::NoteChange);
   connect(Strings, &StringRows::EditRequest, this, &ProjectorSetupForm::EditSlot);
   connect(Strings, &StringRows::TestRequest, this, &ProjectorSetupForm::TestSlot);
   connect(ui_->Done, &QPushButton::clicked, this, &ProjectorSetupForm::Done_Click);
@@ -109,36 +127,89 @@ void ProjectorSetupForm::ConnectControls() {
   connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, ui_->Done, &QPushButton::click);
 }
 
+void ProjectorSetupForm::ConnectUndo() {
+  connect(ui_->Manufacturer, &QComboBox::currentTextChanged, this, &ProjectorSetupForm::NoteTyping);
+  connect(ui_->Model, &QLineEdit::textChanged, this, &ProjectorSetupForm::NoteTyping);
+  connect(ui_->Notes, &NotesBox::textChanged, this, &ProjectorSetupForm::NoteTyping);
+  QList<QWidget*> boxes = {ui_->Manufacturer->lineEdit(), ui_->Model, ui_->Notes};
+  for (const IntegerEntry* entry :
+       {ui_->InterCommandDelay, ui_->InterByteDelay, ui_->WarmUpTime, ui_->CoolDownTime}) {
+    connect(entry, &IntegerEntry::Typed, this, &ProjectorSetupForm::NoteTyping);
+    connect(entry, &IntegerEntry::Changed, this, &ProjectorSetupForm::NoteTyping);
+    boxes << entry->focusProxy();
+  }
+  for (QWidget* box : boxes) LeaveUndoToWindow(box);
+  for (const QButtonGroup* group : {Baudrate, ParityOption, Stopbits})
+    connect(group, &QButtonGroup::idClicked, this, &ProjectorSetupForm::NoteChange);
+  connect(qApp, &QApplication::focusChanged, this, [this] { ++typing_; });
+  connect(&history_, &DefinitionHistory::Restored, this, &ProjectorSetupForm::Restore);
+  const UndoActions actions = MakeUndoActions(history_.Stack(), this);
+  ui_->Undo->setDefaultAction(actions.Undo);
+  ui_->Redo->setDefaultAction(actions.Redo);
+}
+
+// Names, line and times stand in the window's own order, the strings from top to bottom behind them.
+void ProjectorSetupForm::OrderTabs() {
+  for (QButtonGroup* group : {Baudrate, ParityOption, Stopbits}) FollowKeys(group);
+  setTabOrder(Strings->LastTabStop(), ui_->Notes);
+  setTabOrder(ui_->Notes, ui_->Done);
+  setTabOrder(ui_->Done, ui_->Cancel);
+}
+
 void ProjectorSetupForm::Load() {
-  const ProjectorDefinition& p = globals_.CurrentProjector;
   ui_->Manufacturer->addItems(ManufacturersOf(globals_.ProjectorDatabase));
+  LimitNumbers();
+  Show();
+  loaded_ = Edited();
+  history_.Begin(loaded_);
+  ui_->Manufacturer->setFocus();
+}
+
+void ProjectorSetupForm::LimitNumbers() {
+  ui_->InterCommandDelay->SetLimits(0, kLongestTime);
+  ui_->InterCommandDelay->SetLabel(tr("Minimum delay between serial commands"));
+  ui_->InterByteDelay->SetLimits(0, kLongestByteDelay);
+  ui_->InterByteDelay->SetLabel(tr("Minimum delay between serial bytes"));
+  ui_->WarmUpTime->SetLimits(0, kLongestTime);
+  ui_->WarmUpTime->SetLabel(tr("Time it takes the projector to warm up after power on"));
+  ui_->CoolDownTime->SetLimits(0, kLongestTime);
+  ui_->CoolDownTime->SetLabel(InRange(globals_.CurrentProjector.CoolDownTime, kLongestTime)
+                                  ? tr("Time it takes the projector to cool down after power off")
+                                  : tr("Time it takes the projector to cool down after power down"));
+}
+
+void ProjectorSetupForm::Show() {
+  const QScopedValueRollback showing(showing_, true);
+  const ProjectorDefinition& p = globals_.CurrentProjector;
   ui_->Manufacturer->setCurrentText(ToQString(p.Manufacturer.Trimmed()));
   ui_->Model->setText(ToQString(p.Model.Trimmed()));
   ui_->Notes->SetNotes(p.Notes);
   Choose(Baudrate, SpeedOf(p.Baudrate).Code);
   Choose(ParityOption, p.Parity);
   Choose(Stopbits, p.Stopbits != 0 ? 1 : 0);
-  LoadNumber(ui_->InterCommandDelay, p.InterCommandDelay, kLongestTime,
-             "Minimum delay between serial commands");
-  LoadNumber(ui_->InterByteDelay, p.InterByteDelay, kLongestByteDelay, "Minimum delay between serial bytes");
-  LoadNumber(ui_->WarmUpTime, p.WarmUpTime, kLongestTime,
-             "Time it takes the projector to warm up after power on");
-  LoadNumber(ui_->CoolDownTime, p.CoolDownTime, kLongestTime,
-             p.CoolDownTime >= 0 && p.CoolDownTime <= kLongestTime
-                 ? "Time it takes the projector to cool down after power off"
-                 : "Time it takes the projector to cool down after power down");
+  // A stored value out of range leaves the entry with its own starting value.
+  if (InRange(p.InterCommandDelay, kLongestTime)) ui_->InterCommandDelay->SetValue(p.InterCommandDelay);
+  if (InRange(p.InterByteDelay, kLongestByteDelay)) ui_->InterByteDelay->SetValue(p.InterByteDelay);
+  if (InRange(p.WarmUpTime, kLongestTime)) ui_->WarmUpTime->SetValue(p.WarmUpTime);
+  if (InRange(p.CoolDownTime, kLongestTime)) ui_->CoolDownTime->SetValue(p.CoolDownTime);
   Strings->Load();
   ShowBudget();
-  loaded_ = Edited();
-  ui_->Manufacturer->setFocus();
 }
 
-// A stored value out of range leaves the entry with its own starting value.
-void ProjectorSetupForm::LoadNumber(IntegerEntry* entry, int stored, int highest, const char* label) {
-  entry->SetLimits(0, highest);
-  entry->SetLabel(tr(label));
-  if (stored >= 0 && stored <= highest) entry->SetValue(stored);
+void ProjectorSetupForm::NoteTyping() {
+  if (!showing_) history_.Note(Edited(), typing_);
 }
+
+void ProjectorSetupForm::NoteChange() {
+  if (!showing_) history_.Note(Edited());
+}
+
+void ProjectorSetupForm::Restore(const ProjectorDefinition& projector) {
+  globals_.CurrentProjector = projector;
+  Show();
+}
+
+void ProjectorSetupForm::ExplainRefusal(QLineEdit* box) { ShowEntryNote(box, WhyNameWasRefused(box)); }
 
 // What no control shows, or shows only in part, stays as it was: an unknown parity, another "two stop bits".
 void ProjectorSetupForm::Store(ProjectorDefinition& projector) const {
@@ -166,7 +237,11 @@ ProjectorDefinition ProjectorSetupForm::Edited() const {
 void ProjectorSetupForm::Done_Click() {
   ShowBudget();
   ProjectorDefinition projector = Edited();
-  if (const auto refusal = CheckDefinition(projector)) return prompts_.Show(this, *refusal);
+  if (const auto refusal = CheckDefinition(projector)) {
+    prompts_.Show(this, *refusal);
+    if (const auto slot = RefusedSlot(projector)) ui_->Scroll->ensureWidgetVisible(Strings->FocusSlot(*slot));
+    return;
+  }
   CompleteDefinition(projector);
   const auto question = OverwriteQuestion(globals_.ProjectorDatabase, projector);
   if (question && !prompts_.AskYesNo(this, *question)) return;
@@ -206,6 +281,7 @@ void ProjectorSetupForm::PrepareSlotWindow(int slot) {
 void ProjectorSetupForm::ShowAfterSlotWindow() {
   Strings->Load();
   ShowBudget();
+  NoteChange();
 }
 
 void ProjectorSetupForm::ShowBudget() {

@@ -1,8 +1,9 @@
 // The "Projector Setup" dialog: edits the definition in Globals::CurrentProjector and, on Done, stores it in
 // the library. Closed in any other way it puts CurrentProjector back and leaves the library as it was;
-// changes are dropped only after a question.
+// changes are dropped only after a question. Every field and every string can be undone until then.
 #pragma once
 
+#include "forms/projectors/definition_history.h"
 #include "projectors/projector_definition.h"
 
 #include <QDialog>
@@ -11,6 +12,7 @@
 #include <memory>
 
 class QButtonGroup;
+class QLineEdit;
 
 namespace Ui {
 class ProjectorSetupForm;
@@ -46,8 +48,12 @@ class ProjectorSetupForm : public QDialog {
  private:
   void MakeGroups();
   void ConnectControls();
+  void ConnectUndo();
+  void OrderTabs();
   void Load();
-  void LoadNumber(IntegerEntry* entry, int stored, int highest, const char* label);
+  // Shows CurrentProjector.
+  void Show();
+  void LimitNumbers();
   void Store(ProjectorDefinition& projector) const;
   // The definition as the controls have it.
   ProjectorDefinition Edited() const;
@@ -58,6 +64,11 @@ class ProjectorSetupForm : public QDialog {
   void PrepareSlotWindow(int slot);
   void ShowAfterSlotWindow();
   void ShowBudget();
+  // A change that may be one of several in one entry; one that stands for itself.
+  void NoteTyping();
+  void NoteChange();
+  void Restore(const ProjectorDefinition& projector);
+  static void ExplainRefusal(QLineEdit* box);
 
   std::unique_ptr<Ui::ProjectorSetupForm> ui_;
   Globals& globals_;
@@ -67,6 +78,9 @@ class ProjectorSetupForm : public QDialog {
   QButtonGroup* Baudrate;
   QButtonGroup* ParityOption;
   QButtonGroup* Stopbits;
+  DefinitionHistory history_;
+  int typing_ = 1;        // another one in another entry
+  bool showing_ = false;  // controls change because the definition did
   const ProjectorDefinition opened_;
   ProjectorDefinition loaded_;  // `opened_` as the controls show it
 };

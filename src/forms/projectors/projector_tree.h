@@ -12,6 +12,9 @@
 #include <optional>
 #include <vector>
 
+class QAction;
+class QSettings;
+
 namespace qdm {
 
 class ProjectorTree : public QTreeView {
@@ -29,10 +32,15 @@ class ProjectorTree : public QTreeView {
   // Makes the node of these names current, its manufacturer open and itself seen; clears the selection when
   // there is none.
   void SelectProjector(const ProjectorDefinition& projector);
-  // The element of the selected node; nothing while none or a manufacturer is selected.
+  // The element of the one selected node; nothing while that is a manufacturer, or none or several are.
   std::optional<std::size_t> SelectedElement() const;
-  // In the tree's order; see ProjectorTreeModel::ElementsOf.
+  // Of all selected nodes, in the tree's order; see ProjectorTreeModel::ElementsOf.
   std::vector<std::size_t> SelectedElements() const;
+  // At least one model, and no manufacturer.
+  bool OnlyModelsSelected() const;
+
+  // Where it is kept whether manufacturers are sorted. `settings` must outlive the view.
+  void RememberIn(QSettings& settings);
 
   ProjectorTreeModel& Model() const { return *model_; }
 
@@ -44,6 +52,7 @@ class ProjectorTree : public QTreeView {
 
  protected:
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   template <class Change>
@@ -51,8 +60,14 @@ class ProjectorTree : public QTreeView {
   void Choose(const QModelIndex& index);
   // A view that gets the focus makes its first node current; the user has chosen nothing with that.
   QModelIndex SelectedIndex() const;
+  // In the tree's order.
+  QModelIndexList SelectedIndexes() const;
+  QString WhyEmpty() const;
+  void SortManufacturers(bool sort);
 
   ProjectorTreeModel* model_ = nullptr;
+  QAction* sort_;
+  QSettings* settings_ = nullptr;
   QSet<QString> openKeys_;  // manufacturers that the user left open
 };
 

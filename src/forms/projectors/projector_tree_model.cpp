@@ -1,8 +1,10 @@
 #include "forms/projectors/projector_tree_model.h"
 
+#include "projectors/definition_summary.h"
 #include "projectors/projector_library.h"
 
 #include <QSet>
+#include <QStringList>
 
 #include <algorithm>
 #include <string_view>
@@ -23,6 +25,14 @@ QString KeyOf(const QString& manufacturer, const FixedText<32>& model) {
   return QLatin1Char('S') + manufacturer + QLatin1Char('#') + UpperTextOf(model.Trimmed());
 }
 
+QStringList MissingIn(const QString& text, const QStringList& words) {
+  QStringList missing;
+  for (const QString& word : words) {
+    if (!text.contains(word, Qt::CaseInsensitive)) missing << word;
+  }
+  return missing;
+}
+
 // An index of the second level carries its manufacturer's row plus one.
 std::size_t ShownRowOf(const QModelIndex& index) {
   if (ProjectorTreeModel::IsModel(index)) return static_cast<std::size_t>(index.internalId()) - 1;
@@ -30,6 +40,17 @@ std::size_t ShownRowOf(const QModelIndex& index) {
 }
 
 }  // namespace
+
+QString SummaryText(const ProjectorDefinition& projector) {
+  const DefinitionSummary summary = SummaryOf(projector);
+  QStringList lines = {ProjectorTreeModel::tr("Line %1").arg(QString::fromStdString(summary.Line))};
+  for (const DefinitionSummary::Row& row : summary.Strings) {
+    lines << ProjectorTreeModel::tr("%1: %2", "a command and its bytes")
+                 .arg(QString::fromUtf8(row.Name.data(), static_cast<qsizetype>(row.Name.size())),
+                      QString::fromStdString(row.Text));
+  }
+  return lines.join(QLatin1Char('\n'));
+}
 
 ProjectorTreeModel::ProjectorTreeModel(const ProjectorLibrary& library, QObject* parent)
     : QAbstractItemModel(parent),
@@ -54,6 +75,12 @@ void ProjectorTreeModel::SetFilter(const QString& text) {
   endResetModel();
 }
 
+void ProjectorTreeModel::SortManufacturers(bool sort) {
+  if (sort == sorted_) return;
+  sorted_ = sort;
+  Rebuild();
+}
+
 void ProjectorTreeModel::ReadLibrary() {
   manufacturers_.clear();
   QHash<QString, std::size_t> placeOf;
@@ -73,6 +100,10 @@ void ProjectorTreeModel::ReadLibrary() {
     modelKeys.insert(key);
     manufacturers_[at].Models.push_back({TextOf(projector.Model.Trimmed()), key, element});
   }
+  if (sorted_) {
+    std::sort(manufacturers_.begin(), manufacturers_.end(),
+              [](const Manufacturer& a, const Manufacturer& b) { return a.Text < b.Text; });
+  }
   for (Manufacturer& manufacturer : manufacturers_) {
     std::sort(manufacturer.Models.begin(), manufacturer.Models.end(),
               [](const Model& a, const Model& b) { return a.Text.compare(b.Text, Qt::CaseInsensitive) < 0; });
@@ -81,14 +112,14 @@ void ProjectorTreeModel::ReadLibrary() {
 
 void ProjectorTreeModel::ApplyFilter() {
   shown_.clear();
+  const QStringList words = filter_.split(QLatin1Char(' '), Qt::SkipEmptyParts);
   for (std::size_t at = 0; at < manufacturers_.size(); ++at) {
     const Manufacturer& manufacturer = manufacturers_[at];
-    const bool all = manufacturer.Text.contains(filter_, Qt::CaseInsensitive);
+    const QStringList missing = MissingIn(manufacturer.Text, words);
     Shown shown{at, {}};
     for (std::size_t model = 0; model < manufacturer.Models.size(); ++model) {
-      if (all || manufacturer.Models[model].Text.contains(filter_, Qt::CaseInsensitive)) {
+      if (missing.isEmpty() || MissingIn(manufacturer.Models[model].Text, missing).isEmpty())
         shown.Models.push_back(model);
-      }
     }
     if (!shown.Models.empty()) shown_.push_back(std::move(shown));
   }
@@ -156,6 +187,11 @@ QVariant ProjectorTreeModel::data(const QModelIndex& index, int role) const {
       return model ? ModelOf(index).Text : ManufacturerOf(index).Text;
     case Qt::DecorationRole:
       return model ? modelIcon_ : manufacturerIcon_;
+    case Qt::ToolTipRole:
+      return model ? SummaryText(library_[ModelOf(index).Element])
+                         .toHtmlEscaped()
+                         .replace(QLatin1Char('\n'), QLatin1String("<br>"))
+                   : QVariant();
     case KeyRole:
       return model ? ModelOf(index).Key : ManufacturerOf(index).Key;
     default:

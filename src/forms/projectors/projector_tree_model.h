@@ -1,8 +1,8 @@
 // The library as two levels of tree: manufacturers in upper case in the order of the library, their models
 // below them sorted by text. A node stands for all elements with its names without regard to case and leads
 // to the first of them. Holds texts and element numbers, not definitions: whoever changes the library calls
-// Rebuild before the next look. A filter text hides what does not contain it; a manufacturer that does shows
-// all its models.
+// Rebuild before the next look. A filter hides every model of which not all its words stand in one of the two
+// names.
 #pragma once
 
 #include "base/fixed_text.h"
@@ -20,6 +20,9 @@ namespace qdm {
 class ProjectorLibrary;
 struct ProjectorDefinition;
 
+// Line settings and commands of a definition, a line each.
+QString SummaryText(const ProjectorDefinition& projector);
+
 class ProjectorTreeModel : public QAbstractItemModel {
   Q_OBJECT
 
@@ -32,6 +35,8 @@ class ProjectorTreeModel : public QAbstractItemModel {
   void Rebuild();
   void SetFilter(const QString& text);
   const QString& Filter() const { return filter_; }
+  // Manufacturers by the alphabet instead of in the order of the library.
+  void SortManufacturers(bool sort);
 
   static bool IsModel(const QModelIndex& index) { return index.isValid() && index.internalId() != 0; }
   // The library element of a model node; nothing for a manufacturer.
@@ -74,6 +79,7 @@ class ProjectorTreeModel : public QAbstractItemModel {
 
   const ProjectorLibrary& library_;
   QString filter_;
+  bool sorted_ = false;
   std::vector<Manufacturer> manufacturers_;
   std::vector<Shown> shown_;
   QIcon manufacturerIcon_;

@@ -9,7 +9,9 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cstddef>
+#include <optional>
 
 namespace qdm {
 namespace {
@@ -37,31 +39,48 @@ struct StringRows::Row {
   const char* BoxCaption = nullptr;
 };
 
+const std::array<StringRows::Row, 14>& StringRows::Rows() {
+  static constexpr std::array<Row, 14> kRows = {{
+      {kSerialEnableSlot, QT_TR_NOOP("Serial enable"), "SerialOnOffUsedCheck", QT_TR_NOOP("Required")},
+      {kPowerOnSlot, QT_TR_NOOP("Power on")},
+      {kData1Slot, QT_TR_NOOP("Data 1 (PC 1)")},
+      {kData2Slot, QT_TR_NOOP("Data 2 (PC 2)"), "AvailableCheck_3", QT_TR_NOOP("Available")},
+      {kVideoSlot, QT_TR_NOOP("Video")},
+      {kVideo2Slot, QT_TR_NOOP("Video 2"), "AvailableCheck_23", QT_TR_NOOP("Available")},
+      {kBlankSlot, QT_TR_NOOP("Blank On (Off)"), "AvailableCheck_5", QT_TR_NOOP("Available")},
+      {kBlankOffSlot, QT_TR_NOOP("Blank Off"), "AvailableCheck_24", QT_TR_NOOP("Available")},
+      {kVolumeUpSlot, QT_TR_NOOP("Volume up"), "VolumeAvailableCheck", QT_TR_NOOP("Available")},
+      {kVolumeDownSlot, QT_TR_NOOP("Volume down")},
+      {kPowerOffSlot, QT_TR_NOOP("Power off")},
+      {kSerialDisableSlot, QT_TR_NOOP("Serial disable")},
+      {kExternalOnSlot, QT_TR_NOOP("External on")},
+      {kExternalOffSlot, QT_TR_NOOP("External off")},
+  }};
+  return kRows;
+}
+
+const StringRows::Row& StringRows::RowOf(std::size_t slot) {
+  return *std::find_if(Rows().begin(), Rows().end(), [slot](const Row& row) { return row.Slot == slot; });
+}
+
+QString StringRows::WhyHidden(const Row& row) {
+  const QString caption = tr(row.Caption);
+  if (row.BoxName != nullptr) return tr("%1: tick %2").arg(caption, tr(row.BoxCaption));
+  const std::optional<Slot> other = kSlots[row.Slot].ShownWith;
+  if (!other) return tr("%1: tick %2").arg(caption, tr("Requires reply"));
+  const Row& boxRow = RowOf(*other);
+  return tr("%1: tick %2 at %3").arg(caption, tr(boxRow.BoxCaption), tr(boxRow.Caption));
+}
+
 StringRows::StringRows(Globals& globals, UserPrompts& prompts, QWidget* parent)
     : QWidget(parent), globals_(globals), prompts_(prompts), grid_(new QGridLayout(this)) {
-  static constexpr Row kRows[] = {
-      {kSerialEnableSlot, "Serial enable", "SerialOnOffUsedCheck", "Required"},
-      {kPowerOnSlot, "Power on"},
-      {kData1Slot, "Data 1 (PC 1)"},
-      {kData2Slot, "Data 2 (PC 2)", "AvailableCheck_3", "Available"},
-      {kVideoSlot, "Video"},
-      {kVideo2Slot, "Video 2", "AvailableCheck_23", "Available"},
-      {kBlankSlot, "Blank On (Off)", "AvailableCheck_5", "Available"},
-      {kBlankOffSlot, "Blank Off", "AvailableCheck_24", "Available"},
-      {kVolumeUpSlot, "Volume up", "VolumeAvailableCheck", "Available"},
-      {kVolumeDownSlot, "Volume down"},
-      {kPowerOffSlot, "Power off"},
-      {kSerialDisableSlot, "Serial disable"},
-      {kExternalOnSlot, "External on"},
-      {kExternalOffSlot, "External off"},
-  };
   grid_->setContentsMargins(0, 0, 0, 0);
   grid_->setHorizontalSpacing(4);
   grid_->setVerticalSpacing(2);
   grid_->setColumnStretch(kCommandColumn, 1);
   grid_->setColumnStretch(kReplyColumn, 1);
   int line = 0;
-  for (const Row& row : kRows) MakeRow(row, line++);
+  for (const Row& row : Rows()) MakeRow(row, line++);
   Load();
 }
 
@@ -69,6 +88,12 @@ void StringRows::MakeRow(const Row& row, int line) {
   const QString caption = tr(row.Caption);
   auto* name = new QLabel(caption, this);
   grid_->addWidget(name, line, kNameColumn);
+  cells_[row.Slot].Name = name;
+  if (row.BoxName == nullptr && kSlots[row.Slot].ShownWith) {
+    cells_[row.Slot].Hint = new QLabel(WhyHidden(row), this);
+    cells_[row.Slot].Hint->setEnabled(false);
+    grid_->addWidget(cells_[row.Slot].Hint, line, kCommandColumn);
+  }
   if (row.BoxName != nullptr) {
     QCheckBox* box = MakeBox(QLatin1String(row.BoxName), tr(row.BoxCaption),
                              QStringLiteral("%1: %2").arg(caption, tr(row.BoxCaption)),
@@ -166,6 +191,13 @@ void StringRows::Load() {
   ShowStrings();
 }
 
+QWidget* StringRows::FocusSlot(std::size_t slot) {
+  cells_[slot].Display->setFocus(Qt::OtherFocusReason);
+  return cells_[slot].Display;
+}
+
+QWidget* StringRows::LastTabStop() const { return cells_[Rows().back().Slot].Display; }
+
 void StringRows::ShowStrings() {
   const SlotSet shown = ShownSlots(globals_.CurrentProjector);
   for (std::size_t slot = 0; slot < cells_.size(); ++slot) {
@@ -174,6 +206,12 @@ void StringRows::ShowStrings() {
                             static_cast<QWidget*>(cell.Test), static_cast<QWidget*>(cell.ReplyCheck)}) {
       if (widget != nullptr) widget->setVisible(shown[slot]);
     }
+    if (cell.Hint != nullptr) cell.Hint->setVisible(!shown[slot]);
+    if (cell.Name == nullptr) continue;
+    const QString why = shown[slot] ? QString() : WhyHidden(RowOf(slot));
+    cell.Name->setEnabled(shown[slot]);
+    cell.Name->setToolTip(why);
+    cell.Name->setAccessibleDescription(why);
   }
   UseLevelsCheck->setVisible(shown[kVolumeDownSlot]);
 }

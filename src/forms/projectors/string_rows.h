@@ -13,6 +13,7 @@
 
 class QCheckBox;
 class QGridLayout;
+class QLabel;
 class QToolButton;
 
 namespace qdm {
@@ -30,6 +31,10 @@ class StringRows : public QWidget {
 
   // Shows boxes and strings of the definition as it is now.
   void Load();
+  // Gives the string of the slot the focus; its display.
+  QWidget* FocusSlot(std::size_t slot);
+  // The last place of the Tab key.
+  QWidget* LastTabStop() const;
 
  Q_SIGNALS:
   // A box or a string has changed.
@@ -49,7 +54,14 @@ class StringRows : public QWidget {
     QToolButton* Edit = nullptr;
     QToolButton* Test = nullptr;      // commands only
     QCheckBox* ReplyCheck = nullptr;  // commands with a reply only
+    QLabel* Name = nullptr;           // not of replies
+    QLabel* Hint = nullptr;           // in place of a string that another row's box shows
   };
+
+  static const std::array<Row, 14>& Rows();
+  static const Row& RowOf(std::size_t slot);
+  // What to tick for the string to be shown: "Volume down: tick Available at Volume up".
+  static QString WhyHidden(const Row& row);
 
   void MakeRow(const Row& row, int line);
   void MakeReply(std::size_t command, const QString& caption, int line);

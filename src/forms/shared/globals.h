@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 
 namespace qdm {
 
@@ -16,6 +17,8 @@ struct Globals {
   std::filesystem::path ProgramFolder;  // help file, licence text
 
   ProjectorLibrary ProjectorDatabase;
+  // Why the library could not be saved when the selector closed, where nothing is lost by that; else empty.
+  std::string LibraryNotice;
   // The definition that the selector, the setup dialog and the replace dialogs pass to one another.
   ProjectorDefinition CurrentProjector;
   // The last definition that was copied or cut; blank names until then.

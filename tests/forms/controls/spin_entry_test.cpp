@@ -3,7 +3,9 @@
 #include "forms/controls/integer_entry.h"
 
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -160,6 +162,11 @@ TEST(SpinEntry, LeavingItEntersTheText) {
   QTest::keyClick(form.Text1, Qt::Key_Tab);
   EXPECT_EQ(form.Shown(), "255");
   EXPECT_EQ(form.Changed.count(), 1);
+  const QPointer<QLabel> note = form.Window.findChild<QLabel*>(QStringLiteral("EntryNote"));
+  ASSERT_TRUE(note && note->isVisible()) << "never corrected without a word";
+  EXPECT_EQ(note->text(), QStringLiteral("Level: 1 to 255"));
+  QTest::keyClick(&form.Done, Qt::Key_Shift);
+  EXPECT_FALSE(note->isVisible()) << "until the next key";
 
   QObject::connect(&form.Control, &SpinEntry::Changed, &form.Window, [&form] { form.Done.setFocus(); });
   form.Text1->setFocus();

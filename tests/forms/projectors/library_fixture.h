@@ -56,6 +56,13 @@ class LibraryFixture : public testing::Test {
         WriteProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase));
   }
 
+  // Another program saves that.
+  void OthersSave(const std::vector<ProjectorDefinition>& projectors) {
+    ProjectorLibrary theirs;
+    for (const ProjectorDefinition& projector : projectors) theirs.Append(projector);
+    WriteProjectorDatabase(globals_.DataFolder, theirs);
+  }
+
   static DialogScript::Step Types(const char* manufacturer, const char* model, const char* button = "Done") {
     return [=](QWidget& dialog) {
       Child<QLineEdit>(dialog, "Text1").setText(QString::fromUtf8(manufacturer));

@@ -4,6 +4,7 @@
 #include "library_fixture.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 
@@ -36,9 +37,11 @@ class Conflict : public LibraryFixture {
   // What the selection is after the import.
   std::string Import(const Steps& steps) {
     const DialogScript script(steps);
-    const auto taken = ImportProjectorFile(globals_, prompts_, nullptr, file_);
-    return taken ? Line(globals_.ProjectorDatabase[*taken]) : "nothing";
+    const ImportedFile imported = ImportProjectorFile(globals_, prompts_, nullptr, file_);
+    told_ = imported.Told.toStdString();
+    return imported.LastTaken ? Line(globals_.ProjectorDatabase[*imported.LastTaken]) : "nothing";
   }
+  std::string told_;
   const Lines unchanged_ = {"ACME / X 1 = 1", "ACME / X 2 = 2"};
   const std::filesystem::path file_ = folder_ / "Colleague.BVD";
 };
@@ -50,7 +53,7 @@ TEST_F(Conflict, ShowsWhatDiffers) {
   configured.Strings[6].Kinds = {0, 4};
   configured.Available[6] = kFlagSet;
   configured.Baudrate = 1;
-  configured.Notes.AssignUtf8("not compared");
+  configured.Notes.AssignUtf8("goes along");
   globals_.CurrentProjector = configured;
   ProjectorReplaceForm form(globals_, prompts_);
   const auto& table = Child<QTableWidget>(form, "Differences");
@@ -60,8 +63,10 @@ TEST_F(Conflict, ShowsWhatDiffers) {
     for (int column = 0; column < 3; ++column) cells += table.item(row, column)->text().toStdString() + "|";
     rows.push_back(cells);
   }
-  EXPECT_THAT(rows, ElementsAre("Volume up: available|Yes|No|", "Volume up|\"V,CRc\"|\"\"|",
-                                "Speed|19200|9600|", "Minimum delay between serial commands|9|1|"));
+  EXPECT_THAT(rows,
+              ElementsAre("Volume up: available|Yes|No|", "Volume up|\"V,CRc\"|\"\"|", "Speed|19200|9600|",
+                          "Minimum delay between serial commands|9|1|", "Notes|goes along||"));
+  EXPECT_FALSE(Child<QLabel>(form, "NotesHint").isHidden()) << "whoever replaces loses notes too";
 }
 
 TEST_F(Conflict, OfAConfigurationIsSettledAsAnsweredAndSavedAtOnce) {
@@ -109,6 +114,13 @@ TEST_F(Conflict, OfAnImportIsAskedAboutOneByOneOrForAllAndNotSaved) {
       Click(dialog, button);
     };
   };
+  const auto stopsAt = [](const char* place, const char* caption) {
+    return [=](QWidget& dialog) {
+      EXPECT_EQ(Child<QLabel>(dialog, "Place").text().toStdString(), place);
+      EXPECT_EQ(Child<QPushButton>(dialog, "StopHere").text().toStdString(), caption);
+      Click(dialog, "StopHere");
+    };
+  };
   const Answer answers[] = {
       {{Clicks("ReplaceInDataBase"), Clicks("DoNothing"), Closes},
        "ACME / x 1 = 11",
@@ -116,6 +128,9 @@ TEST_F(Conflict, OfAnImportIsAskedAboutOneByOneOrForAllAndNotSaved) {
       {{Clicks("NewInData"), Types("ACME", "X 9"), Clicks("NewInData"), Types("Y", "Y", "Cancel"), Closes},
        "ACME / X 9 = 11",
        {"ACME / X 1 = 1", "ACME / X 2 = 2", "NEW / A = 5", "ACME / X 9 = 11"}},
+      {{Clicks("ReplaceInDataBase"), stopsAt("2 of 3", "Stop here: 2 taken so far")},
+       "ACME / x 1 = 11",
+       {"ACME / x 1 = 11", "ACME / X 2 = 2", "NEW / A = 5"}},
       {{forAll("DoNothing")}, "NEW / A = 5", {"ACME / X 1 = 1", "ACME / X 2 = 2", "NEW / A = 5"}},
       {{forAll("ReplaceInDataBase")},
        "ACME / X 1 = 13",
@@ -127,6 +142,11 @@ TEST_F(Conflict, OfAnImportIsAskedAboutOneByOneOrForAllAndNotSaved) {
     EXPECT_EQ(InMemory(), answer.InMemory);
     EXPECT_EQ(OnDisk(), unchanged_);
   }
+  EXPECT_EQ(told_, "1 added, 3 replaced, 1 were there already");
+  WriteFileSafely(file_, Bytes(3161));
+  prompts_.Answers = {false};
+  EXPECT_EQ(Import({}), "nothing");
+  EXPECT_THAT(prompts_.LastText(), testing::StartsWith("Colleague.BVD has the length of a configuration"));
   std::filesystem::remove(file_);
   EXPECT_EQ(Import({}), "nothing");
   EXPECT_EQ(prompts_.LastText(), "Cannot read " + PathToUtf8(file_) + ": No such file or directory.");

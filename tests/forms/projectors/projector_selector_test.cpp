@@ -1,15 +1,22 @@
 #include "forms/projectors/projector_selector.h"
 
+#include "forms/projectors/library_wait_form.h"
 #include "forms/projectors/projector_tree.h"
 #include "library_fixture.h"
+#include "projectors/definition_setup.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QLabel>
 #include <QToolBar>
 
 namespace qdm {
 namespace {
 
 using testing::ElementsAre;
+
+// What somebody else makes of the file.
+using Others = std::vector<ProjectorDefinition>;
 
 // The window reads the library when it is made.
 class FourProjectors : public LibraryFixture {
@@ -65,9 +72,10 @@ TEST_F(Selector, EnablesWhatTheSelectionAndTheClipboardAllow) {
   Select("ACME");
   EXPECT_EQ(Enabled(), "NEW IMPORT EXPORT EXIT ");
   Select("ACME", "B");
-  EXPECT_EQ(Enabled(), "NEW COPY CUT DELETE EDIT IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Enabled(), "NEW COPY CUT DELETE EDIT RENAME IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Child<QAction>(form_, "PASTE").toolTip(), QStringLiteral("Paste (Ctrl+V)\nNothing was copied"));
   Press("COPY");
-  EXPECT_EQ(Enabled(), "NEW COPY CUT PASTE DELETE EDIT IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Enabled(), "NEW COPY CUT PASTE DELETE EDIT RENAME IMPORT EXPORT EXIT ");
   QTest::keyClicks(&filter_, QStringLiteral("zet"));
   EXPECT_EQ(Enabled(), "NEW PASTE IMPORT EXIT ") << "the filter hides the selection";
 }
@@ -150,7 +158,7 @@ TEST_F(Selector, SavesAnImportOnClosingOrLetsTheUserDecide) {
   prompts_.Answers = {false, true};
   form_.close();
   EXPECT_TRUE(form_.isVisible());
-  EXPECT_THAT(prompts_.LastText(), testing::HasSubstr(PathToUtf8(files_.Temporary)));
+  EXPECT_THAT(prompts_.LastText(), testing::HasSubstr(PathToUtf8(files_.Library)));
   Press("EXIT");
   EXPECT_FALSE(form_.isVisible()) << "closed without saving";
   UnblockSaving();
@@ -159,6 +167,136 @@ TEST_F(Selector, SavesAnImportOnClosingOrLetsTheUserDecide) {
   EXPECT_FALSE(form_.isVisible());
   EXPECT_THAT(OnDisk(),
               ElementsAre("ACME / B = 1", "ZETA / Q = 2", "ACME / A = 3", "ACME / C = 40", "BETA / 1 = 5"));
+}
+
+TEST_F(Selector, UndoesAndDoesAgainWhatEveryCommandDid) {
+  using Keys = Qt::KeyboardModifiers;
+  const std::filesystem::path file = folder_ / "Colleague.BVD";
+  ExportDefinitions(file, {Named("beta", "1", 5), Named("ACME", "C", 40)});
+  prompts_.Files = {QString::fromStdString(PathToUtf8(file))};
+  prompts_.Answers = {true, true};
+  setUp_ = [&] { StoreDefinition(globals_.ProjectorDatabase, Named("ACME", "A", 33)); };
+  std::vector<Lines> states = {InMemory()};
+  const auto does = [&](const char* key, const std::vector<DialogScript::Step>& steps = {}) {
+    Press(key, steps);
+    states.push_back(InMemory());
+    EXPECT_NE(states.back(), states[states.size() - 2]) << key;
+  };
+  Select("ACME", "B");
+  does("CUT");
+  does("PASTE", {Types("acme", "E")});
+  does("RENAME", {Types("acme", "F")});
+  does("EDIT");
+  Select("ACME", "C");
+  QTest::keyClick(&tree_, Qt::Key_Up, Qt::ShiftModifier);  // A and C
+  does("DELETE");
+  EXPECT_EQ(prompts_.LastText(), "Are you sure you want to delete these 2 projectors?");
+  does("IMPORT");
+  EXPECT_EQ(Child<QAction>(form_, "UNDO").toolTip(), QStringLiteral("Undo: Import 2 projectors (Ctrl+Z)"));
+  QApplication::setActiveWindow(&form_);
+  for (std::size_t step = states.size() - 1; step-- > 0;) {
+    QTest::keyClick(&tree_, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(InMemory(), states[step]) << "undone to " << step;
+  }
+  EXPECT_EQ(Selected(), "ACME / B");
+  EXPECT_EQ(Child<QAction>(form_, "REDO").toolTip(), QStringLiteral("Redo: Cut ACME / B (Ctrl+Shift+Z)"));
+  for (std::size_t step = 1; step < states.size(); ++step) {
+    QTest::keyClick(&tree_, Qt::Key_Z, Keys(Qt::ControlModifier) | Qt::ShiftModifier);
+    EXPECT_EQ(InMemory(), states[step]) << "done again to " << step;
+  }
+}
+
+TEST_F(Selector, TakesWhatOthersSavedWhenItComesToTheFrontAndWhenItCloses) {
+  const auto comesToTheFront = [this] {
+    QEvent front(QEvent::WindowActivate);
+    QApplication::sendEvent(&form_, &front);
+  };
+  Others others = globals_.ProjectorDatabase.Elements();
+  others.push_back(Named("OTHER", "1"));
+  OthersSave(others);
+  comesToTheFront();
+  EXPECT_EQ(InMemory(), OnDisk()) << "nothing was changed here";
+  EXPECT_TRUE(tree_.Model().IndexOf(Named("OTHER", "1")).isValid());
+
+  prompts_.Answers = {true};
+  Select("ZETA", "Q");
+  Press("DELETE");
+  others.push_back(Named("OTHER", "2"));
+  OthersSave(others);
+  comesToTheFront();
+  EXPECT_EQ(InMemory().size(), 4U) << "changed here: the closing merges";
+  form_.close();
+  EXPECT_THAT(OnDisk(),
+              ElementsAre("ACME / B = 1", "ACME / A = 3", "ACME / C = 4", "OTHER / 1 = 0", "OTHER / 2 = 0"));
+}
+
+TEST_F(Selector, AsksWhoseChangeOfOneDefinitionItIsToBe) {
+  const auto mine = [this](const char* model, int delay) {
+    ProjectorLibrary& library = globals_.ProjectorDatabase;
+    const std::size_t place = *library.FindProjector(Named("ACME", model));
+    delay == 0 ? library.Remove(place) : library.Replace(place, Named("ACME", model, delay));
+  };
+  const auto conflict = [](const char* place, const char* says, const char* button, bool forAll = false) {
+    return [=](QWidget& dialog) {
+      EXPECT_EQ(Child<QLabel>(dialog, "Place").text().toStdString(), place);
+      EXPECT_THAT(Child<QLabel>(dialog, "Explanation").text().toStdString(), testing::HasSubstr(says));
+      if (forAll) Child<QCheckBox>(dialog, "ForAllCheck").setChecked(true);
+      if (button == nullptr) return Closes(dialog);
+      Click(dialog, button);
+    };
+  };
+  const Lines theirs = {"ACME / B = 10", "ZETA / Q = 2", "ACME / A = 30"};
+  const struct {
+    std::vector<DialogScript::Step> Does;
+    bool Closes;
+    Lines OnDisk;
+  } cases[] = {
+      {{conflict("1 of 3", "changed it differently", "Mine"),
+        conflict("2 of 3", "else has deleted", nullptr)},
+       false,
+       theirs},
+      {{conflict("1 of 3", "changed it differently", "Mine"),
+        conflict("2 of 3", "else has deleted", "Theirs"), conflict("3 of 3", "You deleted", "Theirs")},
+       true,
+       {"ACME / B = 11", "ZETA / Q = 2", "ACME / A = 30"}},
+      {{conflict("1 of 3", "changed it differently", "Mine", true)},
+       true,
+       {"ACME / B = 11", "ZETA / Q = 2", "ACME / C = 44"}},
+  };
+  for (const auto& c : cases) {
+    globals_.ProjectorDatabase.Clear();
+    Put({Named("ACME", "B", 1), Named("ZETA", "Q", 2), Named("ACME", "A", 3), Named("ACME", "C", 4)});
+    SaveLibrary();
+    OthersSave({Named("ACME", "B", 10), Named("ZETA", "Q", 2), Named("ACME", "A", 30)});
+    mine("B", 11);
+    mine("A", 0);
+    mine("C", 44);
+    form_.show();
+    Press("EXIT", c.Does);
+    EXPECT_EQ(form_.isVisible(), !c.Closes);
+    EXPECT_THAT(OnDisk(), testing::UnorderedElementsAreArray(c.OnDisk));
+  }
+}
+
+TEST_F(Selector, ClosesWithoutAskingWhereNothingWasChangedAndSaysWhyItWasNotSaved) {
+  BlockSaving();
+  form_.close();
+  EXPECT_FALSE(form_.isVisible());
+  EXPECT_TRUE(prompts_.Shown.empty());
+  EXPECT_THAT(globals_.LibraryNotice, testing::HasSubstr(PathToUtf8(files_.Library)));
+}
+
+TEST(LibraryWait, TellsAfterTwoSecondsWhoHoldsTheLibraryAndCanBeGivenUp) {
+  using std::chrono::milliseconds;
+  LibraryWaitForm wait(nullptr);
+  const LibraryPatience patience = wait.Patience();
+  EXPECT_TRUE(patience.KeepWaiting("anna", milliseconds(1980)));
+  EXPECT_FALSE(wait.isVisible());
+  EXPECT_TRUE(patience.KeepWaiting("anna", milliseconds(2000)));
+  EXPECT_THAT(Child<QLabel>(wait, "Owner").text().toStdString(), testing::HasSubstr("in use by anna"));
+  QTimer::singleShot(0, &wait, [&wait] { Click(wait, "GiveUp"); });
+  patience.Pause(milliseconds(1));
+  EXPECT_FALSE(patience.KeepWaiting("anna", milliseconds(2020)));
 }
 
 }  // namespace

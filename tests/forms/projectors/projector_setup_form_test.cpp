@@ -7,9 +7,11 @@
 #include "library_fixture.h"
 #include "projectors/definition_setup.h"
 #include "support/distinct_projector.h"
+#include "support/random_seed.h"
 #include "support/strings.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -17,6 +19,7 @@
 #include <QTest>
 
 #include <array>
+#include <random>
 #include <set>
 
 namespace qdm {
@@ -246,6 +249,26 @@ TEST_F(ProjectorSetup, NotesTakeWhatARecordCanHold) {
       << "the line end is two characters, and there is no code for U+0141";
 }
 
+TEST_F(ProjectorSetup, TabGoesThroughNamesLineTimesStringsNotesAndButtons) {
+  OpenStorable();
+  Find<QRadioButton>("ParityOption_0")->setChecked(true);
+  const std::vector<QWidget*> order = {
+      Find<QComboBox>("Manufacturer"),  Find<QLineEdit>("Model"),
+      Find<QRadioButton>("Baudrate_0"), Find<QRadioButton>("ParityOption_0"),
+      Find<QRadioButton>("Stopbits_0"), Find<IntegerEntry>("InterCommandDelay")->focusProxy()};
+  for (QWidget* expected : order) {
+    EXPECT_EQ(form_->focusWidget(), expected) << expected->objectName().toStdString();
+    QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
+  }
+  Key(Find<QRadioButton>("ParityOption_0"), Qt::Key_Right);
+  EXPECT_TRUE(Find<QRadioButton>("ParityOption_1")->isChecked()) << "arrows choose";
+  Find<QWidget>("Notes")->setFocus();
+  for (const char* next : {"Done", "Cancel"}) {
+    QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(form_->focusWidget()->objectName().toStdString(), next);
+  }
+}
+
 TEST_F(ProjectorSetup, EveryStringAndBoxFitsTheScreenAndIsReachedByKeys) {
   Current().Available.fill(kFlagSet);
   Current().RequiresReply.fill(kFlagSet);
@@ -257,6 +280,84 @@ TEST_F(ProjectorSetup, EveryStringAndBoxFitsTheScreenAndIsReachedByKeys) {
   for (int slot = 0; slot < 25; ++slot) EXPECT_TRUE(reached.contains(Display(slot))) << slot;
   for (const QCheckBox* box : form_->findChildren<QCheckBox*>())
     EXPECT_TRUE(reached.contains(box)) << box->objectName().toStdString();
+}
+
+TEST_F(ProjectorSetup, EveryFieldAndStringIsUndoneTypingInOneEntryAtOnce) {
+  OpenStorable();
+  std::vector<ProjectorDefinition> states = {Current()};
+  states[0].Manufacturer.AssignUtf8("ACME");
+  const auto shown = [this] {
+    return std::array{Find<QLineEdit>("Model")->text().toStdString(), Text("BytesUsed")};
+  };
+  const auto start = shown();
+  Replace(Find<QLineEdit>("Model"), "B22");
+  SetNumber("WarmUpTime", "30");
+  Tick("ParityOption_2");
+  Tick("AvailableCheck_3");
+  Key(Display(1), Qt::Key_Delete);
+  auto& undo = Child<QAction>(*form_, "UNDO");
+  for (const char* what : {"Power on", "Data 2: available", "Parity", "Warm up time", "Model"}) {
+    EXPECT_EQ(undo.toolTip(), QStringLiteral("Undo: %1 (Ctrl+Z)").arg(QLatin1String(what)));
+    Key(Find<QLineEdit>("Model"), Qt::Key_Z, Qt::ControlModifier);
+  }
+  EXPECT_FALSE(undo.isEnabled());
+  EXPECT_EQ(Current(), states[0]);
+  EXPECT_EQ(shown(), start);
+}
+
+TEST_F(ProjectorSetup, ANewMakerStaysWhatWasTypedAndARefusalLeadsToItsString) {
+  Put({Named("NECTAR", "1")});
+  OpenStorable();
+  Replace(Find<QComboBox>("Manufacturer")->lineEdit(), "nec");
+  EXPECT_EQ(Find<QComboBox>("Manufacturer")->currentText(), QStringLiteral("nec"));
+  QApplication::sendEvent(
+      Find<QLineEdit>("Model"),
+      std::make_unique<QKeyEvent>(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("日")).get());
+  EXPECT_THAT(Text("EntryNote"), testing::HasSubstr("日"));
+  Key(Display(4), Qt::Key_Delete);
+  Press("Done");
+  EXPECT_EQ(form_->focusWidget(), Display(4));
+  EXPECT_FALSE(Find<QLabel>("EntryNote")->isVisible()) << "gone with the next key";
+}
+
+// The form's model alone: typed and single changes, all of it undone and done again.
+TEST(DefinitionHistory, TenThousandEditsAreUndoneByteForByteAndDoneAgain) {
+  const RandomSeed seed;
+  SCOPED_TRACE(seed.Text());
+  std::mt19937 random(seed.Value());
+  DefinitionHistory history;
+  ProjectorDefinition shown = DistinctProjector();
+  history.Begin(shown);
+  QObject::connect(&history, &DefinitionHistory::Restored,
+                   [&shown](const ProjectorDefinition& p) { shown = p; });
+  std::vector<ProjectorDefinition> states = {shown};
+  for (int edit = 0; edit < 10000; ++edit) {
+    switch (random() % 4) {
+      case 0:
+        shown.Model.AssignUtf8(std::to_string(random() % 1000));
+        break;
+      case 1:
+        shown.WarmUpTime = static_cast<std::int16_t>(random());
+        break;
+      case 2:
+        shown.Available[random() % kCommandSlots] = static_cast<std::int16_t>(random() % 2);
+        break;
+      default:
+        shown.Strings[random() % kCommandSlots].Values[random() % 32] = static_cast<std::uint8_t>(random());
+    }
+    history.Note(shown, random() % 2 == 0 ? 0 : 1 + edit / 5);
+    states.resize(static_cast<std::size_t>(history.Stack().index()));
+    states.push_back(shown);
+  }
+  EXPECT_GT(states.size(), 7000U);
+  for (std::size_t step = states.size() - 1; step-- > 0;) {
+    history.Stack().undo();
+    ASSERT_EQ(shown, states[step]) << "undoing step " << step;
+  }
+  for (std::size_t step = 1; step < states.size(); ++step) {
+    history.Stack().redo();
+    ASSERT_EQ(shown, states[step]) << "doing step " << step << " again";
+  }
 }
 
 }  // namespace

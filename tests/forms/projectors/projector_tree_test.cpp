@@ -3,6 +3,7 @@
 #include "library_fixture.h"
 
 #include <QAbstractItemModelTester>
+#include <QAction>
 #include <QElapsedTimer>
 
 namespace qdm {
@@ -38,6 +39,8 @@ TEST_F(ProjectorTreeTest, GroupsAndSortsModelsAndFiltersOnBothLevels) {
     Lines Shows;
   } cases[] = {{"b", {"ACME: b", "É: Bax"}},
                {" acm ", {"ACME: A, b"}},
+               {"z zet", {"ZETA: Z 1, z 2"}},
+               {"2 zet", {"ZETA: z 2"}},
                {"nothing", {}},
                {"", {"ZETA: Z 1, z 2", "ACME: A, b", "É: Bax"}}};
   for (const auto& c : cases) {
@@ -46,6 +49,9 @@ TEST_F(ProjectorTreeTest, GroupsAndSortsModelsAndFiltersOnBothLevels) {
   }
   tree_.SetFilter(QStringLiteral("b"));
   EXPECT_EQ(model.ElementsOf(model.index(0, 0)), (std::vector<std::size_t>{2, 1})) << "also the hidden";
+  Child<QAction>(tree_, "SORT").trigger();
+  tree_.SetFilter({});
+  EXPECT_EQ(Shown(), (Lines{"ACME: A, b", "ZETA: Z 1, z 2", "É: Bax"}));
 }
 
 TEST_F(ProjectorTreeTest, KeepsTheCurrentNodeAndWhatIsOpen) {
