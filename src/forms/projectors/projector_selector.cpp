@@ -1,5 +1,6 @@
 #include "forms/projectors/projector_selector.h"
 
+#include "forms/manuals/manual_form.h"
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
@@ -35,6 +36,7 @@ struct ProjectorSelector::Command {
 const std::vector<ProjectorSelector::Command>& ProjectorSelector::Commands() {
   static const std::vector<Command> kCommands = {
       {"NEW", "New", "projectornew", {QKeySequence::New}, false, &ProjectorSelector::New},
+      {"FROM MANUAL", "From a manual...", "frommanual", {}, false, &ProjectorSelector::FromManual},
       {"COPY", "Copy", "copy", {QKeySequence::Copy}, true, &ProjectorSelector::Copy},
       {"CUT", "Cut", "cut", {QKeySequence::Cut}, true, &ProjectorSelector::Cut},
       {"PASTE", "Paste", "paste", {QKeySequence::Paste}, true, &ProjectorSelector::Paste},
@@ -110,6 +112,13 @@ void ProjectorSelector::UpdateToolbar() {
 void ProjectorSelector::New() {
   ClearProjector(globals_.CurrentProjector);
   globals_.CurrentProjector.Baudrate = 0;  // which clearing leaves as it was
+  SetUpCurrentProjector();
+}
+
+void ProjectorSelector::FromManual() {
+  const auto filled = ManualForm::Fill({}, prompts_, this);
+  if (!filled) return;
+  globals_.CurrentProjector = *filled;
   SetUpCurrentProjector();
 }
 

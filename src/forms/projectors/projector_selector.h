@@ -45,6 +45,7 @@ class ProjectorSelector : public QDialog {
   void UpdateToolbar();
 
   void New();
+  void FromManual();
   void Copy();
   void Cut();
   void Paste();

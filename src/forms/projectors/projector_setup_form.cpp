@@ -1,5 +1,6 @@
 #include "forms/projectors/projector_setup_form.h"
 
+#include "forms/manuals/manual_form.h"
 #include "forms/projectors/name_validator.h"
 #include "forms/projectors/string_rows.h"
 #include "forms/shared/globals.h"
@@ -104,14 +105,21 @@ void ProjectorSetupForm::ConnectControls() {
   connect(Strings, &StringRows::Changed, this, &ProjectorSetupForm::ShowBudget);
   connect(Strings, &StringRows::EditRequest, this, &ProjectorSetupForm::EditSlot);
   connect(Strings, &StringRows::TestRequest, this, &ProjectorSetupForm::TestSlot);
+  connect(ui_->FromManual, &QPushButton::clicked, this, &ProjectorSetupForm::FromManual_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &ProjectorSetupForm::Done_Click);
   connect(ui_->Cancel, &QPushButton::clicked, this, &ProjectorSetupForm::reject);
   connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, ui_->Done, &QPushButton::click);
 }
 
 void ProjectorSetupForm::Load() {
-  const ProjectorDefinition& p = globals_.CurrentProjector;
   ui_->Manufacturer->addItems(ManufacturersOf(globals_.ProjectorDatabase));
+  ShowDefinition();
+  loaded_ = Edited();
+  ui_->Manufacturer->setFocus();
+}
+
+void ProjectorSetupForm::ShowDefinition() {
+  const ProjectorDefinition& p = globals_.CurrentProjector;
   ui_->Manufacturer->setCurrentText(ToQString(p.Manufacturer.Trimmed()));
   ui_->Model->setText(ToQString(p.Model.Trimmed()));
   ui_->Notes->SetNotes(p.Notes);
@@ -129,8 +137,6 @@ void ProjectorSetupForm::Load() {
                  : "Time it takes the projector to cool down after power down");
   Strings->Load();
   ShowBudget();
-  loaded_ = Edited();
-  ui_->Manufacturer->setFocus();
 }
 
 // A stored value out of range leaves the entry with its own starting value.
@@ -161,6 +167,13 @@ ProjectorDefinition ProjectorSetupForm::Edited() const {
   ProjectorDefinition projector = globals_.CurrentProjector;
   Store(projector);
   return projector;
+}
+
+void ProjectorSetupForm::FromManual_Click() {
+  const auto filled = ManualForm::Fill(Edited(), prompts_, this);
+  if (!filled) return;
+  globals_.CurrentProjector = *filled;
+  ShowDefinition();
 }
 
 void ProjectorSetupForm::Done_Click() {

@@ -47,11 +47,14 @@ class ProjectorSetupForm : public QDialog {
   void MakeGroups();
   void ConnectControls();
   void Load();
+  // The definition in the controls.
+  void ShowDefinition();
   void LoadNumber(IntegerEntry* entry, int stored, int highest, const char* label);
   void Store(ProjectorDefinition& projector) const;
   // The definition as the controls have it.
   ProjectorDefinition Edited() const;
 
+  void FromManual_Click();
   void Done_Click();
   void EditSlot(int slot, int firstByte);
   void TestSlot(int slot);
