@@ -79,9 +79,11 @@ void PageReader::Stop() {
   timeOut_->stop();
   nextPage_->stop();
   if (program_) {
-    program_->disconnect(this);
-    program_->kill();
-    program_.release()->deleteLater();
+    QProcess* program = program_.release();
+    program->disconnect(this);
+    connect(program, &QProcess::finished, program, &QObject::deleteLater);
+    if (program->state() == QProcess::NotRunning) program->deleteLater();
+    program->kill();
   }
   layout_.reset();
   plain_.reset();

@@ -188,8 +188,15 @@ void ProjectorSetupForm::Done_Click() {
   accept();
 }
 
+// What was filled from a manual before it came here has never been stored.
+bool ProjectorSetupForm::HasChanges() const {
+  const bool filled = std::any_of(opened_.Strings.begin(), opened_.Strings.end(),
+                                  [](const SerialString& string) { return string.BytesInUse() > 0; });
+  return Edited() != loaded_ || (filled && !HasBothNames(opened_));
+}
+
 void ProjectorSetupForm::reject() {
-  if (Edited() != loaded_ &&
+  if (HasChanges() &&
       !prompts_.AskYesNo(this,
                          {"The changes to this projector have not been saved. Do you wish to drop them?",
                           "Are you sure?", MessageIcon::Question}))

@@ -53,6 +53,7 @@ class ProjectorSetupForm : public QDialog {
   void Store(ProjectorDefinition& projector) const;
   // The definition as the controls have it.
   ProjectorDefinition Edited() const;
+  bool HasChanges() const;
 
   void FromManual_Click();
   void Done_Click();

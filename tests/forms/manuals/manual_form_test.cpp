@@ -125,7 +125,7 @@ TEST_F(FromManual, ASelectedPieceBecomesTheCommandThatIsNamed) {
   EXPECT_EQ(Hex(6), QStringLiteral("56 2B 0D"));
   EXPECT_EQ(Hex(1), QStringLiteral("50 57 31 0D"));
 
-  Select(QStringLiteral("All commands end with CR (0Dh).\n\nFunction"));
+  Select(QStringLiteral("Baud rate 19200 bps, data 8 bit, parity none, stop bit 1"));
   MarkAs(0);
   EXPECT_EQ(prompts_.Shown.size(), 1U);
   EXPECT_FALSE(Find<QCheckBox>("Take_0").isVisible());
@@ -156,6 +156,8 @@ TEST_F(FromManual, FilesAreReadWhateverTheirEncoding) {
     data.setUrls({QUrl::fromLocalFile(name)});
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     Text().clear();
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&form_, &enter);
     QCoreApplication::sendEvent(&form_, &drop);
     return Text().toPlainText();
   };
