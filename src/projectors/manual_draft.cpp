@@ -116,7 +116,8 @@ bool ManualDraft::AddPiece(std::size_t slot, const Marked& marked, std::string* 
 
 void ManualDraft::ApplyDecisions() {
   std::erase_if(decisions_, [&](const auto& entry) {
-    const auto& [slot, decision] = entry;
+    const std::size_t slot = entry.first;
+    const Decision& decision = entry.second;
     const auto command =
         std::find_if(reading_.Commands.begin(), reading_.Commands.end(),
                      [&](const ManualCommand& each) { return each.String == decision.String; });

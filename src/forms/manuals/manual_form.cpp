@@ -58,14 +58,18 @@ void ManualForm::ConnectControls() {
           [this] { ui_->MarkCommand->setEnabled(SlotMenu->isEnabled()); });
   connect(ui_->PageText, &ManualText::PieceEntered, this, &ManualForm::PageText_PieceEntered);
   connect(ui_->PageText, &ManualText::FilesGiven, this,
-          [this](const QStringList& files) { ReadFile(files.first()); });
+          [this](const QStringList& files) { ReadFiles(files); });
   connect(ReadTimer, &QTimer::timeout, this, &ManualForm::ReadNow);
   connect(ui_->AddPage, &QPushButton::clicked, this, &ManualForm::AddPage_Click);
   connect(ui_->OpenFile, &QPushButton::clicked, this, &ManualForm::OpenFile_Click);
-  connect(reader_, &PageReader::Ready, this, &ManualForm::Reader_Ready);
+  connect(reader_, &PageReader::Ready, this, [this](const QString& text) {
+    AddPage(text);
+    FileIsRead();
+  });
   connect(reader_, &PageReader::Failed, this, [this](const Message& message) {
     Say({});
     prompts_.Show(this, message);
+    FileIsRead();
   });
   connect(ui_->Rows, &ManualRows::Ticked, this, [this](std::size_t slot, bool ticked) {
     draft_.Tick(slot, ticked);
@@ -134,8 +138,9 @@ void ManualForm::ShowLine() {
   const ManualLineSettings& line = draft_.Reading().Line;
   const bool hasSpeed = !line.Speed || DefinitionHasSpeed(*line.Speed);
   ShowLineBox(ui_->TakeSpeed,
-              !line.Speed ? tr("Speed: not said")
-                          : (hasSpeed ? tr("Speed %1") : tr("Speed %1, which no panel has")).arg(*line.Speed),
+              !line.Speed
+                  ? tr("Speed: not said")
+                  : (hasSpeed ? tr("Speed %1") : tr("Speed %1: not one of the panel's")).arg(*line.Speed),
               line.Speed && hasSpeed);
   const auto parity = [&] {
     if (!line.Parity) return tr("Parity: not said");
@@ -201,19 +206,30 @@ void ManualForm::AddPage_Click() {
     Say(tr("Copy the next page in the PDF viewer (select it, Ctrl+C), then press this button again."));
     return;
   }
-  Reader_Ready(page);
+  AddPage(page);
 }
 
 void ManualForm::OpenFile_Click() {
-  if (const std::optional<QString> file = prompts_.OpenFile(this, kManualFileFilter)) ReadFile(*file);
+  if (const std::optional<QString> file = prompts_.OpenFile(this, kManualFileFilter)) ReadFiles({*file});
 }
 
-void ManualForm::ReadFile(const QString& fileName) {
-  Say(tr("Reading %1...").arg(QFileInfo(fileName).fileName()));
-  reader_->Read(fileName);
+void ManualForm::ReadFiles(const QStringList& files) {
+  const bool reading = !files_.isEmpty();
+  files_ += files;
+  if (!reading) ReadFirstFile();
 }
 
-void ManualForm::Reader_Ready(const QString& text) {
+void ManualForm::ReadFirstFile() {
+  Say(tr("Reading %1...").arg(QFileInfo(files_.first()).fileName()));
+  reader_->Read(files_.first());
+}
+
+void ManualForm::FileIsRead() {
+  files_.removeFirst();
+  if (!files_.isEmpty()) ReadFirstFile();
+}
+
+void ManualForm::AddPage(const QString& text) {
   Say({});
   ui_->PageText->AddPage(text);
   ReadNow();
@@ -229,11 +245,11 @@ void ManualForm::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void ManualForm::dropEvent(QDropEvent* event) {
-  const QList<QUrl> urls = event->mimeData()->urls();
-  if (!urls.isEmpty() && urls.first().isLocalFile()) {
-    ReadFile(urls.first().toLocalFile());
+  const QStringList files = FilesIn(event->mimeData());
+  if (!files.isEmpty()) {
+    ReadFiles(files);
   } else if (event->mimeData()->hasText()) {
-    Reader_Ready(event->mimeData()->text());
+    AddPage(event->mimeData()->text());
   }
   event->acceptProposedAction();
 }

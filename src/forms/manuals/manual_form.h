@@ -53,8 +53,10 @@ class ManualForm : public QDialog {
   void PageText_PieceEntered(int piece);
   void AddPage_Click();
   void OpenFile_Click();
-  void ReadFile(const QString& fileName);
-  void Reader_Ready(const QString& text);
+  void AddPage(const QString& text);
+  void ReadFiles(const QStringList& files);
+  void ReadFirstFile();
+  void FileIsRead();
   void MarkAs(std::size_t slot);
 
   // Reads the text if it has changed since.
@@ -71,6 +73,7 @@ class ManualForm : public QDialog {
   PageReader* reader_;
   QTimer* ReadTimer;
   QMenu* SlotMenu;
+  QStringList files_;  // the one that is being read, and those behind it
   ManualDraft draft_;
 };
 

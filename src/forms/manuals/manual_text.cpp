@@ -12,7 +12,6 @@
 #include <algorithm>
 
 namespace qdm {
-namespace {
 
 QStringList FilesIn(const QMimeData* source) {
   QStringList files;
@@ -22,12 +21,11 @@ QStringList FilesIn(const QMimeData* source) {
   return files;
 }
 
-}  // namespace
-
 ManualText::ManualText(QWidget* parent) : QPlainTextEdit(parent) {
   setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   setLineWrapMode(NoWrap);
   setTabChangesFocus(true);
+  connect(this, &QPlainTextEdit::textChanged, this, [this] { stale_ = true; });
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, &ManualText::EnterPiece);
 }
 
@@ -65,6 +63,7 @@ std::optional<TextPart> ManualText::Selected() const {
 
 void ManualText::ShowPieces(const std::vector<ManualPiece>& pieces) {
   pieces_ = pieces;
+  stale_ = false;
   Paint();
 }
 
@@ -112,7 +111,7 @@ void ManualText::Paint() {
 
 void ManualText::EnterPiece() {
   const QTextCursor cursor = textCursor();
-  if (cursor.hasSelection()) return;
+  if (cursor.hasSelection() || stale_) return;
   const auto line = static_cast<std::size_t>(cursor.blockNumber()) + 1;
   const auto column = static_cast<std::size_t>(cursor.positionInBlock());
   const auto piece = std::find_if(pieces_.begin(), pieces_.end(), [&](const ManualPiece& each) {

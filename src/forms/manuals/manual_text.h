@@ -22,6 +22,9 @@ struct TextPart {
   std::size_t Length = 0;
 };
 
+// The paths of files that are dropped or pasted.
+QStringList FilesIn(const QMimeData* source);
+
 class ManualText : public QPlainTextEdit {
   Q_OBJECT
 
@@ -59,6 +62,7 @@ class ManualText : public QPlainTextEdit {
 
   QMenu* menu_ = nullptr;
   std::vector<ManualPiece> pieces_;
+  bool stale_ = false;  // the text has changed since it was read
   std::optional<std::size_t> pointedOut_;
 };
 

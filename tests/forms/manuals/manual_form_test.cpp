@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <set>
 
 namespace qdm {
 namespace {
@@ -131,6 +132,22 @@ TEST_F(FromManual, ASelectedPieceBecomesTheCommandThatIsNamed) {
   EXPECT_FALSE(Find<QCheckBox>("Take_0").isVisible());
 }
 
+TEST_F(FromManual, EverythingIsReachedByKeys) {
+  Paste(QString::fromLatin1(kPage));
+  Text().setFocus();
+  std::set<const QWidget*> reached;
+  for (QWidget* widget = form_.focusWidget(); reached.insert(widget).second; widget = form_.focusWidget())
+    QTest::keyClick(widget, Qt::Key_Tab);
+  for (const QWidget* widget : form_.findChildren<QWidget*>()) {
+    const bool control =
+        qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QComboBox*>(widget);
+    if (!control || !widget->isVisible() || !widget->isEnabled()) continue;
+    EXPECT_TRUE(reached.contains(widget)) << widget->objectName().toStdString();
+  }
+  EXPECT_LE(form_.height(), 700);
+  EXPECT_LE(form_.minimumSizeHint().width(), 1300);
+}
+
 TEST_F(FromManual, AnAlternativeThatIsChosenIsTicked) {
   Paste(QString::fromLatin1(kPage) + QStringLiteral("Computer 2        49 4E 32 0D\n"
                                                     "HDMI 1            49 4E 34 0D\n"
@@ -169,6 +186,12 @@ TEST_F(FromManual, FilesAreReadWhateverTheirEncoding) {
                  "e\rPower on 50 57 31 0D"),
             text);
   EXPECT_EQ(give(QByteArray("\xFF\xFEG\0r\0\xF6\0\xDF\0e\0", 12)), QStringLiteral("Größe"));
+  auto* twice = new QMimeData;
+  const QUrl file = QUrl::fromLocalFile(QString::fromStdString((folder / "page.txt").string()));
+  twice->setUrls({file, file});
+  QGuiApplication::clipboard()->setMimeData(twice);
+  Text().paste();
+  EXPECT_EQ(Text().toPlainText().count(QStringLiteral("Größe")), 3) << "as pages behind the first";
   EXPECT_EQ(give(QByteArray("PK\0\1", 4)), QString());
   EXPECT_THAT(prompts_.LastText(), HasSubstr("page.txt is neither text nor a PDF"));
 }
