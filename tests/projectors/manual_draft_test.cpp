@@ -1,8 +1,6 @@
 #include "projectors/manual_draft.h"
 
-#include "projectors/definition_setup.h"
 #include "serial_strings/text_parser.h"
-#include "support/strings.h"
 
 #include <gmock/gmock.h>
 
@@ -94,34 +92,7 @@ TEST(ManualDraft, AMarkTakesTheRowOver) {
   EXPECT_EQ(draft.RowOf(kPowerOnSlot)->Candidate().String, candidates.back().String);
 }
 
-TEST(ManualDefinition, TakesTheLineAndTheStringsAndSaysSo) {
-  ManualChoices choices;
-  choices.Line = {.Speed = 19200, .Parity = LineParity::Odd, .StopBits = 2, .Ranges = {}};
-  choices.Strings = {{kVolumeDownSlot, Characters("-")}, {kPowerOnReplySlot, Characters("ok")}};
-  ProjectorDefinition before;
-  before.Notes.Assign(u"Room 5");
-  before.Strings[kVideoSlot] = Characters("kept");
-  before.WarmUpTime = 30;
-  const ProjectorDefinition after = WithManual(before, choices);
-  EXPECT_EQ(after.Baudrate, 1);
-  EXPECT_EQ(after.Parity, 2);
-  EXPECT_EQ(after.Stopbits, 1);
-  EXPECT_EQ(after.WarmUpTime, 30);
-  EXPECT_EQ(after.Strings[kVideoSlot], before.Strings[kVideoSlot]);
-  for (const ManualString& taken : choices.Strings) {
-    EXPECT_EQ(after.Strings[taken.Slot], taken.String);
-    EXPECT_TRUE(ShownSlots(after)[taken.Slot]) << taken.Slot;
-  }
-  EXPECT_EQ(after.Notes.Unpadded(), u"Room 5\r\nFrom a manual, not tried yet");
-  EXPECT_EQ(WithManual(after, choices).Notes, after.Notes) << "said once";
-
-  choices.Line.Speed = 2400;
-  EXPECT_EQ(WithManual(after, choices).Baudrate, 1) << "no definition can have it";
-  before.Notes.Assign(std::u16string(250, u'x'));
-  EXPECT_EQ(WithManual(before, choices).Notes, before.Notes) << "no room for it";
-}
-
-TEST(ManualDefinition, TheReadingWithMoreThatIsSureIsBetter) {
+TEST(BetterReading, TheReadingWithMoreThatIsSureIsBetter) {
   ManualReading poor = ReadManual(u"Power off  50 57 30 0D");
   ManualReading rich = ReadManual(kPage);
   EXPECT_TRUE(BetterReading(rich, poor));
