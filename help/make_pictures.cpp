@@ -6,6 +6,8 @@
 #include "forms/bench/serial_test_form.h"
 #include "forms/download/download_form.h"
 #include "forms/editor/projector_panel_editor.h"
+#include "forms/manuals/manual_form.h"
+#include "forms/manuals/manual_text.h"
 #include "forms/projectors/projector_replace_form.h"
 #include "forms/projectors/projector_selector.h"
 #include "forms/projectors/projector_setup_form.h"
@@ -15,7 +17,9 @@
 #include "serial_io/event_loop_waiting.h"
 #include "simulation/simulated_line.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QCursor>
 #include <QDir>
 #include <QPushButton>
@@ -184,6 +188,27 @@ struct Pictures {
     Save(form, Help.filePath(QStringLiteral("test-console.png")));
   }
 
+  // The page of the example is the one that the help shows.
+  void FromManual() {
+    QFile page(Help.filePath(QStringLiteral("../from-a-manual.html")));
+    if (!page.open(QIODevice::ReadOnly)) Fail("the page of the example is missing");
+    const QString html = QString::fromUtf8(page.readAll());
+    const QString example = html.section(QStringLiteral("<pre>"), 1).section(QStringLiteral("</pre>"), 0, 0);
+    ManualForm form(Prompts);
+    form.resize(1180, 560);
+    form.show();
+    QGuiApplication::clipboard()->setText(example);
+    form.findChild<QPushButton*>(QStringLiteral("AddPage"))->click();
+    Save(form, Help.filePath(QStringLiteral("from-a-manual.png")));
+    auto* const text = form.findChild<ManualText*>();
+    text->setTextCursor(text->document()->find(QStringLiteral("LSP+")));
+    form.findChild<QAction*>(QStringLiteral("MarkAs_%1").arg(kVolumeUp))->trigger();
+    QTextCursor inside = text->textCursor();
+    inside.setPosition(inside.selectionStart());
+    text->setTextCursor(inside);
+    Save(form, Help.filePath(QStringLiteral("from-a-manual-marked.png")));
+  }
+
   // Searches in true time: some eight seconds.
   void DownloadWindow() {
     EventLoopWaiting time;
@@ -207,6 +232,7 @@ int Make(const QStringList& arguments) {
   pictures.Selector();
   pictures.Replace();
   pictures.Setup();
+  pictures.FromManual();
   pictures.StringEditor();
   pictures.VolumeFormat();
   pictures.TestConsole();

@@ -25,13 +25,14 @@ struct FormPage {
   const char* Form;
   const char* Page;
 };
-constexpr std::array<FormPage, 11> kFormPages = {{
+constexpr std::array<FormPage, 12> kFormPages = {{
     {"qdm::ProjectorPanelEditor", "main-window.html"},
     {"qdm::ProjectorSelector", "projector-selector.html"},
     {"qdm::NewNameForm", "projector-selector.html"},
     {"qdm::ProjectorReplaceForm", "replace.html"},
     {"qdm::ProjectorReplaceForm2", "replace.html"},
     {"qdm::ProjectorSetupForm", "projector-setup.html"},
+    {"qdm::ManualForm", "from-a-manual.html"},
     {"qdm::SerialEditor", "string-editor.html"},
     {"qdm::VolumeEditorForm", "volume-format.html"},
     {"qdm::SerialTestForm", "test-console.html"},

@@ -4,6 +4,7 @@
 #include "command_line/json_writer.h"
 #include "command_line/record_files.h"
 #include "manuals/manual_reading.h"
+#include "projectors/definition_setup.h"
 #include "projectors/manual_definition.h"
 #include "projectors/projector_files.h"
 #include "serial_strings/text_parser.h"
@@ -151,7 +152,8 @@ int Manual(const ManualOptions& options, CommandContext& context) {
     ProjectorDefinition projector;
     projector.Manufacturer.Assign(FromUtf8(options.Manufacturer));
     projector.Model.Assign(FromUtf8(options.Model));
-    TakeFromManual(projector, reading, options.Doubtful);
+    projector = WithManual(projector, ChoicesOf(reading, options.Doubtful));
+    CompleteDefinition(projector);
     WriteBinaryFile(options.Output, EncodeDefinitions({&projector, 1}));
   }
   return kDone;

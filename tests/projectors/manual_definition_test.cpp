@@ -1,6 +1,7 @@
 #include "projectors/manual_definition.h"
 
 #include "projectors/definition_setup.h"
+#include "support/strings.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +13,12 @@ constexpr std::u16string_view kPage =
     u"Power On 02 50 4F 4E 03\nPower Off 02 50 4F 46 03\nRGB 02 52 47 31 03\nAV Mute On 02 42 4B 31 03\n"
     u"Video 02 49 4E 35 03\nVideo 02 49 4E 33 03\nAcknowledge ACK (06h)\n";
 
-TEST(TakeFromManual, TakesWhatIsSureAndShowsIt) {
-  ProjectorDefinition projector;
-  TakeFromManual(projector, ReadManual(kPage), false);
+ProjectorDefinition Filled(const ProjectorDefinition& projector, bool doubtful) {
+  return WithManual(projector, ChoicesOf(ReadManual(kPage), doubtful));
+}
+
+TEST(WithManual, TakesWhatIsSureAndShowsIt) {
+  const ProjectorDefinition projector = Filled({}, false);
   EXPECT_EQ(projector.Baudrate, 1);
   EXPECT_EQ(projector.Parity, 1);
   EXPECT_EQ(projector.Stopbits, 1);
@@ -24,24 +28,34 @@ TEST(TakeFromManual, TakesWhatIsSureAndShowsIt) {
   const SlotSet shown = ShownSlots(projector);
   for (const std::size_t slot : {1U, 2U, 5U, 8U, 11U, 15U}) EXPECT_TRUE(shown[slot]) << slot;
   EXPECT_FALSE(shown[23]);
-  EXPECT_EQ(projector.Notes.Unpadded(), kFromManualNote);
+  EXPECT_EQ(Filled({}, true).Strings[4].Values[3], '5') << "the best candidates too when told";
 }
 
-TEST(TakeFromManual, TakesTheBestCandidatesTooWhenTold) {
-  ProjectorDefinition projector;
-  projector.Notes.Assign(u"Ceiling");
-  TakeFromManual(projector, ReadManual(kPage), true);
-  EXPECT_EQ(projector.Strings[4].Values[3], '5');
-  EXPECT_EQ(projector.Notes.Unpadded(), u"Ceiling\r\nFrom a manual, not tried yet");
-}
+TEST(WithManual, TakesTheLineAndTheStringsAndSaysSo) {
+  ManualChoices choices;
+  choices.Line = {.Speed = 19200, .Parity = LineParity::Odd, .StopBits = 2, .Ranges = {}};
+  choices.Strings = {{kVolumeDownSlot, Characters("-")}, {kPowerOnReplySlot, Characters("ok")}};
+  ProjectorDefinition before;
+  before.Notes.Assign(u"Room 5");
+  before.Strings[kVideoSlot] = Characters("kept");
+  before.WarmUpTime = 30;
+  const ProjectorDefinition after = WithManual(before, choices);
+  EXPECT_EQ(after.Baudrate, 1);
+  EXPECT_EQ(after.Parity, 2);
+  EXPECT_EQ(after.Stopbits, 1);
+  EXPECT_EQ(after.WarmUpTime, 30);
+  EXPECT_EQ(after.Strings[kVideoSlot], before.Strings[kVideoSlot]);
+  for (const ManualString& taken : choices.Strings) {
+    EXPECT_EQ(after.Strings[taken.Slot], taken.String);
+    EXPECT_TRUE(ShownSlots(after)[taken.Slot]) << taken.Slot;
+  }
+  EXPECT_EQ(after.Notes.Unpadded(), u"Room 5\r\nFrom a manual, not tried yet");
+  EXPECT_EQ(WithManual(after, choices).Notes, after.Notes) << "said once";
 
-TEST(TakeFromManual, LeavesWhatThePageDoesNotSay) {
-  ProjectorDefinition projector;
-  projector.Baudrate = 3;
-  projector.Strings[1].Count = 2;
-  TakeFromManual(projector, ReadManual(u"Nothing of use"), true);
-  EXPECT_EQ(projector.Baudrate, 3);
-  EXPECT_EQ(projector.Strings[1].Count, 2);
+  choices.Line.Speed = 2400;
+  EXPECT_EQ(WithManual(after, choices).Baudrate, 1) << "no definition can have it";
+  before.Notes.Assign(std::u16string(250, u'x'));
+  EXPECT_EQ(WithManual(before, choices).Notes, before.Notes) << "no room for it";
 }
 
 }  // namespace

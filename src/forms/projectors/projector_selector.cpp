@@ -2,6 +2,7 @@
 
 #include "forms/controls/screen_fit.h"
 #include "forms/controls/undo_actions.h"
+#include "forms/manuals/manual_form.h"
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
@@ -73,6 +74,12 @@ struct ProjectorSelector::Command {
 const std::vector<ProjectorSelector::Command>& ProjectorSelector::Commands() {
   static const std::vector<Command> kCommands = {
       {"NEW", QT_TR_NOOP("New"), "projectornew", {QKeySequence::New}, false, &ProjectorSelector::New},
+      {"FROM MANUAL",
+       QT_TR_NOOP("From a manual..."),
+       "frommanual",
+       {},
+       false,
+       &ProjectorSelector::FromManual},
       {"COPY", QT_TR_NOOP("Copy"), "copy", {QKeySequence::Copy}, true, &ProjectorSelector::Copy},
       {"CUT", QT_TR_NOOP("Cut"), "cut", {QKeySequence::Cut}, true, &ProjectorSelector::Cut},
       {"PASTE", QT_TR_NOOP("Paste"), "paste", {QKeySequence::Paste}, true, &ProjectorSelector::Paste},
@@ -221,6 +228,13 @@ void ProjectorSelector::ShowPreview() {
 
 void ProjectorSelector::New() {
   globals_.CurrentProjector = {};  // clearing would leave two fields at what was viewed last
+  SetUpCurrentProjector();
+}
+
+void ProjectorSelector::FromManual() {
+  const auto filled = ManualForm::Fill({}, prompts_, this);
+  if (!filled) return;
+  globals_.CurrentProjector = *filled;
   SetUpCurrentProjector();
 }
 

@@ -61,6 +61,7 @@ class ProjectorSelector : public QDialog {
   void UpdateToolbar();
 
   void New();
+  void FromManual();
   void Copy();
   void Cut();
   void Paste();

@@ -4,6 +4,7 @@
 #include "forms/controls/option_keys.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/controls/undo_actions.h"
+#include "forms/manuals/manual_form.h"
 #include "forms/projectors/name_validator.h"
 #include "forms/projectors/string_rows.h"
 #include "forms/shared/globals.h"
@@ -122,6 +123,7 @@ void ProjectorSetupForm::ConnectControls() {
   connect(Strings, &StringRows::Changed, this, &ProjectorSetupForm::NoteChange);
   connect(Strings, &StringRows::EditRequest, this, &ProjectorSetupForm::EditSlot);
   connect(Strings, &StringRows::TestRequest, this, &ProjectorSetupForm::TestSlot);
+  connect(ui_->FromManual, &QPushButton::clicked, this, &ProjectorSetupForm::FromManual_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &ProjectorSetupForm::Done_Click);
   connect(ui_->Cancel, &QPushButton::clicked, this, &ProjectorSetupForm::reject);
   connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, ui_->Done, &QPushButton::click);
@@ -234,6 +236,14 @@ ProjectorDefinition ProjectorSetupForm::Edited() const {
   return projector;
 }
 
+void ProjectorSetupForm::FromManual_Click() {
+  const auto filled = ManualForm::Fill(Edited(), prompts_, this);
+  if (!filled) return;
+  globals_.CurrentProjector = *filled;
+  Show();
+  NoteChange();
+}
+
 void ProjectorSetupForm::Done_Click() {
   ShowBudget();
   ProjectorDefinition projector = Edited();
@@ -250,8 +260,15 @@ void ProjectorSetupForm::Done_Click() {
   accept();
 }
 
+// What was filled from a manual before it came here has never been stored.
+bool ProjectorSetupForm::HasChanges() const {
+  const bool filled = std::any_of(opened_.Strings.begin(), opened_.Strings.end(),
+                                  [](const SerialString& string) { return string.BytesInUse() > 0; });
+  return Edited() != loaded_ || (filled && !HasBothNames(opened_));
+}
+
 void ProjectorSetupForm::reject() {
-  if (Edited() != loaded_ &&
+  if (HasChanges() &&
       !prompts_.AskYesNo(this,
                          {"The changes to this projector have not been saved. Do you wish to drop them?",
                           "Are you sure?", MessageIcon::Question}))

@@ -57,7 +57,9 @@ class ProjectorSetupForm : public QDialog {
   void Store(ProjectorDefinition& projector) const;
   // The definition as the controls have it.
   ProjectorDefinition Edited() const;
+  bool HasChanges() const;
 
+  void FromManual_Click();
   void Done_Click();
   void EditSlot(int slot, int firstByte);
   void TestSlot(int slot);

@@ -9,6 +9,8 @@
 #include "support/fake_prompts.h"
 #include "support/temp_folder.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 
 #include <gmock/gmock.h>
@@ -63,6 +65,14 @@ class LibraryFixture : public testing::Test {
     WriteProjectorDatabase(globals_.DataFolder, theirs);
   }
 
+  // Pastes that text into the window "From a manual".
+  static DialogScript::Step Reads(const char* page, const char* button = "Done") {
+    return [=](QWidget& dialog) {
+      QGuiApplication::clipboard()->setText(QString::fromUtf8(page));
+      Click(dialog, "AddPage");
+      Click(dialog, button);
+    };
+  }
   static DialogScript::Step Types(const char* manufacturer, const char* model, const char* button = "Done") {
     return [=](QWidget& dialog) {
       Child<QLineEdit>(dialog, "Text1").setText(QString::fromUtf8(manufacturer));

@@ -68,16 +68,16 @@ class Selector : public FourProjectors {
 
 TEST_F(Selector, EnablesWhatTheSelectionAndTheClipboardAllow) {
   tree_.setFocus(Qt::TabFocusReason);
-  EXPECT_EQ(Enabled(), "NEW IMPORT EXIT ") << "the focus alone selects nothing";
+  EXPECT_EQ(Enabled(), "NEW FROM MANUAL IMPORT EXIT ") << "the focus alone selects nothing";
   Select("ACME");
-  EXPECT_EQ(Enabled(), "NEW IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Enabled(), "NEW FROM MANUAL IMPORT EXPORT EXIT ");
   Select("ACME", "B");
-  EXPECT_EQ(Enabled(), "NEW COPY CUT DELETE EDIT RENAME IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Enabled(), "NEW FROM MANUAL COPY CUT DELETE EDIT RENAME IMPORT EXPORT EXIT ");
   EXPECT_EQ(Child<QAction>(form_, "PASTE").toolTip(), QStringLiteral("Paste (Ctrl+V)\nNothing was copied"));
   Press("COPY");
-  EXPECT_EQ(Enabled(), "NEW COPY CUT PASTE DELETE EDIT RENAME IMPORT EXPORT EXIT ");
+  EXPECT_EQ(Enabled(), "NEW FROM MANUAL COPY CUT PASTE DELETE EDIT RENAME IMPORT EXPORT EXIT ");
   QTest::keyClicks(&filter_, QStringLiteral("zet"));
-  EXPECT_EQ(Enabled(), "NEW PASTE IMPORT EXIT ") << "the filter hides the selection";
+  EXPECT_EQ(Enabled(), "NEW FROM MANUAL PASTE IMPORT EXIT ") << "the filter hides the selection";
 }
 
 TEST_F(Selector, DeletesAfterAskingAndGoesOnToTheNext) {
@@ -128,6 +128,19 @@ TEST_F(Selector, NewAndEditHandTheirDefinitionToTheSetupDialogAndShowWhatItStore
   };
   Press("EDIT");
   EXPECT_EQ(Selected(), "ACME / N");
+}
+
+TEST_F(Selector, FromAManualSetsUpANewDefinition) {
+  globals_.CurrentProjector = Named("ACME", "C", 99);
+  ProjectorDefinition shown;
+  setUp_ = [&] { shown = globals_.CurrentProjector; };
+  const char* page = "Power on   50 57 31 0D\nPower off  50 57 30 0D\n";
+  Press("FROM MANUAL", {Reads(page, "CancelCommand")});
+  EXPECT_EQ(shown, ProjectorDefinition());
+  Press("FROM MANUAL", {Reads(page)});
+  EXPECT_EQ(shown.Strings[kPowerOffSlot].Count, 4);
+  EXPECT_EQ(shown.InterCommandDelay, 0);
+  EXPECT_EQ(shown.Notes.Unpadded(), u"From a manual, not tried yet");
 }
 
 TEST_F(Selector, ExportsAModelOrAllOfAManufacturerAndTellsWhy) {

@@ -221,6 +221,33 @@ TEST_F(ProjectorSetup, CancelAsksOnlyWhenSomethingHasChanged) {
   EXPECT_EQ(Current(), opened);
 }
 
+TEST_F(ProjectorSetup, AManualFillsWhatItTellsAndLeavesTheRest) {
+  OpenStorable();
+  const char* page =
+      "19200 bps, 8 data bits, no parity, 2 stop bits\nPower on 50 57 31 0D\nPower off 50 57 30 0D\n";
+  Replace(Find<QLineEdit>("Model"), "B7");
+  const DialogScript script({Reads(page, "CancelCommand"), Reads(page)});
+  Press("FromManual");
+  EXPECT_EQ(Display(1)->String(), Characters("x"));
+  Press("FromManual");
+  EXPECT_EQ(Display(1)->String().Count, 4);
+  EXPECT_EQ(Display(2)->String(), Characters("x"));
+  EXPECT_TRUE(Find<QRadioButton>("Baudrate_1")->isChecked());
+  EXPECT_TRUE(Find<QRadioButton>("Stopbits_1")->isChecked());
+  EXPECT_EQ(Find<QLineEdit>("Model")->text(), QStringLiteral("B7"));
+  EXPECT_EQ(Find<NotesBox>("Notes")->toPlainText(), QStringLiteral("From a manual, not tried yet"));
+  Press("Done");
+  EXPECT_EQ(globals_.ProjectorDatabase[0].Strings[kPowerOnSlot].Count, 4);
+
+  // One that was read before it was opened has never been stored.
+  Current() = {};
+  Current().Strings[kPowerOnSlot] = Characters("x");
+  Open();
+  prompts_.Answers = {true};
+  Press("Cancel");
+  EXPECT_THAT(prompts_.LastText(), testing::HasSubstr("have not been saved"));
+}
+
 TEST_F(ProjectorSetup, OpensEditorAndConsoleOnTheSlotAndShowsWhatTheyDid) {
   OpenStorable();
   SetNumber("InterByteDelay", "4");
