@@ -46,8 +46,7 @@ void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, Comman
     const std::string name = number ? "COM" + std::to_string(*number) : port;
     if (name.empty()) throw CommandError(kUnusable, "--port", "a port is COM1 to COM16 or a device's path");
     if (std::find(search.Names.begin(), search.Names.end(), name) != search.Names.end()) continue;
-    AddSlot(search, name, number ? context.Ports.DeviceName(*number) : port,
-            number ? context.Ports.Port(*number) : context.PortAt(port));
+    AddSlot(search, name, number ? context.Ports.DeviceName(*number) : port, PortNamed(port, context));
   }
   for (int number = 1; ports.empty() && number <= kPortSlots; ++number) {
     std::string device = context.Ports.DeviceName(number);
@@ -71,7 +70,30 @@ void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t
   context.Err << "qdm: " << names << ": not restarted, switch the power off and on" << std::endl;
 }
 
+// Why a port is not to be had; `device` is its path, empty where there is none.
+std::string WhyClosed(const std::string& device) {
+  if (device.empty() || !DeviceExists(device)) return "there is no such port";
+  const auto closed = DeviceClosedToUser(device);
+  if (!closed) return "it could not be opened: another program may be using it";
+  return "you may not open " + closed->Device +
+         (closed->Group.empty() ? "" : "; members of the group " + closed->Group + " may");
+}
+
 }  // namespace
+
+std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context) {
+  const std::optional<int> number = PortNumber(name);
+  return number ? context.Ports.Port(*number) : context.PortAt(name);
+}
+
+std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
+                                          CommandContext& context) {
+  std::unique_ptr<SerialPort> port = PortNamed(name, context);
+  port->SetSettings(settings);
+  if (port->Open()) return port;
+  const std::optional<int> number = PortNumber(name);
+  throw CommandError(kRefused, name, WhyClosed(number ? context.Ports.DeviceName(*number) : name));
+}
 
 void ProgressLine::Show(const std::string& text) {
   if (!context_.ErrIsTerminal || text == shown_) return;
