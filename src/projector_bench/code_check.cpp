@@ -71,8 +71,8 @@ class Check {
   CodeCheckResult Run() {
     FindCommonEnds();
     FindTerminators();
-    FindBlanks();
     FindSums();
+    FindBlanks();
     FindSame();
     FindLongReplies();
     std::stable_sort(result_.Findings.begin(), result_.Findings.end(),
@@ -157,9 +157,11 @@ class Check {
                        [&](std::uint8_t byte) { return (byte >= ' ' && byte <= '~') || closes(byte); });
   }
 
-  // Only in a family of texts: elsewhere 20 is a value like any other.
+  // Only in a family of texts: elsewhere, and in a check sum, 20 is a value like any other.
   void FindBlanks() {
-    if (members_.size() <= kFewestOthers || !std::all_of(members_.begin(), members_.end(), IsText)) return;
+    if (result_.Family.Sum || members_.size() <= kFewestOthers ||
+        !std::all_of(members_.begin(), members_.end(), IsText))
+      return;
     std::vector<const Member*> blank;
     for (const Member& member : members_) {
       const std::size_t end = TextEnd(member);
@@ -211,6 +213,7 @@ class Check {
     for (std::size_t at = 0; at < data.size(); ++at) {
       const auto common = CommonByte(at, index, fixed);
       if (!common || *common == data[at]) continue;
+      if (found.Keeps[index] && !StandsOutside(found.Rule, at, data.size())) continue;
       Bytes repaired = data;
       repaired[at] = *common;
       const auto parts = PartsOf(found.Rule, data.size());
@@ -227,9 +230,17 @@ class Check {
     return false;
   }
 
+  // Before what is covered, or behind the sum.
+  static bool StandsOutside(const SumRule& rule, std::size_t at, std::size_t length) {
+    const auto parts = PartsOf(rule, length);
+    return parts && (at < std::min(parts->CoverFrom, parts->SumAt) ||
+                     at >= std::max(parts->CoverTo, parts->SumAt + rule.Width()));
+  }
+
   // The byte that all the others of the same length have at that place.
   static std::optional<std::uint8_t> CommonByte(std::size_t at, std::size_t except,
                                                 const std::vector<const Member*>& fixed) {
+    if (fixed.size() <= kFewestOthers) return std::nullopt;
     std::optional<std::uint8_t> common;
     for (std::size_t i = 0; i < fixed.size(); ++i) {
       if (i == except) continue;

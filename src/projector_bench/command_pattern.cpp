@@ -20,6 +20,8 @@ LineCommand CommandIn(const ProjectorDefinition& projector, Slot slot) {
   command.Pattern = PatternOf(string);
   const auto variable = static_cast<std::size_t>(VariableBytePositionOf(string));
   if (variable == 0 || variable > string.BytesInUse()) return command;
+  command.Stored = command.Pattern;
+  command.Stored[variable - 1].Any = false;
   command.LevelAt = variable - 1;
   command.LevelBytes = LevelBytes(VolumeFormatOf(projector), projector.MaximumLevel).size();
   const auto place =
@@ -28,9 +30,15 @@ LineCommand CommandIn(const ProjectorDefinition& projector, Slot slot) {
   return command;
 }
 
-std::string Text(std::uint8_t byte) { return HexByte(byte); }
+// What it costs that a byte is wrong, missing or one too many, and that it fits only because anything does.
+constexpr std::size_t kChange = 2;
+constexpr std::size_t kAnything = 1;
 
-// Changes, insertions and deletions that turn the first i bytes into the first j of the pattern.
+std::size_t CostOf(std::uint8_t byte, const PatternByte& wanted) {
+  return wanted.Any ? kAnything : byte == wanted.Value ? 0 : kChange;
+}
+
+// What it costs to turn bytes into a pattern, from every place in both to their ends.
 class EditTable {
  public:
   EditTable(ByteView bytes, const BytePattern& pattern)
@@ -40,31 +48,32 @@ class EditTable {
     }
   }
 
-  // Between everything from byte i and everything from pattern byte j on.
   std::size_t Distance() { return Cell(0, 0); }
 
   std::string FirstDifference() {
     std::size_t at = 0;
-    while (at < bytes_.size() && at < pattern_.size() && Fits(bytes_[at], pattern_[at]) &&
-           Cell(at, at) == Cell(at + 1, at + 1)) {
-      ++at;
-    }
+    while (IsChangedAt(at) && Fits(bytes_[at], pattern_[at])) ++at;
     const std::string byte = "byte " + std::to_string(at + 1);
-    if (at == bytes_.size()) return byte + " (" + Text(pattern_[at].Value) + ") is missing";
-    if (at == pattern_.size()) return byte + " (" + Text(bytes_[at]) + ") is one too many";
-    if (Cell(at, at) == Cell(at + 1, at + 1) + 1)
-      return byte + " is " + Text(bytes_[at]) + " instead of " + Text(pattern_[at].Value);
-    if (Cell(at, at) == Cell(at, at + 1) + 1) return byte + " (" + Text(pattern_[at].Value) + ") is missing";
-    return byte + " (" + Text(bytes_[at]) + ") is one too many";
+    if (IsChangedAt(at))
+      return byte + " is " + HexByte(bytes_[at]) + " instead of " + HexByte(pattern_[at].Value);
+    const bool missing =
+        at == bytes_.size() || (at < pattern_.size() && Cell(at, at) == Cell(at, at + 1) + kChange);
+    if (missing) return byte + " (" + HexByte(pattern_[at].Value) + ") is missing";
+    return byte + " (" + HexByte(bytes_[at]) + ") is one too many";
   }
 
  private:
   std::size_t& Cell(std::size_t i, std::size_t j) { return cells_[i * (pattern_.size() + 1) + j]; }
   std::size_t Cost(std::size_t i, std::size_t j) {
-    if (i == bytes_.size()) return pattern_.size() - j;
-    if (j == pattern_.size()) return bytes_.size() - i;
-    const std::size_t change = Cell(i + 1, j + 1) + (Fits(bytes_[i], pattern_[j]) ? 0 : 1);
-    return std::min({change, Cell(i + 1, j) + 1, Cell(i, j + 1) + 1});
+    if (i == bytes_.size()) return kChange * (pattern_.size() - j);
+    if (j == pattern_.size()) return kChange * (bytes_.size() - i);
+    return std::min({Cell(i + 1, j + 1) + CostOf(bytes_[i], pattern_[j]), Cell(i + 1, j) + kChange,
+                     Cell(i, j + 1) + kChange});
+  }
+  // The byte at that place stands for the pattern's there, rightly or not.
+  bool IsChangedAt(std::size_t at) {
+    return at < bytes_.size() && at < pattern_.size() &&
+           Cell(at, at) == Cell(at + 1, at + 1) + CostOf(bytes_[at], pattern_[at]);
   }
 
   ByteView bytes_;
@@ -91,6 +100,14 @@ bool Begins(ByteView bytes, const BytePattern& pattern) {
   return bytes.size() < pattern.size() && std::equal(bytes.begin(), bytes.end(), pattern.begin(), Fits);
 }
 
+bool Matches(ByteView bytes, const LineCommand& command) {
+  return Matches(bytes, command.Pattern) || (!command.Stored.empty() && Matches(bytes, command.Stored));
+}
+
+bool Begins(ByteView bytes, const LineCommand& command) {
+  return Begins(bytes, command.Pattern) || Begins(bytes, command.Stored);
+}
+
 int Occurrences(ByteView bytes, const BytePattern& pattern) {
   int found = 0;
   while (!pattern.empty() && bytes.size() >= pattern.size()) {
@@ -115,7 +132,7 @@ std::vector<LineCommand> CommandsOnLine(const ProjectorDefinition& projector) {
 
 std::optional<std::int16_t> LevelIn(ByteView command, const LineCommand& form,
                                     const ProjectorDefinition& projector) {
-  if (form.LevelBytes == 0) return std::nullopt;
+  if (form.LevelBytes == 0 || !Matches(command, form.Pattern)) return std::nullopt;
   const ByteView carried = command.subspan(form.LevelAt, form.LevelBytes);
   const VolumeFormat format = VolumeFormatOf(projector);
   for (int level = format.MinimumLevel; level <= format.MaximumLevel; ++level) {
@@ -132,7 +149,7 @@ std::optional<NearestCommand> FindNearest(ByteView bytes, const std::vector<Line
   for (const LineCommand& command : commands) {
     EditTable edits(bytes, command.Pattern);
     const std::size_t distance = edits.Distance();
-    if (distance == 0 || distance * 2 > std::max(bytes.size(), command.Pattern.size())) continue;
+    if (distance == 0 || distance > std::max(bytes.size(), command.Pattern.size())) continue;
     if (nearest && distance >= least) continue;
     least = distance;
     nearest = NearestCommand{command.Place, edits.FirstDifference()};

@@ -31,9 +31,13 @@ struct LineCommand {
   Slot Place = kSerialEnableSlot;
   bool InUse = false;  // the panel is programmed with it
   BytePattern Pattern;
+  BytePattern Stored{};  // without a level, as an amplifier sends it; empty where there is none
   std::size_t LevelAt = 0;
   std::size_t LevelBytes = 0;  // 0: carries no level
 };
+
+bool Matches(ByteView bytes, const LineCommand& command);
+bool Begins(ByteView bytes, const LineCommand& command);
 
 // Every command slot that has bytes, in use or not, in the order of the slots. Where no slot is marked as in
 // use, all count as in use.

@@ -10,7 +10,7 @@ const LineCommand* CommandSpotter::CommandAt(std::size_t first, std::size_t end)
   const LineCommand* best = nullptr;
   const auto rank = [](const LineCommand& c) { return (c.InUse ? 2 : 0) + (c.LevelBytes == 0 ? 1 : 0); };
   for (const LineCommand& command : commands_) {
-    if (Matches(bytes, command.Pattern) && (best == nullptr || rank(command) > rank(*best))) best = &command;
+    if (Matches(bytes, command) && (best == nullptr || rank(command) > rank(*best))) best = &command;
   }
   return best;
 }
@@ -18,7 +18,7 @@ const LineCommand* CommandSpotter::CommandAt(std::size_t first, std::size_t end)
 bool CommandSpotter::CanBecomeCommand(std::size_t first) const {
   const ByteView bytes = ByteView(bytes_).subspan(first);
   return std::any_of(commands_.begin(), commands_.end(),
-                     [&](const LineCommand& command) { return Begins(bytes, command.Pattern); });
+                     [&](const LineCommand& command) { return Begins(bytes, command); });
 }
 
 void CommandSpotter::Emit(std::size_t count, const LineCommand* command, std::vector<SpottedBytes>& spotted) {

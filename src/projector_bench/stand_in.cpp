@@ -153,12 +153,15 @@ std::vector<Slot> StandIn::Expected() const {
   return expected;
 }
 
+// Commands that are the same, as the two of a volume that carries its level, are ticked together.
 std::vector<Slot> StandIn::Missing() const {
-  std::vector<Slot> missing = Expected();
-  std::erase_if(missing, [this](Slot slot) {
-    return std::any_of(heard_.begin(), heard_.end(),
-                       [slot](const HeardCommand& heard) { return heard.Command == slot; });
-  });
+  std::vector<Slot> missing;
+  for (const LineCommand& command : commands_) {
+    const bool came = std::any_of(heard_.begin(), heard_.end(), [&](const HeardCommand& heard) {
+      return heard.Command && Matches(heard.Data, command);
+    });
+    if (command.InUse && !came) missing.push_back(command.Place);
+  }
   return missing;
 }
 

@@ -9,8 +9,8 @@ namespace qdm {
 namespace {
 
 // A rule is believed when it explains this many bits more than the choice among all rules could have: chance
-// makes one in sixty thousand families look so.
-constexpr double kBitsToBelieve = 16;
+// makes less than one in ten thousand families look so.
+constexpr double kBitsToBelieve = 14;
 constexpr std::size_t kFewestMembers = 3;
 // With fewer members a rule that one of them breaks proves nothing.
 constexpr std::size_t kFewestWithOutlier = 4;
@@ -26,30 +26,24 @@ constexpr std::array kWordForms = {SumForm{SumForm::Digits::Raw}, SumForm{SumFor
 
 // In bits: how special the rule is among all that are tried.
 double CostOf(const SumRule& rule) {
-  double cost = rule.Method.Kind == SumKind::Crc ? 8 : 3;
+  double cost = rule.Method.Kind == SumKind::Crc ? 7 : 3;
   if (rule.Method.Kind == SumKind::Crc && (rule.Method.Start != 0 || rule.Method.FinalXor != 0)) cost += 1;
   if (rule.Method.Bits == 16) cost += 1;
-  cost += rule.Form.As == SumForm::Digits::Raw ? (rule.Form.LowFirst ? 2 : 1) : 3;
+  cost += rule.Form.As == SumForm::Digits::Raw ? (rule.Form.LowFirst ? 2 : 1) : 2;
   cost += rule.InFront ? 4 : rule.Place == 0 ? 1 : 2.5;
   cost += rule.InFront ? 0 : rule.Start == 0 ? 1 : rule.Start == 1 ? 1.5 : 3;
-  return cost + (rule.Uncovered == 0 ? 0.5 : 3);
+  return cost + (rule.Uncovered == 0 ? 0.5 : 2);
 }
 
-// How much it says that a sum has exactly this value, judged by how far the values spread.
-double BitsOfOne(const std::vector<std::optional<std::uint16_t>>& values, int bits) {
-  int lowest = 0xFFFF;
-  int highest = 0;
-  int count = 0;
-  for (const auto& value : values) {
-    if (!value) continue;
-    lowest = std::min<int>(lowest, *value);
-    highest = std::max<int>(highest, *value);
-    ++count;
-  }
-  if (count < 2 || highest == lowest) return 0;
-  const double spread = double(highest - lowest + 1) * (count + 1) / (count - 1);
-  const double most = std::exp2(bits);
-  return spread > most * 3 / 8 ? bits : std::log2(spread);
+// How much it says that each of these bytes has exactly the value that a rule gives, judged by how far they
+// spread; a byte that never varies says it once.
+double BitsOf(const std::vector<std::uint8_t>& values) {
+  const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
+  const auto count = static_cast<double>(values.size());
+  constexpr double kBitsOfByte = 8;
+  if (*lowest == *highest) return *lowest == 0 ? kBitsOfByte / 4 : kBitsOfByte;
+  const double spread = (*highest - *lowest + 1) * (count + 1) / (count - 1);
+  return count * (spread > 0x60 ? kBitsOfByte : std::log2(spread));
 }
 
 double BitsOfChoice(std::size_t outliers, std::size_t members) {
@@ -111,7 +105,6 @@ class Search {
       if (values_[i]) different.insert(*values_[i]);
       if (!values_[i] && ++none > mostOutliers_) return false;
     }
-    bitsOfOne_ = BitsOfOne(values_, rule.Method.Bits);
     return different.size() > 1;
   }
 
@@ -121,6 +114,7 @@ class Search {
       if (const auto parts = PartsOf(rule, members_[i].size()))
         ranges_[i] = ByteView(members_[i]).subspan(parts->CoverFrom, parts->CoverTo - parts->CoverFrom);
     }
+    costOfRange_ = CostOfRange(rule);
     const int bits = rule.Method.Bits;
     for (const SumMethod& method : SumMethods()) {
       if (method.Bits != bits) continue;
@@ -136,17 +130,43 @@ class Search {
       keeps_[i] = values_[i] && !ranges_[i].empty() && SumOf(rule.Method, ranges_[i]) == *values_[i];
       if (!keeps_[i] && ++outliers > mostOutliers_) return;
     }
-    // The same bytes have the same sum: they prove nothing twice.
-    std::set<Bytes> proofs;
-    for (std::size_t i = 0; i < members_.size(); ++i) {
-      if (keeps_[i]) proofs.emplace(ranges_[i].begin(), ranges_[i].end());
-    }
-    if (proofs.size() < kFewestMembers) return;
-    const double margin = bitsOfOne_ * static_cast<double>(proofs.size()) - CostOf(rule) -
-                          BitsOfChoice(outliers, members_.size());
+    const std::optional<double> evidence = Evidence(rule.Method.Bits);
+    if (!evidence) return;
+    const double margin = *evidence - CostOf(rule) - costOfRange_ - BitsOfChoice(outliers, members_.size());
     if (margin < kBitsToBelieve || (best_ && margin <= bestMargin_)) return;
     bestMargin_ = margin;
     best_ = FoundSum{rule, keeps_};
+  }
+
+  // Of the members that keep the rule. The same covered bytes have the same sum: they prove nothing twice.
+  std::optional<double> Evidence(int bits) const {
+    std::set<Bytes> proofs;
+    std::vector<std::uint8_t> low;
+    std::vector<std::uint8_t> high;
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+      if (!keeps_[i] || !proofs.emplace(ranges_[i].begin(), ranges_[i].end()).second) continue;
+      low.push_back(static_cast<std::uint8_t>(*values_[i] & 0xFF));
+      high.push_back(static_cast<std::uint8_t>(*values_[i] >> 8));
+    }
+    if (proofs.size() < kFewestMembers) return std::nullopt;
+    return BitsOf(low) + (bits == 16 ? BitsOf(high) : 0);
+  }
+
+  // Bytes that vary and that no sum covers are rare, in a frame: they are rather a part of the sum.
+  double CostOfRange(const SumRule& rule) const {
+    double cost = 0;
+    for (std::size_t i = 0; i < rule.Uncovered; ++i) cost += Varies(rule, i, true) ? 8 : 1;
+    for (std::size_t i = 0; !rule.InFront && i < rule.Place; ++i) cost += Varies(rule, i, false) ? 8 : 0;
+    return cost;
+  }
+  // The i-th byte before the sum, or from the end.
+  bool Varies(const SumRule& rule, std::size_t i, bool beforeSum) const {
+    std::set<std::uint8_t> different;
+    for (const Bytes& member : members_) {
+      const std::size_t behind = i + (beforeSum && !rule.InFront ? rule.Place + rule.Width() : 0);
+      if (behind < member.size()) different.insert(member[member.size() - 1 - behind]);
+    }
+    return different.size() > 1;
   }
 
   const std::vector<Bytes>& members_;
@@ -154,7 +174,7 @@ class Search {
   std::vector<std::optional<std::uint16_t>> values_;
   std::vector<ByteView> ranges_;
   std::vector<bool> keeps_;
-  double bitsOfOne_ = 0;
+  double costOfRange_ = 0;
   double bestMargin_ = 0;
   std::optional<FoundSum> best_;
 };
