@@ -37,21 +37,19 @@ void CommandSpotter::Receive(std::uint8_t byte, Microseconds when, std::vector<S
   Settle(spotted);
 }
 
+// The first and longest run of bytes that is a command; what stands before it is none. It may end before the
+// last byte: then that has shown that it was not to become a longer one.
 void CommandSpotter::Settle(std::vector<SpottedBytes>& spotted) {
   if (CanBecomeCommand(0)) return;
-  // The longest run of bytes up to the end that is a command; what stands before it is none. The byte that
-  // came last may also have shown that a shorter command was complete before it.
   for (std::size_t first = 0; first < bytes_.size(); ++first) {
-    if (const LineCommand* command = CommandAt(first, bytes_.size())) {
-      if (CanBecomeCommand(first)) return;
+    for (std::size_t end = bytes_.size(); end > first; --end) {
+      const LineCommand* command = CommandAt(first, end);
+      if (command == nullptr) continue;
+      if (end == bytes_.size() && CanBecomeCommand(first)) return;
       Emit(first, nullptr, spotted);
-      return Emit(bytes_.size(), command, spotted);
+      Emit(end - first, command, spotted);
+      return Settle(spotted);
     }
-    const LineCommand* before = first + 1 < bytes_.size() ? CommandAt(first, bytes_.size() - 1) : nullptr;
-    if (before == nullptr) continue;
-    Emit(first, nullptr, spotted);
-    Emit(bytes_.size() - 1, before, spotted);
-    return Settle(spotted);
   }
 }
 
