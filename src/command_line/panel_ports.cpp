@@ -70,15 +70,6 @@ void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t
   context.Err << "qdm: " << names << ": not restarted, switch the power off and on" << std::endl;
 }
 
-// Why a port is not to be had; `device` is its path, empty where there is none.
-std::string WhyClosed(const std::string& device) {
-  if (device.empty() || !DeviceExists(device)) return "there is no such port";
-  const auto closed = DeviceClosedToUser(device);
-  if (!closed) return "it could not be opened: another program may be using it";
-  return "you may not open " + closed->Device +
-         (closed->Group.empty() ? "" : "; members of the group " + closed->Group + " may");
-}
-
 }  // namespace
 
 std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context) {
@@ -91,8 +82,8 @@ std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::st
   std::unique_ptr<SerialPort> port = PortNamed(name, context);
   port->SetSettings(settings);
   if (port->Open()) return port;
-  const std::optional<int> number = PortNumber(name);
-  throw CommandError(kRefused, name, WhyClosed(number ? context.Ports.DeviceName(*number) : name));
+  const auto failure = port->WhyClosed();
+  throw CommandError(kRefused, name, failure ? SentenceOf(*failure) : "there is no such port");
 }
 
 void ProgressLine::Show(const std::string& text) {
