@@ -9,6 +9,7 @@
 #include "app/readable_style.h"
 #include "app/resources.h"
 #include "config/version.h"
+#include "forms/bench/projector_bench_form.h"
 #include "forms/bench/serial_test_form.h"
 #include "forms/download/download_form.h"
 #include "forms/download/find_panel_form.h"
@@ -174,8 +175,14 @@ int RunEditor(EditorApplication& application) {
   Help help(globals.ProgramFolder, prompts);
   application.installEventFilter(&help);
 
+  const auto openBench = [&](QWidget* parent, ProjectorDefinition& projector) {
+    ProjectorBench(projector, *ports, time, prompts, *settings, parent).exec();
+  };
+  const auto openBenchOnCurrent = [&](QWidget* parent) { openBench(parent, globals.CurrentProjector); };
   const auto openConsole = [&](QWidget* parent) {
-    SerialTestForm(globals, *ports, time, prompts, *settings, parent).exec();
+    SerialTestForm console(globals, *ports, time, prompts, *settings, parent);
+    console.SetBench(openBenchOnCurrent);
+    console.exec();
   };
   const SlotWindows slotWindows{
       .Edit =
@@ -185,6 +192,7 @@ int RunEditor(EditorApplication& application) {
             editor.exec();
           },
       .Test = openConsole,
+      .Bench = openBenchOnCurrent,
   };
   const auto setUpProjector = [&](QWidget* parent) {
     ProjectorSetupForm(globals, prompts, slotWindows, parent).exec();
@@ -201,6 +209,7 @@ int RunEditor(EditorApplication& application) {
             Download(globals, configuration, *ports, time, prompts, parent).exec();
           },
       .FindPanel = [&](QWidget* parent) { FindPanel(*ports, time, parent).exec(); },
+      .Bench = openBench,
       .Help = [&](QWidget* parent) { help.Show(parent, {}); },
       .About = [&](QWidget* parent) { AboutForm(globals.ProgramFolder, prompts, parent).exec(); },
   };

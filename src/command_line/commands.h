@@ -95,6 +95,7 @@ struct SimulateOptions {
   std::string Memory;  // empty: kept nowhere
   bool Pace = false;
   std::vector<std::string> Faults;
+  std::vector<std::string> Press;  // names of slots
 };
 int Simulate(const SimulateOptions& options, CommandContext& context);
 
@@ -107,5 +108,25 @@ struct ManualOptions {
   bool Doubtful = false;
 };
 int Manual(const ManualOptions& options, CommandContext& context);
+
+// Which projector of a file is meant; both names empty: the only one.
+struct ProjectorChoice {
+  std::string File;
+  std::string Manufacturer;
+  std::string Model;
+};
+struct StandInOptions : ProjectorChoice {
+  std::string Port;  // empty: a pseudo-terminal of its own
+  int Delay = 0;     // milliseconds
+  bool Silent = false;
+};
+int Projector(const StandInOptions& options, CommandContext& context);
+
+struct ProbeOptions : ProjectorChoice {
+  std::string Slot;  // or
+  std::string Send;  // text as it is pasted
+  std::string Port;  // empty: every port that is there
+};
+int Probe(const ProbeOptions& options, CommandContext& context);
 
 }  // namespace qdm

@@ -46,8 +46,7 @@ void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, Comman
     const std::string name = number ? "COM" + std::to_string(*number) : port;
     if (name.empty()) throw CommandError(kUnusable, "--port", "a port is COM1 to COM16 or a device's path");
     if (std::find(search.Names.begin(), search.Names.end(), name) != search.Names.end()) continue;
-    AddSlot(search, name, number ? context.Ports.DeviceName(*number) : port,
-            number ? context.Ports.Port(*number) : context.PortAt(port));
+    AddSlot(search, name, number ? context.Ports.DeviceName(*number) : port, PortNamed(port, context));
   }
   for (int number = 1; ports.empty() && number <= kPortSlots; ++number) {
     std::string device = context.Ports.DeviceName(number);
@@ -72,6 +71,20 @@ void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t
 }
 
 }  // namespace
+
+std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context) {
+  const std::optional<int> number = PortNumber(name);
+  return number ? context.Ports.Port(*number) : context.PortAt(name);
+}
+
+std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
+                                          CommandContext& context) {
+  std::unique_ptr<SerialPort> port = PortNamed(name, context);
+  port->SetSettings(settings);
+  if (port->Open()) return port;
+  const auto failure = port->WhyClosed();
+  throw CommandError(kRefused, name, failure ? SentenceOf(*failure) : "there is no such port");
+}
 
 void ProgressLine::Show(const std::string& text) {
   if (!context_.ErrIsTerminal || text == shown_) return;

@@ -4,6 +4,7 @@
 #include "command_line/command_context.h"
 #include "panels/panel_search.h"
 
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -38,6 +39,13 @@ struct PanelSearch {
   // "COM3 (ttyUSB0): In use by minicom (4711)"; empty for a port that opened.
   std::string WhyClosed(std::size_t slot) const;
 };
+
+// A closed port, as the command line names it: "COM3", or a device's path. A name that can be no port is a
+// CommandError.
+std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context);
+// The same, open at those settings; a CommandError that says why when it does not open.
+std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
+                                          CommandContext& context);
 
 // Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
 // answered. `context.Stop` ends it early. Restarts that failed are told on `told`, which they were and why

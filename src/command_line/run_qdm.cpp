@@ -31,6 +31,8 @@ struct Request {
   DownloadOptions Download;
   SimulateOptions Simulate;
   ManualOptions Manual;
+  StandInOptions Projector;
+  ProbeOptions Probe;
 
   std::function<int(CommandContext&)> Command;
 };
@@ -289,6 +291,8 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
   CLI::App* command = AddCommand(
       app, "simulate", "Be a panel, for practice and tests",
       "Prints the path of a pseudo-terminal and answers there like a panel, until it is interrupted.\n"
+      "With --press a second path follows, of the panel's projector port: what the memory holds for these\n"
+      "buttons is sent there at the projector's settings, once it is programmed and somebody has opened it.\n"
       "Faults: N says which one goes wrong (3 the third, %3 every third, left out all of them), REPLY is\n"
       "ident, ack or restart:\n"
       "  lose-REPLY[:N], wrong-REPLY[:N], noise-REPLY[:N], long-REPLY[:N], late-REPLY:N:MS,\n"
@@ -312,6 +316,11 @@ void AddSimulateCommand(CLI::App& app, Request& request) {
   command->add_option("--fault", request.Simulate.Faults, "something that goes wrong; may be repeated")
       ->allow_extra_args(false)
       ->type_name("FAULT");
+  command
+      ->add_option("--press", request.Simulate.Press,
+                   "press this button of the panel (\"Power on\"); may be repeated")
+      ->allow_extra_args(false)
+      ->type_name("SLOTNAME");
   Runs(command, request, Simulate, request.Simulate);
 }
 
@@ -340,6 +349,64 @@ void AddManualCommand(CLI::App& app, Request& request) {
   command->add_flag("--doubtful", request.Manual.Doubtful, "take what is not sure into the definition too")
       ->needs(output);
   Runs(command, request, Manual, request.Manual);
+}
+
+void AddProjectorChoice(CLI::App* command, ProjectorChoice& choice) {
+  command
+      ->add_option("FILE", choice.File, "a configuration (.BVC), definitions (.BVD, .DEF) or either as .json")
+      ->required();
+  command->add_option("--manufacturer", choice.Manufacturer, "whose projector, where FILE has several")
+      ->type_name("NAME");
+  command->add_option("--model", choice.Model, "which projector, where FILE has several")->type_name("NAME");
+}
+
+void AddStandInCommand(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
+      app, "projector", "Stand in for a projector on the panel's cable",
+      "Listens at the projector's line settings and answers each command with its expected reply, until it "
+      "is\n"
+      "interrupted. Without --port it makes a pseudo-terminal and prints its path first. A line for each "
+      "command:\n"
+      "milliseconds since the start, milliseconds since the end of the command before (- for the first), the "
+      "command's\n"
+      "name (\"unknown\" for what is none), its bytes in hexadecimal.\n\n"
+      "Examples:\n"
+      "  qdm projector \"Room 101.BVC\" --port COM3\n"
+      "  qdm projector Visora.BVD --delay 300 | tee heard.txt");
+  AddProjectorChoice(command, request.Projector);
+  command->add_option("--port", request.Projector.Port, "the port on the panel's cable")->type_name("PORT");
+  command->add_option("--delay", request.Projector.Delay, "answer so many milliseconds late")
+      ->check(CLI::Range(0, 60'000).description(""))
+      ->type_name("MS");
+  command->add_flag("--silent", request.Projector.Silent, "only listen");
+  Runs(command, request, Projector, request.Projector);
+}
+
+void AddProbeCommand(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
+      app, "probe", "Find the line settings of a projector",
+      "Sends a command at each of the 30 settings that a definition can have, the likely ones first, and "
+      "waits\n"
+      "500 ms each. A line a setting: settings, the bytes that came (- for none), and what they are: reply, "
+      "echo,\n"
+      "something or nothing. The exit status is 0 when a reply came. The command is really sent: a query "
+      "that\n"
+      "switches nothing is best.\n\n"
+      "Examples:\n"
+      "  qdm probe Visora.BVD --slot \"Power on\" --port COM3\n"
+      "  qdm probe \"Room 101.BVC\" --send \"PWR?<CR>\"");
+  AddProjectorChoice(command, request.Probe);
+  CLI::Option* slot =
+      command->add_option("--slot", request.Probe.Slot, "send this command of the projector: \"Power on\"")
+          ->type_name("SLOTNAME");
+  CLI::Option* send =
+      command->add_option("--send", request.Probe.Send, "send this text, read as pasted text is")
+          ->type_name("TEXT");
+  slot->excludes(send);
+  command
+      ->add_option("--port", request.Probe.Port, "ask at this port; every port that is there when left out")
+      ->type_name("PORT");
+  Runs(command, request, Probe, request.Probe);
 }
 
 // An option's name and what stands for its value; everything else is for the description to say.
@@ -407,6 +474,8 @@ int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
   AddPanelCommands(app, request);
   AddSimulateCommand(app, request);
   AddManualCommand(app, request);
+  AddStandInCommand(app, request);
+  AddProbeCommand(app, request);
 
   std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
   try {

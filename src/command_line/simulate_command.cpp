@@ -13,9 +13,13 @@ int Simulate(const SimulateOptions&, CommandContext&) {
 #else
 
 #include "base/file_access.h"
+#include "command_line/bench_projector.h"
 #include "command_line/record_files.h"
 #include "command_line/signals.h"
+#include "serial_io/pseudo_device_opening.h"
 #include "serial_io/pseudo_terminal_panel.h"
+#include "serial_io/pseudo_terminal_port.h"
+#include "simulation/panel_buttons.h"
 
 #include <algorithm>
 #include <charconv>
@@ -23,11 +27,13 @@ int Simulate(const SimulateOptions&, CommandContext&) {
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace qdm {
@@ -106,24 +112,81 @@ class MemoryFile {
   PanelImage kept_;
 };
 
+// The panel's projector port, a second device, and a finger on its buttons: they are pressed once for each
+// programming, when somebody listens.
+class ProjectorPort {
+ public:
+  ProjectorPort(std::vector<Slot> slots, int controllerType, CommandContext& context)
+      : slots_(std::move(slots)), controllerType_(controllerType), context_(context) {}
+
+  const std::string& Device() const { return port_.Device(); }
+
+  // To be called when something may have changed. When it wants to be called again, at the latest.
+  std::optional<Microseconds> Advance(const SimulatedPanel& panel) {
+    if (panel.Restarts() != restarts_ || !looked_) LookAt(panel);
+    if (!buttons_ || !opening_.Happened()) return std::nullopt;
+    // Whoever opens a port sets it up first.
+    if (!pressAt_) pressAt_ = context_.Time.Now() + std::chrono::milliseconds(300);
+    if (context_.Time.Now() < *pressAt_) return pressAt_;
+    buttons_->Press(slots_, port_, context_.Time, context_.Stop.get_token());
+    buttons_.reset();
+    pressAt_.reset();
+    return std::nullopt;
+  }
+
+ private:
+  void LookAt(const SimulatedPanel& panel) {
+    restarts_ = panel.Restarts();
+    if (looked_ == panel.Memory()) return;
+    looked_ = panel.Memory();
+    buttons_ = PanelButtons::Of(*looked_, controllerType_);
+    if (buttons_) port_.SetSettings(buttons_->LineSettings());
+  }
+
+  const std::vector<Slot> slots_;
+  const int controllerType_;
+  CommandContext& context_;
+  PseudoTerminalPort port_{kProgrammingSettings};
+  DeviceOpening opening_{port_.Device()};
+  int restarts_ = 0;
+  std::optional<PanelImage> looked_;     // the memory that was pressed for, or that will be
+  std::optional<PanelButtons> buttons_;  // still to be pressed
+  std::optional<Microseconds> pressAt_;
+};
+
+std::vector<Slot> SlotsToPress(const std::vector<std::string>& names) {
+  std::vector<Slot> slots;
+  for (const std::string& name : names) slots.push_back(CommandSlotNamed("--press", name));
+  return slots;
+}
+
 }  // namespace
 
 int Simulate(const SimulateOptions& options, CommandContext& context) {
   const Identification identification = IdentificationFor(options);
   DemandLineSetting(options.Settings);
   const PanelFaults faults = FaultsFrom(options.Faults);
+  const std::vector<Slot> slots = SlotsToPress(options.Press);
   MemoryFile memory(options.Memory);
 
   const StopOnSignals interruptible(context.Stop);
   SimulatedPanel panel({.Panel = identification, .Settings = options.Settings, .Faults = faults},
                        memory.Contents());
   const PseudoTerminalPanel served(panel, context.Time, options.Pace ? Pacing::TrueByteTime : Pacing::None);
+  std::optional<ProjectorPort> projectorPort;
+  if (!slots.empty()) projectorPort.emplace(slots, options.ControllerType, context);
   context.Out << served.Device() << std::endl;
+  std::optional<Microseconds> next;
+  if (projectorPort) {
+    next = projectorPort->Advance(panel);  // sets the port up before its name is known
+    context.Out << projectorPort->Device() << std::endl;
+  }
   // Kept whenever it changed: by the time that a restart is acknowledged, everything before is on the disk.
   bool waited = false;
   while (!context.Stop.stop_requested()) {
-    context.Time.Yield(context.Time.Now() + std::chrono::hours(1));
+    context.Time.Yield(next.value_or(context.Time.Now() + std::chrono::hours(1)));
     memory.Keep(panel.Memory());
+    if (projectorPort) next = projectorPort->Advance(panel);
     if (panel.InSetUpMode() == waited) continue;
     waited = panel.InSetUpMode();
     context.Err << (waited ? "set-up mode: waits for a restart" : "restarted: works") << std::endl;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <cstdint>
 
 namespace qdm {
 
@@ -46,6 +47,14 @@ LineSettings ParseLineSettings(std::string_view settings) {
           .Parity = ParityOf(pieces[1]),
           .DataBits = NumberIn(pieces[2], 5, 8),
           .StopBits = NumberIn(pieces[3], 1, 2)};
+}
+
+Microseconds TimeOfBytes(std::size_t bytes, const LineSettings& settings) {
+  const bool parityBit = settings.Parity.value_or(LineParity::None) != LineParity::None;
+  const std::int64_t bitsPerByte = 1 + 8 + (parityBit ? 1 : 0) + settings.StopBits.value_or(2);
+  const std::int64_t bits = static_cast<std::int64_t>(bytes) * bitsPerByte;
+  const std::int64_t speed = settings.Speed.value_or(9600);
+  return Microseconds((bits * 1'000'000 + speed - 1) / speed);
 }
 
 }  // namespace qdm

@@ -4,7 +4,9 @@
 #pragma once
 
 #include "line/speeds_and_parities.h"
+#include "line/waiting.h"
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -21,5 +23,9 @@ struct LineSettings {
 
 // Letters in either case, blanks around a piece ignored.
 LineSettings ParseLineSettings(std::string_view settings);
+
+// The time that one byte takes: start bit, 8 data bits, parity bit if there is one, stop bits. What is not
+// known counts as 9600, none and 2.
+Microseconds TimeOfBytes(std::size_t bytes, const LineSettings& settings);
 
 }  // namespace qdm

@@ -94,4 +94,15 @@ LineSettings PseudoTerminal::Settings() const {
   return settings;
 }
 
+void PseudoTerminal::SetSpeed(int bitsPerSecond) {
+  termios line{};
+  if (::tcgetattr(deviceHeld_, &line) != 0) return;
+  for (const auto& [code, baud] : kSpeeds) {
+    if (baud != bitsPerSecond) continue;
+    ::cfsetispeed(&line, code);
+    ::cfsetospeed(&line, code);
+  }
+  ::tcsetattr(deviceHeld_, TCSANOW, &line);
+}
+
 }  // namespace qdm

@@ -27,6 +27,8 @@ class PseudoTerminal {
   // What the program at the device has set. Pseudo-terminals know no parity and no data bits but 8: both are
   // empty here, whatever was asked for.
   LineSettings Settings() const;
+  // As if the program at the device had set it; 9600 at first. One that no device has changes nothing.
+  void SetSpeed(int bitsPerSecond);
 
  private:
   int line_ = -1;

@@ -7,14 +7,6 @@
 
 namespace qdm {
 
-Microseconds TimeOfBytes(std::size_t bytes, const LineSettings& settings) {
-  const bool parityBit = settings.Parity.value_or(LineParity::None) != LineParity::None;
-  const std::int64_t bitsPerByte = 1 + 8 + (parityBit ? 1 : 0) + settings.StopBits.value_or(2);
-  const std::int64_t bits = static_cast<std::int64_t>(bytes) * bitsPerByte;
-  const std::int64_t speed = settings.Speed.value_or(9600);
-  return Microseconds((bits * 1'000'000 + speed - 1) / speed);
-}
-
 SimulatedLine::SimulatedLine(SimulatedPanel* panel, Waiting& time, Pacing pacing)
     : panel_(panel), time_(time), pacing_(pacing), settings_(ParseLineSettings("9600,n,8,1")) {}
 

@@ -15,10 +15,6 @@
 
 namespace qdm {
 
-// The time that one byte takes: start bit, 8 data bits, parity bit if there is one, stop bits. What is not
-// known counts as 9600, none and 2.
-Microseconds TimeOfBytes(std::size_t bytes, const LineSettings& settings);
-
 enum class Pacing { None, TrueByteTime };
 
 // The panel takes what is written when its last bit is through. Sides that do not understand each other hear

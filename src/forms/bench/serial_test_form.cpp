@@ -22,6 +22,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -110,6 +111,7 @@ void SerialTestForm::ConnectControls() {
   connect(ui_->Copy, &QPushButton::clicked, this, &SerialTestForm::Copy_Click);
   connect(ui_->UseAsReply, &QPushButton::clicked, this, &SerialTestForm::UseAsReply_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &SerialTestForm::accept);
+  connect(ui_->Bench, &QPushButton::clicked, this, &SerialTestForm::Bench_Click);
   connect(Option2, &QButtonGroup::idClicked, this, &SerialTestForm::Option2_Click);
   connect(Timer1, &QTimer::timeout, this, &SerialTestForm::Timer1_Timer);
   connect(TraceTimer, &QTimer::timeout, this, &SerialTestForm::TraceTimer_Timer);
@@ -125,6 +127,7 @@ void SerialTestForm::Form_Load() {
   ui_->SerialStringDisplay1->Display(static_cast<int>(slot_));
   ui_->LineSettings->setText(QString::fromStdString(lineSettings_));
   ui_->VolumeFrame->setVisible(SendsLevel());
+  ui_->Bench->setVisible(false);
   ui_->PowerUp->setEnabled(!format_.UsePowerDown);
   ShowLevel();
   ForgetReply();
@@ -180,6 +183,20 @@ void SerialTestForm::ShowRefused() {
 void SerialTestForm::ShowPort() {
   SetStatus(port_->IsOpen() ? tr("%1 is open.").arg(PortCaption(ports_, PortNumber()))
                             : WhyPortIsClosed(ports_, PortNumber()));
+}
+
+void SerialTestForm::SetBench(std::function<void(QWidget* parent)> bench) {
+  bench_ = std::move(bench);
+  ui_->Bench->setVisible(bench_ != nullptr);
+}
+
+// The bench wants the port, and may find other line settings.
+void SerialTestForm::Bench_Click() {
+  port_->Close();
+  bench_(this);
+  lineSettings_ = TrialLineSettings(globals_.CurrentProjector);
+  ui_->LineSettings->setText(QString::fromStdString(lineSettings_));
+  OpenPort();
 }
 
 void SerialTestForm::Port_Click() {
@@ -271,6 +288,7 @@ void SerialTestForm::SetBusy(bool busy) {
   if (busy) sendHadFocus_ = ui_->Send->hasFocus();
   ui_->Send->setEnabled(!busy);
   ui_->Port->setEnabled(!busy);
+  ui_->Bench->setEnabled(!busy);
   if (busy) SetStatus(tr("Sending..."));
   if (!busy && sendHadFocus_) ui_->Send->setFocus();
 }

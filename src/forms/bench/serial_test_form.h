@@ -12,6 +12,7 @@
 #include <QDialog>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <stop_token>
 
@@ -38,6 +39,9 @@ class SerialTestForm : public QDialog {
                  QSettings& settings, QWidget* parent = nullptr);
   ~SerialTestForm() override;
 
+  // The projector bench, on the definition whose string is tested; without it the button is not there.
+  void SetBench(std::function<void(QWidget* parent)> bench);
+
   // Takes the reply in.
   void Timer1_Timer();
   // Takes in what has come and shows it in the trace.
@@ -50,6 +54,7 @@ class SerialTestForm : public QDialog {
   void ConnectControls();
   void Form_Load();
 
+  void Bench_Click();
   void Port_Click();
   void Send_Click();
   void Copy_Click();
@@ -85,7 +90,8 @@ class SerialTestForm : public QDialog {
   std::array<QToolButton*, kMaximumStringBytes - 1> Ignore{};
 
   const std::size_t slot_;
-  const std::string lineSettings_;
+  std::string lineSettings_;
+  std::function<void(QWidget* parent)> bench_;
   const VolumeFormat format_;
   const std::int16_t variablePosition_;
   std::int16_t level_;

@@ -9,24 +9,33 @@ EditorStatusBar::EditorStatusBar(QWidget* parent)
     : QStatusBar(parent),
       statusText_(new QLabel(this)),
       unsavedMark_(new QLabel(tr("Not saved"), this)),
-      findPanel_(new QToolButton(this)) {
+      findPanel_(MakeButton("FindPanel", tr("&Find panel"), tr("Which COM port is a panel on?"))),
+      bench_(MakeButton("Bench", tr("Projector &bench"),
+                        tr("Stand in for the projector, find its settings, check its codes, time it"))) {
   statusText_->setObjectName(QStringLiteral("StatusText"));
   statusText_->setTextFormat(Qt::PlainText);
   statusText_->setIndent(4);
   // A long path is cut; it must not widen the window.
   statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   unsavedMark_->setObjectName(QStringLiteral("UnsavedMark"));
-  findPanel_->setObjectName(QStringLiteral("FindPanel"));
-  findPanel_->setText(tr("&Find panel"));
-  findPanel_->setIcon(QIcon(QStringLiteral(":/icons/port.png")));
-  findPanel_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  findPanel_->setAutoRaise(true);
-  findPanel_->setFocusPolicy(Qt::TabFocus);
-  findPanel_->setToolTip(tr("Which COM port is a panel on?"));
   connect(findPanel_, &QToolButton::clicked, this, &EditorStatusBar::FindPanel_Click);
+  connect(bench_, &QToolButton::clicked, this, &EditorStatusBar::Bench_Click);
   addWidget(statusText_, 1);
   addPermanentWidget(unsavedMark_);
   addPermanentWidget(findPanel_);
+  addPermanentWidget(bench_);
+}
+
+QToolButton* EditorStatusBar::MakeButton(const char* name, const QString& text, const QString& toolTip) {
+  auto* button = new QToolButton(this);
+  button->setObjectName(QLatin1String(name));
+  button->setText(text);
+  button->setIcon(QIcon(QStringLiteral(":/icons/port.png")));
+  button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setToolTip(toolTip);
+  return button;
 }
 
 void EditorStatusBar::ShowText(const QString& text) {
@@ -39,5 +48,6 @@ QString EditorStatusBar::Text() const { return statusText_->text(); }
 void EditorStatusBar::ShowUnsaved(bool unsaved) { unsavedMark_->setVisible(unsaved); }
 
 void EditorStatusBar::EnableFindPanel(bool enabled) { findPanel_->setEnabled(enabled); }
+void EditorStatusBar::EnableBench(bool enabled) { bench_->setEnabled(enabled); }
 
 }  // namespace qdm

@@ -1,5 +1,5 @@
 // The main window's status line: what was last done and to which file, a mark while something is not saved,
-// and the way to the "Find panel" window.
+// and the ways to the "Find panel" and "Projector bench" windows.
 #pragma once
 
 #include <QStatusBar>
@@ -19,14 +19,19 @@ class EditorStatusBar : public QStatusBar {
   QString Text() const;
   void ShowUnsaved(bool unsaved);
   void EnableFindPanel(bool enabled);
+  void EnableBench(bool enabled);
 
  Q_SIGNALS:
   void FindPanel_Click();
+  void Bench_Click();
 
  private:
   QLabel* statusText_;
   QLabel* unsavedMark_;
+  QToolButton* MakeButton(const char* name, const QString& text, const QString& toolTip);
+
   QToolButton* findPanel_;
+  QToolButton* bench_;
 };
 
 }  // namespace qdm

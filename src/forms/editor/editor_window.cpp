@@ -93,6 +93,7 @@ void ProjectorPanelEditor::SetUpToolbar() {
     window.Action->setToolTip(tr("%1: not available in this version").arg(window.Action->toolTip()));
   }
   ui_->StatusBar->EnableFindPanel(windows_.FindPanel != nullptr);
+  ui_->StatusBar->EnableBench(windows_.Bench != nullptr);
   ShowToolTips();
 }
 
@@ -125,6 +126,7 @@ void ProjectorPanelEditor::ConnectControls() {
   connect(ui_->HELP, &QAction::triggered, this, &ProjectorPanelEditor::Help);
   connect(ui_->ABOUT, &QAction::triggered, this, &ProjectorPanelEditor::About);
   connect(ui_->StatusBar, &EditorStatusBar::FindPanel_Click, this, &ProjectorPanelEditor::FindPanel);
+  connect(ui_->StatusBar, &EditorStatusBar::Bench_Click, this, &ProjectorPanelEditor::Bench);
   connect(recentFiles_, &RecentFiles::Chosen, this, &ProjectorPanelEditor::RecentFile_Click);
 
   connect(ui_->TreeView1, &ProjectorTree::ElementChosen, this, &ProjectorPanelEditor::TreeView1_NodeClick);

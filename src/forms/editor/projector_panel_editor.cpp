@@ -268,6 +268,12 @@ void ProjectorPanelEditor::Help() { windows_.Help(this); }
 void ProjectorPanelEditor::About() { windows_.About(this); }
 void ProjectorPanelEditor::FindPanel() { windows_.FindPanel(this); }
 
+void ProjectorPanelEditor::Bench() {
+  windows_.Bench(this, record_.Projector);
+  ShowProjector();
+  NoteChange(ConfigurationHistory::Change::Step);
+}
+
 void ProjectorPanelEditor::Undo() {
   NoteChange(ConfigurationHistory::Change::Step);
   history_.Undo();

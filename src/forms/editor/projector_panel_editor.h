@@ -33,6 +33,8 @@ struct EditorWindows {
   std::function<void(QWidget* parent)> Selector;
   std::function<void(QWidget* parent, const PanelConfiguration& configuration)> Download;
   std::function<void(QWidget* parent)> FindPanel;
+  // May change the definition.
+  std::function<void(QWidget* parent, ProjectorDefinition& projector)> Bench;
   std::function<void(QWidget* parent)> Help;
   std::function<void(QWidget* parent)> About;
 };
@@ -87,6 +89,7 @@ class ProjectorPanelEditor : public QMainWindow {
   void Help();
   void About();
   void FindPanel();
+  void Bench();
   void Undo();
   void Redo();
 

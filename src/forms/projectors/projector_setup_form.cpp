@@ -126,6 +126,8 @@ void ProjectorSetupForm::ConnectControls() {
   connect(ui_->FromManual, &QPushButton::clicked, this, &ProjectorSetupForm::FromManual_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &ProjectorSetupForm::Done_Click);
   connect(ui_->Cancel, &QPushButton::clicked, this, &ProjectorSetupForm::reject);
+  connect(ui_->Bench, &QPushButton::clicked, this, &ProjectorSetupForm::Bench_Click);
+  ui_->Bench->setVisible(windows_.Bench != nullptr);
   connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, ui_->Done, &QPushButton::click);
 }
 
@@ -275,6 +277,13 @@ void ProjectorSetupForm::reject() {
     return;
   globals_.CurrentProjector = opened_;
   QDialog::reject();
+}
+
+void ProjectorSetupForm::Bench_Click() {
+  Store(globals_.CurrentProjector);
+  windows_.Bench(this);
+  Show();
+  NoteChange();
 }
 
 void ProjectorSetupForm::EditSlot(int slot, int firstByte) {

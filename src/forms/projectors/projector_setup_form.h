@@ -30,6 +30,8 @@ class UserPrompts;
 struct SlotWindows {
   std::function<void(QWidget* parent, int firstByte)> Edit;
   std::function<void(QWidget* parent)> Test;
+  // The projector bench, on the whole definition; it may change it.
+  std::function<void(QWidget* parent)> Bench{};
 };
 
 class ProjectorSetupForm : public QDialog {
@@ -61,6 +63,7 @@ class ProjectorSetupForm : public QDialog {
 
   void FromManual_Click();
   void Done_Click();
+  void Bench_Click();
   void EditSlot(int slot, int firstByte);
   void TestSlot(int slot);
   void PrepareSlotWindow(int slot);

@@ -2,6 +2,7 @@
 
 #include "forms/shared/globals.h"
 #include "forms/strings/serial_string_display.h"
+#include "projector_bench/code_check.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -149,7 +150,10 @@ void StringRows::MakeDisplay(std::size_t slot, const QString& name, int line, in
   grid_->addWidget(display, line, column);
   grid_->addWidget(cells_[slot].Edit, line, column + 1);
 
-  connect(display, &SerialStringDisplay::StringChanged, this, &StringRows::Changed);
+  connect(display, &SerialStringDisplay::StringChanged, this, [this] {
+    MarkFlagged();
+    Q_EMIT Changed();
+  });
   connect(display, &SerialStringDisplay::EditRequest, this,
           [this, display, number] { Q_EMIT EditRequest(number, display->RequestedByte()); });
   connect(display, &SerialStringDisplay::TestRequest, this, [this, number] { Q_EMIT TestRequest(number); });
@@ -214,6 +218,20 @@ void StringRows::ShowStrings() {
     cell.Name->setAccessibleDescription(why);
   }
   UseLevelsCheck->setVisible(shown[kVolumeDownSlot]);
+  MarkFlagged();
+}
+
+// What the code check finds stands as a mark at the string's edit button.
+void StringRows::MarkFlagged() {
+  std::array<QString, kCommandSlots> found;
+  for (const CodeFinding& finding : CheckCodes(globals_.CurrentProjector).Findings)
+    found[finding.Place] = QString::fromStdString(finding.Text);
+  for (std::size_t slot = 0; slot < cells_.size(); ++slot) {
+    QToolButton* mark = cells_[slot].Edit;
+    mark->setIcon(QIcon(found[slot].isEmpty() ? QStringLiteral(":/icons/edit.png")
+                                              : QStringLiteral(":/icons/warning.png")));
+    mark->setToolTip(found[slot].isEmpty() ? mark->accessibleName() : found[slot]);
+  }
 }
 
 }  // namespace qdm

@@ -69,6 +69,7 @@ class StringRows : public QWidget {
   QToolButton* MakeButton(const char* name, std::size_t slot, const QString& caption, const QString& toolTip);
   QCheckBox* MakeBox(const QString& name, const QString& caption, const QString& meaning, std::int16_t& flag);
   void ShowStrings();
+  void MarkFlagged();
 
   Globals& globals_;
   UserPrompts& prompts_;

@@ -1,0 +1,84 @@
+#include "base/code_page.h"
+#include "command_line/bench_projector.h"
+#include "command_line/panel_ports.h"
+#include "command_line/signals.h"
+#include "projector_bench/settings_finder.h"
+#include "projector_bench/stand_in.h"
+#include "serial_strings/text_parser.h"
+
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+namespace qdm {
+namespace {
+
+SerialString StringIn(const std::string& text) {
+  const ParsedText parsed = ParseSerialText(FromUtf8(text));
+  if (!parsed.Readings.empty()) return parsed.Readings.front().String;
+  throw CommandError(kUnusable, "--send",
+                     parsed.Problem ? ProblemText(*parsed.Problem) : "there is nothing to send");
+}
+
+ProbeQuestion QuestionFor(const ProbeOptions& options, const ProjectorDefinition& projector) {
+  if (options.Slot.empty() && options.Send.empty())
+    throw CommandError(kUnusable, "probe", "what is to be sent? --slot NAME or --send TEXT");
+  if (options.Slot.empty()) return QuestionOf(projector, StringIn(options.Send));
+  const Slot slot = CommandSlotNamed("--slot", options.Slot);
+  if (projector.Strings[slot].BytesInUse() == 0)
+    throw CommandError(kRefused, options.File, std::string(NameOfSlot(slot)) + " has no bytes");
+  return QuestionOf(projector, slot);
+}
+
+struct NamedPorts {
+  std::vector<std::string> Names;
+  std::vector<std::unique_ptr<SerialPort>> Ports;
+};
+
+NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings, CommandContext& context) {
+  NamedPorts ports;
+  if (!options.Port.empty()) {
+    ports.Names.push_back(options.Port);
+    ports.Ports.push_back(OpenPortNamed(options.Port, settings, context));
+    return ports;
+  }
+  for (int number = 1; number <= kPortSlots; ++number) {
+    if (context.Ports.DeviceName(number).empty()) continue;
+    auto port = context.Ports.Port(number);
+    port->SetSettings(settings);
+    if (!port->Open()) continue;
+    ports.Names.push_back("COM" + std::to_string(number));
+    ports.Ports.push_back(std::move(port));
+  }
+  if (ports.Ports.empty()) throw CommandError(kRefused, "probe", "no port could be opened");
+  return ports;
+}
+
+}  // namespace
+
+int Probe(const ProbeOptions& options, CommandContext& context) {
+  const ProjectorDefinition projector = ReadProjector(options, context);
+  const ProbeQuestion question = QuestionFor(options, projector);
+  const std::vector<ProbeSetting> settings = SettingsToProbe(projector);
+  const StopOnSignals interruptible(context.Stop);
+  const NamedPorts ports = PortsToProbe(options, settings.front().Text(), context);
+  bool replied = false;
+  bool silent = true;
+  ProbeSettings(ports.Ports, question, settings, context.Time, context.Stop.get_token(),
+                [&](const ProbeResult& result) {
+                  // The port stands first where there is more than one.
+                  if (ports.Names.size() > 1) context.Out << ports.Names[result.Port] << "\t";
+                  context.Out << result.Setting.Text() << "\t"
+                              << (result.Received.empty() ? "-" : HexText(result.Received)) << "\t"
+                              << NameOf(result.Verdict) << std::endl;
+                  replied = replied || result.Verdict == ProbeVerdict::Reply;
+                  silent = silent && result.Verdict == ProbeVerdict::Nothing;
+                });
+  if (replied) return kDone;
+  if (context.Stop.stop_requested()) throw CommandError(kRefused, "probe", "interrupted");
+  throw CommandError(kRefused, options.File,
+                     silent ? "everything is silent; check: " + std::string(WhatToCheckWhenSilent())
+                            : "the expected reply did not come at any setting");
+}
+
+}  // namespace qdm

@@ -1,0 +1,45 @@
+#include "projector_bench/bench_line.h"
+
+#include "line/speeds_and_parities.h"
+#include "projectors/projector_volume.h"
+
+namespace qdm {
+
+std::string BenchLineSettings(const ProjectorDefinition& projector) {
+  const ParityChoice* parity = ParityWithCode(projector.Parity);
+  return std::string(SpeedOf(projector.Baudrate).Digits) + "," +
+         std::string(parity != nullptr ? parity->Letter : LineParities.front().Letter) + ",8," +
+         (projector.Stopbits != 0 ? "2" : "1");
+}
+
+StringTrial TrialOf(const ProjectorDefinition& projector, const SerialString& command) {
+  StringTrial trial{.String = command,
+                    .VariablePosition = VariableBytePositionOf(command),
+                    .Level = {},
+                    .InterByteDelay = std::chrono::milliseconds(projector.InterByteDelay)};
+  if (trial.VariablePosition > 0) {
+    const VolumeFormat format = VolumeFormatOf(projector);
+    trial.Level = LevelBytes(format, FirstTrialLevel(format));
+  }
+  return trial;
+}
+
+Bytes BytesOnLine(const StringTrial& trial) {
+  Bytes bytes;
+  for (std::size_t i = 0; i < trial.String.BytesInUse(); ++i) {
+    if (trial.Level && static_cast<int>(i) == trial.VariablePosition - 1) {
+      bytes.insert(bytes.end(), trial.Level->begin(), trial.Level->end());
+    } else {
+      bytes.push_back(trial.String.Values[i]);
+    }
+  }
+  return bytes;
+}
+
+Microseconds TimeOnLine(const StringTrial& trial, const LineSettings& settings) {
+  const auto bytes = static_cast<std::int64_t>(BytesOnLine(trial).size());
+  if (bytes == 0) return Microseconds(0);
+  return TimeOfBytes(static_cast<std::size_t>(bytes), settings) + (bytes - 1) * trial.InterByteDelay;
+}
+
+}  // namespace qdm

@@ -1,0 +1,26 @@
+// How a definition's line and strings are used on the bench: its settings as a port takes them, and its
+// commands ready to be sent.
+#pragma once
+
+#include "line/line_settings.h"
+#include "projector_bench/string_trial.h"
+
+#include <cstddef>
+#include <string>
+
+namespace qdm {
+
+// "19200,o,8,1". A parity that stands for none counts as none.
+std::string BenchLineSettings(const ProjectorDefinition& projector);
+
+// Any command of the definition, or one that is not part of it, with the definition's delay between bytes. A
+// VAR byte becomes the level at which trying starts.
+StringTrial TrialOf(const ProjectorDefinition& projector, const SerialString& command);
+
+// What the trial puts on the line, delays aside.
+Bytes BytesOnLine(const StringTrial& trial);
+
+// From the first bit of the first byte to the last bit of the last, at those settings.
+Microseconds TimeOnLine(const StringTrial& trial, const LineSettings& settings);
+
+}  // namespace qdm

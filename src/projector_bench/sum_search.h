@@ -1,0 +1,31 @@
+// Which of a family's bytes are a check sum, and of what? Every place, range, method and form is tried; the
+// rule that explains most is taken where chance cannot explain it as well.
+#pragma once
+
+#include "projector_bench/code_check.h"
+
+#include <optional>
+#include <vector>
+
+namespace qdm {
+
+struct FoundSum {
+  SumRule Rule;
+  std::vector<bool> Keeps;  // by member: it keeps the rule
+};
+
+// One byte string for each command.
+std::optional<FoundSum> FindSum(const std::vector<Bytes>& members);
+
+// The bytes that carry the sum, and those that it covers; nothing when the command is too short.
+struct SumParts {
+  std::size_t SumAt = 0;
+  std::size_t CoverFrom = 0;
+  std::size_t CoverTo = 0;  // one behind the last
+};
+std::optional<SumParts> PartsOf(const SumRule& rule, std::size_t length);
+
+// What the sum's bytes should be; nothing when the command is too short.
+std::optional<Bytes> ComputedSum(const SumRule& rule, ByteView command);
+
+}  // namespace qdm
