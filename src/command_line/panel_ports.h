@@ -39,6 +39,9 @@ struct PanelSearch {
   std::string WhyClosed(std::size_t slot) const;
 };
 
+// The ports that are there among COM1..COM16, or those named, there or not. Nothing has been asked yet.
+PanelSearch PortsToAsk(const std::vector<std::string>& ports, CommandContext& context);
+
 // Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
 // answered. `context.Stop` ends it early. Restarts that failed are told on `told`, which they were and why
 // ports did not open on the error stream. A name that can be no port is a CommandError.
