@@ -15,7 +15,7 @@ class EditorApplication;
 struct StartArguments {
   bool Demo = false;
   std::optional<std::filesystem::path> DataFolder;
-  QString Sheet;  // write this commissioning sheet of `File` and end; empty: no
+  QString Sheet;       // write this commissioning sheet of `File` and end; empty: no
   QString File;        // as it stands on the command line; empty for none
   QStringList Others;  // which are not opened
 };

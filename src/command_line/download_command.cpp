@@ -106,9 +106,10 @@ class DownloadRun {
     const auto began = std::chrono::system_clock::now();
     const ProgrammingResult result = [&] {
       ConsoleObserver observer(context_);  // clears the line of its progress before anything else is written
-      return answering ? ProgramAnsweringPanel(*slot.Port, image, context_.Time, context_.Stop.get_token(), observer)
-                       : ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType, image,
-                                      context_.Time, context_.Stop.get_token(), observer);
+      return answering ? ProgramAnsweringPanel(*slot.Port, image, context_.Time, context_.Stop.get_token(),
+                                               observer)
+                       : ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType,
+                                      image, context_.Time, context_.Stop.get_token(), observer);
     }();
     log_.Record(options_.File, configuration_, image, search, chosen, result, began);
     const std::chrono::duration<double> taken = context_.Time.Now() - begin;

@@ -312,10 +312,8 @@ ConfigurationWords InWords(const PanelConfiguration& configuration) {
 }
 
 std::string LockButtonName(int place) {
-  constexpr std::array<std::string_view, kLockButtons> kNames = {"Volume up", "Volume down", "PC 1",
-                                                                 "PC 2",      "Video",       "Power"};
   const auto index = static_cast<std::size_t>(place);
-  return index < kNames.size() ? std::string(kNames[index]) : "an unknown button";
+  return index < kLockButtonNames.size() ? std::string(kLockButtonNames[index]) : "an unknown button";
 }
 
 std::string ThresholdInVolts(int counts) {

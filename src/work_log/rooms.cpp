@@ -1,8 +1,9 @@
 #include "work_log/rooms.h"
 
 #include "base/file_access.h"
-#include "config/configuration_changes.h"
 #include "config/configuration_file.h"
+#include "config/configuration_words.h"
+#include "projectors/field_captions.h"
 #include "projectors/record_difference.h"
 
 #include <algorithm>
@@ -74,7 +75,10 @@ std::vector<OutdatedRoom> OutdatedRooms(const std::vector<Room>& rooms, const Pr
     if (!rooms[i].Trouble.empty() || !HasBothNames(projector)) continue;
     const std::optional<std::size_t> element = library.FindProjector(projector);
     if (!element || ProjectorsEqual(projector, library[*element])) continue;
-    outdated.push_back({i, *element, ProjectorChangesInWords(projector, library[*element])});
+    OutdatedRoom& room = outdated.emplace_back(OutdatedRoom{i, *element, {}});
+    for (const DifferenceText& difference : DifferencesInWords(projector, library[*element])) {
+      room.Changes.push_back(LineOf(difference));
+    }
   }
   return outdated;
 }

@@ -1,9 +1,8 @@
 #include "forms/work_log/work_log_form.h"
 
 #include "base/file_access.h"
-#include "config/configuration_changes.h"
 #include "config/configuration_file.h"
-#include "config/configuration_sentences.h"
+#include "config/configuration_words.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/work_log_model.h"
@@ -23,9 +22,11 @@ constexpr std::array<int, WorkLogModel::kColumns> kWidthsInCharacters = {22, 28,
 
 Message Sorry(const QString& text) { return {text.toStdString(), "Sorry", MessageIcon::Exclamation}; }
 
-QString Lines(const std::vector<std::string>& lines) {
+QString Lines(const std::vector<DifferenceText>& differences) {
   QString text;
-  for (const std::string& line : lines) text += QString::fromStdString(line) + QLatin1Char('\n');
+  for (const DifferenceText& difference : differences) {
+    text += QString::fromStdString(LineOf(difference)) + QLatin1Char('\n');
+  }
   return text;
 }
 
@@ -143,7 +144,7 @@ void WorkLogForm::Compare_Click() {
   if (!then) return;
   try {
     const QString file = QString::fromStdString(Selected()->File);
-    const std::vector<std::string> changes = ChangesInWords(*then, ReadConfiguration(ToPath(file)));
+    const std::vector<DifferenceText> changes = DifferencesInWords(*then, ReadConfiguration(ToPath(file)));
     ui_->Details->setPlainText(changes.empty() ? tr("%1 is as it was sent.").arg(file)
                                                : tr("What has changed in %1:").arg(file) + QLatin1Char('\n') +
                                                      Lines(changes));
