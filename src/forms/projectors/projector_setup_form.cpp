@@ -134,7 +134,7 @@ void ProjectorSetupForm::ConnectUndo() {
   QList<QWidget*> boxes = {ui_->Manufacturer->lineEdit(), ui_->Model, ui_->Notes};
   for (const IntegerEntry* entry :
        {ui_->InterCommandDelay, ui_->InterByteDelay, ui_->WarmUpTime, ui_->CoolDownTime}) {
-    connect(entry, &IntegerEntry::Typed, this, &ProjectorSetupForm::NoteTyping);
+    connect(entry, &IntegerEntry::Edited, this, &ProjectorSetupForm::NoteTyping);
     connect(entry, &IntegerEntry::Changed, this, &ProjectorSetupForm::NoteTyping);
     boxes << entry->focusProxy();
   }
