@@ -3,6 +3,7 @@
 
 int main(int argc, char** argv) {
   qdm::TellWhatIsAsked(argc, argv);
+  if (qdm::SheetIsAsked(argc, argv)) return qdm::WriteSheetOnly(argc, argv);
   qdm::EditorApplication application(argc, argv);
   return qdm::RunEditor(application);
 }

@@ -8,6 +8,7 @@
 #include "app/qt_prompts.h"
 #include "app/readable_style.h"
 #include "app/resources.h"
+#include "config/configuration_file.h"
 #include "config/version.h"
 #include "forms/bench/projector_bench_form.h"
 #include "forms/bench/serial_test_form.h"
@@ -19,18 +20,25 @@
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 #include "forms/strings/serial_editor.h"
+#include "forms/work_log/download_recorder.h"
+#include "forms/work_log/rooms_form.h"
+#include "forms/work_log/sheet_form.h"
+#include "forms/work_log/sheet_pages.h"
+#include "forms/work_log/work_log_form.h"
 #include "projectors/data_folder.h"
 #include "serial_io/event_loop_waiting.h"
 #include "serial_io/port_list.h"
 #include "simulation/simulated_line.h"
 
 #include <QCommandLineParser>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTimer>
 
 #include <algorithm>
+#include <iostream>
 #include <memory>
 #include <string_view>
 
@@ -116,7 +124,11 @@ StartArguments ReadArguments(const QStringList& arguments) {
       QStringLiteral("Describes and programs QDM wall panels and TL-VOX amplifiers."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({demo, data});
+  const QCommandLineOption sheet(QStringLiteral("sheet"),
+                                 QStringLiteral("Write the commissioning sheet of the *.BVC to this .pdf or "
+                                                ".html and end; needs no display."),
+                                 QStringLiteral("SHEET"));
+  parser.addOptions({demo, data, sheet});
   parser.addPositionalArgument(QStringLiteral("file"),
                                QStringLiteral("A *.BVC to open or a *.BVD to import."),
                                QStringLiteral("[file]"));
@@ -125,6 +137,7 @@ StartArguments ReadArguments(const QStringList& arguments) {
   StartArguments read;
   read.Demo = parser.isSet(demo);
   if (parser.isSet(data)) read.DataFolder = ToPath(parser.value(data));
+  read.Sheet = parser.value(sheet);
   // A path with blanks that nobody quoted comes in pieces, of which the last one has the ending.
   QStringList files;
   bool complete = true;
@@ -152,6 +165,32 @@ void TellWhatIsAsked(int& argc, char** argv) {
   const QCoreApplication application(argc, argv);
   NameProgram();
   ReadArguments(QCoreApplication::arguments());
+}
+
+bool SheetIsAsked(int argc, char** argv) {
+  return std::any_of(argv + 1, argv + argc,
+                     [](const std::string_view argument) { return argument.starts_with("--sheet"); });
+}
+
+int WriteSheetOnly(int& argc, char** argv) {
+#ifndef _WIN32
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+  const QGuiApplication application(argc, argv);
+  NameProgram();
+  InitialiseResources();
+  const StartArguments arguments = ReadArguments(QGuiApplication::arguments());
+  try {
+    const std::filesystem::path file = ToPath(arguments.File);
+    WorkLog log(
+        WorkLogFolder(arguments.DataFolder ? arguments.DataFolder : DataFolderVariable(), UserDataFolder()));
+    const QString html = SheetHtml(ReadConfiguration(file), file, log, CommissionedBy(QSettings()));
+    WriteSheet(html, ToPath(arguments.Sheet));
+    return 0;
+  } catch (const FileError& error) {
+    std::cerr << "cannot " << error.Operation() << ": " << error.Reason() << "\n";
+    return 1;
+  }
 }
 
 int RunEditor(EditorApplication& application) {
@@ -197,6 +236,20 @@ int RunEditor(EditorApplication& application) {
   const auto setUpProjector = [&](QWidget* parent) {
     ProjectorSetupForm(globals, prompts, slotWindows, parent).exec();
   };
+  WorkLog log(demonstration
+                  ? demonstration->Folder()
+                  : WorkLogFolder(arguments.DataFolder ? arguments.DataFolder : DataFolderVariable(),
+                                  UserDataFolder()));
+  DownloadRecorder recorder(log, prompts);
+  ProjectorPanelEditor* shown = nullptr;
+  const auto download = [&](QWidget* parent, const PanelConfiguration& configuration, const QString& file) {
+    Download form(globals, configuration, *ports, time, prompts, parent);
+    form.TellFinished([&](FinishedDownload finished) {
+      finished.File = ToPath(file);
+      recorder.Write(&form, configuration, globals.Image, finished);
+    });
+    form.exec();
+  };
   const EditorWindows windows{
       .Selector =
           [&](QWidget* parent) {
@@ -206,14 +259,37 @@ int RunEditor(EditorApplication& application) {
           },
       .Download =
           [&](QWidget* parent, const PanelConfiguration& configuration) {
-            Download(globals, configuration, *ports, time, prompts, parent).exec();
+            download(parent, configuration, shown->FileName());
           },
       .FindPanel = [&](QWidget* parent) { FindPanel(*ports, time, parent).exec(); },
       .Bench = openBench,
       .Help = [&](QWidget* parent) { help.Show(parent, {}); },
       .About = [&](QWidget* parent) { AboutForm(globals.ProgramFolder, prompts, parent).exec(); },
+      .Work =
+          {
+              .WorkLog =
+                  [&](QWidget* parent) {
+                    const auto open = [&](QWidget*, const PanelConfiguration& configuration) {
+                      return shown->ShowUnsaved(configuration);
+                    };
+                    WorkLogForm(log, prompts, {open, download}, parent).exec();
+                  },
+              .Rooms =
+                  [&](QWidget* parent) {
+                    const auto open = [&](QWidget*, const QString& file) { return shown->OpenRoom(file); };
+                    RoomsForm({globals.ProjectorDatabase, *ports, time, log, prompts, *settings, open},
+                              parent)
+                        .exec();
+                  },
+              .Sheet =
+                  [&](QWidget* parent, const PanelConfiguration& configuration) {
+                    SheetForm(configuration, ToPath(shown->FileName()), log, prompts, *settings, parent)
+                        .exec();
+                  },
+          },
   };
   ProjectorPanelEditor editor(globals, prompts, *settings, windows);
+  shown = &editor;
   application.SetOnException([&](const std::string& what) { TellException(editor, prompts, what); });
   const EndOfSession end([&] { editor.KeepWork(); }, [&] { editor.LeaveUnasked(); });
   editor.Form_Load();

@@ -15,6 +15,7 @@ class EditorApplication;
 struct StartArguments {
   bool Demo = false;
   std::optional<std::filesystem::path> DataFolder;
+  QString Sheet;       // write this commissioning sheet of `File` and end; empty: no
   QString File;        // as it stands on the command line; empty for none
   QStringList Others;  // which are not opened
 };
@@ -25,6 +26,11 @@ StartArguments ReadArguments(const QStringList& arguments);
 
 // Answers --help and --version, which need no display, and ends the program then.
 void TellWhatIsAsked(int& argc, char** argv);
+
+// Whether a sheet is asked for, which needs no display.
+bool SheetIsAsked(int argc, char** argv);
+// Writes it; what went wrong goes to the error stream. Exit status of the program.
+int WriteSheetOnly(int& argc, char** argv);
 
 // Exit status of the program.
 int RunEditor(EditorApplication& application);

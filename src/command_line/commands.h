@@ -88,6 +88,30 @@ struct DownloadOptions {
 };
 int Download(const DownloadOptions& options, CommandContext& context);
 
+struct LogOptions {
+  std::vector<std::string> Files;  // empty: of all configurations
+  bool Json = false;
+  std::string Data;  // empty: the user's own folder
+};
+int Log(const LogOptions& options, CommandContext& context);
+
+struct StatusOptions {
+  std::vector<std::string> Files;
+  std::string Data;
+};
+int Status(const StatusOptions& options, CommandContext& context);
+
+struct DescribeOptions {
+  std::string File;
+};
+int Describe(const DescribeOptions& options, CommandContext& context);
+
+struct SheetOptions {
+  std::string File;
+  std::string Output;
+};
+int Sheet(const SheetOptions& options, CommandContext& context);
+
 struct SimulateOptions {
   ControllerTypeValue ControllerType = kQdm7;
   std::string Firmware = "1.3";

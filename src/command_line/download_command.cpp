@@ -1,4 +1,5 @@
 #include "command_line/commands.h"
+#include "command_line/download_log.h"
 #include "command_line/message_text.h"
 #include "command_line/panel_ports.h"
 #include "command_line/record_files.h"
@@ -14,6 +15,7 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qdm {
@@ -42,7 +44,10 @@ class ConsoleObserver : public ProgrammingObserver {
 class DownloadRun {
  public:
   DownloadRun(const DownloadOptions& options, CommandContext& context)
-      : options_(options), context_(context), configuration_(ReadConfigurationFile(options.File)) {}
+      : options_(options),
+        context_(context),
+        configuration_(ReadConfigurationFile(options.File)),
+        log_(context) {}
 
   int Run() {
     Check();
@@ -50,13 +55,16 @@ class DownloadRun {
     const StopOnSignals interruptible(context_.Stop);
     const std::vector<std::string> ports =
         options_.Port.empty() ? std::vector<std::string>() : std::vector{options_.Port};
-    PanelSearch search = SearchPanels(ports, configuration_.ControllerType, context_, context_.Out);
+    std::optional<PanelSearch> known =
+        log_.AskKnownPanel(options_.File, configuration_.ControllerType, ports);
+    PanelSearch search = known ? std::move(*known)
+                               : SearchPanels(ports, configuration_.ControllerType, context_, context_.Out);
     const std::size_t chosen = Choose(search);
     SearchSlot& slot = search.Slots[chosen];
     PassFirmwareGate(*slot.Panel);
     context_.Out << IdentificationText(*slot.Panel) << " on " << search.Names[chosen] << " at "
                  << slot.Settings() << std::endl;
-    Program(slot, image);
+    Program(search, chosen, image, known.has_value());
     return kDone;
   }
 
@@ -91,13 +99,19 @@ class DownloadRun {
     Fail("the firmware of " + IdentificationText(panel) + " is too old");
   }
 
-  void Program(SearchSlot& slot, const PanelImage& image) const {
+  // `answering`: the panel has just identified itself and waits.
+  void Program(const PanelSearch& search, std::size_t chosen, const PanelImage& image, bool answering) {
+    const SearchSlot& slot = search.Slots[chosen];
     const Microseconds begin = context_.Time.Now();
+    const auto began = std::chrono::system_clock::now();
     const ProgrammingResult result = [&] {
       ConsoleObserver observer(context_);  // clears the line of its progress before anything else is written
-      return ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType, image,
-                          context_.Time, context_.Stop.get_token(), observer);
+      return answering ? ProgramAnsweringPanel(*slot.Port, image, context_.Time, context_.Stop.get_token(),
+                                               observer)
+                       : ProgramPanel(*slot.Port, std::string(slot.Settings()), configuration_.ControllerType,
+                                      image, context_.Time, context_.Stop.get_token(), observer);
     }();
+    log_.Record(options_.File, configuration_, image, search, chosen, result, began);
     const std::chrono::duration<double> taken = context_.Time.Now() - begin;
 
     const std::string records =
@@ -134,6 +148,7 @@ class DownloadRun {
   const DownloadOptions& options_;
   CommandContext& context_;
   PanelConfiguration configuration_;
+  DownloadLog log_;
 };
 
 }  // namespace

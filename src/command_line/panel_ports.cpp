@@ -110,10 +110,15 @@ std::string PanelSearch::WhyClosed(std::size_t slot) const {
          (device.empty() ? "there is no such port" : SentenceOf(*searched.Failure));
 }
 
-PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
-                         CommandContext& context, std::ostream& told) {
+PanelSearch PortsToAsk(const std::vector<std::string>& ports, CommandContext& context) {
   PanelSearch search;
   AddPorts(search, ports, context);
+  return search;
+}
+
+PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
+                         CommandContext& context, std::ostream& told) {
+  PanelSearch search = PortsToAsk(ports, context);
   ProgressLine progress(context);
   const auto show = [&](std::size_t slot) { progress.Show(StatusText(search.Slots[slot])); };
   SearchAllPorts(search.Slots, controllerType, context.Time, context.Stop.get_token(), show);

@@ -46,6 +46,8 @@ std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& c
 // The same, open at those settings; a CommandError that says why when it does not open.
 std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
                                           CommandContext& context);
+// The ports that are there among COM1..COM16, or those named, there or not. Nothing has been asked yet.
+PanelSearch PortsToAsk(const std::vector<std::string>& ports, CommandContext& context);
 
 // Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
 // answered. `context.Stop` ends it early. Restarts that failed are told on `told`, which they were and why

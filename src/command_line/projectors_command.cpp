@@ -162,7 +162,8 @@ int AddProjectors(const AddOptions& options, CommandContext& context) {
   });
 
   constexpr const char* kConflictOutcome[] = {"not imported", "kept as they were", "replaced", "renamed"};
-  context.Out << Counted(result.Added, "added, ") << Counted(result.Unchanged, "unchanged, ")
+  const std::size_t renamed = options.Conflict == OnConflict::Rename ? result.Conflicts : 0;
+  context.Out << Counted(result.Added - renamed, "added, ") << Counted(result.Unchanged, "unchanged, ")
               << Counted(result.Conflicts, kConflictOutcome[static_cast<std::size_t>(options.Conflict)])
               << "\n";
   return options.Conflict == OnConflict::Report && result.Conflicts > 0 ? kRefused : kDone;

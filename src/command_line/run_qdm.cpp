@@ -29,6 +29,10 @@ struct Request {
   MergeOptions Merge;
   FindOptions Find;
   DownloadOptions Download;
+  LogOptions Log;
+  StatusOptions Status;
+  DescribeOptions Describe;
+  SheetOptions Sheet;
   SimulateOptions Simulate;
   ManualOptions Manual;
   StandInOptions Projector;
@@ -287,6 +291,58 @@ void AddPanelCommands(CLI::App& app, Request& request) {
   Runs(command, request, Download, request.Download);
 }
 
+void AddLogDataOption(CLI::App* command, std::string& data) {
+  command->add_option("--data", data, "the folder of the work log; the user's own when left out")
+      ->type_name("DIR");
+}
+
+void AddWorkLogCommands(CLI::App& app, Request& request) {
+  CLI::App* command = AddCommand(
+      app, "log", "Show what was sent to which panel and when",
+      "A line for each download, the newest first, separated by tabs: time (UTC), configuration, panel and\n"
+      "firmware, port, settings, records, retries, outcome, the first digits of the image's SHA-256.\n\n"
+      "Examples:\n"
+      "  qdm log\n"
+      "  qdm log \"Room 101.BVC\" --json");
+  command->add_option("FILE.BVC", request.Log.Files, "the downloads of these configurations alone");
+  command->add_flag("--json", request.Log.Json, "everything that is known of each, as JSON");
+  AddLogDataOption(command, request.Log.Data);
+  Runs(command, request, Log, request.Log);
+
+  command = AddCommand(
+      app, "status", "Tell how far each room is",
+      "A line for each file, separated by tabs: file, check (\"ok\" or what the editor would say), when it "
+      "was\n"
+      "last sent, state: current, changed (since then), never, unfinished (the last attempt failed). The\n"
+      "exit status is 1 when not every file is ok and current.\n\n"
+      "Example:\n"
+      "  qdm status rooms/*.BVC");
+  command->add_option("FILE.BVC", request.Status.Files, "the configurations")->required();
+  AddLogDataOption(command, request.Status.Data);
+  Runs(command, request, Status, request.Status);
+
+  command = AddCommand(app, "describe", "Say in words what a configuration does",
+                       "A sentence a line. What makes no sense together comes last, each line beginning with "
+                       "\"Note: \".\n\n"
+                       "Example:\n"
+                       "  qdm describe \"Room 101.BVC\"");
+  command->add_option("FILE.BVC", request.Describe.File, "the configuration")->required();
+  Runs(command, request, Describe, request.Describe);
+
+  command = AddCommand(
+      app, "sheet", "Write the commissioning sheet of a room",
+      "One or two pages to hand over: panel, projector, options in words, lock code, strings and "
+      "what the\nwork log knows. The editor beside this program writes it; no display is needed.\n\n"
+      "Examples:\n"
+      "  qdm sheet \"Room 101.BVC\" -o room-101.pdf\n"
+      "  qdm sheet \"Room 101.BVC\" -o room-101.html");
+  command->add_option("FILE.BVC", request.Sheet.File, "the configuration")->required();
+  command->add_option("-o,--output", request.Sheet.Output, "the file to write (.pdf or .html)")
+      ->required()
+      ->type_name("SHEET.pdf");
+  Runs(command, request, Sheet, request.Sheet);
+}
+
 void AddSimulateCommand(CLI::App& app, Request& request) {
   CLI::App* command = AddCommand(
       app, "simulate", "Be a panel, for practice and tests",
@@ -472,6 +528,7 @@ int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
   AddConfigurationCommands(app, request);
   AddProjectorsCommands(app, request);
   AddPanelCommands(app, request);
+  AddWorkLogCommands(app, request);
   AddSimulateCommand(app, request);
   AddManualCommand(app, request);
   AddStandInCommand(app, request);

@@ -122,21 +122,10 @@ bool RestartPanel(PanelLink& link, SerialPort& port, Waiting& time, const std::s
   return restart.front().Acknowledged() && silent;
 }
 
-}  // namespace
-
-ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
-                               const PanelImage& image, Waiting& time, const std::stop_token& stop,
-                               ProgrammingObserver& observer) {
-  ProgrammingResult result;
-  observer.Connecting();
-  const int asked = Connect(port, settings, controllerType, time, stop);
-  result.Connected = asked > 0;
-  if (!result.Connected) {
-    port.Close();
-    observer.Tell(Failure("Could not connect to QDM panel"));
-    return result;
-  }
-
+// From the first record to the restart. `asked`: how often it was asked until it identified itself.
+ProgrammingResult ProgramConnected(int asked, SerialPort& port, const PanelImage& image, Waiting& time,
+                                   const std::stop_token& stop, ProgrammingObserver& observer) {
+  ProgrammingResult result{.Connected = true};
   PanelLink link(port, time);
   if (asked > 1) link.ExpectLateReplies();
   if (OpenForProgramming(port)) SendRecords(link, image, stop, observer, result);
@@ -147,6 +136,24 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
   port.Close();
   if (!result.Restarted) observer.Tell(RestartFailure({}));
   return result;
+}
+
+}  // namespace
+
+ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, int controllerType,
+                               const PanelImage& image, Waiting& time, const std::stop_token& stop,
+                               ProgrammingObserver& observer) {
+  observer.Connecting();
+  const int asked = Connect(port, settings, controllerType, time, stop);
+  if (asked > 0) return ProgramConnected(asked, port, image, time, stop, observer);
+  port.Close();
+  observer.Tell(Failure("Could not connect to QDM panel"));
+  return {};
+}
+
+ProgrammingResult ProgramAnsweringPanel(SerialPort& port, const PanelImage& image, Waiting& time,
+                                        const std::stop_token& stop, ProgrammingObserver& observer) {
+  return ProgramConnected(1, port, image, time, stop, observer);
 }
 
 std::vector<std::size_t> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time,

@@ -40,6 +40,10 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
                                const PanelImage& image, Waiting& time, const std::stop_token& stop,
                                ProgrammingObserver& observer);
 
+// The same for a panel that has just identified itself and was not restarted since: nothing to connect to.
+ProgrammingResult ProgramAnsweringPanel(SerialPort& port, const PanelImage& image, Waiting& time,
+                                        const std::stop_token& stop, ProgrammingObserver& observer);
+
 // Restarts every panel that identified itself in a search, whatever its type, side by side. The slots of
 // those that did not acknowledge; every port is closed afterwards.
 std::vector<std::size_t> RestartFoundPanels(std::vector<SearchSlot>& slots, Waiting& time,

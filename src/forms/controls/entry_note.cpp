@@ -40,7 +40,9 @@ class EntryNote : public QLabel {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool gone = watched == entry_ && (event->type() == QEvent::Hide || event->type() == QEvent::Move);
-    if (event->type() == QEvent::KeyPress || gone) Go();
+    // A key that is a shortcut never arrives as a key.
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (key || gone) Go();
     return false;
   }
 

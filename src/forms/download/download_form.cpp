@@ -9,6 +9,7 @@
 #include "forms/shared/user_prompts.h"
 #include "panels/frame.h"
 #include "ui_download_form.h"
+#include "work_log/download_record.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -287,6 +288,7 @@ void Download::ProgramSlot(std::size_t slot) {
   ShowStage(Stage::Connecting);
   Progress progress(this, workedOn_);
   const SearchSlot& panel = work->Slots[slot];
+  const auto began = std::chrono::system_clock::now();
   const ProgrammingResult result =
       ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType, globals_.Image,
                    time_, work->Stop.get_token(), progress);
@@ -295,6 +297,16 @@ void Download::ProgramSlot(std::size_t slot) {
   const ProgrammingEnd end = {result, work->Stop.stop_requested(), panel.Port->WhyClosed()};
   outcome_ = OutcomeOf(end, workedOn_);
   notes_[panel.Device] = NoteOf(end, QTime::currentTime().toString(QStringLiteral("HH:mm")));
+  if (finished_) {
+    finished_({.Panel = *panel.Panel,
+               .Port = PortName(static_cast<int>(slot) + 1).toStdString(),
+               .Device = panel.Device,
+               .Settings = std::string(panel.Settings()),
+               .Result = result,
+               .Interrupted = end.Stopped,
+               .Began = began,
+               .Ended = std::chrono::system_clock::now()});
+  }
   EndWork();
 }
 

@@ -11,10 +11,12 @@
 #include <QDialog>
 
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 class QTimer;
 
@@ -27,6 +29,7 @@ namespace qdm {
 struct Globals;
 struct PanelConfiguration;
 class PortRow;
+struct FinishedDownload;
 class UserPrompts;
 
 class Download : public QDialog {
@@ -37,6 +40,9 @@ class Download : public QDialog {
   Download(Globals& globals, const PanelConfiguration& configuration, SerialPorts& ports, Waiting& time,
            UserPrompts& prompts, QWidget* parent = nullptr);
   ~Download() override;
+
+  // Told after each programming, with success or without, what happened and where.
+  void TellFinished(std::function<void(const FinishedDownload&)> told) { finished_ = std::move(told); }
 
   void Timer1_Timer();
   void reject() override;
@@ -96,6 +102,7 @@ class Download : public QDialog {
   std::optional<std::size_t> programNext_;  // once the search has ended
   bool closing_ = false;
   bool unattended_ = false;  // closed by the program: nobody would answer a box
+  std::function<void(const FinishedDownload&)> finished_;
 };
 
 }  // namespace qdm

@@ -58,6 +58,8 @@ ProjectorPanelEditor::ProjectorPanelEditor(Globals& globals, UserPrompts& prompt
   ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
   ui_->Filter->SetView(ui_->TreeView1);
   SetUpToolbar();
+  work_ = new WorkCommands(*this, *ui_->Toolbar1, *ui_->Splitter, settings_, windows_.Work,
+                           [this] { return RecordAsShown(); });
   ConnectControls();
   RestoreWindow();
 }
@@ -148,7 +150,8 @@ void ProjectorPanelEditor::RestoreWindow() {
   // A dropped file is for the window, not its name for the entry that it falls on.
   for (QLineEdit* entry : findChildren<QLineEdit*>()) entry->setAcceptDrops(false);
   ui_->Splitter->setStretchFactor(0, 0);
-  ui_->Splitter->setStretchFactor(1, 1);
+  ui_->Splitter->setStretchFactor(1, 0);
+  ui_->Splitter->setStretchFactor(2, 1);
   resize(kFirstSize.boundedTo(screen()->availableSize()));
   // On a narrow screen the options go first: they are of no use cut.
   const QMargins around = ui_->CentreLayout->contentsMargins();
@@ -156,7 +159,7 @@ void ProjectorPanelEditor::RestoreWindow() {
   const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   const int spare = room - scrollBar - ui_->Options->FitColumns(room - scrollBar - kNarrowTreeWidth);
   const int tree = std::clamp(spare, kNarrowTreeWidth, kTreeWidth);
-  ui_->Splitter->setSizes({tree, width() - tree});
+  ui_->Splitter->setSizes({tree, tree, width() - tree});
   restoreGeometry(settings_.value(kGeometryKey).toByteArray());
   ui_->Splitter->restoreState(settings_.value(kSplitterKey).toByteArray());
   FitToScreen();

@@ -182,6 +182,20 @@ void ProjectorPanelEditor::RecentFile_Click(const QString& fileName) {
   if (MayDiscard() && !OpenConfiguration(fileName)) recentFiles_->Remove(fileName);
 }
 
+bool ProjectorPanelEditor::OpenRoom(const QString& fileName) {
+  return MayDiscard() && OpenConfiguration(fileName);
+}
+
+bool ProjectorPanelEditor::ShowUnsaved(const PanelConfiguration& configuration) {
+  if (!MayDiscard()) return false;
+  record_ = configuration;
+  ShowRecordInControls();
+  fileName_.clear();
+  RefreshTitle();
+  ShowStatus(tr("This configuration is from the work log and not saved"));
+  return true;
+}
+
 void ProjectorPanelEditor::EditProjector() {
   windows_.Selector(this);
   RebuildTree();
@@ -311,6 +325,7 @@ void ProjectorPanelEditor::NoteChange(ConfigurationHistory::Change change) {
   history_.Note(RecordAsShown(), change);
   ui_->StatusBar->ShowUnsaved(Modified());
   ShowToolTips();
+  work_->ConfigurationChanged();
 }
 
 void ProjectorPanelEditor::ShowRecordInControls() {

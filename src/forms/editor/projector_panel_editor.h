@@ -6,6 +6,7 @@
 
 #include "base/file_access.h"
 #include "forms/editor/configuration_history.h"
+#include "forms/editor/work_commands.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 #include "projectors/difference_text.h"
@@ -37,6 +38,7 @@ struct EditorWindows {
   std::function<void(QWidget* parent, ProjectorDefinition& projector)> Bench;
   std::function<void(QWidget* parent)> Help;
   std::function<void(QWidget* parent)> About;
+  WorkWindows Work;
 };
 
 class ProjectorPanelEditor : public QMainWindow {
@@ -58,6 +60,10 @@ class ProjectorPanelEditor : public QMainWindow {
   bool KeepWork() noexcept;
   // For who ends the program: closing asks nothing from here on.
   void LeaveUnasked() { exiting_ = true; }
+  // False when the user wants to stay with what is there, or the file cannot be opened.
+  bool OpenRoom(const QString& fileName);
+  // Shows a configuration that has no file of its own yet.
+  bool ShowUnsaved(const PanelConfiguration& configuration);
 
   const PanelConfiguration& Configuration() const { return record_; }
   const QString& FileName() const { return fileName_; }
@@ -127,6 +133,7 @@ class ProjectorPanelEditor : public QMainWindow {
   EditorWindows windows_;
   std::unique_ptr<Ui::ProjectorPanelEditor> ui_;
   RecentFiles* recentFiles_;
+  WorkCommands* work_;
 
   PanelConfiguration record_;
   PanelConfiguration baseline_;  // the record as the controls showed it when it was opened or saved

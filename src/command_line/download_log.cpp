@@ -1,0 +1,83 @@
+#include "command_line/download_log.h"
+
+#include "base/file_access.h"
+#include "command_line/message_text.h"
+#include "command_line/record_files.h"
+#include "command_line/signals.h"
+#include "work_log/download_record.h"
+#include "work_log/known_panel.h"
+
+#include <charconv>
+#include <ostream>
+#include <utility>
+
+namespace qdm {
+namespace {
+
+// "ttyUSB0" for "COM3"; empty for a port that was named by its device.
+std::string DeviceOf(const std::string& port, const SerialPorts& ports) {
+  int number = 0;
+  const std::string_view digits = std::string_view(port).substr(port.starts_with("COM") ? 3 : port.size());
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return number == 0 ? std::string() : ports.DeviceName(number);
+}
+
+}  // namespace
+
+WorkLog OpenWorkLog(const std::string& data, const CommandContext& context) {
+  std::optional<std::filesystem::path> named = context.DataVariable;
+  if (!data.empty()) named = PathOf(data);
+  return WorkLog(WorkLogFolder(named, context.UserFolder));
+}
+
+void TellWorkLog(const std::vector<Message>& messages, CommandContext& context) {
+  for (const Message& message : messages) {
+    context.Err << "qdm: " << OneLine(TextOf(message)) << (message.Detail.empty() ? "" : " ")
+                << OneLine(message.Detail) << "\n";
+  }
+}
+
+DownloadLog::DownloadLog(CommandContext& context) : context_(context), log_(OpenWorkLog({}, context)) {}
+
+std::optional<PanelSearch> DownloadLog::AskKnownPanel(const std::string& file, int controllerType,
+                                                      const std::vector<std::string>& ports) {
+  PanelSearch search = PortsToAsk(ports, context_);
+  if (search.Slots.size() != 1) return std::nullopt;
+  std::optional<KnownPanel> known;
+  try {
+    known = KnownPanelFor(log_.Entries(), controllerType, RoomOfFile(PathOf(file)),
+                          [&search](const std::string& port) { return port == search.Names.front(); });
+  } catch (const FileError&) {
+    return std::nullopt;  // told when this download is to be written
+  }
+  if (!known) return std::nullopt;
+  ProgressLine progress(context_);
+  progress.Show("Asking at " + known->Settings);
+  if (!qdm::AskKnownPanel(search.Slots.front(), known->Settings, controllerType, context_.Time))
+    return std::nullopt;
+  // A panel that will not be programmed must not be left waiting.
+  if (context_.Stop.stop_requested() || FirmwareGate(*search.Slots.front().Panel)) {
+    RestartFoundPanels(search.Slots, context_.Time, {});
+  }
+  return search;
+}
+
+void DownloadLog::Record(const std::string& file, const PanelConfiguration& configuration,
+                         const PanelImage& image, const PanelSearch& search, std::size_t slot,
+                         const ProgrammingResult& result, std::chrono::system_clock::time_point began) {
+  const HeldSignals uninterrupted;
+  const std::string& port = search.Names[slot];
+  TellWorkLog(qdm::Record(log_, configuration, image,
+                          {.File = PathOf(file),
+                           .Panel = *search.Slots[slot].Panel,
+                           .Port = port,
+                           .Device = DeviceOf(port, context_.Ports),
+                           .Settings = std::string(search.Slots[slot].Settings()),
+                           .Result = result,
+                           .Interrupted = context_.Stop.stop_requested(),
+                           .Began = began,
+                           .Ended = std::chrono::system_clock::now()}),
+              context_);
+}
+
+}  // namespace qdm

@@ -1,0 +1,99 @@
+#include "forms/work_log/sheet_form.h"
+
+#include "base/file_access.h"
+#include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
+#include "forms/work_log/sheet_pages.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace qdm {
+namespace {
+
+constexpr QSize kFirstSize(820, 680);
+constexpr const char* kPdfFilter = "PDF (*.PDF)|*.PDF";
+constexpr const char* kHtmlFilter = "Web page (*.HTML)|*.HTML";
+
+QPushButton* AddButton(QHBoxLayout& row, const QString& name, const QString& text) {
+  auto* button = new QPushButton(text);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  row.addWidget(button);
+  return button;
+}
+
+}  // namespace
+
+SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesystem::path& file, WorkLog& log,
+                     UserPrompts& prompts, QSettings& settings, QWidget* parent)
+    : QDialog(parent),
+      configuration_(configuration),
+      file_(file),
+      log_(log),
+      prompts_(prompts),
+      settings_(settings),
+      printer_(QPrinter::HighResolution),
+      By(new QLineEdit(CommissionedBy(settings))),
+      preview_(new QPrintPreviewWidget(&printer_)) {
+  setWindowTitle(tr("Commissioning sheet"));
+  auto* column = new QVBoxLayout(this);
+  auto* byRow = new QHBoxLayout;
+  auto* label = new QLabel(tr("Commissioned &by:"));
+  label->setBuddy(By);
+  By->setObjectName(QStringLiteral("By"));
+  By->setAccessibleName(tr("Commissioned by"));
+  By->setPlaceholderText(tr("Your name and company; kept for the next sheet"));
+  byRow->addWidget(label);
+  byRow->addWidget(By);
+  column->addLayout(byRow);
+  column->addWidget(preview_, 1);
+  auto* buttons = new QHBoxLayout;
+  connect(AddButton(*buttons, QStringLiteral("Print"), tr("&Print...")), &QPushButton::clicked, this,
+          &SheetForm::Print_Click);
+  connect(AddButton(*buttons, QStringLiteral("SavePdf"), tr("Save as P&DF...")), &QPushButton::clicked, this,
+          [this] { Save_Click(kPdfFilter); });
+  connect(AddButton(*buttons, QStringLiteral("SaveHtml"), tr("Save as &HTML...")), &QPushButton::clicked,
+          this, [this] { Save_Click(kHtmlFilter); });
+  buttons->addStretch();
+  connect(AddButton(*buttons, QStringLiteral("Done"), tr("D&one")), &QPushButton::clicked, this,
+          &QDialog::accept);
+  column->addLayout(buttons);
+  connect(preview_, &QPrintPreviewWidget::paintRequested, this,
+          [this](QPrinter* printer) { PrintSheet(html_, *printer); });
+  connect(By, &QLineEdit::editingFinished, this, &SheetForm::By_Change);
+  preview_->setZoomMode(QPrintPreviewWidget::FitToWidth);
+  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  By_Change();
+}
+
+void SheetForm::By_Change() {
+  KeepCommissionedBy(settings_, By->text());
+  html_ = SheetHtml(configuration_, file_, log_, By->text());
+  preview_->updatePreview();
+}
+
+void SheetForm::Print_Click() {
+  By_Change();
+  QPrintDialog dialog(&printer_, this);
+  if (dialog.exec() == QDialog::Accepted) preview_->print();
+}
+
+void SheetForm::Save_Click(const char* filter) {
+  By_Change();
+  const std::optional<QString> chosen = prompts_.SaveFile(this, filter);
+  if (!chosen) return;
+  try {
+    WriteSheet(html_, ToPath(*chosen));
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+}
+
+}  // namespace qdm

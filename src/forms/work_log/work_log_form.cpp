@@ -1,0 +1,174 @@
+#include "forms/work_log/work_log_form.h"
+
+#include "base/file_access.h"
+#include "config/configuration_file.h"
+#include "config/configuration_words.h"
+#include "forms/shared/qt_text.h"
+#include "forms/shared/user_prompts.h"
+#include "forms/work_log/work_log_model.h"
+#include "ui_work_log_form.h"
+
+#include <QHeaderView>
+#include <QScreen>
+
+#include <array>
+
+namespace qdm {
+namespace {
+
+constexpr QSize kFirstSize(1000, 620);
+constexpr const char* kCsvFilter = "Comma-separated values (*.CSV)|*.CSV";
+constexpr std::array<int, WorkLogModel::kColumns> kWidthsInCharacters = {22, 28, 13, 9, 15, 11, 10, 15, 14};
+
+Message Sorry(const QString& text) { return {text.toStdString(), "Sorry", MessageIcon::Exclamation}; }
+
+QString Lines(const std::vector<DifferenceText>& differences) {
+  QString text;
+  for (const DifferenceText& difference : differences) {
+    text += QString::fromStdString(LineOf(difference)) + QLatin1Char('\n');
+  }
+  return text;
+}
+
+}  // namespace
+
+WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationCommands commands, QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::WorkLogForm>()),
+      log_(log),
+      prompts_(prompts),
+      commands_(std::move(commands)),
+      model_(new WorkLogModel(this)) {
+  ui_->setupUi(this);
+  ui_->Entries->setModel(model_);
+  ui_->Entries->sortByColumn(WorkLogModel::Time, Qt::DescendingOrder);
+  const int character = fontMetrics().averageCharWidth();
+  for (std::size_t column = 0; column < kWidthsInCharacters.size(); ++column) {
+    ui_->Entries->setColumnWidth(static_cast<int>(column), kWidthsInCharacters[column] * character);
+  }
+  ui_->Entries->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+  ui_->Splitter->setStretchFactor(0, 3);
+  ui_->Splitter->setStretchFactor(1, 2);
+  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  connect(ui_->Filter, &QLineEdit::textChanged, this, &WorkLogForm::Filter_Change);
+  connect(ui_->Entries->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &WorkLogForm::Entries_Select);
+  connect(model_, &QAbstractItemModel::modelReset, this, &WorkLogForm::Entries_Select);
+  connect(ui_->Entries, &QTableView::doubleClicked, this, &WorkLogForm::OpenAsConfiguration_Click);
+  connect(ui_->OpenAsConfiguration, &QPushButton::clicked, this, &WorkLogForm::OpenAsConfiguration_Click);
+  connect(ui_->Compare, &QPushButton::clicked, this, &WorkLogForm::Compare_Click);
+  connect(ui_->SendAgain, &QPushButton::clicked, this, &WorkLogForm::SendAgain_Click);
+  connect(ui_->Export, &QPushButton::clicked, this, &WorkLogForm::Export_Click);
+  connect(ui_->Done, &QPushButton::clicked, this, &WorkLogForm::reject);
+  Form_Load();
+}
+
+WorkLogForm::~WorkLogForm() = default;
+
+void WorkLogForm::Form_Load() {
+  try {
+    model_->SetEntries(log_.Entries());
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+  if (const auto message = log_.TakeMessage()) prompts_.Show(this, *message);
+  if (model_->rowCount() > 0) ui_->Entries->selectRow(0);
+  ui_->Filter->setFocus();
+  ShowCount();
+}
+
+void WorkLogForm::Filter_Change(const QString& text) {
+  model_->SetFilter(text);
+  if (model_->rowCount() > 0) ui_->Entries->selectRow(0);
+  ShowCount();
+}
+
+void WorkLogForm::ShowCount() { ui_->Count->setText(tr("%n download(s)", nullptr, model_->rowCount())); }
+
+const WorkLogEntry* WorkLogForm::Selected() const {
+  const QModelIndexList rows = ui_->Entries->selectionModel()->selectedRows();
+  return rows.isEmpty() ? nullptr : &model_->EntryAt(rows.first().row());
+}
+
+void WorkLogForm::Entries_Select() {
+  const WorkLogEntry* entry = Selected();
+  for (QPushButton* button : {ui_->OpenAsConfiguration, ui_->Compare, ui_->SendAgain}) {
+    button->setEnabled(entry != nullptr);
+  }
+  ui_->Compare->setEnabled(entry != nullptr && !entry->File.empty());
+  ui_->Compare->setToolTip(entry != nullptr && entry->File.empty() ? tr("The configuration was never saved")
+                                                                   : QString());
+  if (entry == nullptr) {
+    ui_->Details->setPlainText(model_->rowCount() == 0 ? tr("There is no such download.") : QString());
+    return;
+  }
+  const QString device = QString::fromStdString(entry->Device);
+  ui_->Details->setPlainText(
+      tr("File: %1\nPanel: %2 on %3 at %4\nRecords: %5 of 64, retries: %6, %7 s\nOutcome: %8\nImage, "
+         "SHA-256: %9")
+          .arg(entry->File.empty() ? tr("not saved") : QString::fromStdString(entry->File),
+               QString::fromStdString(IdentificationText(entry->Panel)),
+               device.isEmpty() ? QString::fromStdString(entry->Port)
+                                : tr("%1 (%2)").arg(QString::fromStdString(entry->Port), device),
+               QString::fromStdString(entry->Settings), QString::number(entry->Records),
+               QString::number(entry->Retries),
+               QString::number(static_cast<double>(entry->Duration.count()) / 1000, 'f', 1),
+               QString::fromLatin1(OutcomeText(entry->Outcome).data()),
+               QString::fromStdString(HexDigits(entry->Image))));
+}
+
+std::optional<PanelConfiguration> WorkLogForm::SelectedConfiguration() {
+  const WorkLogEntry* entry = Selected();
+  if (entry == nullptr) return std::nullopt;
+  try {
+    const std::optional<Bytes> stored = log_.ConfigurationOf(entry->Number);
+    if (stored && stored->size() == kStoredConfigurationSize) {
+      PanelConfiguration configuration;
+      Decode(*stored, configuration);
+      return configuration;
+    }
+    prompts_.Show(this, Sorry(tr("The work log no longer has this configuration.")));
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+  return std::nullopt;
+}
+
+void WorkLogForm::OpenAsConfiguration_Click() {
+  const std::optional<PanelConfiguration> configuration = SelectedConfiguration();
+  if (configuration && commands_.Open(this, *configuration)) accept();
+}
+
+void WorkLogForm::Compare_Click() {
+  const std::optional<PanelConfiguration> then = SelectedConfiguration();
+  if (!then) return;
+  try {
+    const QString file = QString::fromStdString(Selected()->File);
+    const std::vector<DifferenceText> changes = DifferencesInWords(*then, ReadConfiguration(ToPath(file)));
+    ui_->Details->setPlainText(changes.empty() ? tr("%1 is as it was sent.").arg(file)
+                                               : tr("What has changed in %1:").arg(file) + QLatin1Char('\n') +
+                                                     Lines(changes));
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+}
+
+void WorkLogForm::SendAgain_Click() {
+  const std::optional<PanelConfiguration> configuration = SelectedConfiguration();
+  if (!configuration) return;
+  commands_.Send(this, *configuration, QString::fromStdString(Selected()->File));
+  Form_Load();
+}
+
+void WorkLogForm::Export_Click() {
+  const std::optional<QString> file = prompts_.SaveFile(this, kCsvFilter);
+  if (!file) return;
+  try {
+    const QByteArray text = model_->AsCsv().toUtf8();
+    WriteFileSafely(ToPath(*file), Bytes(text.begin(), text.end()));
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+}
+
+}  // namespace qdm
