@@ -54,7 +54,11 @@ class Program {
 };
 
 struct QdmProgram : testing::Test {
-  QdmRunner files;  // for its folder
+  // The program's library and work log are of this folder too.
+  QdmProgram() { qputenv("QDM_DATA", QByteArray::fromStdString(files.Folder.Path().string())); }
+  ~QdmProgram() override { qunsetenv("QDM_DATA"); }
+
+  QdmRunner files;
 };
 
 TEST_F(QdmProgram, DoesEveryFileCommandAndSaysWhyNot) {

@@ -249,7 +249,7 @@ TEST_F(Editor, NamesItsCommandsAsEstablishedAndSaysWhichHaveNoWindow) {
   QStringList tips;
   const auto& bar = Child<QToolBar>(*window_, "Toolbar1");
   for (QAction* action : bar.actions()) {
-    if (!action->isSeparator())
+    if (!action->isSeparator() && !action->objectName().isEmpty())  // the work menu's button has no action
       tips << action->objectName() + QLatin1Char('=') + bar.widgetForAction(action)->toolTip();
   }
   EXPECT_EQ(tips.join(QLatin1Char('|')).toStdString(),
