@@ -25,7 +25,7 @@ struct FormPage {
   const char* Form;
   const char* Page;
 };
-constexpr std::array<FormPage, 12> kFormPages = {{
+constexpr std::array<FormPage, 17> kFormPages = {{
     {"qdm::ProjectorPanelEditor", "main-window.html"},
     {"qdm::ProjectorSelector", "projector-selector.html"},
     {"qdm::NewNameForm", "projector-selector.html"},
@@ -38,6 +38,11 @@ constexpr std::array<FormPage, 12> kFormPages = {{
     {"qdm::SerialTestForm", "test-console.html"},
     {"qdm::Download", "download.html"},
     {"qdm::FindPanel", "find-panel.html"},
+    {"qdm::ProjectorBench", "projector-bench.html"},
+    {"qdm::WorkLogForm", "work-log.html"},
+    {"qdm::RoomsForm", "work-log.html"},
+    {"qdm::SheetForm", "work-log.html"},
+    {"qdm::LibraryConflictForm", "replace.html"},
 }};
 
 Message CannotOpen(const std::string& file) {

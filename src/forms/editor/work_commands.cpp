@@ -43,7 +43,7 @@ WorkCommands::WorkCommands(QMainWindow& window, QToolBar& toolbar, QSplitter& co
                [this, open = windows.WorkLog] { open(&window_); });
   }
   if (windows.Sheet) {
-    AddCommand(*menu, tr("&Sheet..."), Qt::CTRL | Qt::Key_P,
+    AddCommand(*menu, tr("&Sheet..."), Qt::CTRL | Qt::SHIFT | Qt::Key_P,
                [this, open = windows.Sheet] { open(&window_, shown_()); });
   }
   QAction* words = menu->addAction(tr("In &Words"));

@@ -1,8 +1,8 @@
 #include "forms/controls/buttons.h"
 
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <QRadioButton>
 
 #include <gtest/gtest.h>
 
