@@ -4,6 +4,9 @@
 #include "manuals/check_sums.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
 
 namespace qdm {
 namespace {
@@ -191,32 +194,60 @@ void HeedStatedValues(const ManualPage& page, int on, int off, ManualReading& re
 
 namespace {
 
-// An input that has only a number on the page: its kind as the characters of its command name it.
+// An input that has only a number on the page: its kind as a word in the characters of its command names it.
 Function ByCharacters(const Finding& finding) {
-  struct Name {
-    std::string_view Letters;
-    Subject What;
-  };
-  constexpr Name kNames[] = {
-      {"RGB", Subject::Computer},  {"VGA", Subject::Computer}, {"PC", Subject::Computer},
-      {"COMP", Subject::Computer}, {"HDMI", Subject::Digital}, {"DVI", Subject::Digital},
-      {"VID", Subject::Video},     {"VED", Subject::Video},    {"SVID", Subject::SVideo}};
   Function function = finding.For;
   if (function.What != Subject::Input || function.Number == 0) return function;
-  std::string characters;
+  std::u16string characters;
   for (const CodeByte& byte : finding.What.Bytes) {
-    if (byte.Value > 0x20 && byte.Value < 0x7F) characters += static_cast<char>(byte.Value);
+    const bool printed = byte.Value > 0x20 && byte.Value < 0x7F;
+    characters += printed ? static_cast<char16_t>(byte.Value) : u' ';
   }
-  for (const Name& name : kNames) {
-    if (characters.find(name.Letters) == std::string::npos) continue;
-    function.What = name.What;
+  for (std::size_t from = 0; from < characters.size(); ++from) {
+    if (!IsLetter(characters[from])) continue;
+    std::size_t to = from;
+    while (to < characters.size() && (IsWordPart(characters[to]))) ++to;
+    const std::u16string_view word = std::u16string_view(characters).substr(from, to - from);
+    Function named = ClassifyLabel(word);
+    if (!SlotOf(named)) named = ClassifyLabel(word.substr(1));  // "IRGB"
+    from = to;
+    if (!SlotOf(named) || named.To != State::None) continue;
+    function.What = named.What;
+    const char16_t last = characters[characters.find_last_not_of(u' ')];
+    function.Number = last >= u'1' && last <= u'9' ? last - u'0' : 0;
     function.Plain = false;
     ++function.Unknown;
-    const char last = characters.back();
-    if (last >= '1' && last <= '9') function.Number = last - '0';
     break;
   }
   return function;
+}
+
+// "Input 2 (Video)", "Input 4 (Video)": inputs that only their sockets number are counted within their kind.
+void CountChannels(std::vector<Finding>& findings) {
+  std::map<Subject, std::set<int>> channels;
+  for (const Finding& finding : findings) {
+    if (finding.For.Channel > 0 && finding.For.Number == 0)
+      channels[finding.For.What].insert(finding.For.Channel);
+  }
+  for (Finding& finding : findings) {
+    if (finding.For.Channel == 0 || finding.For.Number > 0) continue;
+    const std::set<int>& known = channels[finding.For.What];
+    finding.For.Number = 1 + static_cast<int>(std::distance(known.begin(), known.find(finding.For.Channel)));
+  }
+}
+
+// "Mute picture" beside "Unmute picture" is the state that the other ends.
+void CompletePairs(std::vector<Finding>& findings) {
+  const auto has = [&](int slot) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [slot](const Finding& finding) { return SlotOf(finding.For) == slot; });
+  };
+  if (!has(kBlankOffSlot) || has(kBlankOnSlot)) return;
+  for (Finding& finding : findings) {
+    if (finding.For.What != Subject::Blank || finding.For.To != State::None || finding.For.Both) continue;
+    finding.For.To = State::On;
+    finding.For.Plain = false;
+  }
 }
 
 // Where most codes end with their check sum, one that does not is misprinted or only a part.
@@ -268,6 +299,8 @@ void DoubtTornPages(std::vector<Finding>& findings) {
 
 void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, ManualReading& reading) {
   for (Finding& finding : findings) finding.For = ByCharacters(finding);
+  CountChannels(findings);
+  CompletePairs(findings);
   DoubtTornPages(findings);
   HeedCheckSums(findings);
   for (const Finding& finding : findings) {

@@ -74,10 +74,10 @@ constexpr WordList kVocabulary[] = {
      u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
-     u"on|ein|an|marche|encendido|activado|activar|acceso|ligado|activer|active|"
+     u"on|ein|an|marche|encendido|activado|activada|activee|attivata|ativado|activar|acceso|ligado|activer|active|"
      u"enable|enabled|enables|start|starts|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
     {Word::Off,
-     u"off|aus|arret|apagado|desactivado|desactivar|spento|desligado|eteint|"
+     u"off|aus|arret|apagado|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|desactivar|spento|desligado|eteint|"
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
@@ -120,7 +120,7 @@ constexpr WordList kVocabulary[] = {
      u"picture muting|video mute|image mute|screen mute|pic mute|black screen|blackout|black out|hide|"
      u"bild stumm|dunkeltastung|ecran noir|bild dunkel|bildstummschaltung|bild ausblenden|schwarzbild|"
      u"pantalla negra|pantalla en blanco|imagen muda|schermo nero|tela preta|schermo vuoto|ecran vide|"
-     u"tela em branco|leerbildschirm|no show|no-show|picture off|video off mute|display mute|mute picture|"
+     u"tela em branco|pantalla en negro|imagen en negro|leerbildschirm|no show|no-show|picture off|video off mute|display mute|mute picture|"
      u"黑屏|空白|消隐|画面消隐|静像|画面静音|图像静音|影音静音|画像ミュート|映像ミュート|空屏|"
      u"ブランク|av静音|黑画面|画面ミュート|avミュート|消去|coupure "
      u"image|masquage|bildunterdruckung|silenciar video|"
@@ -219,6 +219,7 @@ struct Seen {
   std::size_t Words = 0;
   Word Last = Word::Count;
   int NumberOfInput = 0;
+  int Channel = 0;
 
   int& operator[](Word word) { return Times[static_cast<std::size_t>(word)]; }
   bool Has(Word word) const { return Times[static_cast<std::size_t>(word)] > 0; }
@@ -302,7 +303,12 @@ std::size_t AddNumber(std::u16string_view text, std::size_t at, Seen& seen) {
     ++end;
   }
   seen.Numbers.push_back(value);
-  if (NamesInput(seen.Last) && seen.NumberOfInput == 0) seen.NumberOfInput = value;
+  const bool ofKind = seen.Has(Word::Computer) || seen.Has(Word::Digital) || seen.Has(Word::Video) ||
+                      seen.Has(Word::SVideo) || seen.Has(Word::Component) || seen.Has(Word::Analog);
+  if (seen.Last == Word::Input && !ofKind && seen.Channel == 0)
+    seen.Channel = value;
+  else if (NamesInput(seen.Last) && seen.NumberOfInput == 0)
+    seen.NumberOfInput = value;
   return end;
 }
 
@@ -331,6 +337,15 @@ Seen Look(std::u16string_view label) {
       std::size_t end = at;
       while (end < text.size() && IsLatin(text[end])) ++end;
       const std::u16string_view word = std::u16string_view(text).substr(at, end - at);
+      // "s-videoinput"
+      if (word.size() == 1 && end + 1 < text.size() && text[end] == u'-' && IsLatin(text[end + 1])) {
+        std::size_t behind = end + 1;
+        while (behind < text.size() && IsLatin(text[behind])) ++behind;
+        if (AddGluedWords(std::u16string_view(text).substr(at, behind - at), seen)) {
+          at = behind;
+          continue;
+        }
+      }
       if (!AddGluedWords(word, seen) && !AddWordWithLoss(word, NumberFollows(text, end), seen)) {
         ++seen.Unknown;
         ++seen.Words;
@@ -414,6 +429,11 @@ Function ClassifyLabel(std::u16string_view label) {
   function.Unknown = seen.Unknown;
   function.Words = seen.Words;
   function.Number = seen.NumberOfInput;
+  if (function.What == Subject::Input || function.What == Subject::None) {
+    if (function.Number == 0) function.Number = seen.Channel;
+  } else {
+    function.Channel = seen.Channel;
+  }
   // The last of the digital inputs that an installer would take.
   constexpr int kLastDigital = 5;
   if (function.Number == 0 && FoldLetters(label).find(u"hdbaset") != std::u16string::npos)

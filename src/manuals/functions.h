@@ -47,6 +47,7 @@ struct Function {
   Subject What = Subject::None;
   State To = State::None;
   int Number = 0;         // of an input; 0 when there is none
+  int Channel = 0;        // "Input 2 (Video)": the number of the socket, not of its kind
   bool Plain = false;     // no word in the label that could mean something else
   bool Confirms = false;  // asks before it switches off
   bool AtOnce = false;    // switches off without asking

@@ -87,6 +87,12 @@ void AddNamedValues(const ManualPage& page, std::vector<Code>& codes) {
 
 namespace {
 
+constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
+
+bool LeadBySymbol(Text token) {
+  return token.size() > 2 && kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]);
+}
+
 bool IsIdeograph(char16_t c) { return c > 0x2E80; }
 
 // "S" in front of the ideographs for video, "1" behind those for computer.
@@ -128,7 +134,8 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
       if (!Any(text, IsLetter) || text.find_first_of(u"()|\t") != Text::npos) continue;
       const Function says = ClassifyLabel(line.substr(labelFrom, from - labelFrom));
       if (!SlotOf(says) && says.What != Subject::Other) continue;
-      if (SlotOf(ClassifyLabel(text)) && ClassifyLabel(text).What != Subject::Power) continue;
+      const bool names = SlotOf(ClassifyLabel(text)) && ClassifyLabel(text).What != Subject::Power;
+      if (names && !LeadBySymbol(text)) continue;
       if (IsNoCommand(text)) continue;
       codes.push_back(TextCode(page, span));
     }
@@ -184,13 +191,11 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
 
 namespace {
 
-constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
-
 // Tokens that look alike have the same key: the first letter and the length of "C0A", the shape of "PON".
 std::u16string FamilyOf(Text token) {
-  if (token.size() < 2 || token.size() > 12 || !All(token, IsPrintable)) return {};
-  if (kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]))
-    return std::u16string(1, token[0]);
+  if (token.size() < 2 || token.size() > 20 || !All(token, IsPrintable)) return {};
+  if (LeadBySymbol(token)) return std::u16string(1, token[0]);
+  if (token.size() > 12) return {};
   const std::size_t letters = LettersOf(token) > 0 ? LettersOf(token) : (IsLower(token[0]) ? 1 : 0);
   const auto hex = [](char16_t c) {
     return IsDigit(c) || (c >= u'A' && c <= u'F') || (c >= u'a' && c <= u'f');
@@ -209,6 +214,31 @@ std::u16string FamilyOf(Text token) {
 
 bool IsCapitals(const std::u16string& family) {
   return family.size() >= 2 && family[0] == u'A' && family[1] == u'A';
+}
+// "POWR9": letters with a number.
+bool IsNumbered(const std::u16string& family) { return family.size() >= 3 && family.back() == u'9'; }
+
+using Families = std::map<std::u16string, std::set<std::u16string>>;
+
+// Few tokens of a name are a family when others of the same shape stand with them: "POWR1" with "INPT1", "IR1"
+// among "PON" and "POF".
+bool HasKin(const Families& families, const std::u16string& family) {
+  const std::set<std::u16string>& tokens = families.at(family);
+  if (!IsNumbered(family)) return false;
+  std::size_t kin = 0;
+  std::size_t names = 0;
+  for (const auto& [other, members] : families) {
+    if (!IsNumbered(other) || other.size() != family.size() || members.size() < 2) continue;
+    kin += members.size();
+    ++names;
+  }
+  constexpr std::size_t kFewest = 4;
+  if (tokens.size() >= 2 && names >= 2 && kin >= kFewest) return true;
+  const std::size_t length = tokens.begin()->size();
+  const auto capitals = families.find(std::u16string(length, u'A'));
+  const bool alike = std::all_of(tokens.begin(), tokens.end(),
+                                 [length](const std::u16string& token) { return token.size() == length; });
+  return alike && capitals != families.end() && capitals->second.size() >= kFewest;
 }
 
 // The token without the marks that a text puts round it.
@@ -232,7 +262,7 @@ struct Member {
 
 void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
   std::vector<Member> members;
-  std::map<std::u16string, std::set<std::u16string>> families;
+  Families families;
   for (std::size_t number = 0; number < page.Lines.size(); ++number) {
     const Text line = page.Lines[number];
     const std::vector<Span> tokens = TokensOf(line, number);
@@ -241,7 +271,8 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
       const Span span = Bare(page, tokens[i]);
       const Text token = page.At(span);
       std::u16string family = FamilyOf(token);
-      const bool known = family.empty() || ClassifyLabel(token).What != Subject::None || IsNoCommand(token);
+      const bool names = !LeadBySymbol(token) && ClassifyLabel(token).What != Subject::None;
+      const bool known = family.empty() || names || IsNoCommand(token);
       if (known) {
         before.clear();
         continue;
@@ -264,7 +295,8 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
   }
   for (const Member& member : members) {
     const std::size_t size = families[member.Family].size();
-    if (!member.Edge || size < (IsCapitals(member.Family) ? 4U : 3U)) continue;
+    if (!member.Edge) continue;
+    if (size < (IsCapitals(member.Family) ? 4U : 3U) && !HasKin(families, member.Family)) continue;
     codes.push_back(TextCode(page, member.Where));
   }
 }

@@ -181,13 +181,29 @@ std::size_t PlaceholderAt(Text line, std::size_t at) {
   return end - at;
 }
 
-void Close(Run& run, std::size_t line, std::vector<Code>& codes) {
+// "ka 01 01[CR]": pairs that a name right before them and a named terminator make characters.
+bool EndsCharacters(Text line, const Run& run) {
+  const CodeBytes& bytes = run.Made.Bytes;
+  if (bytes.size() < 2 || bytes.back().Kind != ByteKind::CNT || bytes.back().Value != 13) return false;
+  const bool bare = std::all_of(bytes.begin(), bytes.end() - 1,
+                                [](const CodeByte& byte) { return byte.Kind == ByteKind::HEX; });
+  const bool marked = run.Marked > 1 || (run.Marked == 1 && HexDigit(line[run.To - 1]) >= 0);
+  if (!bare || marked || run.From < 3 || line[run.From - 1] != u' ') return false;
+  std::size_t letters = 0;
+  while (letters + 1 < run.From && IsLetter(line[run.From - 2 - letters])) ++letters;
+  constexpr std::size_t kLongestName = 4;
+  const std::size_t before = run.From - 1 - letters;
+  return letters >= 2 && letters <= kLongestName && (before == 0 || line[before - 1] == u' ') &&
+         HexDigit(line[run.From]) >= 0;
+}
+
+void Close(Run& run, Text text, std::size_t line, std::vector<Code>& codes) {
   Code& code = run.Made;
   const std::size_t count = code.Bytes.size();
   const bool numbers = std::any_of(code.Bytes.begin(), code.Bytes.end(),
                                    [](const CodeByte& byte) { return byte.Kind == ByteKind::HEX; });
   const bool enough = run.Marked > 0 || count >= 2;
-  if (numbers && enough) {
+  if (numbers && enough && !EndsCharacters(text, run)) {
     code.Where = {{line, run.From, run.To}};
     code.Marked = run.Marked > 0;
     code.Framed = true;
@@ -227,13 +243,13 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
         run.From = at;
         for (; at < *end; at += 2) run.Made.Bytes.push_back(PairAt(line, at)->Byte);
         run.To = at;
-        Close(run, number, codes);
+        Close(run, line, number, codes);
         continue;
       }
     }
     auto byte = ElementAt(line, at, run.Made.Bytes);
     if (!byte) {
-      Close(run, number, codes);
+      Close(run, line, number, codes);
       ++at;
       continue;
     }
@@ -262,10 +278,10 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
     }
     if (!ElementAt(line, at, run.Made.Bytes)) {
       at = run.To;
-      Close(run, number, codes);
+      Close(run, line, number, codes);
     }
   }
-  Close(run, number, codes);
+  Close(run, line, number, codes);
 }
 
 }  // namespace
