@@ -30,7 +30,8 @@ std::string HowRead(const Code& code) {
   std::string how = code.How == Notation::Hexadecimal ? "hexadecimal" : "characters";
   if (code.Confirmed) how = "characters and hexadecimal";
   if (code.Composed) how += ", put together";
-  if (code.Proven) how += ", check sum right";
+  if (code.Computed) how += ", check sum computed";
+  if (code.Proven && !code.Computed) how += ", check sum right";
   if (code.Repaired) how += ", letter O read as 0";
   return how;
 }
@@ -133,6 +134,8 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = "it could be a part of the command";
   } else if (best.What.Wrapped && !best.What.Proven && !best.What.Confirmed) {
     chosen.Doubt = "the command runs over several lines";
+  } else if (best.What.Computed) {
+    chosen.Doubt = "its check sum is not printed but computed";
   } else if (best.What.Open) {
     chosen.Doubt = "it holds the projector's number or another value to choose";
   } else if (!OfTheFamily(best, findings)) {

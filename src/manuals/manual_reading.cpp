@@ -128,6 +128,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
                std::make_move_iterator(characters.end()));
   std::stable_sort(codes.begin(), codes.end(), Before);
   PutFrames(page, codes);
+  CompleteCheckSums(page, codes);
   std::erase_if(codes, [](const Code& code) {
     return code.How == Notation::Hexadecimal && code.Bytes.size() < 2 && !code.Composed;
   });

@@ -217,6 +217,21 @@ bool BeginsNumber(Text line, std::size_t at) {
   return !IsWordPart(line[at - 1]) && line[at - 1] != u'_';
 }
 
+// "CHK", "<CKS>", "[CS]": the name of a check sum that is not printed; where it ends.
+std::size_t SumNameEnd(Text line, std::size_t at) {
+  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK", u"CKS", u"SUM",
+                             u"BCC",      u"FCS",     u"LRC",    u"XOR",   u"CS",    u"CK"};
+  const char16_t closing = Closing(CharAt(line, at));
+  const std::size_t from = closing == u'\0' ? at : at + 1;
+  for (const Text name : kNames) {
+    if (!StartsWithName(line, from, name, true)) continue;
+    const std::size_t end = from + name.size();
+    if (closing != u'\0') return CharAt(line, end) == closing ? end + 1 : 0;
+    return IsWordPart(CharAt(line, end)) ? 0 : end;
+  }
+  return 0;
+}
+
 // A column of characters in hexadecimal digits without blanks: "BEEF0306".
 std::optional<std::size_t> GluedDigits(Text line, std::size_t at) {
   std::size_t end = at;
@@ -261,6 +276,16 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
     run.To = byte->End;
     at = NextByte(line, byte->End);
     if (at >= line.size()) break;
+    if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 3 && !run.Made.Broken) {
+      if (const std::size_t end = SumNameEnd(line, at)) {
+        run.Made.Broken = true;
+        run.Made.Bytes.push_back({0, ByteKind::VAR});
+        run.Made.Places.push_back(at);
+        run.To = end;
+        at = NextByte(line, end);
+        if (at >= line.size()) break;
+      }
+    }
     if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 2) {
       if (const std::size_t length = PlaceholderAt(line, at)) {
         const std::size_t next = NextByte(line, at + length);
