@@ -81,6 +81,7 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   std::vector<Code> candidates;
   characters::AddTerminated(page, candidates);
   characters::AddParenthesised(page, candidates);
+  characters::AddCellPairs(page, candidates);
   characters::AddNamedValues(page, candidates);
   characters::AddBetweenIdeographs(page, candidates);
   characters::AddFamilies(page, candidates);

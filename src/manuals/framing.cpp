@@ -1,5 +1,7 @@
 #include "manuals/framing.h"
 
+#include "manuals/drawn_form.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -130,7 +132,35 @@ bool OnlyCharacters(const Code& code) {
                      [](const CodeByte& byte) { return byte.Value >= 0x20 && byte.Value < 0x7F; });
 }
 
+// Codes that fill the places of a form that the page draws; nothing where codes are printed whole.
+bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
+  const auto form = FindDrawnForm(page);
+  if (!form || form->Before.front().Kind == ByteKind::CNT) return false;
+  const auto begins = [&](const Code& code) {
+    return code.Bytes.size() >= form->Before.size() &&
+           SameValues({code.Bytes.begin(),
+                       code.Bytes.begin() + static_cast<std::ptrdiff_t>(form->Before.size())},
+                      form->Before);
+  };
+  const auto whole = std::count_if(codes.begin(), codes.end(), [&](const Code& code) {
+    return begins(code) && code.Bytes.size() > form->Before.size() + form->Behind.size();
+  });
+  if (static_cast<std::size_t>(whole) * 3 > codes.size()) return false;
+  const bool characters = std::any_of(form->Before.begin(), form->Before.end(), [](const CodeByte& byte) {
+    return byte.Kind == ByteKind::ASC;
+  });
+  for (Code& code : codes) {
+    const bool ofForm = characters == (code.How == Notation::Characters);
+    if (!ofForm || begins(code) || code.Broken) continue;
+    Put({form->Before, form->Behind, false}, code);
+    code.Broken = std::any_of(code.Bytes.begin(), code.Bytes.end(),
+                              [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
+  }
+  return true;
+}
+
 void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
+  if (PutDrawnForm(page, codes)) return;
   const Frame examples = FrameOfExamples(codes);
   const Frame text = FrameOfText(page);
   const bool bare = std::all_of(codes.begin(), codes.end(), [](const Code& code) {

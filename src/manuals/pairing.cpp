@@ -81,10 +81,20 @@ void AddLongText(const ManualPage& page, Span span, std::vector<Piece>& pieces) 
     AddText(page, {span.Line, from, at}, pieces);
     from = at + 1;
   }
-  // Of what is still long, the words right before the code.
+  // Of what is still long, the words right before the code, more of them where those name no function.
   constexpr std::size_t kTail = 36;
   const bool codeFollows = span.To < line.size();
   if (codeFollows && span.To - from > kLongestLabel) {
+    constexpr std::size_t kLongestClause = 110;
+    const std::size_t least = std::max(from, span.To - std::min(span.To, kLongestClause));
+    for (std::size_t at = span.To - kTail; at > least; --at) {
+      if (line[at - 1] != u' ' || !SlotOf(ClassifyLabel(line.substr(at, span.To - at)))) continue;
+      AddText(page, {span.Line, from, at}, pieces);
+      AddText(page, {span.Line, at, span.To}, pieces);
+      pieces.back().Sentence = false;
+      pieces.back().Says.Plain = false;
+      return;
+    }
     std::size_t cut = line.find(u' ', span.To - kTail);
     if (cut < span.To) {
       AddText(page, {span.Line, from, cut}, pieces);
@@ -163,6 +173,7 @@ class LabelSeeker {
   void CountSides();
   void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
+  std::optional<Finding> StateInRow(std::size_t at) const;
   void SpreadStackedHeadings(std::vector<Finding>& findings) const;
   bool OnRow(std::size_t code) const {
     return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
@@ -336,6 +347,10 @@ std::vector<Finding> LabelSeeker::Seek() {
   const bool cellClear = std::abs(votes_[2] - votes_[3]) >= 3;
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
+    if (auto state = StateInRow(at)) {
+      findings[pieces_[at].Code] = std::move(*state);
+      continue;
+    }
     if (auto second = SecondInRow(at)) {
       findings[pieces_[at].Code] = std::move(*second);
       continue;
@@ -402,6 +417,36 @@ std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
     finding.For.Number = 2;
     finding.Label.push_back(second.Where);
     finding.Doubt = "the table has a column for each input";
+    return finding;
+  }
+  return std::nullopt;
+}
+
+// "Power" with two codes below the headings "On" and "Off".
+std::optional<Finding> LabelSeeker::StateInRow(std::size_t at) const {
+  const auto code = [&](std::size_t i) { return i < pieces_.size() && !pieces_[i].IsText(); };
+  const bool second = at > 0 && code(at - 1) && SameLine(at - 1, at);
+  const std::size_t first = second ? at - 1 : at;
+  const bool pair = first > 0 && code(first + 1) && SameLine(first, first + 1) &&
+                    !(code(first + 2) && SameLine(first, first + 2));
+  if (!pair || !pieces_[first - 1].IsText() || !SameLine(first - 1, first)) return std::nullopt;
+  const Function& label = pieces_[first - 1].Says;
+  if (label.What == Subject::None || label.To != State::None) return std::nullopt;
+  constexpr std::size_t kFarthest = 60;
+  for (std::size_t back = 2; back <= kFarthest && back < first; ++back) {
+    const Piece& right = pieces_[first - back + 1];
+    const Piece& left = pieces_[first - back];
+    if (!left.IsText() || !right.IsText() || left.Where.Line != right.Where.Line) continue;
+    const auto state = [](const Piece& piece) {
+      const bool alone = piece.Says.Words == 1 && (piece.Says.To == State::On || piece.Says.To == State::Off);
+      return alone ? piece.Says.To : State::None;
+    };
+    if (state(left) == State::None || state(right) == State::None || state(left) == state(right)) continue;
+    Finding finding = Label(at, first - 1, Side::Left);
+    finding.For = label;
+    finding.For.To = state(second ? right : left);
+    finding.Label.push_back((second ? right : left).Where);
+    finding.Doubt = "the table has a column for each state";
     return finding;
   }
   return std::nullopt;
