@@ -13,7 +13,9 @@ constexpr std::size_t kLongestValue = 4;
 bool IsName(Text token) {
   return token.size() <= kLongestName && Any(token, IsLetter) && All(token, IsWordPart);
 }
-bool IsValue(Text token) { return token.size() <= kLongestValue && All(token, IsWordPart) && Any(token, IsDigit); }
+bool IsValue(Text token) {
+  return token.size() <= kLongestValue && All(token, IsWordPart) && Any(token, IsDigit);
+}
 
 }  // namespace
 

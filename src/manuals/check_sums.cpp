@@ -45,9 +45,8 @@ std::uint8_t SumOf(CheckSum check, std::span<const std::uint8_t> bytes) {
     case CheckSum::TwosComplement:
       return static_cast<std::uint8_t>(0U - sum(0));
     case CheckSum::ExclusiveOr:
-      return std::accumulate(bytes.begin(), bytes.end(), std::uint8_t{0}, [](std::uint8_t a, std::uint8_t b) {
-        return static_cast<std::uint8_t>(a ^ b);
-      });
+      return std::accumulate(bytes.begin(), bytes.end(), std::uint8_t{0},
+                             [](std::uint8_t a, std::uint8_t b) { return static_cast<std::uint8_t>(a ^ b); });
   }
   return 0;
 }

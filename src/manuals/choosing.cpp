@@ -280,6 +280,28 @@ void HeedCheckSums(std::vector<Finding>& findings) {
   }
 }
 
+// Pairs of digits alone on a page that speaks of decimal numbers.
+void DoubtDecimals(const ManualPage& page, std::vector<Finding>& findings) {
+  bool decimal = false;
+  for (const std::u16string_view word : {u"decimal", u"dezimal", u"十进制"}) {
+    for (std::size_t at = page.Folded.find(word); at != std::u16string::npos;
+         at = page.Folded.find(word, at + 1)) {
+      const std::u16string_view before = std::u16string_view(page.Folded).substr(at < 4 ? 0 : at - 4, 4);
+      decimal |= before.find(u"hexa") == std::u16string_view::npos;
+    }
+  }
+  if (!decimal) return;
+  const auto decimalDigits = [](const Finding& finding) {
+    return std::all_of(finding.What.Bytes.begin(), finding.What.Bytes.end(),
+                       [](const CodeByte& byte) { return byte.Value < 0x9A && (byte.Value & 0x0F) < 10; });
+  };
+  for (Finding& finding : findings) {
+    if (finding.What.How != Notation::Hexadecimal || finding.What.Marked || !decimalDigits(finding)) continue;
+    finding.Settled = false;
+    finding.Doubt = "the numbers could be decimal";
+  }
+}
+
 // Many numbers without a label: the page is torn, and what has a label may be a part only.
 void DoubtTornPages(std::vector<Finding>& findings) {
   std::size_t labelled = 0;
@@ -306,6 +328,7 @@ void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, Manua
   CompletePairs(findings);
   DoubtTornPages(findings);
   HeedCheckSums(findings);
+  DoubtDecimals(page, findings);
   for (const Finding& finding : findings) {
     ManualCommand command;
     command.Function = TextOf(page, finding.Label);

@@ -26,9 +26,7 @@ Text Bare(Text text) {
   return text;
 }
 
-bool IsSymbol(Text text) {
-  return text.size() == 1 && text[0] > 32 && text[0] < 127 && !IsWordPart(text[0]);
-}
+bool IsSymbol(Text text) { return text.size() == 1 && text[0] > 32 && text[0] < 127 && !IsWordPart(text[0]); }
 
 CodeBytes NumbersIn(Text text, std::size_t from = 0) {
   CodeBytes bytes;
@@ -56,9 +54,9 @@ Part ReadPart(Text text, bool first) {
     return {Literal, Characters(Bare(text.substr(blank)))};
   constexpr std::size_t kLongestPlace = 20;
   if (text.size() <= kLongestPlace &&
-      Says(folded, {u"command", u"code", u"function", u"data", u"param", u"value", u"cmd", u"befehl",
-                    u"daten", u"wert", u"commande", u"donnee", u"valeur", u"comando", u"valor", u"dato",
-                    u"命令", u"参数", u"数据", u"指令"}))
+      Says(folded, {u"command", u"code",  u"function", u"data",     u"param",  u"value",  u"cmd",
+                    u"befehl",  u"daten", u"wert",     u"commande", u"donnee", u"valeur", u"comando",
+                    u"valor",   u"dato",  u"命令",     u"参数",     u"数据",   u"指令"}))
     return {Place, {}};
   return {};
 }

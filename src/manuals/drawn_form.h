@@ -1,5 +1,5 @@
-// The form of a command as a page draws or states it: "# + code + parameter + CR", "header AA 55 ... ends with
-// 0D". What stands before, between and behind the places that a table fills.
+// The form of a command as a page draws or states it: "# + code + parameter + CR", "header AA 55 ... ends
+// with 0D". What stands before, between and behind the places that a table fills.
 #pragma once
 
 #include "manuals/codes.h"

@@ -138,17 +138,16 @@ bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
   if (!form || form->Before.front().Kind == ByteKind::CNT) return false;
   const auto begins = [&](const Code& code) {
     return code.Bytes.size() >= form->Before.size() &&
-           SameValues({code.Bytes.begin(),
-                       code.Bytes.begin() + static_cast<std::ptrdiff_t>(form->Before.size())},
-                      form->Before);
+           SameValues(
+               {code.Bytes.begin(), code.Bytes.begin() + static_cast<std::ptrdiff_t>(form->Before.size())},
+               form->Before);
   };
   const auto whole = std::count_if(codes.begin(), codes.end(), [&](const Code& code) {
     return begins(code) && code.Bytes.size() > form->Before.size() + form->Behind.size();
   });
   if (static_cast<std::size_t>(whole) * 3 > codes.size()) return false;
-  const bool characters = std::any_of(form->Before.begin(), form->Before.end(), [](const CodeByte& byte) {
-    return byte.Kind == ByteKind::ASC;
-  });
+  const bool characters = std::any_of(form->Before.begin(), form->Before.end(),
+                                      [](const CodeByte& byte) { return byte.Kind == ByteKind::ASC; });
   for (Code& code : codes) {
     const bool ofForm = characters == (code.How == Notation::Characters);
     if (!ofForm || begins(code) || code.Broken) continue;

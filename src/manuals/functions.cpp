@@ -74,20 +74,24 @@ constexpr WordList kVocabulary[] = {
      u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
-     u"on|ein|an|marche|encendido|activado|activada|activee|attivata|ativado|activar|acceso|ligado|activer|active|"
+     u"on|ein|an|marche|encendido|activado|activada|activee|attivata|ativado|activar|acceso|ligado|activer|"
+     u"active|"
      u"enable|enabled|enables|start|starts|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
     {Word::Off,
-     u"off|aus|arret|apagado|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|desactivar|spento|desligado|eteint|"
+     u"off|aus|arret|apagado|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|"
+     u"desactivar|spento|desligado|eteint|"
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
-     u"poweron|from standby|standby to on|out of standby|power on|einschalten|mise en marche|mettre en "
+     u"poweron|turn it on|turns it on|switch it on|from standby|standby to on|out of standby|power "
+     u"on|einschalten|mise en marche|mettre en "
      u"marche|mise sous tension|encender|encendido|"
      u"accensione|accendere|ligar|turn on|turns on|switch on|switches on|lamp on|开机|開機|电源开|電源入|"
      u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|allumer le "
      u"projecteur|打开电源"},
     {Word::PowerOff,
-     u"poweroff|power off|ausschalten|mise en veille|mettre hors tension|spegni|eteindre|mise hors "
+     u"poweroff|turn it off|turns it off|switch it off|power off|ausschalten|mise en veille|mettre hors "
+     u"tension|spegni|eteindre|mise hors "
      u"tension|apagar|apagado|"
      u"spegnimento|spegnere|desligar|turn off|turns off|switch off|switches off|lamp off|shut down|shutdown|"
      u"power down|关机|關機|电源关|電源切|电源关闭|電源オフ|电源 关|extinction|extinguir|standby|stand by|"
@@ -120,7 +124,8 @@ constexpr WordList kVocabulary[] = {
      u"picture muting|video mute|image mute|screen mute|pic mute|black screen|blackout|black out|hide|"
      u"bild stumm|dunkeltastung|ecran noir|bild dunkel|bildstummschaltung|bild ausblenden|schwarzbild|"
      u"pantalla negra|pantalla en blanco|imagen muda|schermo nero|tela preta|schermo vuoto|ecran vide|"
-     u"tela em branco|pantalla en negro|imagen en negro|leerbildschirm|no show|no-show|picture off|video off mute|display mute|mute picture|"
+     u"tela em branco|pantalla en negro|imagen en negro|leerbildschirm|no show|no-show|picture "
+     u"off|hidden|video off mute|display mute|mute picture|"
      u"黑屏|空白|消隐|画面消隐|静像|画面静音|图像静音|影音静音|画像ミュート|映像ミュート|空屏|"
      u"ブランク|av静音|黑画面|画面ミュート|avミュート|消去|coupure "
      u"image|masquage|bildunterdruckung|silenciar video|"
@@ -426,6 +431,9 @@ Function ClassifyLabel(std::u16string_view label) {
   const bool unclear = seen.Has(Word::Shutter) && !opensOrCloses;
   function.AlsoComponent = seen.Has(Word::Component) && function.What == Subject::Computer;
   function.Switches = seen.Has(Word::Action) || seen.Has(Word::Input);
+  const std::u16string folded = FoldLetters(label);
+  for (const std::u16string_view word : {u"power", u"lamp", u"netz", u"电源", u"電源", u"aliment"})
+    function.NamesPower |= folded.find(word) != std::u16string::npos;
   function.Unknown = seen.Unknown;
   function.Words = seen.Words;
   function.Number = seen.NumberOfInput;
@@ -436,8 +444,7 @@ Function ClassifyLabel(std::u16string_view label) {
   }
   // The last of the digital inputs that an installer would take.
   constexpr int kLastDigital = 5;
-  if (function.Number == 0 && FoldLetters(label).find(u"hdbaset") != std::u16string::npos)
-    function.Number = kLastDigital;
+  if (function.Number == 0 && folded.find(u"hdbaset") != std::u16string::npos) function.Number = kLastDigital;
   if (function.Number == 0 && function.What == Subject::None && seen.Words == 0 && seen.Numbers.size() == 1) {
     function.Number = seen.Numbers.front();
   }
@@ -448,7 +455,9 @@ Function ClassifyLabel(std::u16string_view label) {
 Function InContext(const Function& label, const Function& above) {
   Function joined = label;
   const bool stateAlone = label.What == Subject::None && label.To != State::None;
-  const bool powerWord = label.What == Subject::Power && label.Words == 1;  // "Standby", "Einschalten"
+  // "Standby", "Einschalten" below a title.
+  const bool powerWord =
+      label.What == Subject::Power && label.Words == 1 && !label.NamesPower && above.To == State::None;
   if (stateAlone || (powerWord && above.What == Subject::Blank)) {
     joined.What = above.What == Subject::None ? Subject::None : above.What;
     joined.Plain = label.Plain && above.Plain;

@@ -220,8 +220,8 @@ bool IsNumbered(const std::u16string& family) { return family.size() >= 3 && fam
 
 using Families = std::map<std::u16string, std::set<std::u16string>>;
 
-// Few tokens of a name are a family when others of the same shape stand with them: "POWR1" with "INPT1", "IR1"
-// among "PON" and "POF".
+// Few tokens of a name are a family when others of the same shape stand with them: "POWR1" with "INPT1",
+// "IR1" among "PON" and "POF".
 bool HasKin(const Families& families, const std::u16string& family) {
   const std::set<std::u16string>& tokens = families.at(family);
   if (!IsNumbered(family)) return false;

@@ -217,10 +217,19 @@ bool BeginsNumber(Text line, std::size_t at) {
   return !IsWordPart(line[at - 1]) && line[at - 1] != u'_';
 }
 
+// "XX", "nn", "**", "--": two like signs are a byte that is not printed, whatever follows.
+bool IsRepeatedPlaceholder(Text line, std::size_t at) {
+  constexpr Text kSigns = u"XxYyZzNnMm*?-_#";
+  const char16_t sign = CharAt(line, at);
+  const char16_t behind = CharAt(line, at + 2);
+  return kSigns.find(sign) != Text::npos && CharAt(line, at + 1) == sign && behind != sign &&
+         (behind == u'h' || behind == u'H' || !IsWordPart(behind));
+}
+
 // "CHK", "<CKS>", "[CS]": the name of a check sum that is not printed; where it ends.
 std::size_t SumNameEnd(Text line, std::size_t at) {
-  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK", u"CKS", u"SUM",
-                             u"BCC",      u"FCS",     u"LRC",    u"XOR",   u"CS",    u"CK"};
+  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK", u"CKS",
+                             u"SUM",      u"BCC",     u"FCS",    u"LRC",   u"XOR",   u"CS",  u"CK"};
   const char16_t closing = Closing(CharAt(line, at));
   const std::size_t from = closing == u'\0' ? at : at + 1;
   for (const Text name : kNames) {
@@ -286,6 +295,14 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
         if (at >= line.size()) break;
       }
     }
+    while (run.Made.Bytes.size() >= 2 && IsRepeatedPlaceholder(line, at)) {
+      run.Made.Broken = true;
+      run.Made.Bytes.push_back({static_cast<std::uint8_t>(line[at]), ByteKind::VAR});
+      run.Made.Places.push_back(at);
+      run.To = at + 2;
+      at = NextByte(line, at + 2);
+    }
+    if (at >= line.size()) break;
     if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 2) {
       if (const std::size_t length = PlaceholderAt(line, at)) {
         const std::size_t next = NextByte(line, at + length);

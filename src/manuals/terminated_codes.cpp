@@ -137,13 +137,29 @@ Span QuotedCharacters(Text line, Span region) {
 
 // "pw1" followed by <CR>: where the characters end when words lead over to the terminator.
 std::size_t WithoutLink(Text line, const Span& region) {
-  constexpr Text kLinks[] = {u"followed by", u"and then", u"and", u"then", u"gefolgt von", u"und", u"suivi de",
-                             u"puis", u"et", u"seguido de", u"seguido por", u"y", u"seguito da", u"e", u"a", u"un"};
+  constexpr Text kLinks[] = {u"followed by a carriage return",
+                             u"followed by",
+                             u"and then",
+                             u"and",
+                             u"then",
+                             u"gefolgt von",
+                             u"und",
+                             u"suivi de",
+                             u"puis",
+                             u"et",
+                             u"seguido de",
+                             u"seguido por",
+                             u"y",
+                             u"seguito da",
+                             u"e",
+                             u"a",
+                             u"un"};
   std::size_t to = region.To;
   for (int times = 0; times < 2; ++times) {
     const std::u16string folded = FoldLetters(line.substr(region.From, to - region.From));
     for (const Text link : kLinks) {
-      const bool ends = folded.size() > link.size() + 1 && Text(folded).substr(folded.size() - link.size()) == link &&
+      const bool ends = folded.size() > link.size() + 1 &&
+                        Text(folded).substr(folded.size() - link.size()) == link &&
                         folded[folded.size() - link.size() - 1] == u' ';
       if (!ends) continue;
       to -= link.size();
