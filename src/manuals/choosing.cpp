@@ -291,14 +291,19 @@ void DoubtDecimals(const ManualPage& page, std::vector<Finding>& findings) {
     }
   }
   if (!decimal) return;
+  const bool alone = page.Folded.find(u"hex") == std::u16string::npos;
   const auto decimalDigits = [](const Finding& finding) {
     return std::all_of(finding.What.Bytes.begin(), finding.What.Bytes.end(),
                        [](const CodeByte& byte) { return byte.Value < 0x9A && (byte.Value & 0x0F) < 10; });
   };
   for (Finding& finding : findings) {
     if (finding.What.How != Notation::Hexadecimal || finding.What.Marked || !decimalDigits(finding)) continue;
+    for (CodeByte& byte : finding.What.Bytes) {
+      const int digits = (byte.Value >> 4) * 10 + (byte.Value & 0x0F);
+      if (alone) byte.Value = static_cast<std::uint8_t>(digits);
+    }
     finding.Settled = false;
-    finding.Doubt = "the numbers could be decimal";
+    finding.Doubt = alone ? "the numbers are read as decimal" : "the numbers could be decimal";
   }
 }
 

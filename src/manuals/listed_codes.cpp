@@ -167,7 +167,8 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
     for (std::size_t at = 1; at + 1 < line.size(); ++at) {
       const bool quote = line[at] == u'"';
       const bool gap = line.substr(at, 3) == u"   ";
-      if (!quote && !gap && line[at] != u':' && line[at] != u'\t' && line[at] != u'=') continue;
+      const bool leader = line.substr(at, 4) == u"....";
+      if (!quote && !gap && !leader && line[at] != u':' && line[at] != u'\t' && line[at] != u'=') continue;
       const auto slot = SlotOf(ClassifyLabel(line.substr(0, at)));
       if (!slot || !ClassifyLabel(line.substr(0, at)).Plain) continue;
       Span span = Trim(page, {number, at + 1, line.size()});
@@ -178,8 +179,13 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
       } else if (span.From < span.To && line[span.From] == u'"') {
         continue;
       }
-      const Function says = ClassifyLabel(page.At(span));
-      if (!LooksLikeCommand(page.At(span)) || (SlotOf(says) && says.Plain)) break;
+      if (leader) {
+        while (span.From < span.To && (line[span.From] == u'.' || IsBlank(line[span.From]))) ++span.From;
+      }
+      const Text text = page.At(span);
+      const Function says = ClassifyLabel(text);
+      const bool led = leader && text.size() <= kLongestText && Any(text, IsLetter) && All(text, IsPrintable);
+      if (!led && (!LooksLikeCommand(text) || (SlotOf(says) && says.Plain))) break;
       slots.insert(*slot);
       found.push_back(TextCode(page, span));
       break;
