@@ -55,6 +55,19 @@ bool IsRight(CheckSum check, std::span<const std::uint8_t> code) {
   return code.size() >= 3 && code.back() == SumOf(check, code.first(code.size() - 1));
 }
 
+std::uint16_t Crc16Start(std::span<const std::uint8_t> bytes, std::uint16_t crc) {
+  constexpr unsigned kPolynomial = 0xA001;
+  unsigned start = crc;
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
+    for (int bit = 0; bit < 8; ++bit) {
+      const bool folded = (start & 0x8000U) != 0;
+      start = ((folded ? start ^ kPolynomial : start) << 1 & 0xFFFFU) | (folded ? 1U : 0U);
+    }
+    start ^= *byte;
+  }
+  return static_cast<std::uint16_t>(start);
+}
+
 std::vector<std::size_t> SplitByCheckSum(std::span<const std::uint8_t> run) {
   constexpr std::size_t kLongestRun = 2000;
   if (run.size() > kLongestRun) return {};

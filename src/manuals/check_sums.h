@@ -13,6 +13,10 @@ inline constexpr CheckSum kCheckSums[] = {CheckSum::Sum, CheckSum::SumFromSecond
 
 bool IsRight(CheckSum check, std::span<const std::uint8_t> code);
 
+// From what a CRC-16 with the polynomial A001 (reversed 8005) must have started to become `crc` over the
+// bytes.
+std::uint16_t Crc16Start(std::span<const std::uint8_t> bytes, std::uint16_t crc);
+
 // What the last byte behind `bytes` would have to be.
 std::uint8_t SumOf(CheckSum check, std::span<const std::uint8_t> bytes);
 

@@ -134,6 +134,8 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = "it could be a part of the command";
   } else if (best.What.Wrapped && !best.What.Proven && !best.What.Confirmed) {
     chosen.Doubt = "the command runs over several lines";
+  } else if (best.What.Assembled) {
+    chosen.Doubt = "it is put together from columns of the page";
   } else if (best.What.Computed) {
     chosen.Doubt = "its check sum is not printed but computed";
   } else if (best.What.Open) {

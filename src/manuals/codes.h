@@ -36,6 +36,7 @@ struct Code {
   bool Confirmed = false;           // characters and numbers side by side say the same
   bool Composed = false;            // put together from several places of the page
   bool Proven = false;              // by its check sum
+  bool Assembled = false;           // of columns that only their check sums join
   bool Computed = false;            // its check sum is not printed, only how it is made
 
   const Span& Begin() const { return Where.front(); }
@@ -62,6 +63,9 @@ std::vector<Code> FindNumberCodes(const ManualPage& page);
 // Bytes that stand alone on their lines, one below the other, as one code; columns that are too long for one
 // code stay as they are.
 void JoinVertical(const ManualPage& page, std::vector<Code>& codes);
+
+// Heads that end with the CRC of bytes elsewhere on the page are joined with them.
+void JoinByCrc(const ManualPage& page, std::vector<Code>& codes);
 
 // The rest of a code that has run over its line is joined to it.
 void JoinWrapped(const ManualPage& page, std::vector<Code>& codes);
