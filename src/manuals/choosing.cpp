@@ -93,6 +93,10 @@ bool OfTheFamily(const Finding& best, const std::vector<Finding>& findings) {
 // Few bytes in numbers that nothing closes or repeats.
 bool TooShort(const Code& code) {
   constexpr std::size_t kShortest = 4;
+  const bool digits = std::all_of(code.Bytes.begin(), code.Bytes.end(), [](const CodeByte& byte) {
+    return byte.Value < 0x20 || (byte.Value >= '0' && byte.Value <= '9');
+  });
+  if (code.How == Notation::Characters && digits && !code.Confirmed) return true;
   return code.How == Notation::Hexadecimal && code.Bytes.size() < kShortest && !code.Confirmed &&
          !code.Composed;
 }

@@ -36,6 +36,7 @@ struct Code {
   bool Confirmed = false;           // characters and numbers side by side say the same
   bool Composed = false;            // put together from several places of the page
   bool Proven = false;              // by its check sum
+  bool LeadsLabel = false;          // its label has run into it from the right
   bool Assembled = false;           // of columns that only their check sums join
   bool Computed = false;            // its check sum is not printed, only how it is made
 

@@ -98,11 +98,15 @@ class Joiner {
         if (!known) matches.push_back({i, block});
       }
     }
+    // Where two start values fit alike, regular data has made a second order that fits too.
     std::vector<Match> best;
+    bool twice = false;
     for (auto& [start, matches] : byStart) {
-      if (matches.size() > best.size()) best = std::move(matches);
+      if (matches.size() < best.size()) continue;
+      twice = matches.size() == best.size();
+      best = std::move(matches);
     }
-    return best;
+    return twice ? std::vector<Match>() : best;
   }
 
   // The head with the lines of bytes right above it.

@@ -307,4 +307,35 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
   }
 }
 
+void AddGluedRows(const ManualPage& page, std::vector<Code>& codes) {
+  constexpr std::size_t kLength = 3;
+  constexpr std::size_t kFewest = 4;
+  std::map<char16_t, std::vector<Span>> found;
+  std::map<char16_t, std::set<int>> slots;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    for (std::size_t at = 0; at + kLength < line.size(); ++at) {
+      const char16_t behind = line[at + kLength];
+      const bool code = IsUpper(line[at]) && IsDigit(line[at + 1]) && HexDigit(line[at + 2]) >= 0 &&
+                        !IsLower(line[at + 2]) && (IsUpper(behind) || behind > 0x2E80);
+      if (!code) continue;
+      found[line[at]].push_back({number, at, at + kLength});
+      constexpr std::size_t kLabel = 24;
+      const Text label = line.substr(at + kLength, kLabel);
+      std::size_t end = 0;
+      while (end < label.size() && !(IsUpper(label[end]) && label.substr(end, 1) == line.substr(at, 1) &&
+                                     end + 1 < label.size() && IsDigit(label[end + 1])))
+        ++end;
+      if (const auto slot = SlotOf(ClassifyLabel(label.substr(0, end)))) slots[line[at]].insert(*slot);
+    }
+  }
+  for (const auto& [letter, spans] : found) {
+    if (spans.size() < kFewest || slots[letter].size() < kFewest - 1) continue;
+    for (const Span& span : spans) {
+      codes.push_back(TextCode(page, span));
+      codes.back().LeadsLabel = true;
+    }
+  }
+}
+
 }  // namespace qdm::characters

@@ -181,6 +181,15 @@ std::size_t PlaceholderAt(Text line, std::size_t at) {
   return end - at;
 }
 
+// The next column of the table: behind a gap, with the byte that the code before it began with.
+bool BeginsAnother(Text line, std::size_t end, std::size_t next, const CodeBytes& before) {
+  constexpr std::size_t kGap = 3;
+  constexpr std::size_t kShortest = 3;
+  if (next - end < kGap || before.size() < kShortest) return false;
+  const auto number = NumberAt(line, next);
+  return number && number->Byte.Value == before.front().Value;
+}
+
 // "ka 01 01[CR]": pairs that a name right before them and a named terminator make characters.
 bool EndsCharacters(Text line, const Run& run) {
   const CodeBytes& bytes = run.Made.Bytes;
@@ -285,6 +294,10 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
     run.To = byte->End;
     at = NextByte(line, byte->End);
     if (at >= line.size()) break;
+    if (BeginsAnother(line, byte->End, at, run.Made.Bytes)) {
+      Close(run, line, number, codes);
+      continue;
+    }
     if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 3 && !run.Made.Broken) {
       if (const std::size_t end = SumNameEnd(line, at)) {
         run.Made.Broken = true;

@@ -226,6 +226,7 @@ std::vector<Finding> LabelSeeker::Seek() {
     const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
     if (leadsOver) ofChain = Side::Above;
     Side side = onRow ? row : ofChain.value_or(cell);
+    if (codes_[pieces_[at].Code].LeadsLabel) side = Side::Right;
     auto text = TextAt(at, side);
     bool asRest = true;
     // What stands beside it says nothing: perhaps what stands above it does.
@@ -257,8 +258,8 @@ std::vector<Finding> LabelSeeker::Seek() {
     }
     Finding finding = Label(at, *text, side);
     if (supportColumn_ && SupportOf(at) == u"no") finding.For.Unsupported = true;
-    finding.Settled =
-        asRest && (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
+    finding.Settled = asRest && !finding.What.LeadsLabel &&
+                      (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
     if (!finding.Settled) finding.Doubt = "which label belongs to which code is not certain";
     findings[pieces_[at].Code] = std::move(finding);
   }

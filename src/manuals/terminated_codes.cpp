@@ -203,7 +203,8 @@ Span TextBefore(const ManualPage& page, Span region) {
   // "ka 01 01" where its cell begins.
   const bool values = !single && first > 0 && tokens[first].From - tokens[first - 1].To == 1 &&
                       All(page.At(tokens[first]), IsDigit);
-  const bool cell = first == 1 || (first > 1 && tokens[first - 1].From - tokens[first - 2].To > 1);
+  const bool led = first > 1 && line[tokens[first - 2].To - 1] == u':';
+  const bool cell = first == 1 || led || (first > 1 && tokens[first - 1].From - tokens[first - 2].To > 1);
   if (values && cell && word(first - 1) && tokens[first - 1].To - tokens[first - 1].From <= 3) --first;
   return {region.Line, tokens[first].From, region.To};
 }
