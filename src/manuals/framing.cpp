@@ -31,12 +31,22 @@ std::map<std::uint8_t, int> NamedControls(const ManualPage& page) {
   return named;
 }
 
+// What a line says of answers is not said of commands.
+bool SpeaksOfAnswers(Text folded) {
+  return Says(folded, {u"respon", u"repl", u"answer", u"antwort", u"reponse", u"respuesta", u"rispost",
+                       u"acknowl", u"sends back", u"notif", u"返回", u"应答", u"回答"});
+}
+
 bool LineFeedFollows(Text folded) {
-  for (const Text pair :
-       {Text(u"cr+lf"), Text(u"crlf"), Text(u"cr lf"), Text(u"<cr><lf>"), Text(u"[cr][lf]"), Text(u"cr/lf"),
-        Text(u"cr, lf"), Text(u"cr + lf"), Text(u"cr and lf"), Text(u"line feed"), Text(u"0dh 0ah"),
-        Text(u"0d 0a"), Text(u"0x0d 0x0a"), Text(u"\\r\\n"), Text(u"0x0d, 0x0a")}) {
-    if (folded.find(pair) != Text::npos) return true;
+  std::size_t from = 0;
+  while (from < folded.size()) {
+    const std::size_t end = std::min(folded.find(u'\n', from), folded.size());
+    const Text line = folded.substr(from, end - from);
+    from = end + 1;
+    const bool pair = Says(
+        line, {u"cr+lf", u"crlf", u"cr lf", u"<cr><lf>", u"[cr][lf]", u"cr/lf", u"cr, lf", u"cr + lf",
+               u"cr and lf", u"line feed", u"0dh 0ah", u"0d 0a", u"0x0d 0x0a", u"\\r\\n", u"0x0d, 0x0a"});
+    if (pair && !SpeaksOfAnswers(line)) return true;
   }
   return false;
 }
