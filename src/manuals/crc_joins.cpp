@@ -123,9 +123,11 @@ class Joiner {
 
   // The places of the code that stands as often as there are heads: the column in which all codes begin.
   std::vector<std::size_t> BeginColumn(std::size_t heads) const {
-    std::map<std::vector<std::uint8_t>, std::vector<std::size_t>> same;
+    std::map<std::u16string, std::vector<std::size_t>> same;
     for (std::size_t i = 0; i < codes_.size(); ++i) {
-      if (!used_.contains(codes_[i].Begin().Line)) same[Values(codes_[i].Bytes)].push_back(i);
+      if (used_.contains(codes_[i].Begin().Line)) continue;
+      const std::vector<std::uint8_t> values = Values(codes_[i].Bytes);
+      same[{values.begin(), values.end()}].push_back(i);
     }
     for (const auto& [bytes, places] : same) {
       if (places.size() == heads) return places;

@@ -250,8 +250,9 @@ Function InContext(const Function& label, const Function& above) {
   const bool stateAlone = label.What == Subject::None && label.To != State::None;
   // "Standby", "Einschalten" below a title.
   const bool powerWord =
-      label.What == Subject::Power && label.Words == 1 && !label.NamesPower && above.To == State::None;
-  if (stateAlone || (powerWord && above.What == Subject::Blank)) {
+      label.What == Subject::Power && label.Words == 1 && !label.NamesPower && above.To == State::None &&
+      (above.What == Subject::Blank || above.What == Subject::Mute || above.What == Subject::Sound);
+  if (stateAlone || powerWord) {
     joined.What = above.What == Subject::None ? Subject::None : above.What;
     joined.Plain = label.Plain && above.Plain;
     // A shutter that is closed makes the picture dark.

@@ -33,23 +33,25 @@ constexpr WordList kVocabulary[] = {
      u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
-     u"on|ein|an|marche|encendido|activado|activada|activee|attivata|ativado|activar|acceso|ligado|activer|"
+     u"on|ein|an|marche|activado|activada|activee|attivata|ativado|activar|activer|"
      u"active|"
      u"enable|enabled|enables|start|starts|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
     {Word::Off,
-     u"off|aus|arret|apagado|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|"
-     u"desactivar|spento|desligado|eteint|"
+     u"off|aus|arret|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|"
+     u"desactivar|eteint|"
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
-     u"poweron|turn it on|turns it on|switch it on|from standby|standby to on|out of standby|power "
+     u"poweron|acceso|ligado|turn it on|turns it on|switch it on|from standby|standby to on|out of "
+     u"standby|power "
      u"on|einschalten|mise en marche|mettre en "
      u"marche|mise sous tension|encender|encendido|"
      u"accensione|accendere|ligar|turn on|turns on|switch on|switches on|lamp on|开机|開機|电源开|電源入|"
      u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|allumer le "
      u"projecteur|打开电源"},
     {Word::PowerOff,
-     u"poweroff|turn it off|turns it off|switch it off|power off|ausschalten|mise en veille|mettre hors "
+     u"poweroff|spento|desligado|turn it off|turns it off|switch it off|power off|ausschalten|mise en "
+     u"veille|mettre hors "
      u"tension|spegni|eteindre|mise hors "
      u"tension|apagar|apagado|"
      u"spegnimento|spegnere|desligar|turn off|turns off|switch off|switches off|lamp off|shut down|shutdown|"

@@ -259,6 +259,14 @@ const Page kTraps[] = {
     {"a picture that is on is not dark",
      "Bild aus: 0x1B, 0x23, 0x01, 0x0D\nBild ein: 0x1B, 0x23, 0x00, 0x0D\n",
      {"5 1B 23 01 0D", "24 1B 23 00 0D"}},
+    {"a line feed that only answers have",
+     "PWN1 Power on\nPWN0 Power off\nINP1 VGA\nINP3 Video\nEach command ends with CR.\n"
+     "The projector answers OK<CR><LF>.\n",
+     {"1 50 57 4E 31 0D sure", "2 49 4E 50 31 0D sure", "4 49 4E 50 33 0D sure", "8 50 57 4E 30 0D sure"}},
+    {"a column of answers",
+     "Power on   4A 01 10 5B   4A 06 50\nPower off  4A 01 11 5C   4A 06 50\nVideo      4A 02 21 6D   4A 06 "
+     "50\n",
+     {"1 4A 01 10 5B sure", "4 4A 02 21 6D sure", "8 4A 01 11 5C sure"}},
     {"a format without commands",
      "Header B1 + EF + 03 + 06 + 00 + CRC_low + CRC_high\nSetting code low high\n",
      {}},
