@@ -81,8 +81,10 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   std::vector<Code> candidates;
   characters::AddTerminated(page, candidates);
   characters::AddParenthesised(page, candidates);
+  characters::AddCellPairs(page, candidates);
   characters::AddNamedValues(page, candidates);
   characters::AddBetweenIdeographs(page, candidates);
+  characters::AddGluedRows(page, candidates);
   characters::AddFamilies(page, candidates);
   characters::AddMarkedRows(page, candidates);
   // What was found first and what numbers have taken is not taken again.

@@ -35,6 +35,10 @@ void AddNamedValues(const ManualPage& page, std::vector<Code>& codes);
 void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes);
 // In quotation marks or behind a colon, in rows with labels.
 void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes);
+// A name and its value in cells of their own, where the page draws how they are joined.
+void AddCellPairs(const ManualPage& page, std::vector<Code>& codes);
+// A letter and two digits that have run into their labels: "C00POWER ONC01POWER OFF".
+void AddGluedRows(const ManualPage& page, std::vector<Code>& codes);
 // Tokens that look alike, three and more.
 void AddFamilies(const ManualPage& page, std::vector<Code>& codes);
 

@@ -32,35 +32,40 @@ std::vector<std::size_t> SplitBy(CheckSum check, std::span<const std::uint8_t> r
 
 }  // namespace
 
-bool IsRight(CheckSum check, std::span<const std::uint8_t> code) {
-  if (code.size() < 3) return false;
+std::uint8_t SumOf(CheckSum check, std::span<const std::uint8_t> bytes) {
   const auto sum = [&](std::size_t from) {
-    return static_cast<std::uint8_t>(
-        std::accumulate(code.begin() + static_cast<std::ptrdiff_t>(from), code.end() - 1, 0U));
+    const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(std::min(from, bytes.size()));
+    return static_cast<std::uint8_t>(std::accumulate(begin, bytes.end(), 0U));
   };
   switch (check) {
     case CheckSum::Sum:
-      return code.back() == sum(0);
+      return sum(0);
     case CheckSum::SumFromSecond:
-      return code.back() == sum(1);
+      return sum(1);
     case CheckSum::TwosComplement:
-      return code.back() == static_cast<std::uint8_t>(0U - sum(0));
+      return static_cast<std::uint8_t>(0U - sum(0));
     case CheckSum::ExclusiveOr:
-      return code.back() ==
-             std::accumulate(code.begin(), code.end() - 1, std::uint8_t{0},
+      return std::accumulate(bytes.begin(), bytes.end(), std::uint8_t{0},
                              [](std::uint8_t a, std::uint8_t b) { return static_cast<std::uint8_t>(a ^ b); });
   }
-  return false;
+  return 0;
 }
 
-std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t start) {
+bool IsRight(CheckSum check, std::span<const std::uint8_t> code) {
+  return code.size() >= 3 && code.back() == SumOf(check, code.first(code.size() - 1));
+}
+
+std::uint16_t Crc16Start(std::span<const std::uint8_t> bytes, std::uint16_t crc) {
   constexpr unsigned kPolynomial = 0xA001;
-  unsigned crc = start;
-  for (const std::uint8_t byte : bytes) {
-    crc ^= byte;
-    for (int bit = 0; bit < 8; ++bit) crc = (crc & 1U) != 0 ? (crc >> 1) ^ kPolynomial : crc >> 1;
+  unsigned start = crc;
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
+    for (int bit = 0; bit < 8; ++bit) {
+      const bool folded = (start & 0x8000U) != 0;
+      start = ((folded ? start ^ kPolynomial : start) << 1 & 0xFFFFU) | (folded ? 1U : 0U);
+    }
+    start ^= *byte;
   }
-  return static_cast<std::uint16_t>(crc);
+  return static_cast<std::uint16_t>(start);
 }
 
 std::vector<std::size_t> SplitByCheckSum(std::span<const std::uint8_t> run) {

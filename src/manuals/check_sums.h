@@ -13,8 +13,12 @@ inline constexpr CheckSum kCheckSums[] = {CheckSum::Sum, CheckSum::SumFromSecond
 
 bool IsRight(CheckSum check, std::span<const std::uint8_t> code);
 
-// CRC-16 with the polynomial A001 (reversed 8005), low byte first on the line.
-std::uint16_t Crc16(std::span<const std::uint8_t> bytes, std::uint16_t start);
+// From what a CRC-16 with the polynomial A001 (reversed 8005) must have started to become `crc` over the
+// bytes.
+std::uint16_t Crc16Start(std::span<const std::uint8_t> bytes, std::uint16_t crc);
+
+// What the last byte behind `bytes` would have to be.
+std::uint8_t SumOf(CheckSum check, std::span<const std::uint8_t> bytes);
 
 // Where a run of bytes falls apart into codes that all begin with its first byte and end with their check
 // sum: the places where codes begin. Empty where it does not.

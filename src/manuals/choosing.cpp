@@ -4,6 +4,9 @@
 #include "manuals/check_sums.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
 
 namespace qdm {
 namespace {
@@ -27,7 +30,8 @@ std::string HowRead(const Code& code) {
   std::string how = code.How == Notation::Hexadecimal ? "hexadecimal" : "characters";
   if (code.Confirmed) how = "characters and hexadecimal";
   if (code.Composed) how += ", put together";
-  if (code.Proven) how += ", check sum right";
+  if (code.Computed) how += ", check sum computed";
+  if (code.Proven && !code.Computed) how += ", check sum right";
   if (code.Repaired) how += ", letter O read as 0";
   return how;
 }
@@ -89,6 +93,10 @@ bool OfTheFamily(const Finding& best, const std::vector<Finding>& findings) {
 // Few bytes in numbers that nothing closes or repeats.
 bool TooShort(const Code& code) {
   constexpr std::size_t kShortest = 4;
+  const bool digits = std::all_of(code.Bytes.begin(), code.Bytes.end(), [](const CodeByte& byte) {
+    return byte.Value < 0x20 || (byte.Value >= '0' && byte.Value <= '9');
+  });
+  if (code.How == Notation::Characters && digits && !code.Confirmed) return true;
   return code.How == Notation::Hexadecimal && code.Bytes.size() < kShortest && !code.Confirmed &&
          !code.Composed;
 }
@@ -130,6 +138,10 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = "it could be a part of the command";
   } else if (best.What.Wrapped && !best.What.Proven && !best.What.Confirmed) {
     chosen.Doubt = "the command runs over several lines";
+  } else if (best.What.Assembled) {
+    chosen.Doubt = "it is put together from columns of the page";
+  } else if (best.What.Computed) {
+    chosen.Doubt = "its check sum is not printed but computed";
   } else if (best.What.Open) {
     chosen.Doubt = "it holds the projector's number or another value to choose";
   } else if (!OfTheFamily(best, findings)) {
@@ -191,32 +203,60 @@ void HeedStatedValues(const ManualPage& page, int on, int off, ManualReading& re
 
 namespace {
 
-// An input that has only a number on the page: its kind as the characters of its command name it.
+// An input that has only a number on the page: its kind as a word in the characters of its command names it.
 Function ByCharacters(const Finding& finding) {
-  struct Name {
-    std::string_view Letters;
-    Subject What;
-  };
-  constexpr Name kNames[] = {
-      {"RGB", Subject::Computer},  {"VGA", Subject::Computer}, {"PC", Subject::Computer},
-      {"COMP", Subject::Computer}, {"HDMI", Subject::Digital}, {"DVI", Subject::Digital},
-      {"VID", Subject::Video},     {"VED", Subject::Video},    {"SVID", Subject::SVideo}};
   Function function = finding.For;
   if (function.What != Subject::Input || function.Number == 0) return function;
-  std::string characters;
+  std::u16string characters;
   for (const CodeByte& byte : finding.What.Bytes) {
-    if (byte.Value > 0x20 && byte.Value < 0x7F) characters += static_cast<char>(byte.Value);
+    const bool printed = byte.Value > 0x20 && byte.Value < 0x7F;
+    characters += printed ? static_cast<char16_t>(byte.Value) : u' ';
   }
-  for (const Name& name : kNames) {
-    if (characters.find(name.Letters) == std::string::npos) continue;
-    function.What = name.What;
+  for (std::size_t from = 0; from < characters.size(); ++from) {
+    if (!IsLetter(characters[from])) continue;
+    std::size_t to = from;
+    while (to < characters.size() && (IsWordPart(characters[to]))) ++to;
+    const std::u16string_view word = std::u16string_view(characters).substr(from, to - from);
+    Function named = ClassifyLabel(word);
+    if (!SlotOf(named)) named = ClassifyLabel(word.substr(1));  // "IRGB"
+    from = to;
+    if (!SlotOf(named) || named.To != State::None) continue;
+    function.What = named.What;
+    const char16_t last = characters[characters.find_last_not_of(u' ')];
+    function.Number = last >= u'1' && last <= u'9' ? last - u'0' : 0;
     function.Plain = false;
     ++function.Unknown;
-    const char last = characters.back();
-    if (last >= '1' && last <= '9') function.Number = last - '0';
     break;
   }
   return function;
+}
+
+// "Input 2 (Video)", "Input 4 (Video)": inputs that only their sockets number are counted within their kind.
+void CountChannels(std::vector<Finding>& findings) {
+  std::map<Subject, std::set<int>> channels;
+  for (const Finding& finding : findings) {
+    if (finding.For.Channel > 0 && finding.For.Number == 0)
+      channels[finding.For.What].insert(finding.For.Channel);
+  }
+  for (Finding& finding : findings) {
+    if (finding.For.Channel == 0 || finding.For.Number > 0) continue;
+    const std::set<int>& known = channels[finding.For.What];
+    finding.For.Number = 1 + static_cast<int>(std::distance(known.begin(), known.find(finding.For.Channel)));
+  }
+}
+
+// "Mute picture" beside "Unmute picture" is the state that the other ends.
+void CompletePairs(std::vector<Finding>& findings) {
+  const auto has = [&](int slot) {
+    return std::any_of(findings.begin(), findings.end(),
+                       [slot](const Finding& finding) { return SlotOf(finding.For) == slot; });
+  };
+  if (!has(kBlankOffSlot) || has(kBlankOnSlot)) return;
+  for (Finding& finding : findings) {
+    if (finding.For.What != Subject::Blank || finding.For.To != State::None || finding.For.Both) continue;
+    finding.For.To = State::On;
+    finding.For.Plain = false;
+  }
 }
 
 // Where most codes end with their check sum, one that does not is misprinted or only a part.
@@ -246,6 +286,33 @@ void HeedCheckSums(std::vector<Finding>& findings) {
   }
 }
 
+// Pairs of digits alone on a page that speaks of decimal numbers.
+void DoubtDecimals(const ManualPage& page, std::vector<Finding>& findings) {
+  bool decimal = false;
+  for (const std::u16string_view word : {u"decimal", u"dezimal", u"十进制"}) {
+    for (std::size_t at = page.Folded.find(word); at != std::u16string::npos;
+         at = page.Folded.find(word, at + 1)) {
+      const std::u16string_view before = std::u16string_view(page.Folded).substr(at < 4 ? 0 : at - 4, 4);
+      decimal |= before.find(u"hexa") == std::u16string_view::npos;
+    }
+  }
+  if (!decimal) return;
+  const bool alone = page.Folded.find(u"hex") == std::u16string::npos;
+  const auto decimalDigits = [](const Finding& finding) {
+    return std::all_of(finding.What.Bytes.begin(), finding.What.Bytes.end(),
+                       [](const CodeByte& byte) { return byte.Value < 0x9A && (byte.Value & 0x0F) < 10; });
+  };
+  for (Finding& finding : findings) {
+    if (finding.What.How != Notation::Hexadecimal || finding.What.Marked || !decimalDigits(finding)) continue;
+    for (CodeByte& byte : finding.What.Bytes) {
+      const int digits = (byte.Value >> 4) * 10 + (byte.Value & 0x0F);
+      if (alone) byte.Value = static_cast<std::uint8_t>(digits);
+    }
+    finding.Settled = false;
+    finding.Doubt = alone ? "the numbers are read as decimal" : "the numbers could be decimal";
+  }
+}
+
 // Many numbers without a label: the page is torn, and what has a label may be a part only.
 void DoubtTornPages(std::vector<Finding>& findings) {
   std::size_t labelled = 0;
@@ -268,8 +335,11 @@ void DoubtTornPages(std::vector<Finding>& findings) {
 
 void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, ManualReading& reading) {
   for (Finding& finding : findings) finding.For = ByCharacters(finding);
+  CountChannels(findings);
+  CompletePairs(findings);
   DoubtTornPages(findings);
   HeedCheckSums(findings);
+  DoubtDecimals(page, findings);
   for (const Finding& finding : findings) {
     ManualCommand command;
     command.Function = TextOf(page, finding.Label);

@@ -36,6 +36,9 @@ struct Code {
   bool Confirmed = false;           // characters and numbers side by side say the same
   bool Composed = false;            // put together from several places of the page
   bool Proven = false;              // by its check sum
+  bool LeadsLabel = false;          // its label has run into it from the right
+  bool Assembled = false;           // of columns that only their check sums join
+  bool Computed = false;            // its check sum is not printed, only how it is made
 
   const Span& Begin() const { return Where.front(); }
   const Span& End() const { return Where.back(); }
@@ -62,6 +65,9 @@ std::vector<Code> FindNumberCodes(const ManualPage& page);
 // code stay as they are.
 void JoinVertical(const ManualPage& page, std::vector<Code>& codes);
 
+// Heads that end with the CRC of bytes elsewhere on the page are joined with them.
+void JoinByCrc(const ManualPage& page, std::vector<Code>& codes);
+
 // The rest of a code that has run over its line is joined to it.
 void JoinWrapped(const ManualPage& page, std::vector<Code>& codes);
 
@@ -74,6 +80,9 @@ void CutNeighbours(std::vector<Code>& codes);
 // Commands that are written as characters: before a printed terminator, in parentheses, in quotation marks,
 // or as members of a family of like tokens.
 std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<Code>& numbers);
+
+// Check sums that the page only names are computed where it says how or where other codes show it.
+void CompleteCheckSums(const ManualPage& page, std::vector<Code>& codes);
 
 // "XX" in a command stands for the projector's number: 00 where the page says that it reaches all.
 void ResolveAddress(const ManualPage& page, Code& code);

@@ -1,5 +1,7 @@
 #include "manuals/framing.h"
 
+#include "manuals/drawn_form.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -29,12 +31,22 @@ std::map<std::uint8_t, int> NamedControls(const ManualPage& page) {
   return named;
 }
 
+// What a line says of answers is not said of commands.
+bool SpeaksOfAnswers(Text folded) {
+  return Says(folded, {u"respon", u"repl", u"answer", u"antwort", u"reponse", u"respuesta", u"rispost",
+                       u"acknowl", u"sends back", u"notif", u"返回", u"应答", u"回答"});
+}
+
 bool LineFeedFollows(Text folded) {
-  for (const Text pair :
-       {Text(u"cr+lf"), Text(u"crlf"), Text(u"cr lf"), Text(u"<cr><lf>"), Text(u"[cr][lf]"), Text(u"cr/lf"),
-        Text(u"cr, lf"), Text(u"cr + lf"), Text(u"cr and lf"), Text(u"line feed"), Text(u"0dh 0ah"),
-        Text(u"0d 0a"), Text(u"0x0d 0x0a"), Text(u"\\r\\n"), Text(u"0x0d, 0x0a")}) {
-    if (folded.find(pair) != Text::npos) return true;
+  std::size_t from = 0;
+  while (from < folded.size()) {
+    const std::size_t end = std::min(folded.find(u'\n', from), folded.size());
+    const Text line = folded.substr(from, end - from);
+    from = end + 1;
+    const bool pair = Says(
+        line, {u"cr+lf", u"crlf", u"cr lf", u"<cr><lf>", u"[cr][lf]", u"cr/lf", u"cr, lf", u"cr + lf",
+               u"cr and lf", u"line feed", u"0dh 0ah", u"0d 0a", u"0x0d 0x0a", u"\\r\\n", u"0x0d, 0x0a"});
+    if (pair && !SpeaksOfAnswers(line)) return true;
   }
   return false;
 }
@@ -130,7 +142,34 @@ bool OnlyCharacters(const Code& code) {
                      [](const CodeByte& byte) { return byte.Value >= 0x20 && byte.Value < 0x7F; });
 }
 
+// Codes that fill the places of a form that the page draws; nothing where codes are printed whole.
+bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
+  const auto form = FindDrawnForm(page);
+  if (!form || form->Before.front().Kind == ByteKind::CNT) return false;
+  const auto begins = [&](const Code& code) {
+    return code.Bytes.size() >= form->Before.size() &&
+           SameValues(
+               {code.Bytes.begin(), code.Bytes.begin() + static_cast<std::ptrdiff_t>(form->Before.size())},
+               form->Before);
+  };
+  const auto whole = std::count_if(codes.begin(), codes.end(), [&](const Code& code) {
+    return begins(code) && code.Bytes.size() > form->Before.size() + form->Behind.size();
+  });
+  if (static_cast<std::size_t>(whole) * 3 > codes.size()) return false;
+  const bool characters = std::any_of(form->Before.begin(), form->Before.end(),
+                                      [](const CodeByte& byte) { return byte.Kind == ByteKind::ASC; });
+  for (Code& code : codes) {
+    const bool ofForm = characters == (code.How == Notation::Characters);
+    if (!ofForm || begins(code) || code.Broken) continue;
+    Put({form->Before, form->Behind, false}, code);
+    code.Broken = std::any_of(code.Bytes.begin(), code.Bytes.end(),
+                              [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
+  }
+  return true;
+}
+
 void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
+  if (PutDrawnForm(page, codes)) return;
   const Frame examples = FrameOfExamples(codes);
   const Frame text = FrameOfText(page);
   const bool bare = std::all_of(codes.begin(), codes.end(), [](const Code& code) {

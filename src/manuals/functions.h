@@ -46,11 +46,13 @@ enum class State { None, On, Off, Up, Down, Open, Close };
 struct Function {
   Subject What = Subject::None;
   State To = State::None;
-  int Number = 0;         // of an input; 0 when there is none
-  bool Plain = false;     // no word in the label that could mean something else
-  bool Confirms = false;  // asks before it switches off
-  bool AtOnce = false;    // switches off without asking
-  bool Both = false;      // "ON/OFF": a heading, or one command that toggles
+  int Number = 0;           // of an input; 0 when there is none
+  int Channel = 0;          // "Input 2 (Video)": the number of the socket, not of its kind
+  bool Plain = false;       // no word in the label that could mean something else
+  bool Confirms = false;    // asks before it switches off
+  bool AtOnce = false;      // switches off without asking
+  bool NamesPower = false;  // "Power on", not only "Einschalten"
+  bool Both = false;        // "ON/OFF": a heading, or one command that toggles
   bool Unsupported = false;
   bool DigitalSide = false;    // a computer's digital input
   bool AlsoComponent = false;  // an input that takes two kinds of signal

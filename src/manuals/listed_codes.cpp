@@ -87,6 +87,12 @@ void AddNamedValues(const ManualPage& page, std::vector<Code>& codes) {
 
 namespace {
 
+constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
+
+bool LeadBySymbol(Text token) {
+  return token.size() > 2 && kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]);
+}
+
 bool IsIdeograph(char16_t c) { return c > 0x2E80; }
 
 // "S" in front of the ideographs for video, "1" behind those for computer.
@@ -128,7 +134,8 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
       if (!Any(text, IsLetter) || text.find_first_of(u"()|\t") != Text::npos) continue;
       const Function says = ClassifyLabel(line.substr(labelFrom, from - labelFrom));
       if (!SlotOf(says) && says.What != Subject::Other) continue;
-      if (SlotOf(ClassifyLabel(text)) && ClassifyLabel(text).What != Subject::Power) continue;
+      const bool names = SlotOf(ClassifyLabel(text)) && ClassifyLabel(text).What != Subject::Power;
+      if (names && !LeadBySymbol(text)) continue;
       if (IsNoCommand(text)) continue;
       codes.push_back(TextCode(page, span));
     }
@@ -160,7 +167,8 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
     for (std::size_t at = 1; at + 1 < line.size(); ++at) {
       const bool quote = line[at] == u'"';
       const bool gap = line.substr(at, 3) == u"   ";
-      if (!quote && !gap && line[at] != u':' && line[at] != u'\t' && line[at] != u'=') continue;
+      const bool leader = line.substr(at, 4) == u"....";
+      if (!quote && !gap && !leader && line[at] != u':' && line[at] != u'\t' && line[at] != u'=') continue;
       const auto slot = SlotOf(ClassifyLabel(line.substr(0, at)));
       if (!slot || !ClassifyLabel(line.substr(0, at)).Plain) continue;
       Span span = Trim(page, {number, at + 1, line.size()});
@@ -171,8 +179,13 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
       } else if (span.From < span.To && line[span.From] == u'"') {
         continue;
       }
-      const Function says = ClassifyLabel(page.At(span));
-      if (!LooksLikeCommand(page.At(span)) || (SlotOf(says) && says.Plain)) break;
+      if (leader) {
+        while (span.From < span.To && (line[span.From] == u'.' || IsBlank(line[span.From]))) ++span.From;
+      }
+      const Text text = page.At(span);
+      const Function says = ClassifyLabel(text);
+      const bool led = leader && text.size() <= kLongestText && Any(text, IsLetter) && All(text, IsPrintable);
+      if (!led && (!LooksLikeCommand(text) || (SlotOf(says) && says.Plain))) break;
       slots.insert(*slot);
       found.push_back(TextCode(page, span));
       break;
@@ -184,13 +197,11 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
 
 namespace {
 
-constexpr Text kLeadingSymbols = u"~*#%:@&!$/=_^;";
-
 // Tokens that look alike have the same key: the first letter and the length of "C0A", the shape of "PON".
 std::u16string FamilyOf(Text token) {
-  if (token.size() < 2 || token.size() > 12 || !All(token, IsPrintable)) return {};
-  if (kLeadingSymbols.find(token[0]) != Text::npos && IsWordPart(token[1]))
-    return std::u16string(1, token[0]);
+  if (token.size() < 2 || token.size() > 20 || !All(token, IsPrintable)) return {};
+  if (LeadBySymbol(token)) return std::u16string(1, token[0]);
+  if (token.size() > 12) return {};
   const std::size_t letters = LettersOf(token) > 0 ? LettersOf(token) : (IsLower(token[0]) ? 1 : 0);
   const auto hex = [](char16_t c) {
     return IsDigit(c) || (c >= u'A' && c <= u'F') || (c >= u'a' && c <= u'f');
@@ -209,6 +220,31 @@ std::u16string FamilyOf(Text token) {
 
 bool IsCapitals(const std::u16string& family) {
   return family.size() >= 2 && family[0] == u'A' && family[1] == u'A';
+}
+// "POWR9": letters with a number.
+bool IsNumbered(const std::u16string& family) { return family.size() >= 3 && family.back() == u'9'; }
+
+using Families = std::map<std::u16string, std::set<std::u16string>>;
+
+// Few tokens of a name are a family when others of the same shape stand with them: "POWR1" with "INPT1",
+// "IR1" among "PON" and "POF".
+bool HasKin(const Families& families, const std::u16string& family) {
+  const std::set<std::u16string>& tokens = families.at(family);
+  if (!IsNumbered(family)) return false;
+  std::size_t kin = 0;
+  std::size_t names = 0;
+  for (const auto& [other, members] : families) {
+    if (!IsNumbered(other) || other.size() != family.size() || members.size() < 2) continue;
+    kin += members.size();
+    ++names;
+  }
+  constexpr std::size_t kFewest = 4;
+  if (tokens.size() >= 2 && names >= 2 && kin >= kFewest) return true;
+  const std::size_t length = tokens.begin()->size();
+  const auto capitals = families.find(std::u16string(length, u'A'));
+  const bool alike = std::all_of(tokens.begin(), tokens.end(),
+                                 [length](const std::u16string& token) { return token.size() == length; });
+  return alike && capitals != families.end() && capitals->second.size() >= kFewest;
 }
 
 // The token without the marks that a text puts round it.
@@ -232,7 +268,7 @@ struct Member {
 
 void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
   std::vector<Member> members;
-  std::map<std::u16string, std::set<std::u16string>> families;
+  Families families;
   for (std::size_t number = 0; number < page.Lines.size(); ++number) {
     const Text line = page.Lines[number];
     const std::vector<Span> tokens = TokensOf(line, number);
@@ -241,7 +277,8 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
       const Span span = Bare(page, tokens[i]);
       const Text token = page.At(span);
       std::u16string family = FamilyOf(token);
-      const bool known = family.empty() || ClassifyLabel(token).What != Subject::None || IsNoCommand(token);
+      const bool names = !LeadBySymbol(token) && ClassifyLabel(token).What != Subject::None;
+      const bool known = family.empty() || names || IsNoCommand(token);
       if (known) {
         before.clear();
         continue;
@@ -264,8 +301,40 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
   }
   for (const Member& member : members) {
     const std::size_t size = families[member.Family].size();
-    if (!member.Edge || size < (IsCapitals(member.Family) ? 4U : 3U)) continue;
+    if (!member.Edge) continue;
+    if (size < (IsCapitals(member.Family) ? 4U : 3U) && !HasKin(families, member.Family)) continue;
     codes.push_back(TextCode(page, member.Where));
+  }
+}
+
+void AddGluedRows(const ManualPage& page, std::vector<Code>& codes) {
+  constexpr std::size_t kLength = 3;
+  constexpr std::size_t kFewest = 4;
+  std::map<char16_t, std::vector<Span>> found;
+  std::map<char16_t, std::set<int>> slots;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    for (std::size_t at = 0; at + kLength < line.size(); ++at) {
+      const char16_t behind = line[at + kLength];
+      const bool code = IsUpper(line[at]) && IsDigit(line[at + 1]) && HexDigit(line[at + 2]) >= 0 &&
+                        !IsLower(line[at + 2]) && (IsUpper(behind) || behind > 0x2E80);
+      if (!code) continue;
+      found[line[at]].push_back({number, at, at + kLength});
+      constexpr std::size_t kLabel = 24;
+      const Text label = line.substr(at + kLength, kLabel);
+      std::size_t end = 0;
+      while (end < label.size() && !(IsUpper(label[end]) && label.substr(end, 1) == line.substr(at, 1) &&
+                                     end + 1 < label.size() && IsDigit(label[end + 1])))
+        ++end;
+      if (const auto slot = SlotOf(ClassifyLabel(label.substr(0, end)))) slots[line[at]].insert(*slot);
+    }
+  }
+  for (const auto& [letter, spans] : found) {
+    if (spans.size() < kFewest || slots[letter].size() < kFewest - 1) continue;
+    for (const Span& span : spans) {
+      codes.push_back(TextCode(page, span));
+      codes.back().LeadsLabel = true;
+    }
   }
 }
 

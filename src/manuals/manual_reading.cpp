@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <set>
 
 namespace qdm {
 namespace {
@@ -106,8 +108,32 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
   std::erase_if(characters, repeats);
 }
 
+// The same bytes behind code after code are what the projector answers.
+void DropAnswers(std::vector<Code>& codes) {
+  constexpr std::size_t kFewest = 3;
+  std::map<std::u16string, std::vector<std::size_t>> behind;
+  for (std::size_t i = 1; i < codes.size(); ++i) {
+    const bool sameRow = codes[i].Begin().Line == codes[i - 1].Begin().Line;
+    const bool whole = codes[i].How == Notation::Hexadecimal && codes[i - 1].How == Notation::Hexadecimal &&
+                       codes[i].Bytes.size() > 1 && codes[i - 1].Bytes.size() > codes[i].Bytes.size();
+    if (!sameRow || !whole) continue;
+    const std::vector<std::uint8_t> values = Values(codes[i].Bytes);
+    behind[{values.begin(), values.end()}].push_back(i);
+  }
+  std::set<std::size_t> answers;
+  for (const auto& [bytes, places] : behind) {
+    if (places.size() >= kFewest) answers.insert(places.begin(), places.end());
+  }
+  std::vector<Code> left;
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    if (!answers.contains(i)) left.push_back(std::move(codes[i]));
+  }
+  codes = std::move(left);
+}
+
 std::vector<Code> AllCodes(const ManualPage& page) {
   std::vector<Code> codes = FindNumberCodes(page);
+  JoinByCrc(page, codes);
   JoinWrapped(page, codes);
   SplitRuns(codes);
   CutNeighbours(codes);
@@ -127,7 +153,9 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   codes.insert(codes.end(), std::make_move_iterator(characters.begin()),
                std::make_move_iterator(characters.end()));
   std::stable_sort(codes.begin(), codes.end(), Before);
+  DropAnswers(codes);
   PutFrames(page, codes);
+  CompleteCheckSums(page, codes);
   std::erase_if(codes, [](const Code& code) {
     return code.How == Notation::Hexadecimal && code.Bytes.size() < 2 && !code.Composed;
   });

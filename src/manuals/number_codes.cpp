@@ -181,13 +181,38 @@ std::size_t PlaceholderAt(Text line, std::size_t at) {
   return end - at;
 }
 
-void Close(Run& run, std::size_t line, std::vector<Code>& codes) {
+// The next column of the table: behind a gap, with the byte that the code before it began with.
+bool BeginsAnother(Text line, std::size_t end, std::size_t next, const CodeBytes& before) {
+  constexpr std::size_t kGap = 3;
+  constexpr std::size_t kShortest = 3;
+  if (next - end < kGap || before.size() < kShortest) return false;
+  const auto number = NumberAt(line, next);
+  return number && number->Byte.Value == before.front().Value;
+}
+
+// "ka 01 01[CR]": pairs that a name right before them and a named terminator make characters.
+bool EndsCharacters(Text line, const Run& run) {
+  const CodeBytes& bytes = run.Made.Bytes;
+  if (bytes.size() < 2 || bytes.back().Kind != ByteKind::CNT || bytes.back().Value != 13) return false;
+  const bool bare = std::all_of(bytes.begin(), bytes.end() - 1,
+                                [](const CodeByte& byte) { return byte.Kind == ByteKind::HEX; });
+  const bool marked = run.Marked > 1 || (run.Marked == 1 && HexDigit(line[run.To - 1]) >= 0);
+  if (!bare || marked || run.From < 3 || line[run.From - 1] != u' ') return false;
+  std::size_t letters = 0;
+  while (letters + 1 < run.From && IsLetter(line[run.From - 2 - letters])) ++letters;
+  constexpr std::size_t kLongestName = 4;
+  const std::size_t before = run.From - 1 - letters;
+  return letters >= 2 && letters <= kLongestName && (before == 0 || line[before - 1] == u' ') &&
+         HexDigit(line[run.From]) >= 0;
+}
+
+void Close(Run& run, Text text, std::size_t line, std::vector<Code>& codes) {
   Code& code = run.Made;
   const std::size_t count = code.Bytes.size();
   const bool numbers = std::any_of(code.Bytes.begin(), code.Bytes.end(),
                                    [](const CodeByte& byte) { return byte.Kind == ByteKind::HEX; });
   const bool enough = run.Marked > 0 || count >= 2;
-  if (numbers && enough) {
+  if (numbers && enough && !EndsCharacters(text, run)) {
     code.Where = {{line, run.From, run.To}};
     code.Marked = run.Marked > 0;
     code.Framed = true;
@@ -199,6 +224,30 @@ void Close(Run& run, std::size_t line, std::vector<Code>& codes) {
 bool BeginsNumber(Text line, std::size_t at) {
   if (at == 0) return true;
   return !IsWordPart(line[at - 1]) && line[at - 1] != u'_';
+}
+
+// "XX", "nn", "**", "--": two like signs are a byte that is not printed, whatever follows.
+bool IsRepeatedPlaceholder(Text line, std::size_t at) {
+  constexpr Text kSigns = u"XxYyZzNnMm*?-_#";
+  const char16_t sign = CharAt(line, at);
+  const char16_t behind = CharAt(line, at + 2);
+  return kSigns.find(sign) != Text::npos && CharAt(line, at + 1) == sign && behind != sign &&
+         (behind == u'h' || behind == u'H' || !IsWordPart(behind));
+}
+
+// "CHK", "<CKS>", "[CS]": the name of a check sum that is not printed; where it ends.
+std::size_t SumNameEnd(Text line, std::size_t at) {
+  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK", u"CKS",
+                             u"SUM",      u"BCC",     u"FCS",    u"LRC",   u"XOR",   u"CS",  u"CK"};
+  const char16_t closing = Closing(CharAt(line, at));
+  const std::size_t from = closing == u'\0' ? at : at + 1;
+  for (const Text name : kNames) {
+    if (!StartsWithName(line, from, name, true)) continue;
+    const std::size_t end = from + name.size();
+    if (closing != u'\0') return CharAt(line, end) == closing ? end + 1 : 0;
+    return IsWordPart(CharAt(line, end)) ? 0 : end;
+  }
+  return 0;
 }
 
 // A column of characters in hexadecimal digits without blanks: "BEEF0306".
@@ -227,13 +276,13 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
         run.From = at;
         for (; at < *end; at += 2) run.Made.Bytes.push_back(PairAt(line, at)->Byte);
         run.To = at;
-        Close(run, number, codes);
+        Close(run, line, number, codes);
         continue;
       }
     }
     auto byte = ElementAt(line, at, run.Made.Bytes);
     if (!byte) {
-      Close(run, number, codes);
+      Close(run, line, number, codes);
       ++at;
       continue;
     }
@@ -244,6 +293,28 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
     if (byte->Marked) ++run.Marked;
     run.To = byte->End;
     at = NextByte(line, byte->End);
+    if (at >= line.size()) break;
+    if (BeginsAnother(line, byte->End, at, run.Made.Bytes)) {
+      Close(run, line, number, codes);
+      continue;
+    }
+    if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 3 && !run.Made.Broken) {
+      if (const std::size_t end = SumNameEnd(line, at)) {
+        run.Made.Broken = true;
+        run.Made.Bytes.push_back({0, ByteKind::VAR});
+        run.Made.Places.push_back(at);
+        run.To = end;
+        at = NextByte(line, end);
+        if (at >= line.size()) break;
+      }
+    }
+    while (run.Made.Bytes.size() >= 2 && IsRepeatedPlaceholder(line, at)) {
+      run.Made.Broken = true;
+      run.Made.Bytes.push_back({static_cast<std::uint8_t>(line[at]), ByteKind::VAR});
+      run.Made.Places.push_back(at);
+      run.To = at + 2;
+      at = NextByte(line, at + 2);
+    }
     if (at >= line.size()) break;
     if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 2) {
       if (const std::size_t length = PlaceholderAt(line, at)) {
@@ -262,10 +333,10 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
     }
     if (!ElementAt(line, at, run.Made.Bytes)) {
       at = run.To;
-      Close(run, number, codes);
+      Close(run, line, number, codes);
     }
   }
-  Close(run, number, codes);
+  Close(run, line, number, codes);
 }
 
 }  // namespace

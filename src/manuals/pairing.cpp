@@ -11,131 +11,6 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr Text kHeadings[] = {u"note",           u"notes",        u"remark",
-                              u"remarks",        u"comment",      u"comments",
-                              u"command",        u"commands",     u"function",
-                              u"functions",      u"item",         u"items",
-                              u"option",         u"code",         u"codes",
-                              u"operation",      u"data",         u"description",
-                              u"ascii",          u"hex",          u"hexadecimal",
-                              u"value",          u"control",      u"code data",
-                              u"command data",   u"names",        u"action",
-                              u"type",           u"format",       u"details",
-                              u"character",      u"transmission", u"control contents",
-                              u"ascii code",     u"hex code",     u"function description",
-                              u"funktion",       u"befehl",       u"fonction",
-                              u"commande",       u"funcion",      u"comando",
-                              u"funzione",       u"response",     u"parameter",
-                              u"selection",      u"adjustment",   u"items/status",
-                              u"classification", u"parameters",   u"return",
-                              u"return value",   u"set",          u"string",
-                              u"send",           u"key",          u"button"};
-
-constexpr std::size_t kLongestLabel = 48;
-
-bool IsHeading(Text text) {
-  std::u16string folded = FoldLetters(text);
-  const auto letter = [](char16_t c) { return IsWordPart(c) || c > 0x7F; };
-  while (!folded.empty() && !letter(folded.back())) folded.pop_back();
-  while (!folded.empty() && !letter(folded.front())) folded.erase(folded.begin());
-  return std::find(std::begin(kHeadings), std::end(kHeadings), folded) != std::end(kHeadings);
-}
-
-bool SaysSomething(Text text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](char16_t c) { return IsWordPart(c) || c > 0xBF || c == u'?'; });
-}
-
-void AddText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
-  span = Trim(page, span);
-  // A label keeps no mark that only leads over to its code.
-  const Text line = page.Lines[span.Line];
-  const auto leads = [](char16_t c) { return c == u':' || c == u'=' || c == u'.' || c == u',' || c == u'"'; };
-  while (span.To > span.From && (leads(line[span.To - 1]) || IsBlank(line[span.To - 1]))) --span.To;
-  while (span.From < span.To && (leads(line[span.From]) || IsBlank(line[span.From]))) ++span.From;
-  const Text text = page.At(span);
-  if (!SaysSomething(text)) return;
-  Piece piece;
-  piece.Where = span;
-  piece.Says = ClassifyLabel(text);
-  piece.Heading = IsHeading(text);
-  piece.Numbered = IsDigit(text[0]);
-  piece.LeadsOver = span.To < line.size() && line[span.To] == u':';
-  piece.Bracketed = span.From < line.size() && line[span.From] == u'(';
-  constexpr std::size_t kShortestSentence = 5;
-  const bool stop = span.To < line.size() && line[span.To] == u'.';
-  piece.Sentence = text.size() > kLongestLabel ||
-                   (stop && piece.Says.Words >= kShortestSentence && piece.Says.Unknown > 1);
-  pieces.push_back(piece);
-}
-
-// A long text is split where its sentences end, so that a label at its end is not lost in it.
-void AddLongText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
-  if (span.To - span.From <= kLongestLabel) return AddText(page, span, pieces);
-  const Text line = page.Lines[span.Line];
-  std::size_t from = span.From;
-  for (std::size_t at = span.From; at + 1 < span.To; ++at) {
-    const bool ends = (line[at] == u'.' || line[at] == u')' || line[at] == u';') && line[at + 1] == u' ';
-    const bool bracketLabel = line[at] == u')' && at - from < kLongestLabel;
-    if (!ends || bracketLabel) continue;
-    AddText(page, {span.Line, from, at}, pieces);
-    from = at + 1;
-  }
-  // Of what is still long, the words right before the code.
-  constexpr std::size_t kTail = 36;
-  const bool codeFollows = span.To < line.size();
-  if (codeFollows && span.To - from > kLongestLabel) {
-    std::size_t cut = line.find(u' ', span.To - kTail);
-    if (cut < span.To) {
-      AddText(page, {span.Line, from, cut}, pieces);
-      from = cut;
-    }
-  }
-  AddText(page, {span.Line, from, span.To}, pieces);
-}
-
-// Cells are split by bars, tabs and long gaps.
-void AddTexts(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
-  const Text line = page.Lines[span.Line];
-  std::size_t from = span.From;
-  for (std::size_t at = span.From; at < span.To; ++at) {
-    const bool gap = line.substr(at, 3) == u"   ";
-    if (line[at] != u'|' && line[at] != u'\t' && !gap) continue;
-    AddLongText(page, {span.Line, from, at}, pieces);
-    from = at + 1;
-  }
-  AddLongText(page, {span.Line, from, span.To}, pieces);
-}
-
-// A text that stands before code after code ("Send string") is a caption, not a label.
-void FindCaptions(const ManualPage& page, std::vector<Piece>& pieces) {
-  std::map<std::u16string, std::vector<std::size_t>> captions;
-  for (std::size_t at = 0; at + 1 < pieces.size(); ++at) {
-    const Piece& piece = pieces[at];
-    if (!piece.IsText() || pieces[at + 1].IsText() || piece.Says.What != Subject::None ||
-        piece.Says.To != State::None)
-      continue;
-    captions[FoldLetters(page.At(piece.Where))].push_back(at);
-  }
-  constexpr std::size_t kOften = 3;
-  for (const auto& [text, places] : captions) {
-    if (places.size() < kOften) continue;
-    for (const std::size_t at : places) pieces[at].Heading = true;
-  }
-}
-
-// A column of the same text again and again ("OK or ERR") is no column of labels.
-void BreakAtRepeats(const ManualPage& page, std::vector<Piece>& pieces) {
-  for (std::size_t at = 2; at < pieces.size(); ++at) {
-    const bool texts = pieces[at].IsText() && pieces[at - 1].IsText() && pieces[at - 2].IsText();
-    if (!texts || page.At(pieces[at].Where) != page.At(pieces[at - 1].Where) ||
-        page.At(pieces[at].Where) != page.At(pieces[at - 2].Where)) {
-      continue;
-    }
-    pieces[at].Sentence = pieces[at - 1].Sentence = pieces[at - 2].Sentence = true;
-  }
-}
-
 // Where the labels stand, seen from their codes.
 enum class Side { Left, Right, Above, Below };
 constexpr std::size_t kSides = 4;
@@ -163,6 +38,7 @@ class LabelSeeker {
   void CountSides();
   void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
+  std::optional<Finding> StateInRow(std::size_t at) const;
   void SpreadStackedHeadings(std::vector<Finding>& findings) const;
   bool OnRow(std::size_t code) const {
     return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
@@ -336,6 +212,10 @@ std::vector<Finding> LabelSeeker::Seek() {
   const bool cellClear = std::abs(votes_[2] - votes_[3]) >= 3;
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
+    if (auto state = StateInRow(at)) {
+      findings[pieces_[at].Code] = std::move(*state);
+      continue;
+    }
     if (auto second = SecondInRow(at)) {
       findings[pieces_[at].Code] = std::move(*second);
       continue;
@@ -346,6 +226,7 @@ std::vector<Finding> LabelSeeker::Seek() {
     const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
     if (leadsOver) ofChain = Side::Above;
     Side side = onRow ? row : ofChain.value_or(cell);
+    if (codes_[pieces_[at].Code].LeadsLabel) side = Side::Right;
     auto text = TextAt(at, side);
     bool asRest = true;
     // What stands beside it says nothing: perhaps what stands above it does.
@@ -377,8 +258,8 @@ std::vector<Finding> LabelSeeker::Seek() {
     }
     Finding finding = Label(at, *text, side);
     if (supportColumn_ && SupportOf(at) == u"no") finding.For.Unsupported = true;
-    finding.Settled =
-        asRest && (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
+    finding.Settled = asRest && !finding.What.LeadsLabel &&
+                      (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
     if (!finding.Settled) finding.Doubt = "which label belongs to which code is not certain";
     findings[pieces_[at].Code] = std::move(finding);
   }
@@ -402,6 +283,36 @@ std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
     finding.For.Number = 2;
     finding.Label.push_back(second.Where);
     finding.Doubt = "the table has a column for each input";
+    return finding;
+  }
+  return std::nullopt;
+}
+
+// "Power" with two codes below the headings "On" and "Off".
+std::optional<Finding> LabelSeeker::StateInRow(std::size_t at) const {
+  const auto code = [&](std::size_t i) { return i < pieces_.size() && !pieces_[i].IsText(); };
+  const bool second = at > 0 && code(at - 1) && SameLine(at - 1, at);
+  const std::size_t first = second ? at - 1 : at;
+  const bool pair = first > 0 && code(first + 1) && SameLine(first, first + 1) &&
+                    !(code(first + 2) && SameLine(first, first + 2));
+  if (!pair || !pieces_[first - 1].IsText() || !SameLine(first - 1, first)) return std::nullopt;
+  const Function& label = pieces_[first - 1].Says;
+  if (label.What == Subject::None || label.To != State::None) return std::nullopt;
+  constexpr std::size_t kFarthest = 60;
+  for (std::size_t back = 2; back <= kFarthest && back < first; ++back) {
+    const Piece& right = pieces_[first - back + 1];
+    const Piece& left = pieces_[first - back];
+    if (!left.IsText() || !right.IsText() || left.Where.Line != right.Where.Line) continue;
+    const auto state = [](const Piece& piece) {
+      const bool alone = piece.Says.Words == 1 && (piece.Says.To == State::On || piece.Says.To == State::Off);
+      return alone ? piece.Says.To : State::None;
+    };
+    if (state(left) == State::None || state(right) == State::None || state(left) == state(right)) continue;
+    Finding finding = Label(at, first - 1, Side::Left);
+    finding.For = label;
+    finding.For.To = state(second ? right : left);
+    finding.Label.push_back((second ? right : left).Where);
+    finding.Doubt = "the table has a column for each state";
     return finding;
   }
   return std::nullopt;
@@ -434,39 +345,6 @@ void LabelSeeker::SpreadStackedHeadings(std::vector<Finding>& findings) const {
 }
 
 }  // namespace
-
-std::vector<Piece> MakePieces(const ManualPage& page, const std::vector<Code>& codes) {
-  struct Taken {
-    Span Where;
-    std::size_t Code;
-    bool First;
-  };
-  std::vector<Taken> taken;
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    for (std::size_t j = 0; j < codes[i].Where.size(); ++j) taken.push_back({codes[i].Where[j], i, j == 0});
-  }
-  std::sort(taken.begin(), taken.end(), [](const Taken& a, const Taken& b) {
-    return std::pair(a.Where.Line, a.Where.From) < std::pair(b.Where.Line, b.Where.From);
-  });
-  std::vector<Piece> pieces;
-  auto next = taken.begin();
-  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
-    std::size_t from = 0;
-    for (; next != taken.end() && next->Where.Line == line; ++next) {
-      if (next->Where.From > from) AddTexts(page, {line, from, next->Where.From}, pieces);
-      from = std::max(from, next->Where.To);
-      if (!next->First) continue;
-      Piece piece;
-      piece.Code = next->Code;
-      piece.Where = next->Where;
-      pieces.push_back(piece);
-    }
-    if (from < page.Lines[line].size()) AddTexts(page, {line, from, page.Lines[line].size()}, pieces);
-  }
-  BreakAtRepeats(page, pieces);
-  FindCaptions(page, pieces);
-  return pieces;
-}
 
 std::vector<Finding> PairLabels(const ManualPage& page, const std::vector<Code>& codes) {
   LabelSeeker seeker(page, codes);

@@ -135,6 +135,42 @@ Span QuotedCharacters(Text line, Span region) {
   return {region.Line, count >= 2 ? from : region.To, region.To};
 }
 
+// "pw1" followed by <CR>: where the characters end when words lead over to the terminator.
+std::size_t WithoutLink(Text line, const Span& region) {
+  constexpr Text kLinks[] = {u"followed by a carriage return",
+                             u"followed by",
+                             u"and then",
+                             u"and",
+                             u"then",
+                             u"gefolgt von",
+                             u"und",
+                             u"suivi de",
+                             u"puis",
+                             u"et",
+                             u"seguido de",
+                             u"seguido por",
+                             u"y",
+                             u"seguito da",
+                             u"e",
+                             u"a",
+                             u"un"};
+  std::size_t to = region.To;
+  for (int times = 0; times < 2; ++times) {
+    const std::u16string folded = FoldLetters(line.substr(region.From, to - region.From));
+    for (const Text link : kLinks) {
+      const bool ends = folded.size() > link.size() + 1 &&
+                        Text(folded).substr(folded.size() - link.size()) == link &&
+                        folded[folded.size() - link.size() - 1] == u' ';
+      if (!ends) continue;
+      to -= link.size();
+      while (to > region.From && line[to - 1] == u' ') --to;
+      break;
+    }
+  }
+  const bool quoted = to > region.From && (line[to - 1] == u'"' || line[to - 1] == u'\'');
+  return quoted ? to : region.To;
+}
+
 // Where the text before a terminator begins, which ends at `to`: letters set apart, or a name with its value.
 Span TextBefore(const ManualPage& page, Span region) {
   const Text line = page.Lines[region.Line];
@@ -142,6 +178,7 @@ Span TextBefore(const ManualPage& page, Span region) {
   while (region.To > region.From &&
          (line[region.To - 1] == u'+' || line[region.To - 1] == u',' || line[region.To - 1] == u' '))
     --region.To;
+  region.To = WithoutLink(line, region);
   if (region.From == region.To) return region;
   const char16_t quote = line[region.To - 1];
   if (quote == u'"' || quote == u'\'') {
@@ -163,6 +200,12 @@ Span TextBefore(const ManualPage& page, Span region) {
          IsWordPart(line[tokens[first].From]) && tokens[first].From - tokens[first - 1].To == 1) {
     --first;
   }
+  // "ka 01 01" where its cell begins.
+  const bool values = !single && first > 0 && tokens[first].From - tokens[first - 1].To == 1 &&
+                      All(page.At(tokens[first]), IsDigit);
+  const bool led = first > 1 && line[tokens[first - 2].To - 1] == u':';
+  const bool cell = first == 1 || led || (first > 1 && tokens[first - 1].From - tokens[first - 2].To > 1);
+  if (values && cell && word(first - 1) && tokens[first - 1].To - tokens[first - 1].From <= 3) --first;
   return {region.Line, tokens[first].From, region.To};
 }
 

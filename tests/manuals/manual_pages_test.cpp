@@ -173,6 +173,54 @@ const Page kForms[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Forms, ManualPages, testing::ValuesIn(kForms));
 
+const Page kComposed[] = {
+    {"a check sum that is named and explained",
+     "Power on   7C 02 10 01 CHK\nPower off  7C 02 10 00 CHK\nVideo      7C 02 20 03 CHK\n"
+     "CHK is the exclusive or of all bytes before it.\n",
+     {"1 7C 02 10 01 6F", "4 7C 02 20 03 5D", "8 7C 02 10 00 6E"}},
+    {"a check sum as the other codes show it",
+     "Power on 3D 01 10 4E\nPower off 3D 01 11 4F\nVideo 3D 02 21 60\nS-Video 3D 02 22 <CKS>\n",
+     {"1 3D 01 10 4E sure", "4 3D 02 21 60 sure", "8 3D 01 11 4F sure", "23 3D 02 22 61"}},
+    {"a prefix that is drawn, name and value in cells",
+     "A command is ! + code + parameter + CR.\nPW  1  Power on\nPW  0  Power off\nIN  3  Video\n"
+     "BK  1  Blank on\n",
+     {"1 21 50 57 31 0D", "4 21 49 4E 33 0D", "5 21 42 4B 31 0D", "8 21 50 57 30 0D"}},
+    {"start and check sum that are drawn",
+     "Structure: start byte 0xE2, address 0x01, command, value, checksum\nThe checksum is the sum of all "
+     "bytes.\n0x30  0x01  Power on\n0x30  0x00  Power off\n0x31  0x02  Video\n",
+     {"1 E2 01 30 01 14", "4 E2 01 31 02 16", "8 E2 01 30 00 13"}},
+    {"a header in words",
+     "Commands begin with the header BB 00 and end with 0D.\nPower on   11 01\nPower off  11 00\nVideo      "
+     "12 03\n",
+     {"1 BB 00 11 01 0D", "4 BB 00 12 03 0D", "8 BB 00 11 00 0D"}},
+    {"heads and data torn, joined by their CRC",
+     "Power on\nA1 B2\nPower off\nA1 B2\nRGB1\nA1 B2\nVideo\nA1 B2\nS-Video\nA1 B2\nCRC\n04\nD8 36\n04\n19 "
+     "F6\n04\n28 36\n"
+     "04\nE9 F6\n04\n6A A4\nData\n01 00\n60 01\n01 00\n60 00\n01 00\n20 00\n01 00\n20 01\n01 00\n25 07\n",
+     {"1 A1 B2 04 D8 36 01 00 60 01", "2 A1 B2 04 28 36 01 00 20 00", "4 A1 B2 04 E9 F6 01 00 20 01",
+      "8 A1 B2 04 19 F6 01 00 60 00", "23 A1 B2 04 6A A4 01 00 25 07"}},
+    {"a column for each state",
+     "Function     On              Off\nPower        FE 01 01 00     FE 01 02 FF\n"
+     "Blank        FE 02 01 01     FE 02 02 00\nSound mute   FE 03 01 02     FE 03 02 01\n",
+     {"1 FE 01 01 00", "5 FE 02 01 01", "8 FE 01 02 FF", "24 FE 02 02 00"}},
+    {"codes that have run into their labels",
+     "CodeItemK00POWER ONK06VGA2\nK01POWER OFFK33Video K05VGA1\nA carriage return ends each.\n",
+     {"1 4B 30 30 0D", "2 4B 30 35 0D", "3 4B 30 36 0D", "4 4B 33 33 0D", "8 4B 30 31 0D"}},
+    {"dotted rows of plain words",
+     "power on ....... pwr on\npower off ...... pwr off\nselect video .... input video\n"
+     "A carriage return ends each line.\n",
+     {"1 70 77 72 20 6F 6E 0D sure", "4 69 6E 70 75 74 20 76 69 64 65 6F 0D sure",
+      "8 70 77 72 20 6F 66 66 0D sure"}},
+    {"names of one shape, each with few values",
+     "POWR1  Power on\nPOWR0  Power off\nINPT1  RGB 1\nINPT2  Video\nA carriage return ends each.\n",
+     {"1 50 4F 57 52 31 0D sure", "2 49 4E 50 54 31 0D sure", "4 49 4E 50 54 32 0D sure",
+      "8 50 4F 57 52 30 0D sure"}},
+    {"pairs of digits that are characters",
+     "Power\nOn\nqa 01 01[CR]\nOff\nqa 01 00[CR]\nSource\nRGB\nqb 01 02[CR]\n",
+     {"1 71 61 20 30 31 20 30 31 0D", "2 71 62 20 30 31 20 30 32 0D", "8 71 61 20 30 31 20 30 30 0D"}},
+};
+INSTANTIATE_TEST_SUITE_P(Composed, ManualPages, testing::ValuesIn(kComposed));
+
 const Page kTraps[] = {
     {"one command toggles",
      "Power On/Off 02 11 22 33\nBlank toggle 02 11 23 34\nFreeze On 02 11 24 35\n",
@@ -195,6 +243,30 @@ const Page kTraps[] = {
     {"a lost digit",
      "Power On 7E 30 31 20 3 0D\nPower Off 7E 30 31 20 30 0D\nVideo 7E 30 32 20 31 0D\n",
      {"4 7E 30 32 20 31 0D sure", "8 7E 30 31 20 30 0D sure"}},
+    {"a byte that is not printed",
+     "Power On A9 17 2E 01 XX\nPower Off A9 17 2F 01 XX\nVideo A9 17 30 00 XX 9A\n",
+     {}},
+    {"a check sum that nothing explains", "Power On A9 17 2E 01 CHK\nPower Off A9 17 2F 01 CHK\n", {}},
+    {"decimal numbers",
+     "Power on: 60,48,49,13 (decimal)\nPower off: 60,48,50,13 (decimal)\n",
+     {"1 3C 30 31 0D", "8 3C 30 32 0D"}},
+    {"a function of its own below one that is off",
+     "SHUTTER CLOSED  CF 13 01 E3\nSHUTTER OFF  CF 13 00 E2\nPOWER ON  CF 10 01 E0\n",
+     {"1 CF 10 01 E0 sure", "5 CF 13 01 E3 sure", "24 CF 13 00 E2"}},
+    {"sockets that are numbered, not their kinds",
+     "Input 1 (VGA): in 1<CR>\nInput 2 (Video): in 2<CR>\nMute picture: mu 1<CR>\nUnmute picture: mu 0<CR>\n",
+     {"2 69 6E 20 31 0D sure", "4 69 6E 20 32 0D sure", "5 6D 75 20 31 0D", "24 6D 75 20 30 0D sure"}},
+    {"a picture that is on is not dark",
+     "Bild aus: 0x1B, 0x23, 0x01, 0x0D\nBild ein: 0x1B, 0x23, 0x00, 0x0D\n",
+     {"5 1B 23 01 0D", "24 1B 23 00 0D"}},
+    {"a line feed that only answers have",
+     "PWN1 Power on\nPWN0 Power off\nINP1 VGA\nINP3 Video\nEach command ends with CR.\n"
+     "The projector answers OK<CR><LF>.\n",
+     {"1 50 57 4E 31 0D sure", "2 49 4E 50 31 0D sure", "4 49 4E 50 33 0D sure", "8 50 57 4E 30 0D sure"}},
+    {"a column of answers",
+     "Power on   4A 01 10 5B   4A 06 50\nPower off  4A 01 11 5C   4A 06 50\nVideo      4A 02 21 6D   4A 06 "
+     "50\n",
+     {"1 4A 01 10 5B sure", "4 4A 02 21 6D sure", "8 4A 01 11 5C sure"}},
     {"a format without commands",
      "Header B1 + EF + 03 + 06 + 00 + CRC_low + CRC_high\nSetting code low high\n",
      {}},
@@ -233,8 +305,9 @@ TEST(ManualReading, ReadsAMarkedPieceWithTheFrameOfThePage) {
 
 // Whatever is cut off a page, what is left is read without harm, and nothing appears that the page never had.
 TEST(ManualReading, ReadsAnyPieceOfAPage) {
-  for (const auto& pages : {std::span<const Page>(kNotations), std::span<const Page>(kCharacters),
-                            std::span<const Page>(kTornPages), std::span<const Page>(kForms)}) {
+  for (const auto& pages :
+       {std::span<const Page>(kNotations), std::span<const Page>(kCharacters),
+        std::span<const Page>(kTornPages), std::span<const Page>(kForms), std::span<const Page>(kComposed)}) {
     for (const Page& page : pages) {
       const std::u16string text = FromUtf8(page.Text);
       for (std::size_t cut = 0; cut < text.size(); cut += 7) {
