@@ -148,7 +148,7 @@ Bytes Written(std::uint16_t sum, const SumForm& form, int bits) {
   Bytes written;
   const int step = form.As == SumForm::Digits::Raw ? 8 : 4;
   for (int shift = bits - step; shift >= 0; shift -= step) {
-    const unsigned part = sum >> (form.LowFirst ? bits - step - shift : shift) & ((1U << step) - 1);
+    const unsigned part = unsigned{sum} >> (form.LowFirst ? bits - step - shift : shift) & ((1U << step) - 1);
     written.push_back(
         static_cast<std::uint8_t>(step == 8 ? part : static_cast<unsigned char>(DigitsOf(form)[part])));
   }
