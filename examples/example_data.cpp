@@ -2,6 +2,7 @@
 
 #include "config/audio_routing.h"
 #include "projectors/projector_files.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <charconv>

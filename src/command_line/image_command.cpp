@@ -3,6 +3,7 @@
 #include "command_line/record_files.h"
 #include "panels/frame.h"
 #include "panels/image_explanation.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,7 @@
 #include "command_line/json_reader.h"
 
 #include "command_line/json_writer.h"
+#include "serial_strings/serial_string.h"
 
 #include <nlohmann/json.hpp>
 

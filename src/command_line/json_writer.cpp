@@ -1,5 +1,7 @@
 #include "command_line/json_writer.h"
 
+#include "serial_strings/serial_string.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>

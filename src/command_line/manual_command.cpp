@@ -7,6 +7,7 @@
 #include "projectors/definition_setup.h"
 #include "projectors/manual_definition.h"
 #include "projectors/projector_files.h"
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "manuals/page.h"
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstdint>
 #include <optional>

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "line/line_settings.h"
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstddef>
 #include <cstdint>

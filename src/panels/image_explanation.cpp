@@ -1,6 +1,7 @@
 #include "panels/image_explanation.h"
 
 #include "panels/image_layout.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <span>

@@ -3,6 +3,7 @@
 #include "config/panel_configuration.h"
 #include "panels/image_fields.h"
 #include "panels/image_layout.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "line/speeds_and_parities.h"
 #include "projectors/projector_volume.h"
+#include "serial_strings/serial_string.h"
 
 namespace qdm {
 

@@ -1,6 +1,7 @@
 #include "projector_bench/command_pattern.h"
 
 #include "projectors/projector_volume.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,6 +2,7 @@
 
 #include "projector_bench/bench_line.h"
 #include "projector_bench/wrong_settings.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,5 +1,7 @@
 #include "projectors/definition_setup.h"
 
+#include "serial_strings/serial_string.h"
+
 #include <algorithm>
 #include <cassert>
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "line/speeds_and_parities.h"
 #include "projectors/definition_setup.h"
+#include "serial_strings/serial_string.h"
 
 #include <cstddef>
 

@@ -1,6 +1,7 @@
 #include "projectors/difference_text.h"
 
 #include "base/code_page.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <cstdint>

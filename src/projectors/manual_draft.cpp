@@ -1,5 +1,6 @@
 #include "projectors/manual_draft.h"
 
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/message.h"
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstddef>
 #include <optional>

@@ -8,7 +8,7 @@
 #include "base/fixed_text.h"
 #include "base/record_codec.h"
 #include "projectors/slots.h"
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,7 @@
 #include "serial_strings/byte_notation.h"
 
 #include "base/code_page.h"
+#include "serial_strings/serial_string.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // One byte as manuals and the display write it: "0Dh", "0x0D", "013d", "1101b", "CRc", "STX", "Variable".
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "serial_strings/command_text.h"
 
 #include "base/code_page.h"
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // as the same bytes and kinds.
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <string>
 

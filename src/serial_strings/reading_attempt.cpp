@@ -1,6 +1,7 @@
 #include "serial_strings/reading_attempt.h"
 
 #include "base/code_page.h"
+#include "serial_strings/serial_string.h"
 
 namespace qdm {
 

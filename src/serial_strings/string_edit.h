@@ -3,7 +3,7 @@
 // remembers a step.
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <array>
 #include <cstddef>

@@ -4,6 +4,7 @@
 #include "serial_strings/byte_list.h"
 #include "serial_strings/coded_text.h"
 #include "serial_strings/folded_text.h"
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parts.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 // bytes.
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstddef>
 #include <optional>

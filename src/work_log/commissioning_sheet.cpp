@@ -3,6 +3,7 @@
 #include "config/configuration_sentences.h"
 #include "line/speeds_and_parities.h"
 #include "panels/panel_image.h"
+#include "serial_strings/serial_string.h"
 #include "work_log/room_status.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 #include "projectors/projector_definition.h"
+#include "serial_strings/serial_string.h"
 #include "support/distinct_projector.h"
 #include "support/random_seed.h"
 

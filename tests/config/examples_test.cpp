@@ -7,6 +7,7 @@
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "projectors/projector_volume.h"
+#include "serial_strings/serial_string.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,6 @@
 #include "projector_bench/string_trial.h"
 
+#include "serial_strings/serial_string.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "serial_strings/typed_text.h"
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <gtest/gtest.h>
 

@@ -8,6 +8,7 @@
 #include "forms/strings/string_clipboard.h"
 #include "projectors/definition_setup.h"
 #include "projectors/projector_volume.h"
+#include "serial_strings/serial_string.h"
 #include "ui_serial_test_form.h"
 
 #include <QButtonGroup>

@@ -2,6 +2,7 @@
 
 #include "forms/manuals/slot_colours.h"
 #include "forms/strings/kind_colours.h"
+#include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
 #include <QCheckBox>

@@ -4,7 +4,7 @@
 #include "config/panel_configuration.h"
 #include "panels/panel_image.h"
 #include "projectors/projector_library.h"
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "forms/strings/byte_mode_form.h"
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -30,6 +30,7 @@
 #include <string_view>
 #include <utility>
 
+#include "serial_strings/serial_string.h"
 #include "ui_serial_editor.h"
 
 namespace qdm {

@@ -3,7 +3,7 @@
 // read in several ways the user chooses.
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "forms/strings/string_picture.h"
 
 #include "forms/strings/kind_colours.h"
+#include "serial_strings/serial_string.h"
 
 #include <QEvent>
 #include <QFontDatabase>

@@ -2,7 +2,7 @@
 // choice of a reading show. Knows where each byte stands.
 #pragma once
 
-#include "serial_strings/serial_string.h"
+#include "serial_strings/string_record.h"
 
 #include <QWidget>
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStringList>
 
+#include "serial_strings/serial_string.h"
 #include "ui_text_reading_form.h"
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 #include "forms/shared/globals.h"
 #include "serial_io/port_list.h"
 #include "serial_io/pseudo_terminal.h"
+#include "serial_strings/serial_string.h"
 #include "support/event_loop.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"

@@ -6,6 +6,7 @@
 #include "forms/strings/string_clipboard.h"
 #include "library_fixture.h"
 #include "projectors/definition_setup.h"
+#include "serial_strings/serial_string.h"
 #include "support/distinct_projector.h"
 #include "support/random_seed.h"
 #include "support/strings.h"

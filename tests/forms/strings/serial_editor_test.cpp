@@ -7,6 +7,7 @@
 #include "forms/strings/form_controlcode_form.h"
 #include "forms/strings/my_text_box.h"
 #include "forms/strings/volume_editor_form.h"
+#include "serial_strings/serial_string.h"
 #include "support/fake_prompts.h"
 #include "support/forms_events.h"
 #include "support/strings.h"
