@@ -251,6 +251,7 @@ Function InContext(const Function& label, const Function& above) {
   // "Standby", "Einschalten" below a title.
   const bool powerWord =
       label.What == Subject::Power && label.Words == 1 && !label.NamesPower && above.To == State::None &&
+      above.Unknown == 0 &&
       (above.What == Subject::Blank || above.What == Subject::Mute || above.What == Subject::Sound);
   if (stateAlone || powerWord) {
     joined.What = above.What == Subject::None ? Subject::None : above.What;

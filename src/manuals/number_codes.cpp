@@ -267,6 +267,28 @@ std::optional<std::size_t> GluedDigits(Text line, std::size_t at) {
   return end;
 }
 
+// A byte of a code that is not printed: what stands for it, 0 for a check sum.
+struct Hole {
+  std::size_t End = 0;
+  std::uint8_t Sign = 0;
+};
+
+std::optional<Hole> HoleAt(Text line, std::size_t at, const Code& code) {
+  const std::size_t count = code.Bytes.size();
+  if (count < 2 || at >= line.size()) return std::nullopt;
+  const auto sign = static_cast<std::uint8_t>(line[at]);
+  if (IsRepeatedPlaceholder(line, at)) return Hole{at + 2, sign};
+  if (ElementAt(line, at, code.Bytes)) return std::nullopt;
+  if (count > 2 && !code.Broken) {
+    if (const std::size_t end = SumNameEnd(line, at)) return Hole{end, 0};
+  }
+  const std::size_t length = PlaceholderAt(line, at);
+  if (length == 0 || IsUpper(line[at])) return std::nullopt;
+  const std::size_t next = NextByte(line, at + length);
+  const bool goesOn = next < line.size() ? NumberAt(line, next).has_value() : at + length >= line.size();
+  return goesOn ? std::optional(Hole{at + length, sign}) : std::nullopt;
+}
+
 void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
   Run run;
   std::size_t at = 0;
@@ -298,39 +320,14 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
       Close(run, line, number, codes);
       continue;
     }
-    if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 3 && !run.Made.Broken) {
-      if (const std::size_t end = SumNameEnd(line, at)) {
-        run.Made.Broken = true;
-        run.Made.Bytes.push_back({0, ByteKind::VAR});
-        run.Made.Places.push_back(at);
-        run.To = end;
-        at = NextByte(line, end);
-        if (at >= line.size()) break;
-      }
-    }
-    while (run.Made.Bytes.size() >= 2 && IsRepeatedPlaceholder(line, at)) {
+    while (const auto hole = HoleAt(line, at, run.Made)) {
       run.Made.Broken = true;
-      run.Made.Bytes.push_back({static_cast<std::uint8_t>(line[at]), ByteKind::VAR});
+      run.Made.Bytes.push_back({hole->Sign, ByteKind::VAR});
       run.Made.Places.push_back(at);
-      run.To = at + 2;
-      at = NextByte(line, at + 2);
+      run.To = hole->End;
+      at = NextByte(line, hole->End);
     }
     if (at >= line.size()) break;
-    if (!ElementAt(line, at, run.Made.Bytes) && run.Made.Bytes.size() >= 2) {
-      if (const std::size_t length = PlaceholderAt(line, at)) {
-        const std::size_t next = NextByte(line, at + length);
-        const bool goesOn =
-            next < line.size() ? NumberAt(line, next).has_value() : at + length >= line.size();
-        if (goesOn && !IsUpper(line[at])) {
-          run.Made.Broken = true;
-          run.Made.Bytes.push_back({static_cast<std::uint8_t>(line[at]), ByteKind::VAR});
-          run.Made.Places.push_back(at);
-          run.To = at + length;
-          at = next;
-          continue;
-        }
-      }
-    }
     if (!ElementAt(line, at, run.Made.Bytes)) {
       at = run.To;
       Close(run, line, number, codes);

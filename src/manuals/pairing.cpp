@@ -39,6 +39,8 @@ class LabelSeeker {
   void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
   std::optional<Finding> StateInRow(std::size_t at) const;
+  bool IsSilent(std::size_t text) const;
+  std::optional<std::size_t> TextInstead(std::size_t at, std::size_t text, Side row) const;
   void SpreadStackedHeadings(std::vector<Finding>& findings) const;
   bool OnRow(std::size_t code) const {
     return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
@@ -200,6 +202,19 @@ Finding LabelSeeker::Label(std::size_t code, std::size_t text, Side side) const 
   return finding;
 }
 
+bool LabelSeeker::IsSilent(std::size_t text) const {
+  return pieces_[text].Says.What == Subject::None && pieces_[text].Says.To == State::None;
+}
+
+// What stands beside the code says nothing: perhaps what stands on its other side or above does.
+std::optional<std::size_t> LabelSeeker::TextInstead(std::size_t at, std::size_t text, Side row) const {
+  const auto other = TextAt(at, row == Side::Left ? Side::Right : Side::Left);
+  if (other && SlotOf(pieces_[*other].Says)) return other;
+  if (text > 0 && pieces_[text - 1].IsText() && SlotOf(pieces_[text - 1].Says)) return text - 1;
+  const auto up = TextAt(at, Side::Above);
+  return up && SlotOf(pieces_[*up].Says) ? up : std::nullopt;
+}
+
 std::vector<Finding> LabelSeeker::Seek() {
   std::vector<Finding> findings(codes_.size());
   const Side row = votes_[0] >= votes_[1] ? Side::Left : Side::Right;
@@ -212,12 +227,10 @@ std::vector<Finding> LabelSeeker::Seek() {
   const bool cellClear = std::abs(votes_[2] - votes_[3]) >= 3;
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
-    if (auto state = StateInRow(at)) {
-      findings[pieces_[at].Code] = std::move(*state);
-      continue;
-    }
-    if (auto second = SecondInRow(at)) {
-      findings[pieces_[at].Code] = std::move(*second);
+    auto headed = StateInRow(at);
+    if (!headed) headed = SecondInRow(at);
+    if (headed) {
+      findings[pieces_[at].Code] = std::move(*headed);
       continue;
     }
     const bool onRow = OnRow(at);
@@ -229,21 +242,9 @@ std::vector<Finding> LabelSeeker::Seek() {
     if (codes_[pieces_[at].Code].LeadsLabel) side = Side::Right;
     auto text = TextAt(at, side);
     bool asRest = true;
-    // What stands beside it says nothing: perhaps what stands above it does.
-    const auto silent = [&](std::optional<std::size_t> t) {
-      return t && pieces_[*t].Says.What == Subject::None && pieces_[*t].Says.To == State::None;
-    };
-    if (onRow && silent(text)) {
-      const auto other = TextAt(at, row == Side::Left ? Side::Right : Side::Left);
-      const auto up = TextAt(at, Side::Above);
-      if (other && SlotOf(pieces_[*other].Says)) {
+    if (onRow && text && IsSilent(*text)) {
+      if (const auto other = TextInstead(at, *text, row)) {
         text = other;
-        asRest = false;
-      } else if (text && *text > 0 && pieces_[*text - 1].IsText() && SlotOf(pieces_[*text - 1].Says)) {
-        text = *text - 1;
-        asRest = false;
-      } else if (up && SlotOf(pieces_[*up].Says)) {
-        text = up;
         asRest = false;
       }
     }
