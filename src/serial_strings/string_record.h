@@ -1,9 +1,9 @@
-// One RS-232 command or expected reply as a record: up to 32 bytes, each with a kind that says how it was entered and is
-// shown. The value of a byte is always what is sent or compared; the kind never changes it, except that a VAR
-// byte is filled in when a volume command is built and an IGN byte of a reply matches anything. Stored form:
-// 66 bytes, `Count` little-endian, then the 32 values, then the 32 kinds. A record may come from a file and
-// hold any bits: counts outside 0..32 and kinds above 6 are kept, `BytesInUse` is the count that is safe to
-// index with. Its texts are in serial_string.h.
+// One RS-232 command or expected reply as a record: up to 32 bytes, each with a kind that says how it was
+// entered and is shown. The value of a byte is always what is sent or compared; the kind never changes it,
+// except that a VAR byte is filled in when a volume command is built and an IGN byte of a reply matches
+// anything. Stored form: 66 bytes, `Count` little-endian, then the 32 values, then the 32 kinds. A record may
+// come from a file and hold any bits: counts outside 0..32 and kinds above 6 are kept, `BytesInUse` is the
+// count that is safe to index with. Its texts are in serial_string.h.
 #pragma once
 
 #include <array>
