@@ -36,7 +36,8 @@ int Check(const CheckOptions& options, CommandContext& context) {
   }
   for (const std::string& file : options.Files) {
     try {
-      context.Out << file << ": " << WithBlanksForBreaks(Verdict(file, status)) << "\n";
+      const std::string verdict = WithBlanksForBreaks(Verdict(file, status));
+      context.Out << file << ": " << verdict << "\n";
     } catch (const FileError& error) {
       context.Err << "qdm: " << TextOf(error) << "\n";
       status = kUnusable;

@@ -31,6 +31,16 @@ TEST(Compare, PairsDefinitionsByNamesWhateverTheirOrder) {
                                                   ""));
 }
 
+TEST(Check, OfSeveralFilesTellsEachAndGoesOnBehindOneThatCannotBeRead) {
+  QdmRunner qdm;
+  const std::string good = qdm.Write("good.BVC", UsableConfiguration());
+  const std::string blank = qdm.Write("blank.BVC", PanelConfiguration());
+  const std::string refusal = blank + ": Cannot proceed, no projector has been defined!\n";
+  EXPECT_THAT(qdm.Run({"check", blank, good}), Answers(1, refusal + good + ": ok\n", ""));
+  EXPECT_THAT(qdm.Run({"check", good, qdm.Path("none.BVC"), blank}),
+              Answers(2, good + ": ok\n" + refusal, HasSubstr("none.BVC: cannot read: ")));
+}
+
 TEST(Image, ShowsTheMemoryAsDumpAndAsTable) {
   QdmRunner qdm;
   const std::string room = qdm.Write("room.BVC", UsableConfiguration());
