@@ -64,7 +64,8 @@ ProjectorPanelEditor::ProjectorPanelEditor(Globals& globals, UserPrompts& prompt
   RestoreWindow();
 }
 
-ProjectorPanelEditor::~ProjectorPanelEditor() = default;
+// The focus still moves while the base class takes the window apart.
+ProjectorPanelEditor::~ProjectorPanelEditor() { disconnect(qApp, nullptr, this, nullptr); }
 
 void ProjectorPanelEditor::SetUpToolbar() {
   auto* open = qobject_cast<QToolButton*>(ui_->Toolbar1->widgetForAction(ui_->OPEN));

@@ -105,7 +105,8 @@ ProjectorSetupForm::ProjectorSetupForm(Globals& globals, UserPrompts& prompts, S
   FitToScreen(this);
 }
 
-ProjectorSetupForm::~ProjectorSetupForm() = default;
+// The focus still moves while the base class takes the window apart.
+ProjectorSetupForm::~ProjectorSetupForm() { disconnect(qApp, nullptr, this, nullptr); }
 
 // An option's id is the value that it stands for in the record.
 void ProjectorSetupForm::MakeGroups() {

@@ -78,7 +78,11 @@ SerialEditor::SerialEditor(Globals& globals, UserPrompts& prompts, ConsoleOpener
   Form_Load();
 }
 
-SerialEditor::~SerialEditor() { disconnect(UndoStack, nullptr, this, nullptr); }
+// The focus still moves while the base class takes the window apart.
+SerialEditor::~SerialEditor() {
+  disconnect(UndoStack, nullptr, this, nullptr);
+  disconnect(qApp, nullptr, this, nullptr);
+}
 
 void SerialEditor::MakeCells() {
   for (int i = 0; i < static_cast<int>(kMaximumStringBytes); ++i) {
