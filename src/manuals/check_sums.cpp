@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <ranges>
 
 namespace qdm {
 namespace {
@@ -59,12 +58,12 @@ bool IsRight(CheckSum check, std::span<const std::uint8_t> code) {
 std::uint16_t Crc16Start(std::span<const std::uint8_t> bytes, std::uint16_t crc) {
   constexpr unsigned kPolynomial = 0xA001;
   unsigned start = crc;
-  for (const std::uint8_t byte : std::views::reverse(bytes)) {
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
     for (int bit = 0; bit < 8; ++bit) {
       const bool folded = (start & 0x8000U) != 0;
       start = ((folded ? start ^ kPolynomial : start) << 1 & 0xFFFFU) | (folded ? 1U : 0U);
     }
-    start ^= byte;
+    start ^= *byte;
   }
   return static_cast<std::uint16_t>(start);
 }
