@@ -13,6 +13,7 @@ namespace {
 
 std::vector<ManualRange> RangesOf(const ManualPage& page, const std::vector<Span>& spans) {
   std::vector<ManualRange> ranges;
+  ranges.reserve(spans.size());
   for (const Span& span : spans) ranges.push_back({page.Numbers[span.Line], span.From, span.To});
   return ranges;
 }

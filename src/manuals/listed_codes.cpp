@@ -100,7 +100,7 @@ bool IsNamePart(Text line, std::size_t labelFrom, std::size_t at) {
   std::size_t from = at;
   while (from > labelFrom && !IsIdeograph(line[from - 1])) --from;
   const Text between = line.substr(from, at - from);
-  return between.find_last_not_of(u" ") == Text::npos || between.size() <= 2;
+  return between.find_last_not_of(u' ') == Text::npos || between.size() <= 2;
 }
 
 }  // namespace

@@ -184,12 +184,9 @@ Finding LabelSeeker::Label(std::size_t code, std::size_t text, Side side) const 
     if (above.Says.What == Subject::None && above.Says.Unknown == 0) continue;
     Function context = above.Says;
     if (context.What == Subject::None && above.Says.To == State::None) {
-      if (text - back > 0 && !pieces_[text - back - 1].IsText())
-        context.What = Subject::Other;
-      else if (above.Says.Words == 0 || page_.At(above.Where).size() < 8)
-        continue;
-      else
-        context.What = Subject::Other;
+      const bool behindCode = text - back > 0 && !pieces_[text - back - 1].IsText();
+      if (!behindCode && (above.Says.Words == 0 || page_.At(above.Where).size() < 8)) continue;
+      context.What = Subject::Other;
     }
     context.Plain = true;
     const Function joined = InContext(finding.For, context);

@@ -25,7 +25,8 @@ CrcTable MakeTable(const SumMethod& method) {
   const unsigned top = 1U << (method.Bits - 1);
   const unsigned reflectedPolynomial = ReflectedBits(method.Polynomial, method.Bits);
   for (unsigned value = 0; value < table.size(); ++value) {
-    unsigned rest = method.Reflected ? value : value << (method.Bits - 8);
+    // 8 or 16 bits.
+    unsigned rest = method.Reflected || method.Bits <= 8 ? value : value << (method.Bits - 8);
     for (int bit = 0; bit < 8; ++bit) {
       if (method.Reflected) {
         rest = (rest & 1) != 0 ? rest >> 1 ^ reflectedPolynomial : rest >> 1;

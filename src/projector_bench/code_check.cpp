@@ -83,9 +83,8 @@ class Check {
 
  private:
   void Add(Slot place, CodeFault fault, const std::string& text,
-           std::optional<SerialString> corrected = std::nullopt) {
-    result_.Findings.push_back(
-        {place, fault, std::string(NameOfSlot(place)) + ": " + text, std::move(corrected)});
+           const std::optional<SerialString>& corrected = std::nullopt) {
+    result_.Findings.push_back({place, fault, std::string(NameOfSlot(place)) + ": " + text, corrected});
   }
   bool IsFlagged(Slot place) const {
     return std::any_of(result_.Findings.begin(), result_.Findings.end(),

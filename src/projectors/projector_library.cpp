@@ -92,9 +92,9 @@ void ProjectorLibrary::RememberGroupOf(const ProjectorDefinition& projector) {
   if (first) original->second = GroupOf(projector.Manufacturer, projector.Model);
 }
 
-void ProjectorLibrary::Record(std::size_t index, std::optional<ProjectorDefinition> before,
-                              std::optional<ProjectorDefinition> after) {
-  record_->push_back({index, std::move(before), std::move(after)});
+void ProjectorLibrary::Record(std::size_t index, const std::optional<ProjectorDefinition>& before,
+                              const std::optional<ProjectorDefinition>& after) {
+  record_->push_back({index, before, after});
 }
 
 void ProjectorLibrary::MarkUnchanged(const LibraryFileState& file) {

@@ -93,8 +93,8 @@ class ProjectorLibrary {
   void Index(std::size_t element) const;
   void Rebuild() const;
   void RememberGroupOf(const ProjectorDefinition& projector);
-  void Record(std::size_t index, std::optional<ProjectorDefinition> before,
-              std::optional<ProjectorDefinition> after);
+  void Record(std::size_t index, const std::optional<ProjectorDefinition>& before,
+              const std::optional<ProjectorDefinition>& after);
 
   std::vector<ProjectorDefinition> elements_;
   bool mayBeSaved_ = true;

@@ -7,7 +7,7 @@
 namespace qdm {
 
 PseudoTerminalPort::PseudoTerminalPort(std::string_view settings) {
-  SetSettings(settings);
+  PseudoTerminalPort::SetSettings(settings);
   QObject::connect(&arrived_, &QSocketNotifier::activated, &arrived_, [this] { TakeIn(); });
 }
 

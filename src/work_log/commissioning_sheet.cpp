@@ -43,8 +43,10 @@ std::string Heading(std::string_view text) { return "<h3>" + Escaped(text) + "</
 
 std::string Cells(const std::vector<std::string>& cells, const std::string& tag = "td") {
   std::string row = "<tr>";
-  for (const std::string& cell : cells) row += "<" + tag + " align=\"left\">" + cell + "</" + tag + ">";
-  return row + "</tr>\n";
+  for (const std::string& cell : cells) {
+    row.append("<").append(tag).append(" align=\"left\">").append(cell).append("</").append(tag).append(">");
+  }
+  return row += "</tr>\n";
 }
 
 std::string Table(const std::string& rows, const std::string& attributes = "") {
