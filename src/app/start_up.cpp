@@ -244,6 +244,8 @@ int RunEditor(EditorApplication& application) {
   ProjectorPanelEditor* shown = nullptr;
   const auto download = [&](QWidget* parent, const PanelConfiguration& configuration, const QString& file) {
     Download form(globals, configuration, *ports, time, prompts, parent);
+    if (const auto known = recorder.Known(configuration.ControllerType, ToPath(file), *ports))
+      form.Offer(*known);
     form.TellFinished([&](FinishedDownload finished) {
       finished.File = ToPath(file);
       recorder.Write(&form, configuration, globals.Image, finished);

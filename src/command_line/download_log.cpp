@@ -7,7 +7,6 @@
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
-#include <charconv>
 #include <ostream>
 #include <utility>
 
@@ -16,9 +15,7 @@ namespace {
 
 // "ttyUSB0" for "COM3"; empty for a port that was named by its device.
 std::string DeviceOf(const std::string& port, const SerialPorts& ports) {
-  int number = 0;
-  const std::string_view digits = std::string_view(port).substr(port.starts_with("COM") ? 3 : port.size());
-  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  const int number = PortNumberOf(port);
   return number == 0 ? std::string() : ports.DeviceName(number);
 }
 

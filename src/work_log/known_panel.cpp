@@ -1,8 +1,16 @@
 #include "work_log/known_panel.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace qdm {
+
+int PortNumberOf(std::string_view port) {
+  constexpr std::string_view kName = "COM";
+  int number = 0;
+  if (port.starts_with(kName)) std::from_chars(port.data() + kName.size(), port.data() + port.size(), number);
+  return number >= 1 && number <= kPortSlots ? number : 0;
+}
 
 std::optional<KnownPanel> KnownPanelFor(std::span<const WorkLogEntry> entries, int controllerType,
                                         const std::string& room,

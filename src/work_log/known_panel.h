@@ -20,6 +20,9 @@ struct KnownPanel {
   std::chrono::sys_seconds Answered{};
 };
 
+// 3 for "COM3"; 0 for a port that was named by its device.
+int PortNumberOf(std::string_view port);
+
 // Where a panel of that type was last, of the ports for which `present` holds: this room's own panel before
 // others. `entries` come newest first; nothing when none fits.
 std::optional<KnownPanel> KnownPanelFor(std::span<const WorkLogEntry> entries, int controllerType,

@@ -203,7 +203,7 @@ std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {
   });
 }
 
-std::vector<WorkLogEntry> WorkLog::Entries() {
+std::vector<WorkLogEntry> WorkLog::Entries(std::size_t atMost) {
   std::vector<WorkLogEntry> entries;
   if (!FileExists(file_)) return entries;
   return With("read", [&] {
@@ -213,7 +213,7 @@ std::vector<WorkLogEntry> WorkLog::Entries() {
     if (LayoutOf(database) == 0) return entries;  // its maker was killed
     DemandKnownLayout(database, file_, "read");
     Statement select(database, "SELECT number" + Table().Names + " FROM download ORDER BY number DESC");
-    while (select.Step()) {
+    while (entries.size() < atMost && select.Step()) {
       WorkLogEntry& entry = entries.emplace_back();
       entry.Number = select.Integer();
       Columns(Reader{select}, entry);

@@ -9,8 +9,10 @@
 #include "base/message.h"
 #include "work_log/work_log_entry.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -33,8 +35,8 @@ class WorkLog {
 
   // `configuration` in its stored form. `entry.Number` is given by the log and answered.
   std::int64_t Add(const WorkLogEntry& entry, ByteView configuration);
-  // Newest first; none when there is no log yet.
-  std::vector<WorkLogEntry> Entries();
+  // Newest first, all or that many of them; none when there is no log yet.
+  std::vector<WorkLogEntry> Entries(std::size_t atMost = std::numeric_limits<std::size_t>::max());
   // The configuration that was sent, in its stored form; nothing when the log has none such, or only bytes
   // that are no longer what was written.
   std::optional<Bytes> ConfigurationOf(std::int64_t number);

@@ -10,6 +10,7 @@
 #include "panels/frame.h"
 #include "ui_download_form.h"
 #include "work_log/download_record.h"
+#include "work_log/known_panel.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -30,7 +31,6 @@ namespace {
 
 constexpr int kStartDelay = 500;    // ms; lets the window be seen first
 constexpr int kPaintInterval = 34;  // ms; at most 30 pictures a second
-constexpr double kSecondsASetting = 0.5;
 
 }  // namespace
 
@@ -126,6 +126,11 @@ void Download::Form_Load() {
   Timer1->start(kStartDelay);
 }
 
+void Download::Offer(const KnownPanel& known) {
+  known_ = std::make_unique<KnownPanel>(known);
+  ShowStage(Stage::Loading);
+}
+
 void Download::Timer1_Timer() {
   Timer1->stop();
   try {
@@ -146,7 +151,7 @@ void Download::Stopper_Click() {
 }
 
 void Download::Stop_Click() {
-  if (stage_ == Stage::Searching) return Stopper_Click();
+  if (IsFinding()) return Stopper_Click();
   if (!work_->Running || !MayBeStopped()) return;
   programNext_.reset();
   RequestStop();
@@ -187,7 +192,9 @@ void Download::Option1_Click(std::size_t slot) {
 
 void Download::ProgramNow_Click(std::size_t slot) {
   programNext_ = slot;
-  Stopper_Click();
+  if (stage_ == Stage::Searching) return Stopper_Click();
+  ShowSlot(slot);
+  if (stage_ == Stage::Loading) Timer1_Timer();  // nothing to wait for
 }
 
 void Download::Identify_Click(std::size_t slot) {
@@ -263,11 +270,30 @@ void Download::Search() {
   work->Slots = AllSlots(ports_);
   workedOn_.clear();
   Waiting& time = time_;
-  ShowStage(Stage::Searching);
-  SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->StopFinding.get_token(),
-                 [self](std::size_t slot) {
-                   if (self) self->ShowSlot(slot);
-                 });
+  bool answered = false;
+  if (const std::optional<std::size_t> offered = OfferedSlot()) {
+    ShowStage(Stage::Asking);
+    const KnownPanel known = *known_;
+    answered = AskKnownPanel(work->Slots[*offered], known.Settings, configuration_.ControllerType, time);
+    if (self) known_.reset();
+    // Meant for this panel, not for whichever the search finds there.
+    if (self && !answered) programNext_.reset();
+    for (SearchSlot& slot : work->Slots) {
+      if (slot.Device.empty()) slot.State = SlotState::NoPort;
+    }
+  }
+  if (answered && self && programNext_ && !work->StopFinding.stop_requested() &&
+      !FirmwareGate(*work->Slots[*programNext_].Panel)) {
+    work->Running = false;
+    return ProgramSlot(*std::exchange(programNext_, std::nullopt), true);
+  }
+  if (!answered && self) {
+    ShowStage(Stage::Searching);
+    SearchAllPorts(work->Slots, configuration_.ControllerType, time, work->StopFinding.get_token(),
+                   [self](std::size_t slot) {
+                     if (self) self->ShowSlot(slot);
+                   });
+  }
   if (self) ShowStage(Stage::Restarting);
   const std::vector<std::size_t> failed = RestartFoundPanels(work->Slots, time, work->Stop.get_token());
   if (self) TellFailedRestarts(failed);
@@ -278,7 +304,8 @@ void Download::Search() {
   EndWork();
 }
 
-void Download::ProgramSlot(std::size_t slot) {
+// `answering`: it has just identified itself and waits, so there is nothing to connect to.
+void Download::ProgramSlot(std::size_t slot, bool answering) {
   if (work_->Running) return;
   BeginWork();
   const std::shared_ptr<Work> work = work_;
@@ -289,9 +316,11 @@ void Download::ProgramSlot(std::size_t slot) {
   Progress progress(this, workedOn_);
   const SearchSlot& panel = work->Slots[slot];
   const auto began = std::chrono::system_clock::now();
+  const std::stop_token stop = work->Stop.get_token();
   const ProgrammingResult result =
-      ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType, globals_.Image,
-                   time_, work->Stop.get_token(), progress);
+      answering ? ProgramAnsweringPanel(*panel.Port, globals_.Image, time_, stop, progress)
+                : ProgramPanel(*panel.Port, std::string(panel.Settings()), configuration_.ControllerType,
+                               globals_.Image, time_, stop, progress);
   progress.TellWhatWasHeld();
   if (!self) return;
   const ProgrammingEnd end = {result, work->Stop.stop_requested(), panel.Port->WhyClosed()};
@@ -318,17 +347,17 @@ void Download::TellFailedRestarts(const std::vector<std::size_t>& slots) {
     ports.append(CaptionOf(slot));
   }
   if (ports.isEmpty()) return;
-  if (ports.size() == 1) {
-    outcome_ = tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front());
-  } else {
-    outcome_ = tr("The panels on %1 failed to restart: switch their power off and on.")
-                   .arg(ports.join(QStringLiteral(", ")));
-  }
+  outcome_ = FailedRestarts(ports);
   Show(RestartFailure(ports.join(QLatin1Char('\n')).toStdString()));
 }
 
 void Download::Show(const Message& message) {
   if (!unattended_) prompts_.Show(this, message);
+}
+
+std::optional<std::size_t> Download::OfferedSlot() const {
+  const int number = known_ ? PortNumberOf(known_->Port) : 0;
+  return number > 0 ? std::optional(static_cast<std::size_t>(number - 1)) : std::nullopt;
 }
 
 void Download::ShowStage(Stage stage) {
@@ -341,13 +370,14 @@ void Download::ShowStage(Stage stage) {
                                                               : ui_->SearchFrame);
   if (stage == Stage::Connecting) records_ = 0;
   if (programming) ui_->Records->setValue(records_);
-  ui_->SearchBar->setVisible(stage == Stage::Searching || stage == Stage::Restarting);
-  if (stage == Stage::Restarting) ui_->SearchBar->setRange(0, 0);
+  const bool busy = stage == Stage::Asking || stage == Stage::Restarting;
+  ui_->SearchBar->setVisible(stage == Stage::Searching || busy);
+  if (busy) ui_->SearchBar->setRange(0, 0);
   ui_->CommFrame->setEnabled(!programming);
   ui_->Done->setEnabled(!programming && !closing_);
   ui_->Find->setEnabled(stage == Stage::Choice);
   ui_->Stopper->setVisible(!stoppable);
-  ui_->Stopper->setEnabled(stage == Stage::Searching && !work_->StopFinding.stop_requested());
+  ui_->Stopper->setEnabled(IsFinding() && !work_->StopFinding.stop_requested());
   ui_->Stop->setVisible(stoppable);
   ui_->Stop->setEnabled(!work_->Stop.stop_requested());
   ui_->FindPanelWindow->setEnabled(stage == Stage::Choice || stage == Stage::NoImage);
@@ -358,11 +388,7 @@ void Download::ShowStage(Stage stage) {
 
 // Beside the ports, and only once it is known which of them did not open.
 void Download::ShowPortHint() {
-  std::vector<ClosedPort> closed;
-  for (const SearchSlot& slot : work_->Slots) {
-    if (slot.Failure) closed.push_back({slot.Device, *slot.Failure});
-  }
-  const QString hint = stage_ == Stage::Choice ? HintOnClosedPorts(closed) : QString();
+  const QString hint = stage_ == Stage::Choice ? PortHintOf(work_->Slots) : QString();
   ui_->PortHint->setText(hint);
   ui_->PortHint->setVisible(!hint.isEmpty());
 }
@@ -371,7 +397,8 @@ void Download::ShowInstruction() {
   QString text;
   switch (stage_) {
     case Stage::Loading:
-      text = tr("Please Wait");
+    case Stage::Asking:
+      text = known_ ? OfferOf(*known_, CaptionOf(*OfferedSlot())) : tr("Please Wait");
       break;
     case Stage::Searching:
       text = tr("Asking every port at all line settings who is there...");
@@ -393,8 +420,7 @@ void Download::ShowInstruction() {
       text = tr("This configuration cannot be downloaded.");
       break;
   }
-  const bool stopping =
-      work_->Stop.stop_requested() || (stage_ == Stage::Searching && work_->StopFinding.stop_requested());
+  const bool stopping = work_->Stop.stop_requested() || (IsFinding() && work_->StopFinding.stop_requested());
   if (work_->Running && stopping) text = tr("Stopping...");
   for (QLabel* label : {ui_->SearchLabel, ui_->ClickSelectLabel, ui_->LinkLabel, ui_->ProgramLabel})
     label->setText(text);
@@ -402,14 +428,10 @@ void Download::ShowInstruction() {
 
 void Download::ShowSearchProgress(const SearchSlot& slot) {
   const auto index = static_cast<int>(slot.Setting - LineSettingsTable.data());
-  constexpr int kSettings = static_cast<int>(kLineSettings);
-  ui_->SearchBar->setRange(0, kSettings);
+  ui_->SearchBar->setRange(0, static_cast<int>(kLineSettings));
   if (ui_->SearchBar->value() == index && index > 0) return;
   ui_->SearchBar->setValue(index);
-  ui_->SearchBar->setFormat(tr("Line setting %1 of %2, at most %3 s left")
-                                .arg(index + 1)
-                                .arg(kSettings)
-                                .arg((kSettings - index) * kSecondsASetting, 0, 'f', 1));
+  ui_->SearchBar->setFormat(SettingsLeft(index));
 }
 
 void Download::ShowSlots() {
@@ -419,13 +441,14 @@ void Download::ShowSlots() {
 void Download::ShowSlot(std::size_t index) {
   const SearchSlot& slot = work_->Slots[index];
   PortRow& row = *rows_[index];
-  const bool searching = stage_ == Stage::Searching || stage_ == Stage::Restarting;
+  const bool searching = IsFinding() || stage_ == Stage::Restarting;
   const auto done = notes_.find(slot.Device);
   const QString why = WhyNotChoosable(slot, configuration_.ControllerType);
   const bool over = stage_ != Stage::Loading && (!searching || slot.Panel || !slot.Present());
   if (stage_ == Stage::Searching && slot.State == SlotState::Asking) ShowSearchProgress(slot);
   row.Device->ShowText(OwnName(slot.Device, static_cast<int>(index) + 1));
-  row.Label1->setText(QString::fromStdString(StatusText(slot)));
+  const bool left = slot.State == SlotState::Waiting && stage_ != Stage::Loading && !IsFinding();
+  row.Label1->setText(left ? QString() : QString::fromStdString(StatusText(slot)));
   row.Setting->setText(slot.Panel ? QString(QLatin1String(slot.Setting->Settings)) : QString());
   row.ShowNote(slot.Panel && done != notes_.end() ? done->second
                : over                             ? why
@@ -434,8 +457,8 @@ void Download::ShowSlot(std::size_t index) {
   row.Option1->setEnabled(slot.Choosable() && !searching);
   row.Option1->setAccessibleName(tr("%1, %2").arg(PortName(static_cast<int>(index) + 1), row.Label1->text()));
   row.Option1->setAccessibleDescription(row.Note->text());
-  row.ProgramNow->setVisible(stage_ == Stage::Searching && slot.Choosable());
-  row.ProgramNow->setEnabled(!work_->StopFinding.stop_requested());
+  row.ProgramNow->setVisible(OfferedSlot() == index || (stage_ == Stage::Searching && slot.Choosable()));
+  row.ProgramNow->setEnabled(!programNext_ && !work_->StopFinding.stop_requested());
   row.Identify->setVisible(stage_ == Stage::Choice && HasTwin(index));
   row.Label1->setAutoFillBackground(slot.Choosable());
   row.Label1->setBackgroundRole(QPalette::Highlight);

@@ -1,5 +1,7 @@
 // The "QDM download" window: builds the memory image, searches all 16 ports, lets the user click the panel to
 // program, and programs it. Opened modally with a configuration that has been checked.
+// A panel that the work log knows is offered at once and asked before the first search, which follows only
+// where it does not answer.
 // While something is under way, Stop and Escape end it, and closing the window ends it too: the window goes
 // away when the exchange has ended and the panel is restarted. Even a form that is deleted meanwhile leaves
 // the procedure whole: what it works on belongs to it as much as to the form.
@@ -30,6 +32,7 @@ struct Globals;
 struct PanelConfiguration;
 class PortRow;
 struct FinishedDownload;
+struct KnownPanel;
 class UserPrompts;
 
 class Download : public QDialog {
@@ -41,6 +44,8 @@ class Download : public QDialog {
            UserPrompts& prompts, QWidget* parent = nullptr);
   ~Download() override;
 
+  // To be called before the window is shown.
+  void Offer(const KnownPanel& known);
   // Told after each programming, with success or without, what happened and where.
   void TellFinished(std::function<void(const FinishedDownload&)> told) { finished_ = std::move(told); }
 
@@ -52,7 +57,7 @@ class Download : public QDialog {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  enum class Stage { Loading, Searching, Restarting, Choice, Connecting, Programming, NoImage };
+  enum class Stage { Loading, Asking, Searching, Restarting, Choice, Connecting, Programming, NoImage };
   struct Work;
   class Progress;
 
@@ -66,7 +71,7 @@ class Download : public QDialog {
   void FindPanel_Click();
 
   void Search();
-  void ProgramSlot(std::size_t slot);
+  void ProgramSlot(std::size_t slot, bool answering = false);
   void BeginWork();
   void EndWork();
   bool MayBeStopped();
@@ -81,6 +86,9 @@ class Download : public QDialog {
   void ShowSlots();
   void ShowSlot(std::size_t slot);
   void MoveFocus(std::size_t from, int direction);
+  bool IsFinding() const { return stage_ == Stage::Asking || stage_ == Stage::Searching; }
+  // Where the log knows a panel that has not been asked yet.
+  std::optional<std::size_t> OfferedSlot() const;
   bool HasTwin(std::size_t slot) const;
   QString CaptionOf(std::size_t slot) const;
 
@@ -100,6 +108,7 @@ class Download : public QDialog {
   QString outcome_;                         // what became of it
   std::map<std::string, QString> notes_;    // what was done in this window, by device
   std::optional<std::size_t> programNext_;  // once the search has ended
+  std::unique_ptr<KnownPanel> known_;       // until it has been asked
   bool closing_ = false;
   bool unattended_ = false;  // closed by the program: nobody would answer a box
   std::function<void(const FinishedDownload&)> finished_;

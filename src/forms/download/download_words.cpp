@@ -5,6 +5,7 @@
 #include "panels/frame.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QStringList>
 
 #include <algorithm>
@@ -68,12 +69,29 @@ QString NoteOf(const ProgrammingEnd& end, const QString& time) {
   return tr("Partly written: %1 of %2 records").arg(result.Records).arg(kRecords);
 }
 
+QString FailedRestarts(const QStringList& ports) {
+  return ports.size() == 1
+             ? tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front())
+             : tr("The panels on %1 failed to restart: switch their power off and on.")
+                   .arg(ports.join(QStringLiteral(", ")));
+}
+
+QString SettingsLeft(int setting) {
+  constexpr int kSettings = static_cast<int>(kLineSettings);
+  constexpr double kSecondsASetting = 0.5;
+  return tr("Line setting %1 of %2, at most %3 s left")
+      .arg(setting + 1)
+      .arg(kSettings)
+      .arg((kSettings - setting) * kSecondsASetting, 0, 'f', 1);
+}
+
 QString WhyNotChoosable(const SearchSlot& slot, int controllerType) {
   if (slot.Choosable()) return {};
   if (slot.Panel) {
     return tr("This is a %1, the configuration is for a %2.")
         .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(controllerType)));
   }
+  if (slot.State == SlotState::Waiting) return tr("Not asked: press Find to ask every port.");
   if (slot.AskedInVain()) return tr("Nobody answered at any line setting.");
   if (slot.Present()) {
     return tr("Asked at %1 of %2 line settings.").arg(slot.SettingsTried).arg(kLineSettings);
@@ -82,10 +100,24 @@ QString WhyNotChoosable(const SearchSlot& slot, int controllerType) {
   return slot.Failure ? WordsFor(*slot.Failure) : tr("It could not be opened.");
 }
 
+QString PortHintOf(const std::vector<SearchSlot>& slots) {
+  std::vector<ClosedPort> closed;
+  for (const SearchSlot& slot : slots) {
+    if (slot.Failure) closed.push_back({slot.Device, *slot.Failure});
+  }
+  return HintOnClosedPorts(closed);
+}
+
 QString ChoiceInstruction(const std::vector<SearchSlot>& slots, int controllerType) {
   const auto any = [&slots](auto which) { return std::any_of(slots.begin(), slots.end(), which); };
   const QString wanted = TypeName(PanelTypeOf(controllerType));
-  if (any([](const SearchSlot& slot) { return slot.Choosable(); })) {
+  const bool choosable = any([](const SearchSlot& slot) { return slot.Choosable(); });
+  if (choosable && any([](const SearchSlot& slot) { return slot.State == SlotState::Waiting; })) {
+    return tr(
+        "The panel answered where it did before. Click on it to program, or press Find to ask every "
+        "port.");
+  }
+  if (choosable) {
     return tr("Click on the panel to program.");
   }
   if (!any([](const SearchSlot& slot) { return slot.Present(); })) {
@@ -102,6 +134,28 @@ QString ChoiceInstruction(const std::vector<SearchSlot>& slots, int controllerTy
     return tr("No %1 was found. What answered is of another type than the configuration.").arg(wanted);
   }
   return tr("No %1 was found. Check that it has power and is connected, then press Find.").arg(wanted);
+}
+
+QString OfferOf(const KnownPanel& known, const QString& port) {
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const QString settings = QString::fromStdString(known.Settings).section(QLatin1Char(','), 0, 1);
+  return tr("%1, %2, answered %3: asking there first...").arg(port, settings, WhenText(known.Answered, now));
+}
+
+QString WhenText(std::chrono::sys_seconds then, std::chrono::sys_seconds now) {
+  const auto local = [](std::chrono::sys_seconds time) {
+    return QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count());
+  };
+  const QDateTime at = local(then);
+  const QString clock = at.toString(QStringLiteral("h:mm"));
+  switch (at.date().daysTo(local(now).date())) {
+    case 0:
+      return tr("today at %1").arg(clock);
+    case 1:
+      return tr("yesterday at %1").arg(clock);
+    default:
+      return tr("on %1").arg(at.date().toString(Qt::ISODate));
+  }
 }
 
 }  // namespace qdm

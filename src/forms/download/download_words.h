@@ -1,10 +1,12 @@
-// What the download window says about a programming that has ended, and about ports on which nothing can be
-// chosen.
+// What the download window says about a programming that has ended, about ports on which nothing can be
+// chosen, and about a panel that the work log knows.
 #pragma once
 
 #include "panels/programming.h"
+#include "work_log/known_panel.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -24,10 +26,23 @@ QString OutcomeOf(const ProgrammingEnd& end, const QString& port);
 // The same in a few words, for the row of the port; `time` is when it ended.
 QString NoteOf(const ProgrammingEnd& end, const QString& time);
 
+// After restarts that were not acknowledged; `ports` is not empty.
+QString FailedRestarts(const QStringList& ports);
+
+// While the panels are asked at that entry of the line settings.
+QString SettingsLeft(int setting);
+
 // Why the panel on this slot cannot be chosen after a search; empty when it can be, or when there is no such
 // device.
 QString WhyNotChoosable(const SearchSlot& slot, int controllerType);
+// Which groups to join for ports that did not open; empty when there are none.
+QString PortHintOf(const std::vector<SearchSlot>& slots);
 // What to do after a search.
 QString ChoiceInstruction(const std::vector<SearchSlot>& slots, int controllerType);
+
+// "COM3 (ttyUSB0), 115200,o, answered yesterday: asking there first..."
+QString OfferOf(const KnownPanel& known, const QString& port);
+// "today at 16:50", "yesterday at 9:05", "on 2026-11-12"; in the local time zone.
+QString WhenText(std::chrono::sys_seconds then, std::chrono::sys_seconds now);
 
 }  // namespace qdm

@@ -1,14 +1,35 @@
-// Writes the editor's downloads into the work log. Trouble with the log is told once, not at every download.
+// What the download window has to do with the work log: where a panel answered last, and writing down what
+// was done. Trouble with the log is told once, not at every download, and only behind it.
 #pragma once
 
+#include "base/file_access.h"
 #include "forms/shared/user_prompts.h"
+#include "line/serial_port.h"
 #include "work_log/download_record.h"
+#include "work_log/known_panel.h"
+
+#include <optional>
 
 namespace qdm {
 
 class DownloadRecorder {
  public:
   DownloadRecorder(WorkLog& log, UserPrompts& prompts) : log_(log), prompts_(prompts) {}
+
+  // Of that type, on a port that is there; `file` is empty for a configuration that was never saved.
+  std::optional<KnownPanel> Known(int controllerType, const std::filesystem::path& file,
+                                  const SerialPorts& ports) {
+    const auto present = [&ports](const std::string& port) {
+      const int number = PortNumberOf(port);
+      return number > 0 && !ports.DeviceName(number).empty();
+    };
+    try {
+      return KnownPanelFor(log_.Entries(kRecent), controllerType,
+                           file.empty() ? std::string() : RoomOfFile(file), present);
+    } catch (const FileError&) {
+      return std::nullopt;
+    }
+  }
 
   void Write(QWidget* parent, const PanelConfiguration& configuration, const PanelImage& image,
              const FinishedDownload& download) {
@@ -19,6 +40,8 @@ class DownloadRecorder {
   }
 
  private:
+  static constexpr std::size_t kRecent = 2000;  // older ones tell little, and the window must not wait
+
   WorkLog& log_;
   UserPrompts& prompts_;
   bool told_ = false;

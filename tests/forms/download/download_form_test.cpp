@@ -6,6 +6,7 @@
 #include "support/closed_ports.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
+#include "work_log/known_panel.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -73,7 +74,10 @@ struct Session {
     return Form->findChild<QLabel*>(QStringLiteral("Label1_%1").arg(slot))->text().toStdString();
   }
   std::string Text(const char* label) const { return Find<QLabel>(label)->text().toStdString(); }
-  void Click(const char* button) { QTest::mouseClick(Find(button), Qt::LeftButton); }
+  template <class Button = QPushButton>
+  void Click(const char* button) {
+    QTest::mouseClick(Find<Button>(button), Qt::LeftButton);
+  }
   void ClickOption(int slot) {
     QTest::mouseClick(Option1(slot), Qt::LeftButton, {}, QPoint(8, Option1(slot)->height() / 2));
   }
@@ -188,6 +192,44 @@ TEST(DownloadForm, ProgramsThePanelThatIsClickedOrChosenByKeys) {
             (std::vector<Message>{{kProgramed, "Done!", MessageIcon::None, "COM3 (ttyUSB1)"},
                                   {kProgramed, "Done!", MessageIcon::None, "COM1 (ttyUSB0)"}}));
   EXPECT_EQ(session.Ports.PanelAt(1)->RecordsWritten(), kRecords);
+}
+
+KnownPanel Yesterday(const char* settings) {
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  return {"COM3", settings, now - std::chrono::days(1)};
+}
+
+TEST(DownloadForm, AsksAKnownPanelFirstAndEveryPortWhereItDoesNotAnswer) {
+  for (const bool answers : {true, false}) {
+    Session session;
+    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith({1, 1, 3}, answers ? "115200,o,8,2" : "9600,n,8,2"));
+    session.Ports.AttachLine(5, "ttyS0");
+    session.Form->Offer(Yesterday("115200,o,8,2"));
+    session.Time.Plan(milliseconds(100), [&] {
+      EXPECT_THAT(session.Text("SearchLabel"), HasSubstr("COM3 (ttyUSB0), 115200,o, answered yesterday at "));
+    });
+    session.Search();
+    EXPECT_EQ(session.Time.Elapsed(), milliseconds(answers ? 500 : 16 * 500));
+    EXPECT_TRUE(session.Option1(2)->isEnabled());
+    EXPECT_EQ(session.Ports.PanelAt(3)->Restarts(), 1) << "it is not left waiting";
+    EXPECT_EQ(session.Text("Note_4"),
+              answers ? "Not asked: press Find to ask every port." : "Nobody answered at any line setting.");
+    session.Click("Find");
+    EXPECT_EQ(session.Text("Note_4"), "Nobody answered at any line setting.") << "Find asks all";
+  }
+}
+
+TEST(DownloadForm, ProgramNowOnAKnownPanelNeedsOneExchangeUntilRecordsFlow) {
+  for (const Identification who : {Identification{1, 1, 3}, Identification{2, 1, 3}}) {
+    Session session;
+    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith(who, "19200,e,8,2"));
+    session.Form->Offer(Yesterday("19200,e,8,2"));
+    session.Click<QToolButton>("ProgramNow_2");
+    const bool meant = who.Model == 1;
+    EXPECT_EQ(session.Ports.PanelAt(3)->RecordsWritten(), meant ? kRecords : 0) << "a QDM 6 is not";
+    EXPECT_EQ(session.Time.Elapsed() < milliseconds(510), meant);
+    EXPECT_EQ(session.Ports.PanelAt(3)->Restarts(), 1);
+  }
 }
 
 TEST(DownloadForm, ShowsABoxForEverythingThatIsToldAndLetsTheUserTryAgain) {
