@@ -2,6 +2,7 @@
 
 #include "config/audio_routing.h"
 #include "config/configuration_rules.h"
+#include "config/configuration_words.h"
 #include "config/panel_types.h"
 #include "line/speeds_and_parities.h"
 
@@ -19,6 +20,17 @@ std::string Number(int value) { return std::to_string(value); }
 // "1 minute", "15 minutes"
 std::string Counted(int value, const std::string& unit) {
   return Number(value) + " " + unit + (value == 1 ? "" : "s");
+}
+
+// At the beginning of a sentence: "Fifteen minutes"; digits above twenty.
+std::string CountedInWords(int value, const std::string& unit) {
+  constexpr std::array<std::string_view, 21> kNumbers = {
+      "Zero",     "One",     "Two",     "Three",     "Four",     "Five",     "Six",
+      "Seven",    "Eight",   "Nine",    "Ten",       "Eleven",   "Twelve",   "Thirteen",
+      "Fourteen", "Fifteen", "Sixteen", "Seventeen", "Eighteen", "Nineteen", "Twenty"};
+  const auto index = static_cast<std::size_t>(value);
+  if (index >= kNumbers.size()) return Counted(value, unit);
+  return std::string(kNumbers[index]) + " " + unit + (value == 1 ? "" : "s");
 }
 
 // A time whose unit is the panel's own.
@@ -122,8 +134,8 @@ std::string ControlInputSentence(const PanelConfiguration& c) {
 
 std::optional<std::string> RoomEmptySentence(const PanelConfiguration& c) {
   if (!WatchesRoom(c)) return std::nullopt;
-  return "The panel turns the projector off " + Counted(c.RoomTimeout, "minute") +
-         " after the room is empty.";
+  return CountedInWords(c.RoomTimeout, "minute") +
+         " after the room is empty the panel turns the projector off.";
 }
 
 std::optional<std::string> FrontPanelLockSentence(const PanelConfiguration& c) {
@@ -195,16 +207,16 @@ std::optional<std::string> CheckRemark(PanelConfiguration c) {
 }
 
 std::optional<std::string> LockSequenceRemark(const PanelConfiguration& c) {
-  if (c.LockUsingButtons == 0) return std::nullopt;
-  const LockButtonSet buttons = LockButtonsOf(c.ControllerType);
-  for (const std::int16_t place : c.LockSequence) {
-    const bool has = place >= 0 && static_cast<std::size_t>(place) < buttons.size() &&
-                     buttons[static_cast<std::size_t>(place)];
-    if (!has) {
-      return "The code cannot be pressed: a " + TypeName(c) + " does not have " + LockButtonName(place) + ".";
-    }
-  }
-  return std::nullopt;
+  if (c.LockUsingButtons == 0 || WhyNotUnlocked(c).empty()) return std::nullopt;
+  std::string remark = WhyNotUnlocked(c) + ".";
+  for (const std::string& warning : WarningsAbout(c)) remark += " " + warning + ".";
+  return remark;
+}
+
+std::optional<std::string> VolumeButtonsRemark(const PanelConfiguration& c) {
+  const bool used = c.OutputsOption == kOutputsScreen && c.ScreenUseVolume != 0;
+  if (!used || WhyNotPressed(kVolumeUpButton, c.ControllerType).empty()) return std::nullopt;
+  return "The volume buttons are to raise and lower the screen, but a " + TypeName(c) + " has none.";
 }
 
 // A new configuration has a threshold and a timeout, too: what differs from them was set on purpose.
@@ -296,6 +308,7 @@ Words RemarksOn(const PanelConfiguration& c) {
   Add(remarks, CheckRemark(c));
   Add(remarks, LockSequenceRemark(c));
   if (!IsAmplifier(c.ControllerType)) {
+    Add(remarks, VolumeButtonsRemark(c));
     Add(remarks, RoomSensorRemark(c));
     Add(remarks, ExternalLockRemark(c));
   }
@@ -309,11 +322,6 @@ Words RemarksOn(const PanelConfiguration& c) {
 
 ConfigurationWords InWords(const PanelConfiguration& configuration) {
   return {SentencesOf(configuration), RemarksOn(configuration)};
-}
-
-std::string LockButtonName(int place) {
-  const auto index = static_cast<std::size_t>(place);
-  return index < kLockButtonNames.size() ? std::string(kLockButtonNames[index]) : "an unknown button";
 }
 
 std::string ThresholdInVolts(int counts) {

@@ -21,9 +21,6 @@ struct ConfigurationWords {
 // UTF-8, each with its full stop.
 ConfigurationWords InWords(const PanelConfiguration& configuration);
 
-// "Volume up", "PC 1", ...; "an unknown button" for a stored value that no button has.
-std::string LockButtonName(int place);
-
 // "2.51 V": counts of 5 V / 255.
 std::string ThresholdInVolts(int counts);
 

@@ -37,11 +37,6 @@ std::string TypeName(int controllerType) {
   return type != nullptr ? std::string(type->Caption) : std::to_string(controllerType);
 }
 
-std::string ButtonName(int button) {
-  const bool named = button >= 0 && button < static_cast<int>(kLockButtons);
-  return named ? NameIn(kLockButtonNames, button) : "button " + std::to_string(button);
-}
-
 std::string AudioSources(int routing) {
   std::string sources;
   for (const ProjectorInput input : {ProjectorInput::PC1, ProjectorInput::PC2, ProjectorInput::Video}) {
@@ -61,7 +56,7 @@ constexpr struct {
     {"OutputsOption", [](int use) { return NameIn(kOutputs, use); }},
     {"ControlInputOption", [](int use) { return NameIn(kControlInputs, use); }},
     {"ControlInputActiveHigh", [](int high) { return std::string(high != 0 ? "High" : "Low"); }},
-    {"LockSequence", ButtonName},
+    {"LockSequence", LockButtonName},
     {"NoButtonPowerDown", [](int time) { return time != 0 ? std::to_string(time) : std::string("off"); }},
     {"AudioRouting", AudioSources},
 };
@@ -132,12 +127,17 @@ std::string LineOf(const DifferenceText& difference) {
   return difference.Field + ": " + difference.First + " -> " + difference.Second;
 }
 
+std::string LockButtonName(int button) {
+  const bool named = button >= 0 && button < static_cast<int>(kLockButtons);
+  return named ? NameIn(kLockButtonNames, button) : "button " + std::to_string(button);
+}
+
 std::string WhyNotPressed(int button, int controllerType) {
   const LockButtonSet has = LockButtonsOf(controllerType);
   if (button >= 0 && button < static_cast<int>(kLockButtons) && has[static_cast<std::size_t>(button)])
     return {};
   const PanelType* type = PanelTypeOf(controllerType);
-  return ButtonName(button) + ": not on " +
+  return LockButtonName(button) + ": not on " +
          (type != nullptr ? "a " + std::string(type->Caption) : "any panel");
 }
 

@@ -19,6 +19,9 @@ std::vector<DifferenceText> DifferencesInWords(const PanelConfiguration& first,
 // "Maximum volume: 300 -> 18"
 std::string LineOf(const DifferenceText& difference);
 
+// "Volume up", "PC 1", ...; "button 9" for a stored value that no button has.
+std::string LockButtonName(int button);
+
 // "Volume up: not on a QDM 4", of a step of the unlock sequence; empty when that type has the button.
 std::string WhyNotPressed(int button, int controllerType);
 

@@ -1,6 +1,7 @@
 #include "work_log/commissioning_sheet.h"
 
 #include "config/configuration_sentences.h"
+#include "config/configuration_words.h"
 #include "line/speeds_and_parities.h"
 #include "panels/panel_image.h"
 #include "serial_strings/serial_string.h"

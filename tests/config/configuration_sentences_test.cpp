@@ -121,10 +121,13 @@ TEST(ConfigurationSentences, RemarkOnWhatMakesNoSenseTogether) {
     return InWords(c).Remarks;
   };
   EXPECT_THAT(InWords(sound).Remarks, IsEmpty());
-  EXPECT_THAT(remarks([](auto& c) { c.ControllerType = kQdm4; }),
-              ElementsAre("The code cannot be pressed: a QDM 4 does not have Volume up."));
-  EXPECT_THAT(remarks([](auto& c) { c.LockSequence[3] = 6; }),
-              ElementsAre("The code cannot be pressed: a QDM 7 does not have an unknown button."));
+  EXPECT_THAT(remarks([](auto& c) {
+                c.ControllerType = kQdm4, c.ScreenUseVolume = 0, c.LockSequence[1] = kPc1Button;
+              }),
+              ElementsAre("The unlock sequence cannot be pressed on a QDM 4. First button of the unlock "
+                          "sequence: Volume up: not on a QDM 4."));
+  EXPECT_THAT(remarks([](auto& c) { c.ControllerType = kQdm4, c.LockUsingButtons = 0; }),
+              ElementsAre("The volume buttons are to raise and lower the screen, but a QDM 4 has none."));
   EXPECT_THAT(remarks([](auto& c) { c.LockSequence[3] = 6, c.LockUsingButtons = 0; }), IsEmpty());
   EXPECT_THAT(remarks([](auto& c) { c.ControlInputOption = 0, c.LockOnRoomEmpty = 0; }),
               ElementsAre("A room sensor threshold of 3.00 V is set, but the control input is disabled."));
