@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdio>
+#include <cstdlib>
 
 namespace qdm {
 
@@ -13,16 +13,22 @@ std::string_view OutcomeText(DownloadOutcome outcome) {
   return index < kTexts.size() ? kTexts[index] : "unknown";
 }
 
+// Without snprintf: long logs have many of them.
 std::string Iso8601(std::chrono::sys_seconds time) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(time - day);
-  std::array<char, 40> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()));
-  return text.data();
+  std::string text = "yyyy-mm-ddThh:mm:ssZ";
+  const auto put = [&text](std::size_t at, std::size_t digits, std::int64_t number) {
+    for (std::size_t i = digits; i-- > 0; number /= 10) text[at + i] = static_cast<char>('0' + number % 10);
+  };
+  put(0, 4, std::abs(static_cast<int>(date.year())));
+  put(5, 2, static_cast<unsigned>(date.month()));
+  put(8, 2, static_cast<unsigned>(date.day()));
+  put(11, 2, clock.hours().count());
+  put(14, 2, clock.minutes().count());
+  put(17, 2, clock.seconds().count());
+  return text;
 }
 
 }  // namespace qdm

@@ -10,13 +10,19 @@
 
 #include <QHeaderView>
 #include <QScreen>
+#include <QTimer>
 
 #include <array>
+#include <limits>
+#include <utility>
 
 namespace qdm {
 namespace {
 
 constexpr QSize kFirstSize(1000, 620);
+constexpr int kFirstEntries = 500;
+constexpr int kRestAfter = 100;  // ms: by then the window has been painted
+constexpr std::size_t kAllEntries = std::numeric_limits<std::size_t>::max();
 constexpr const char* kCsvFilter = "Comma-separated values (*.CSV)|*.CSV";
 constexpr std::array<int, WorkLogModel::kColumns> kWidthsInCharacters = {22, 28, 13, 9, 15, 11, 10, 15, 14};
 
@@ -66,24 +72,41 @@ WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationComman
 WorkLogForm::~WorkLogForm() = default;
 
 void WorkLogForm::Form_Load() {
-  try {
-    model_->SetEntries(log_.Entries());
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-  }
-  if (const auto message = log_.TakeMessage()) prompts_.Show(this, *message);
+  Read(kFirstEntries);
+  whole_ = model_->rowCount() < kFirstEntries;
+  if (!whole_) QTimer::singleShot(kRestAfter, this, &WorkLogForm::LoadRest);
   if (model_->rowCount() > 0) ui_->Entries->selectRow(0);
   ui_->Filter->setFocus();
   ShowCount();
 }
 
+void WorkLogForm::LoadRest() {
+  if (std::exchange(whole_, true)) return;
+  const int row = ui_->Entries->currentIndex().row();
+  Read(kAllEntries);
+  ui_->Entries->selectRow(row);
+  ShowCount();
+}
+
+void WorkLogForm::Read(std::size_t atMost) {
+  try {
+    model_->SetEntries(log_.Entries(atMost));
+  } catch (const FileError& error) {
+    prompts_.Show(this, SorryAbout(error));
+  }
+  if (const auto message = log_.TakeMessage()) prompts_.Show(this, *message);
+}
+
 void WorkLogForm::Filter_Change(const QString& text) {
+  LoadRest();
   model_->SetFilter(text);
   if (model_->rowCount() > 0) ui_->Entries->selectRow(0);
   ShowCount();
 }
 
-void WorkLogForm::ShowCount() { ui_->Count->setText(tr("%n download(s)", nullptr, model_->rowCount())); }
+void WorkLogForm::ShowCount() {
+  ui_->Count->setText(whole_ ? tr("%n download(s)", nullptr, model_->rowCount()) : QString());
+}
 
 const WorkLogEntry* WorkLogForm::Selected() const {
   const QModelIndexList rows = ui_->Entries->selectionModel()->selectedRows();
@@ -161,6 +184,7 @@ void WorkLogForm::SendAgain_Click() {
 }
 
 void WorkLogForm::Export_Click() {
+  LoadRest();
   const std::optional<QString> file = prompts_.SaveFile(this, kCsvFilter);
   if (!file) return;
   try {

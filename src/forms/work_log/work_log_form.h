@@ -1,5 +1,6 @@
 // The window "Work log": every download with its details, and what can be done with the configuration that
 // was sent: opened, compared with its file as it is now, sent again. File trouble is told in a box.
+// The newest downloads are there at once; the rest of a long log is read when the window has been painted.
 #pragma once
 
 #include "config/panel_configuration.h"
@@ -36,6 +37,8 @@ class WorkLogForm : public QDialog {
 
  private:
   void Form_Load();
+  void LoadRest();
+  void Read(std::size_t atMost);
   void Filter_Change(const QString& text);
   void Entries_Select();
   void OpenAsConfiguration_Click();
@@ -53,6 +56,7 @@ class WorkLogForm : public QDialog {
   UserPrompts& prompts_;
   ConfigurationCommands commands_;
   WorkLogModel* model_;
+  bool whole_ = false;  // all entries have been read
 };
 
 }  // namespace qdm

@@ -1,10 +1,13 @@
 #include "forms/work_log/work_log_model.h"
 
 #include <QDateTime>
-#include <QLocale>
+#include <QTimer>
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
+#include <string_view>
+#include <tuple>
 
 namespace qdm {
 namespace {
@@ -14,23 +17,46 @@ QString ToText(std::string_view text) {
 }
 
 // Nearly all names are plain letters, for which QString's rules are not needed.
-std::string LowerCase(std::string text) {
-  bool plain = true;
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    plain = plain && static_cast<unsigned char>(c) < 0x80;
+void AppendLowerCase(std::string& to, std::string_view text) {
+  const bool plain =
+      std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (!plain) {
+    to += ToText(text).toLower().toStdString();
+    return;
   }
-  return plain ? text : ToText(text).toLower().toStdString();
+  for (const char c : text) to += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-std::string SearchText(const WorkLogEntry& e) {
-  std::string text = Iso8601(e.Began);
-  for (const std::string& part : {e.Title, IdentificationText(e.Panel), e.Port, e.Device, e.Settings}) {
-    text.append("\n").append(part);
+// "2026-11-21 16:50" of many moments. The system is asked for its offset once a day, and always on days on
+// which that changes.
+class LocalTimes {
+ public:
+  std::string Text(std::chrono::sys_seconds time) {
+    const auto day = std::chrono::floor<std::chrono::days>(time);
+    if (day != day_) {
+      day_ = day;
+      offset_ = OffsetAt(day);
+      steady_ = OffsetAt(day + std::chrono::days(1)) == offset_;
+    }
+    std::string text = Iso8601(time + (steady_ ? offset_ : OffsetAt(time)));
+    text.resize(kMinutes);
+    text[kDate] = ' ';
+    return text;
   }
-  text.append("\n").append(OutcomeText(e.Outcome));
-  return LowerCase(text);
-}
+
+ private:
+  static constexpr std::size_t kDate = 10;     // characters of "2026-11-21"
+  static constexpr std::size_t kMinutes = 16;  // up to the seconds
+
+  static std::chrono::seconds OffsetAt(std::chrono::sys_seconds time) {
+    return std::chrono::seconds(
+        QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count()).offsetFromUtc());
+  }
+
+  std::optional<std::chrono::sys_days> day_;
+  std::chrono::seconds offset_{};
+  bool steady_ = false;
+};
 
 QString CellText(const WorkLogEntry& e, int column) {
   switch (column) {
@@ -62,7 +88,8 @@ bool Before(const WorkLogEntry& a, const WorkLogEntry& b, int column) {
     case WorkLogModel::Configuration:
       return a.Title < b.Title;
     case WorkLogModel::Panel:
-      return IdentificationText(a.Panel) < IdentificationText(b.Panel);
+      return std::tie(a.Panel.Model, a.Panel.Major, a.Panel.Minor) <
+             std::tie(b.Panel.Model, b.Panel.Major, b.Panel.Minor);
     case WorkLogModel::Port:
       return a.Port.size() != b.Port.size() ? a.Port.size() < b.Port.size() : a.Port < b.Port;
     case WorkLogModel::Settings:
@@ -88,19 +115,42 @@ QString CsvCell(QString text) {
 }  // namespace
 
 QString LocalTimeText(std::chrono::sys_seconds time) {
-  return QDateTime::fromSecsSinceEpoch(time.time_since_epoch().count())
-      .toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+  return QString::fromStdString(LocalTimes().Text(time));
 }
 
 void WorkLogModel::SetEntries(std::vector<WorkLogEntry> entries) {
   beginResetModel();
   entries_ = std::move(entries);
-  texts_.clear();
+  ends_.clear();
   order_.resize(entries_.size());
   std::iota(order_.begin(), order_.end(), 0U);
   Resort();
   Refilter();
   endResetModel();
+  // When the window has been painted, and before the first key.
+  QTimer::singleShot(0, this, &WorkLogModel::MakeTexts);
+}
+
+void WorkLogModel::MakeTexts() {
+  if (ends_.size() == entries_.size()) return;
+  LocalTimes times;
+  constexpr std::size_t kUsualText = 100;
+  texts_.clear();
+  texts_.reserve(entries_.size() * kUsualText);
+  ends_.clear();
+  ends_.reserve(entries_.size());
+  for (const WorkLogEntry& entry : entries_) {
+    texts_ += times.Text(entry.Began);
+    const std::string panel = IdentificationText(entry.Panel);
+    const std::array<std::string_view, 6> parts = {entry.Title,  panel,          entry.Port,
+                                                   entry.Device, entry.Settings, OutcomeText(entry.Outcome)};
+    for (const std::string_view part : parts) {
+      texts_ += '\n';
+      AppendLowerCase(texts_, part);
+    }
+    texts_ += '\n';
+    ends_.push_back(texts_.size());
+  }
 }
 
 void WorkLogModel::SetFilter(const QString& filter) {
@@ -114,24 +164,25 @@ void WorkLogModel::SetFilter(const QString& filter) {
   endResetModel();
 }
 
-bool WorkLogModel::Matches(std::uint32_t entry) const {
-  return std::all_of(words_.begin(), words_.end(), [&text = texts_[entry]](const std::string& word) {
-    return text.find(word) != std::string::npos;
-  });
+// By entry. A word has no line break, so it is found within one entry's part.
+std::vector<bool> WorkLogModel::Matching(const std::string& word) const {
+  std::vector<bool> matching(entries_.size(), false);
+  std::size_t entry = 0;
+  for (std::size_t at = 0; (at = texts_.find(word, at)) != std::string::npos; at = ends_[entry]) {
+    while (ends_[entry] <= at) ++entry;
+    matching[entry] = true;
+  }
+  return matching;
 }
 
 void WorkLogModel::Refilter() {
-  if (words_.empty()) {
-    shown_ = order_;
-    return;
+  shown_ = order_;
+  if (words_.empty()) return;
+  MakeTexts();
+  for (const std::string& word : words_) {
+    const std::vector<bool> matching = Matching(word);
+    std::erase_if(shown_, [&matching](std::uint32_t entry) { return !matching[entry]; });
   }
-  if (texts_.empty()) {
-    texts_.reserve(entries_.size());
-    for (const WorkLogEntry& entry : entries_) texts_.push_back(SearchText(entry));
-  }
-  shown_.clear();
-  std::copy_if(order_.begin(), order_.end(), std::back_inserter(shown_),
-               [this](std::uint32_t entry) { return Matches(entry); });
 }
 
 // Entries come newest first, and stay so among equals.

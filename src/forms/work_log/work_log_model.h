@@ -34,12 +34,14 @@ class WorkLogModel : public QAbstractTableModel {
   void sort(int column, Qt::SortOrder order) override;
 
  private:
-  bool Matches(std::uint32_t entry) const;
+  void MakeTexts();
+  std::vector<bool> Matching(const std::string& word) const;
   void Refilter();
   void Resort();
 
   std::vector<WorkLogEntry> entries_;
-  std::vector<std::string> texts_;    // what the filter looks into, in lower case; by entry
+  std::string texts_;                 // what the filter looks into, in lower case: of all entries in a row
+  std::vector<std::size_t> ends_;     // of each entry's part of it; empty before it is needed
   std::vector<std::uint32_t> order_;  // all entries as they are sorted
   std::vector<std::uint32_t> shown_;  // those of them that match
   std::vector<std::string> words_;    // of the filter
