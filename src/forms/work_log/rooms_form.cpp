@@ -32,6 +32,10 @@ QString ToText(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+std::string NameOf(const ProjectorDefinition& projector) {
+  return projector.Manufacturer.TrimmedUtf8() + " " + projector.Model.TrimmedUtf8();
+}
+
 QString TypeName(const Room& room) {
   const PanelType* type = PanelTypeOf(room.Configuration.ControllerType);
   return type != nullptr ? ToText(type->Caption) : QString();
@@ -59,7 +63,7 @@ QString CellText(const Room& room, int column) {
     case kType:
       return TypeName(room);
     case kProjector:
-      return ToText(projector.Manufacturer.TrimmedUtf8() + " " + projector.Model.TrimmedUtf8());
+      return ToText(NameOf(projector));
     case kCheck:
       return room.Status.Check ? ToText(room.Status.Check->Text) : RoomsForm::tr("ok");
     case kLastSent:
@@ -134,7 +138,7 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
 RoomsForm::~RoomsForm() { stop_.request_stop(); }
 
 void RoomsForm::Folder_Click() {
-  const std::optional<QString> file = tools_.Prompts.OpenFile(this, kConfigurationFileFilter);
+  const std::optional<QString> file = tools_.Prompts.OpenFile(this, kConfigurationFileFilter, folder_);
   if (!file) return;
   folder_ = QFileInfo(*file).absolutePath();
   tools_.Settings.setValue(kFolderKey, folder_);
@@ -167,13 +171,21 @@ void RoomsForm::ShowRooms() {
 void RoomsForm::ShowRow(int row) {
   const Room& room = rooms_[static_cast<std::size_t>(row)];
   for (int column = 0; column < kColumns; ++column) {
-    auto* cell = new QTableWidgetItem(CellText(room, column));
+    QString text = CellText(room, column);
+    if (column == kProjector && IsOutdated(static_cast<std::size_t>(row)))
+      text = tr("%1 (not as in the library)").arg(text);
+    auto* cell = new QTableWidgetItem(text);
     cell->setToolTip(cell->text());
     QFont font = cell->font();
     font.setBold(column == kState && room.IsDue());
     cell->setFont(font);
     ui_->Table->setItem(row, column, cell);
   }
+}
+
+bool RoomsForm::IsOutdated(std::size_t room) const {
+  return std::any_of(outdated_.begin(), outdated_.end(),
+                     [room](const OutdatedRoom& outdated) { return outdated.Room == room; });
 }
 
 // Selects the room that is to be programmed and names it.
@@ -195,10 +207,12 @@ void RoomsForm::ShowButtons() {
   ui_->Folder->setEnabled(!running_);
   ui_->Table->setEnabled(!running_);
   ui_->TakeDefinitions->setEnabled(!running_ && !outdated_.empty());
-  ui_->TakeDefinitions->setToolTip(outdated_.empty()
-                                       ? tr("Every room has the projector as the library has it")
-                                       : tr("%n room(s) have another version of their projector", nullptr,
-                                            static_cast<int>(outdated_.size())));
+  ui_->TakeDefinitions->setToolTip(
+      outdated_.empty()
+          ? tr("Every room has the projector as the library has it")
+          : tr("Takes the selected room's projector into all rooms that use it; %n room(s) differ "
+               "from the library",
+               nullptr, static_cast<int>(outdated_.size())));
   ui_->Records->setVisible(running_);
 }
 
@@ -264,24 +278,35 @@ void RoomsForm::Stopper_Click() {
   Say(tr("Stopping..."));
 }
 
-// The differences are shown before anything is asked.
+// One definition at a time: that of the selected room, or else the first that differs. The differences are
+// shown before anything is asked.
 void RoomsForm::TakeDefinitions_Click() {
-  QString text;
-  for (const OutdatedRoom& outdated : outdated_) {
+  const auto selected =
+      std::find_if(outdated_.begin(), outdated_.end(),
+                   [room = SelectedRoom()](const OutdatedRoom& outdated) { return outdated.Room == room; });
+  const std::size_t element = (selected != outdated_.end() ? *selected : outdated_.front()).Element;
+  const ProjectorDefinition& definition = tools_.Library[element];
+  const QString name = ToText(NameOf(definition));
+  std::vector<OutdatedRoom> rooms = outdated_;
+  std::erase_if(rooms, [element](const OutdatedRoom& room) { return room.Element != element; });
+
+  QString text = tr("What changes with the library's %1:").arg(name) + QLatin1Char('\n');
+  for (const OutdatedRoom& outdated : rooms) {
     text += ToText(rooms_[outdated.Room].Name) + QLatin1Char('\n');
     for (const std::string& change : outdated.Changes)
       text += QLatin1String("    ") + ToText(change) + QLatin1Char('\n');
   }
   ui_->Details->setPlainText(text);
   const QString question =
-      tr("Take the library's version of the projector into %n room(s)?\r\n"
-         "What changes is listed in the window.",
-         nullptr, static_cast<int>(outdated_.size()));
-  if (!tools_.Prompts.AskYesNo(this, {question.toStdString(), "Take Projectors", MessageIcon::Question}))
+      tr("Take the library's %1 into %n room(s)?\r\nWhat changes is listed in the window.", nullptr,
+         static_cast<int>(rooms.size()))
+          .arg(name);
+  if (!tools_.Prompts.AskYesNo(
+          this, {question.toStdString(), tr("Take Projector").toStdString(), MessageIcon::Question}))
     return;
-  for (const OutdatedRoom& outdated : outdated_) {
+  for (const OutdatedRoom& outdated : rooms) {
     try {
-      TakeDefinition(rooms_[outdated.Room], tools_.Library[outdated.Element]);
+      TakeDefinition(rooms_[outdated.Room], definition);
     } catch (const FileError& error) {
       tools_.Prompts.Show(this, SorryAbout(error));
     }

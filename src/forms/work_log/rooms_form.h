@@ -61,6 +61,7 @@ class RoomsForm : public QDialog {
   void ReadFolder();
   void ShowRooms();
   void ShowRow(int row);
+  bool IsOutdated(std::size_t room) const;
   void ShowNext();
   void ShowButtons();
   void Say(const QString& text);
