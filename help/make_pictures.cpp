@@ -14,8 +14,13 @@
 #include "forms/shared/qt_text.h"
 #include "forms/strings/serial_editor.h"
 #include "forms/strings/volume_editor_form.h"
+#include "forms/work_log/rooms_form.h"
+#include "forms/work_log/sheet_form.h"
+#include "forms/work_log/sheet_pages.h"
+#include "forms/work_log/work_log_form.h"
 #include "serial_io/event_loop_waiting.h"
 #include "simulation/simulated_line.h"
+#include "work_log/download_record.h"
 
 #include <QAction>
 #include <QApplication>
@@ -55,8 +60,9 @@ class NoPrompts : public UserPrompts {
   void Show(QWidget*, const Message& message) override { Fail(message.Text); }
   bool AskYesNo(QWidget*, const Message& question) override { Fail(question.Text); }
   SaveAnswer AskSave(QWidget*, const Message& question) override { Fail(question.Text); }
-  std::optional<QString> OpenFile(QWidget*, const char*) override { Fail("Open?"); }
-  std::optional<QString> SaveFile(QWidget*, const char*) override { Fail("Save?"); }
+  int Choose(QWidget*, const Message& question, const QStringList&, int) override { Fail(question.Text); }
+  std::optional<QString> OpenFile(QWidget*, const char*, const QString&) override { Fail("Open?"); }
+  std::optional<QString> SaveFile(QWidget*, const char*, const QString&) override { Fail("Save?"); }
 };
 
 // A projector that answers every command with the same reply.
@@ -222,6 +228,90 @@ struct Pictures {
   }
 };
 
+// Three rooms of the building: one as it was sent, one changed since, one that failed.
+struct Building {
+  const QDir Folder;
+  WorkLog Log;
+
+  Building(const Pictures& pictures)
+      : Folder(pictures.Data.filePath(QStringLiteral("West wing"))), Log(ToPath(pictures.Data.path())) {
+    QDir().mkpath(Folder.path());
+    const std::pair<const char*, const char*> rooms[] = {{"101 Boardroom", "Boardroom QDM7.BVC"},
+                                                         {"102 Classroom", "Classroom QDM6.BVC"},
+                                                         {"103 Classroom", "Classroom QDM6.BVC"},
+                                                         {"201 Lecture hall", "Auditorium TL-VOX.BVC"}};
+    for (const auto& [room, example] : rooms) {
+      if (!QFile::copy(pictures.Examples.filePath(QLatin1String(example)), File(room))) Fail(example);
+    }
+    Send("101 Boardroom", 0, DownloadOutcome::Done);
+    Send("102 Classroom", 41, DownloadOutcome::Done);
+    Send("201 Lecture hall", 95, DownloadOutcome::Failed);
+    PanelConfiguration changed = ReadConfiguration(ToPath(File("102 Classroom")));
+    changed.Projector.WarmUpTime = 35;
+    WriteConfiguration(ToPath(File("102 Classroom")), changed, OldTail::Dropped);
+  }
+  QString File(const char* room) const {
+    return Folder.filePath(QLatin1String(room) + QStringLiteral(".BVC"));
+  }
+
+ private:
+  void Send(const char* room, int minutes, DownloadOutcome outcome) {
+    const PanelConfiguration configuration = ReadConfiguration(ToPath(File(room)));
+    FinishedDownload download;
+    download.File = ToPath(File(room));
+    download.Panel = {static_cast<std::uint8_t>(configuration.ControllerType + 1), 1, 3};
+    download.Port = "COM1";
+    download.Device = "ttyUSB0";
+    download.Settings = "9600,n,8,2";
+    download.Began = std::chrono::sys_days(std::chrono::year(2026) / 11 / 20) + std::chrono::hours(9) +
+                     std::chrono::minutes(minutes);
+    download.Ended = download.Began + std::chrono::milliseconds(4210);
+    const bool done = outcome == DownloadOutcome::Done;
+    download.Result = {.Connected = true, .Records = done ? 64 : 23, .Programmed = done, .Restarted = true};
+    Record(Log, configuration, BuildPanelImage(configuration), download);
+  }
+};
+
+void WorkWindowsOf(Pictures& pictures) {
+  Building building(pictures);
+  WorkLogForm log(building.Log, pictures.Prompts, {});
+  log.resize(1000, 480);
+  log.show();
+  Save(log, pictures.Help.filePath(QStringLiteral("work-log.png")));
+
+  EventLoopWaiting time;
+  const std::unique_ptr<SimulatedPorts> ports = DemonstrationPorts(time);
+  pictures.Settings.setValue(QStringLiteral("rooms/folder"), building.Folder.path());
+  RoomsForm rooms({pictures.Shared.ProjectorDatabase,
+                   *ports,
+                   time,
+                   building.Log,
+                   pictures.Prompts,
+                   pictures.Settings,
+                   {}});
+  rooms.resize(1000, 520);
+  rooms.show();
+  Save(rooms, pictures.Help.filePath(QStringLiteral("rooms.png")));
+
+  const std::filesystem::path boardroom = ToPath(building.File("101 Boardroom"));
+  KeepCommissionedBy(pictures.Settings, QStringLiteral("Anna Berger, Berger Media"));
+  SheetForm sheet(ReadConfiguration(boardroom), boardroom, building.Log, pictures.Prompts, pictures.Settings);
+  sheet.resize(860, 720);
+  sheet.show();
+  Save(sheet, pictures.Help.filePath(QStringLiteral("sheet.png")));
+
+  const EditorWindows windows{};
+  ProjectorPanelEditor editor(pictures.Shared, pictures.Prompts, pictures.Settings, windows);
+  editor.Form_Load();
+  editor.show();
+  editor.OpenNamedFile(building.File("101 Boardroom"));
+  editor.resize(kWidestInReadme, 740);
+  for (QAction* action : editor.actions()) {
+    if (action->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_W)) action->trigger();
+  }
+  Save(editor, pictures.Help.filePath(QStringLiteral("in-words.png")));
+}
+
 int Make(const QStringList& arguments) {
   if (arguments.size() != 4) {
     std::fputs("usage: make_pictures EXAMPLES HELP_PICTURES README_PICTURES\n", stderr);
@@ -237,6 +327,7 @@ int Make(const QStringList& arguments) {
   pictures.VolumeFormat();
   pictures.TestConsole();
   pictures.DownloadWindow();
+  WorkWindowsOf(pictures);
   return 0;
 }
 

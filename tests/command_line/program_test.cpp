@@ -1,9 +1,12 @@
 // The program itself: arguments, streams, exit statuses, devices, signals.
+#include "base/sha256.h"
 #include "config/version.h"
+#include "panels/panel_image.h"
 #include "support/distinct_projector.h"
 #include "support/qdm_runner.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 
 #ifndef _WIN32
 #include <csignal>
@@ -109,6 +112,32 @@ TEST_F(QdmProgram, ReadsStandardInputAndWritesStandardOutput) {
   EXPECT_THAT(Program({"import", "-", "-o", files.Path("back.BVD")}).Finish(exported.Out),
               Answers(0, "", ""));
   EXPECT_EQ(files.Read("back.BVD"), some);
+}
+
+// With no display, and as pages whose text can be searched.
+TEST_F(QdmProgram, WritesTheCommissioningSheet) {
+  qunsetenv("DISPLAY");
+  const std::string room = files.Write("Zürich 101.BVC", UsableConfiguration());
+  const std::string digits = HexDigits(Sha256(BuildPanelImage(UsableConfiguration())));
+  EXPECT_THAT(Program({"sheet", room, "-o", files.Path("sheet.pdf")}).Finish(), Answers(0, "", ""));
+  EXPECT_THAT(Program({"sheet", room, "-o", files.Path("sheet.HTML")}).Finish(), Answers(0, "", ""));
+  const Bytes html = files.Read("sheet.HTML");
+  std::vector<std::string> texts = {std::string(html.begin(), html.end())};
+  if (const QString reader = QStandardPaths::findExecutable(QStringLiteral("pdftotext")); !reader.isEmpty()) {
+    QProcess process;
+    process.start(reader, {QString::fromStdString(files.Path("sheet.pdf")), QStringLiteral("-")});
+    EXPECT_TRUE(process.waitForFinished(kPatience));
+    texts.push_back(process.readAllStandardOutput().toStdString());
+  }
+  for (const std::string& text : texts) {
+    EXPECT_THAT(text, testing::AllOf(HasSubstr("Zürich 101"), HasSubstr("ACME X 100"), HasSubstr(digits),
+                                     HasSubstr("50 57 FE"), HasSubstr("The outputs are not used."),
+                                     HasSubstr("Date, signature")));
+  }
+  EXPECT_THAT(Program({"sheet", room, "-o", files.Path("sheet.doc")}).Finish(),
+              Answers(2, "", SaysInOneLine("a sheet ends in .pdf or .html")));
+  EXPECT_THAT(Program({"sheet", files.Path("none.BVC"), "-o", files.Path("x.pdf")}).Finish(),
+              Answers(2, "", SaysInOneLine("none.BVC: cannot read: ")));
 }
 
 #ifndef _WIN32

@@ -72,6 +72,12 @@ TEST_F(WorkLogCommands, ALogThatCannotBeWrittenIsToldOnceAndStopsNothing) {
   EXPECT_THAT(qdm.Run({"download", room}),
               Answers(0, HasSubstr("has been programed"), SaysInOneLine("work log could not be written")));
   EXPECT_EQ(panel.RecordsWritten(), 64);
+  std::filesystem::remove(qdm.Folder / "WorkLog.db");
+  qdm.Write("WorkLog.db", Bytes(5000, 'x'));
+  EXPECT_THAT(qdm.Run({"download", room}),
+              Answers(0, HasSubstr("has been programed"), SaysInOneLine("a new one has been begun.")));
+  EXPECT_EQ(qdm.Read("WorkLog.DAMAGED"), Bytes(5000, 'x'));
+  EXPECT_THAT(qdm.Run({"log"}), Answers(0, HasSubstr("\tRoom 1\t"), ""));
 }
 
 TEST_F(WorkLogCommands, DescribeSaysASentenceALine) {

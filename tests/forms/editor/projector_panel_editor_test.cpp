@@ -9,10 +9,12 @@
 #include "forms/shared/qt_text.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -98,6 +100,34 @@ class Editor : public LibraryFixture {
   PanelConfiguration downloaded_;
   std::function<void()> inSelector_;
 };
+
+TEST_F(Editor, OpensTheWindowsOfWorkAndSaysTheOptionsInWords) {
+  windows_.Work.WorkLog = [this](QWidget*) { opened_.push_back("work log"); };
+  windows_.Work.Sheet = [this](QWidget*, const PanelConfiguration& configuration) {
+    opened_.push_back("sheet");
+    downloaded_ = configuration;
+  };
+  ProjectorPanelEditor& editor = Start(Write("Room.BVC"));
+  Check("LockUsingButtonsCheck");
+  editor.activateWindow();
+  QCoreApplication::processEvents();
+  for (const char* keys : {"Ctrl+L", "Ctrl+Shift+P", "Ctrl+R", "Ctrl+W"}) {
+    QTest::keySequence(&editor, QKeySequence(QLatin1String(keys)));
+  }
+  EXPECT_THAT(opened_, ElementsAre("work log", "sheet")) << "there are no rooms here";
+  EXPECT_NE(downloaded_.LockUsingButtons, 0) << "as it is shown, saved or not";
+  auto& words = Child<QTextBrowser>(editor, "WordsPage");
+  EXPECT_TRUE(words.isVisible());
+  EXPECT_TRUE(
+      words.toPlainText().contains(QLatin1String("It can be locked; the code is PC 1, PC 1, PC 1, PC 1.")));
+  Check("LockUsingButtonsCheck");
+  EXPECT_TRUE(words.toPlainText().contains(QLatin1String("It cannot be locked")));
+  Check("OutputsOption_1");
+  auto& seconds = Child<QLineEdit>(Child<IntegerEntry>(editor, "ScreenUpTime"), "Text1");
+  seconds.setFocus();
+  QTest::keyClicks(&seconds, QStringLiteral("77"));
+  EXPECT_TRUE(words.toPlainText().contains(QLatin1String("77 seconds to rise"))) << "while it is typed";
+}
 
 TEST_F(Editor, OpensTheFileOfItsCommandLine) {
   const QString file = Write("Board room.BVC");

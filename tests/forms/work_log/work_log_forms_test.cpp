@@ -1,5 +1,6 @@
 #include "base/file_access.h"
 #include "config/configuration_file.h"
+#include "forms/work_log/download_recorder.h"
 #include "forms/work_log/rooms_form.h"
 #include "forms/work_log/sheet_form.h"
 #include "forms/work_log/sheet_pages.h"
@@ -27,6 +28,7 @@
 namespace qdm {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -70,7 +72,7 @@ struct WorkLogWindow : WorkLogForms {
 };
 
 TEST_F(WorkLogWindow, FiltersByAllWordsAndSortsByColumns) {
-  for (const char* name : {"Room 2", "Hörsaal", "Room 1"}) AddDownload(AddRoom(name));
+  for (const char* name : {"Room 2", "Hörsaal", "Room 1", "=1, 2"}) AddDownload(AddRoom(name));
   WorkLogForm form(Log, Prompts, Commands());
   QAbstractItemModel& model = *Child<QTableView>(form, "Entries").model();
   const auto titles = [&model] {
@@ -80,18 +82,21 @@ TEST_F(WorkLogWindow, FiltersByAllWordsAndSortsByColumns) {
     }
     return shown;
   };
-  EXPECT_THAT(titles(), ElementsAre("Room 1", "Hörsaal", "Room 2")) << "newest first";
+  EXPECT_THAT(titles(), ElementsAre("=1, 2", "Room 1", "Hörsaal", "Room 2")) << "newest first";
   Child<QTableView>(form, "Entries").sortByColumn(WorkLogModel::Configuration, Qt::AscendingOrder);
-  EXPECT_THAT(titles(), ElementsAre("Hörsaal", "Room 1", "Room 2"));
+  EXPECT_THAT(titles(), ElementsAre("=1, 2", "Hörsaal", "Room 1", "Room 2"));
   Child<QLineEdit>(form, "Filter").setText(QStringLiteral("com2 ROOM"));
   EXPECT_THAT(titles(), ElementsAre("Room 1", "Room 2"));
   Child<QLineEdit>(form, "Filter").setText(QStringLiteral("HÖR"));
   EXPECT_THAT(titles(), ElementsAre("Hörsaal"));
+  const QString day = model.index(0, WorkLogModel::Time).data().toString();
+  Child<QLineEdit>(form, "Filter").setText(day);
+  EXPECT_EQ(titles().size(), 4U) << "times as they are shown";
   Prompts.Files = {QString::fromStdString(PathToUtf8(Folder / "log.csv"))};
   Click(form, "Export");
   const Bytes csv = ReadWholeFile(Folder / "log.csv");
   EXPECT_THAT(std::string(csv.begin(), csv.end()),
-              HasSubstr(",Hörsaal,QDM7 1.3,COM2,\"9600,n,8,2\",0,0,done,"));
+              AllOf(HasSubstr(",Hörsaal,QDM7 1.3,COM2,\"9600,n,8,2\",0,0,done,"), HasSubstr(",\"'=1, 2\",")));
 }
 
 TEST_F(WorkLogWindow, GivesBackWhatWasSentAndComparesItWithTheFile) {
@@ -108,7 +113,7 @@ TEST_F(WorkLogWindow, GivesBackWhatWasSentAndComparesItWithTheFile) {
   WriteConfiguration(file, changed, OldTail::Dropped);
   Click(form, "Compare");
   EXPECT_THAT(Text(form, "Details").toStdString(),
-              testing::AllOf(HasSubstr("Room empty timeout: 20 -> 7"), HasSubstr("Speed: 57600 -> 19200")));
+              AllOf(HasSubstr("Room empty timeout: 20 -> 7"), HasSubstr("Speed: 57600 -> 19200")));
   Click(form, "SendAgain");
   EXPECT_EQ(SentFile.toStdString(), RoomOfFile(file));
   Click(form, "OpenAsConfiguration");
@@ -171,24 +176,62 @@ TEST_F(RoomsWindow, WalksThroughTheRoomsAndWaitsForEachPanel) {
   EXPECT_THAT(Instruction(form), HasSubstr("Go to \"Room 10\""));
 }
 
-TEST_F(RoomsWindow, TakesAChangedDefinitionIntoItsRoomsAfterShowingWhatChanges) {
-  const std::filesystem::path file = AddRoom("Room 1");
-  AddRoom("Room 2", "Classroom QDM6.BVC");
-  const PanelConfiguration before = ReadConfiguration(file);
-  ProjectorDefinition changed = before.Projector;
-  changed.WarmUpTime = 99;
-  Library.Append(changed);
+TEST_F(RoomsWindow, TakesOneChangedDefinitionIntoItsRoomsAfterShowingWhatChanges) {
+  const std::array files = {AddRoom("Room 1"), AddRoom("Room 2"), AddRoom("Room 3", "Classroom QDM6.BVC")};
+  std::vector<PanelConfiguration> before;
+  for (const auto& file : files) before.push_back(ReadConfiguration(file));
+  for (const std::size_t room : {0U, 2U}) {
+    ProjectorDefinition changed = before[room].Projector;
+    changed.WarmUpTime = 99;
+    Library.Append(changed);
+  }
   RoomsForm form(Tools());
-  Prompts.Answers = {false, true};
+  EXPECT_THAT(Cell(form, 0, 2), HasSubstr("(not as in the library)"));
+  Child<QTableWidget>(form, "Table").selectRow(1);
+  Prompts.Answers = {false, true, true};
   Click(form, "TakeDefinitions");
-  EXPECT_EQ(Text(form, "Details"), QStringLiteral("Room 1\n    Warm up time: 50 -> 99\n"));
-  EXPECT_EQ(ReadConfiguration(file), before);
+  EXPECT_EQ(Text(form, "Details").section(QLatin1Char('\n'), 1),
+            QStringLiteral("Room 1\n    Warm up time: 50 -> 99\nRoom 2\n    Warm up time: 50 -> 99\n"));
+  EXPECT_EQ(ReadConfiguration(files[1]), before[1]) << "No";
+  Child<QTableWidget>(form, "Table").selectRow(1);
   Click(form, "TakeDefinitions");
-  EXPECT_EQ(ReadConfiguration(file).Projector, changed);
+  EXPECT_EQ(ReadConfiguration(files[0]).Projector, Library[0]);
+  EXPECT_EQ(ReadConfiguration(files[1]).Projector, Library[0]);
+  EXPECT_EQ(ReadConfiguration(files[2]), before[2]) << "another projector";
+  Click(form, "TakeDefinitions");
+  EXPECT_EQ(ReadConfiguration(files[2]).Projector, Library[1]);
   EXPECT_FALSE(Child<QWidget>(form, "TakeDefinitions").isEnabled());
   QMetaObject::invokeMethod(&Child<QTableWidget>(form, "Table"), "cellActivated", Q_ARG(int, 0),
                             Q_ARG(int, 0));
   EXPECT_TRUE(OpenedFile.endsWith(QLatin1String("Room 1.BVC")));
+}
+
+TEST_F(RoomsWindow, DownloadsAreWrittenDownAndTroubleWithTheLogIsToldOnce) {
+  const std::filesystem::path file = AddRoom("Room 1");
+  const PanelConfiguration configuration = ReadConfiguration(file);
+  DownloadRecorder recorder(Log, Prompts);
+  Ports.AttachPanel(3, "ttyUSB0", SimulatedPanel(Described(kQdm7, "19200,e,8,2")));
+  const auto known = [&](const std::filesystem::path& room) {
+    const std::optional<KnownPanel> panel = recorder.Known(kQdm7, room, Ports);
+    return panel ? panel->Port + " " + panel->Settings : "";
+  };
+  FinishedDownload download{.File = file, .Panel = {1, 1, 3}, .Port = "COM3", .Settings = "9600,n,8,2"};
+  download.Result = {.Connected = true, .Records = 64, .Programmed = true, .Restarted = true};
+  recorder.Write(nullptr, configuration, BuildPanelImage(configuration), download);
+  EXPECT_EQ(known(file), "COM3 57600,n,8,2") << "where its projector's line is";
+  EXPECT_EQ(known({}), known(file)) << "also for a configuration that was never saved";
+  EXPECT_FALSE(recorder.Known(kTlVox, file, Ports));
+  download.Port = "COM9";
+  recorder.Write(nullptr, configuration, {}, download);
+  EXPECT_EQ(known(file), "COM3 57600,n,8,2") << "there is no COM9 now";
+
+  std::filesystem::remove(Log.File());
+  std::filesystem::create_directory(Log.File());
+  EXPECT_EQ(known(file), "");
+  EXPECT_TRUE(Prompts.Shown.empty());
+  for (int n = 0; n < 2; ++n) recorder.Write(nullptr, configuration, {}, download);
+  ASSERT_EQ(Prompts.Shown.size(), 1U);
+  EXPECT_THAT(Prompts.LastText(), HasSubstr("The download itself is not affected"));
 }
 
 TEST_F(WorkLogForms, TheSheetSaysWhatWasSentAndByWhom) {
