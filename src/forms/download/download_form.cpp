@@ -161,10 +161,7 @@ void Download::Stop_Click() {
 bool Download::MayBeStopped() {
   if (stage_ != Stage::Programming || work_->Stop.stop_requested()) return true;
   const QPointer<Download> self(this);
-  const bool yes = prompts_.AskYesNo(
-      this,
-      {tr("The panel will be partly written and will not work until it is programmed again.").toStdString(),
-       tr("Stop programming?").toStdString(), MessageIcon::Exclamation});
+  const bool yes = prompts_.AskYesNo(this, StopQuestion());
   return yes && self;
 }
 

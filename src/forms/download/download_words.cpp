@@ -69,6 +69,12 @@ QString NoteOf(const ProgrammingEnd& end, const QString& time) {
   return tr("Partly written: %1 of %2 records").arg(result.Records).arg(kRecords);
 }
 
+Message StopQuestion() {
+  return {
+      tr("The panel will be partly written and will not work until it is programmed again.").toStdString(),
+      tr("Stop programming?").toStdString(), MessageIcon::Exclamation};
+}
+
 QString FailedRestarts(const QStringList& ports) {
   return ports.size() == 1
              ? tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front())

@@ -26,6 +26,9 @@ QString OutcomeOf(const ProgrammingEnd& end, const QString& port);
 // The same in a few words, for the row of the port; `time` is when it ended.
 QString NoteOf(const ProgrammingEnd& end, const QString& time);
 
+// Before a panel is left partly written.
+Message StopQuestion();
+
 // After restarts that were not acknowledged; `ports` is not empty.
 QString FailedRestarts(const QStringList& ports);
 

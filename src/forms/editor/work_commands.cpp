@@ -79,14 +79,14 @@ void WorkCommands::AddCommand(QMenu& menu, const QString& text, const QKeySequen
 // cut.
 void WorkCommands::ShowWords(bool visible) {
   QWidget* first = columns_.widget(0);
+  if (first->isVisible()) firstWidth_ = first->width();
   const auto* options = qobject_cast<QScrollArea*>(columns_.widget(kOptionsColumn));
-  const int spare = columns_.width() - options->widget()->minimumSizeHint().width() - first->width();
+  const int spare = columns_.width() - options->widget()->minimumSizeHint().width() - firstWidth_;
+  const int left = !visible || spare >= kWordsWidth ? firstWidth_ : 0;
+  const int words = visible ? kWordsWidth : 0;
   page_->setVisible(visible);
-  first->setVisible(!visible || spare >= kWordsWidth);
-  if (visible) {
-    const int left = first->isVisible() ? first->width() : 0;
-    columns_.setSizes({left, kWordsWidth, columns_.width() - left - kWordsWidth});
-  }
+  first->setVisible(left > 0);
+  columns_.setSizes({left, words, columns_.width() - left - words});
   settings_.setValue(kWordsKey, visible);
   ConfigurationChanged();
 }

@@ -46,6 +46,7 @@ class WorkCommands : public QObject {
   QSettings& settings_;
   std::function<PanelConfiguration()> shown_;
   WordsPage* page_;
+  int firstWidth_ = 0;  // of the first column, also while it is hidden
 };
 
 }  // namespace qdm

@@ -3,6 +3,7 @@
 #include "base/file_access.h"
 #include "config/configuration_file.h"
 #include "config/configuration_sentences.h"
+#include "forms/download/download_words.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/work_log_model.h"
@@ -26,7 +27,7 @@ const QString kFolderKey = QStringLiteral("rooms/folder");
 constexpr QSize kFirstSize(1000, 620);
 
 enum Column { kRoom, kType, kProjector, kCheck, kLastSent, kState, kColumns };
-constexpr std::array<int, kColumns> kWidthsInCharacters = {26, 10, 28, 30, 22, 14};
+constexpr std::array<int, kColumns> kWidthsInCharacters = {26, 10, 28, 30, 22, 19};
 
 QString ToText(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -92,11 +93,15 @@ class RoomsForm::Progress : public RoomObserver {
   void Connecting() override {}
   void RecordsAcknowledged(int records) override {
     if (form_) form_->ui_->Records->setValue(records);
+    if (form_) form_->programming_ = true;
     Say(tr("Programming \"%1\". Do not disconnect it.").arg(room_));
   }
   // What went well is seen in the table: no box holds up the walk.
   void Tell(const Message& message) override {
-    if (form_ && message.Icon != MessageIcon::None) form_->tools_.Prompts.Show(form_, message);
+    if (!form_ || message.Icon == MessageIcon::None) return;
+    Message named = message;
+    if (named.Detail.empty()) named.Detail = room_.toStdString();
+    form_->tools_.Prompts.Show(form_, named);
   }
 
  private:
@@ -120,6 +125,11 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
   for (int column = 0; column < kColumns; ++column) {
     ui_->Table->setColumnWidth(column, kWidthsInCharacters[static_cast<std::size_t>(column)] * character);
   }
+  for (const int column : {kProjector, kCheck})
+    ui_->Table->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
+  QSizePolicy kept = ui_->Records->sizePolicy();
+  kept.setRetainSizeWhenHidden(true);
+  ui_->Records->setSizePolicy(kept);
   ui_->Table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
   ui_->Splitter->setStretchFactor(1, 2);
@@ -133,6 +143,7 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
   connect(ui_->Table, &QTableWidget::itemSelectionChanged, this, &RoomsForm::Table_Select);
   folder_ = tools_.Settings.value(kFolderKey).toString();
   ReadFolder();
+  FocusNext();
 }
 
 RoomsForm::~RoomsForm() { stop_.request_stop(); }
@@ -210,9 +221,9 @@ void RoomsForm::ShowButtons() {
   ui_->TakeDefinitions->setToolTip(
       outdated_.empty()
           ? tr("Every room has the projector as the library has it")
-          : tr("Takes the selected room's projector into all rooms that use it; %n room(s) differ "
-               "from the library",
-               nullptr, static_cast<int>(outdated_.size())));
+          : tr("Takes the selected room's projector from the library into all rooms that use it. "
+               "Rooms that differ: %1")
+                .arg(outdated_.size()));
   ui_->Records->setVisible(running_);
 }
 
@@ -229,7 +240,7 @@ void RoomsForm::Table_Select() {
   const std::optional<std::size_t> selected = SelectedRoom();
   if (!selected || *selected >= rooms_.size() || running_) return;
   const Room& room = rooms_[*selected];
-  QString text;
+  QString text = ToText(room.Trouble);
   if (room.Trouble.empty()) {
     const ConfigurationWords words = InWords(room.Configuration);
     for (const std::string& sentence : words.Sentences) text += ToText(sentence) + QLatin1Char('\n');
@@ -252,9 +263,11 @@ void RoomsForm::ProgramNext_Click() {
   const QPointer<RoomsForm> self(this);
   const std::size_t current = *next_;
   running_ = true;
+  programming_ = false;
   stop_ = std::stop_source();
   ui_->Records->setValue(0);
   ShowButtons();
+  ui_->Stopper->setFocus();
   Progress progress(this, rooms_[current]);
   progress.StillWaiting(0);
   bool programmed = false;
@@ -271,9 +284,28 @@ void RoomsForm::ProgramNext_Click() {
   next_ =
       programmed || current >= rooms_.size() || !rooms_[current].IsDue() ? NextDue(rooms_, current) : current;
   ShowNext();
+  FocusNext();
+}
+
+// So that a key goes on with the next room.
+void RoomsForm::FocusNext() {
+  (next_ ? ui_->ProgramNext : rooms_.empty() ? ui_->Folder : ui_->Done)->setFocus();
+}
+
+// True when nothing is lost, or the user says so. The panel waits for the next record meanwhile.
+bool RoomsForm::MayBeStopped() {
+  if (!running_ || !programming_ || stop_.stop_requested()) return true;
+  const QPointer<RoomsForm> self(this);
+  const bool yes = tools_.Prompts.AskYesNo(this, StopQuestion());
+  return yes && self;
 }
 
 void RoomsForm::Stopper_Click() {
+  if (!MayBeStopped() || !running_) return;
+  RequestStop();
+}
+
+void RoomsForm::RequestStop() {
   stop_.request_stop();
   Say(tr("Stopping..."));
 }
@@ -298,9 +330,9 @@ void RoomsForm::TakeDefinitions_Click() {
   }
   ui_->Details->setPlainText(text);
   const QString question =
-      tr("Take the library's %1 into %n room(s)?\r\nWhat changes is listed in the window.", nullptr,
-         static_cast<int>(rooms.size()))
-          .arg(name);
+      tr("Take the library's %1 into the rooms that use it (%2)?\r\nWhat changes is listed in the window.")
+          .arg(name)
+          .arg(rooms.size());
   if (!tools_.Prompts.AskYesNo(
           this, {question.toStdString(), tr("Take Projector").toStdString(), MessageIcon::Question}))
     return;
@@ -315,9 +347,10 @@ void RoomsForm::TakeDefinitions_Click() {
 }
 
 void RoomsForm::reject() {
+  if (!MayBeStopped()) return;
   if (running_) {
     closing_ = true;
-    Stopper_Click();
+    RequestStop();
     ShowButtons();
     return;
   }

@@ -64,6 +64,9 @@ class RoomsForm : public QDialog {
   bool IsOutdated(std::size_t room) const;
   void ShowNext();
   void ShowButtons();
+  void FocusNext();
+  bool MayBeStopped();
+  void RequestStop();
   void Say(const QString& text);
   std::optional<std::size_t> SelectedRoom() const;
 
@@ -75,6 +78,7 @@ class RoomsForm : public QDialog {
   std::optional<std::size_t> next_;  // the room that "Program Next" is for
   std::stop_source stop_;
   bool running_ = false;
+  bool programming_ = false;  // records have gone out
   bool closing_ = false;
 };
 

@@ -21,6 +21,10 @@ constexpr QSize kFirstSize(820, 680);
 constexpr const char* kPdfFilter = "PDF (*.PDF)|*.PDF";
 constexpr const char* kHtmlFilter = "Web page (*.HTML)|*.HTML";
 
+QString FolderOf(const std::filesystem::path& file) {
+  return QString::fromStdString(PathToUtf8(file.parent_path()));
+}
+
 QPushButton* AddButton(QHBoxLayout& row, const QString& name, const QString& text) {
   auto* button = new QPushButton(text);
   button->setObjectName(name);
@@ -87,7 +91,7 @@ void SheetForm::Print_Click() {
 
 void SheetForm::Save_Click(const char* filter) {
   By_Change();
-  const std::optional<QString> chosen = prompts_.SaveFile(this, filter);
+  const std::optional<QString> chosen = prompts_.SaveFile(this, filter, FolderOf(file_));
   if (!chosen) return;
   try {
     WriteSheet(html_, ToPath(*chosen));

@@ -105,7 +105,7 @@ void WorkLogForm::Filter_Change(const QString& text) {
 }
 
 void WorkLogForm::ShowCount() {
-  ui_->Count->setText(whole_ ? tr("%n download(s)", nullptr, model_->rowCount()) : QString());
+  ui_->Count->setText(whole_ ? tr("Downloads: %1").arg(model_->rowCount()) : QString());
 }
 
 const WorkLogEntry* WorkLogForm::Selected() const {

@@ -174,6 +174,18 @@ TEST_F(RoomsWindow, WalksThroughTheRoomsAndWaitsForEachPanel) {
   Click(form, "ProgramNext");
   EXPECT_EQ(Log.Entries().size(), 3U);
   EXPECT_THAT(Instruction(form), HasSubstr("Go to \"Room 10\""));
+
+  // Programming is not stopped unasked.
+  Ports.AttachLine(6, "");
+  Ports.AttachPanel(
+      5, "ttySIM",
+      SimulatedPanel(
+          {.Panel = {1, 1, 3}, .Settings = "9600,n,8,2", .Faults = {ParsePanelFault("late-ack:%1:100")}}));
+  Prompts.Answers = {false};
+  Time.Plan(std::chrono::seconds(4), [&] { Click(form, "Stopper"); });
+  Click(form, "ProgramNext");
+  EXPECT_THAT(Prompts.LastText(), HasSubstr("partly written"));
+  EXPECT_THAT(Instruction(form), HasSubstr("No room is left"));
 }
 
 TEST_F(RoomsWindow, TakesOneChangedDefinitionIntoItsRoomsAfterShowingWhatChanges) {
