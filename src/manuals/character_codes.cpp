@@ -61,14 +61,56 @@ bool Before(const Code& a, const Code& b) {
 
 }  // namespace
 
+namespace {
+
+using Text = std::u16string_view;
+
+// What the page says of a pair of letters: "XX = 00 reaches all", "nn : ID of the projector, 00 is taken by
+// all".
+struct PairMeaning {
+  bool IsNumber = false;  // of the projector
+  bool ZeroIsAll = false;
+};
+
+PairMeaning MeaningOf(const ManualPage& page, Text pair) {
+  PairMeaning meaning;
+  const Text folded = page.Folded;
+  for (std::size_t at = folded.find(pair); at != Text::npos; at = folded.find(pair, at + 1)) {
+    std::size_t behind = at + pair.size();
+    if ((at > 0 && IsWordPart(folded[at - 1]))) continue;
+    while (behind < folded.size() &&
+           (folded[behind] == u' ' || folded[behind] == u'\'' || folded[behind] == u'"'))
+      ++behind;
+    if (behind >= folded.size() || (folded[behind] != u':' && folded[behind] != u'=')) continue;
+    meaning.IsNumber = true;
+    constexpr std::size_t kReach = 120;
+    const Text said = folded.substr(behind + 1, kReach);
+    const std::size_t zero = said.find(u"00");
+    if (zero == Text::npos) continue;
+    const bool first = said.find_first_not_of(u' ') == zero;
+    for (const Text all : {u"all", u"every", u"each", u"broadcast", u"any", u"alle", u"jede", u"tous",
+                           u"todos", u"tutti", u"所有", u"全"})
+      meaning.ZeroIsAll |= said.find(all) != Text::npos;
+    meaning.ZeroIsAll |= first;
+  }
+  return meaning;
+}
+
+}  // namespace
+
 void ResolveAddress(const ManualPage& page, Code& code) {
   const std::vector<std::uint8_t> values = Values(code.Bytes);
   for (std::size_t at = 0; at + 1 < values.size(); ++at) {
-    if (values[at] != 'X' || values[at + 1] != 'X') continue;
-    const bool all = page.Folded.find(u"xx=00") != std::u16string::npos ||
-                     page.Folded.find(u"xx = 00") != std::u16string::npos;
+    const auto first = static_cast<char16_t>(values[at]);
+    const auto second = static_cast<char16_t>(values[at + 1]);
+    const bool id = (first == u'I' || first == u'i') && (second == u'D' || second == u'd');
+    if (!IsLetter(first) || (first != second && !id)) continue;
+    const bool upper = first == u'X' && second == u'X';
+    const std::u16string pair = FoldLetters(std::u16string{first, second});
+    const PairMeaning meaning = MeaningOf(page, pair);
+    if (!meaning.IsNumber && !upper) continue;
     code.Bytes[at].Value = '0';
-    code.Bytes[at + 1].Value = all ? '0' : '1';
+    code.Bytes[at + 1].Value = meaning.ZeroIsAll ? '0' : '1';
     code.Open = true;
     return;
   }
@@ -82,6 +124,7 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   characters::AddTerminated(page, candidates);
   characters::AddParenthesised(page, candidates);
   characters::AddCellPairs(page, candidates);
+  characters::AddShownByNumbers(page, numbers, candidates);
   characters::AddNamedValues(page, candidates);
   characters::AddBetweenIdeographs(page, candidates);
   characters::AddGluedRows(page, candidates);

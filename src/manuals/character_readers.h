@@ -39,6 +39,9 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes);
 void AddCellPairs(const ManualPage& page, std::vector<Code>& codes);
 // A letter and two digits that have run into their labels: "C00POWER ONC01POWER OFF".
 void AddGluedRows(const ManualPage& page, std::vector<Code>& codes);
+// Tokens that begin as all characters do which the page also gives as numbers: "00!" and "00_d1" for 30 30 21
+// 0D and 30 30 5F 64 31 0D.
+void AddShownByNumbers(const ManualPage& page, const std::vector<Code>& numbers, std::vector<Code>& codes);
 // Tokens that look alike, three and more.
 void AddFamilies(const ManualPage& page, std::vector<Code>& codes);
 

@@ -1,7 +1,8 @@
 #include "manuals/choosing.h"
 
 #include "base/code_page.h"
-#include "manuals/check_sums.h"
+#include "manuals/completing.h"
+#include "manuals/doubts.h"
 
 #include <algorithm>
 #include <iterator>
@@ -143,6 +144,8 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = "it is put together from columns of the page";
   } else if (best.What.Computed) {
     chosen.Doubt = "its check sum is not printed but computed";
+  } else if (best.What.Beside) {
+    chosen.Doubt = "what stands beside it could belong to it";
   } else if (best.What.Open) {
     chosen.Doubt = "it holds the projector's number or another value to choose";
   } else if (!OfTheFamily(best, findings)) {
@@ -177,170 +180,43 @@ ManualSlot* SlotIn(ManualReading& reading, int slot) {
   return found == reading.Slots.end() ? nullptr : &*found;
 }
 
+// Whether two commands differ first in a single digit, 0 in the one for "on": 1 is on nearly everywhere.
+bool LookSwapped(const SerialString& on, const SerialString& off) {
+  if (on.Count != off.Count) return false;
+  const auto differs = std::mismatch(on.Values.begin(), on.Values.end(), off.Values.begin());
+  if (differs.first == on.Values.end() || *differs.first != '0' || *differs.second != '1') return false;
+  if (differs.first == on.Values.begin()) return true;
+  const auto before = static_cast<char16_t>(*std::prev(differs.first));
+  return HexDigit(before) < 0 || before > u'9';
+}
+
+bool States(const ManualPage& page, std::initializer_list<std::u16string_view> sentences) {
+  return std::any_of(sentences.begin(), sentences.end(), [&](std::u16string_view stated) {
+    const std::size_t at = page.Folded.find(stated);
+    return at != std::u16string::npos && (at == 0 || !IsWordPart(page.Folded[at - 1])) &&
+           !IsWordPart(page.Folded[at + stated.size()]);  // all lines end with a line feed
+  });
+}
+
 // A table may have swapped what the page says in words: "0 is off and 1 is on".
 void HeedStatedValues(const ManualPage& page, int on, int off, ManualReading& reading) {
   ManualSlot* const first = SlotIn(reading, on);
   ManualSlot* const second = SlotIn(reading, off);
   if (!first || !second) return;
-  const SerialString& onString = reading.Commands[first->Choice].String;
-  const SerialString& offString = reading.Commands[second->Choice].String;
-  if (onString.Count != offString.Count) return;
-  const auto differs =
-      std::mismatch(onString.Values.begin(), onString.Values.end(), offString.Values.begin());
-  if (differs.first == onString.Values.end() || *differs.first != '0' || *differs.second != '1') return;
-  for (const std::u16string_view stated :
-       {u"0 is off", u"1 is on", u"0 = off", u"1 = on", u"0=off", u"1=on"}) {
-    const std::size_t at = page.Folded.find(stated);
-    if (at == std::u16string::npos || (at > 0 && IsWordPart(page.Folded[at - 1]))) continue;
-    if (IsWordPart(page.Folded[at + stated.size()])) continue;  // all lines end with a line feed
-    std::swap(first->Choice, second->Choice);
-    first->Sure = second->Sure = false;
-    first->Doubt = second->Doubt = "the table and the text of the page contradict each other";
-    return;
-  }
-}
-
-}  // namespace
-
-namespace {
-
-// An input that has only a number on the page: its kind as a word in the characters of its command names it.
-Function ByCharacters(const Finding& finding) {
-  Function function = finding.For;
-  if (function.What != Subject::Input || function.Number == 0) return function;
-  std::u16string characters;
-  for (const CodeByte& byte : finding.What.Bytes) {
-    const bool printed = byte.Value > 0x20 && byte.Value < 0x7F;
-    characters += printed ? static_cast<char16_t>(byte.Value) : u' ';
-  }
-  for (std::size_t from = 0; from < characters.size(); ++from) {
-    if (!IsLetter(characters[from])) continue;
-    std::size_t to = from;
-    while (to < characters.size() && (IsWordPart(characters[to]))) ++to;
-    const std::u16string_view word = std::u16string_view(characters).substr(from, to - from);
-    Function named = ClassifyLabel(word);
-    if (!SlotOf(named)) named = ClassifyLabel(word.substr(1));  // "IRGB"
-    from = to;
-    if (!SlotOf(named) || named.To != State::None) continue;
-    function.What = named.What;
-    const char16_t last = characters[characters.find_last_not_of(u' ')];
-    function.Number = last >= u'1' && last <= u'9' ? last - u'0' : 0;
-    function.Plain = false;
-    ++function.Unknown;
-    break;
-  }
-  return function;
-}
-
-// "Input 2 (Video)", "Input 4 (Video)": inputs that only their sockets number are counted within their kind.
-void CountChannels(std::vector<Finding>& findings) {
-  std::map<Subject, std::set<int>> channels;
-  for (const Finding& finding : findings) {
-    if (finding.For.Channel > 0 && finding.For.Number == 0)
-      channels[finding.For.What].insert(finding.For.Channel);
-  }
-  for (Finding& finding : findings) {
-    if (finding.For.Channel == 0 || finding.For.Number > 0) continue;
-    const std::set<int>& known = channels[finding.For.What];
-    finding.For.Number = 1 + static_cast<int>(std::distance(known.begin(), known.find(finding.For.Channel)));
-  }
-}
-
-// "Mute picture" beside "Unmute picture" is the state that the other ends.
-void CompletePairs(std::vector<Finding>& findings) {
-  const auto has = [&](int slot) {
-    return std::any_of(findings.begin(), findings.end(),
-                       [slot](const Finding& finding) { return SlotOf(finding.For) == slot; });
-  };
-  if (!has(kBlankOffSlot) || has(kBlankOnSlot)) return;
-  for (Finding& finding : findings) {
-    if (finding.For.What != Subject::Blank || finding.For.To != State::None || finding.For.Both) continue;
-    finding.For.To = State::On;
-    finding.For.Plain = false;
-  }
-}
-
-// Where most codes end with their check sum, one that does not is misprinted or only a part.
-void HeedCheckSums(std::vector<Finding>& findings) {
-  constexpr std::size_t kFewest = 3;
-  for (const CheckSum check : kCheckSums) {
-    std::vector<bool> right;
-    std::size_t counted = 0;
-    std::size_t passed = 0;
-    for (const Finding& finding : findings) {
-      const std::vector<std::uint8_t> values = Values(finding.What.Bytes);
-      right.push_back(IsRight(check, values));
-      if (finding.What.How != Notation::Hexadecimal || values.size() < 4) continue;
-      ++counted;
-      if (right.back()) ++passed;
-    }
-    if (passed < kFewest || passed * 10 < counted * 6) continue;
-    for (std::size_t i = 0; i < findings.size(); ++i) {
-      Finding& finding = findings[i];
-      if (finding.What.How != Notation::Hexadecimal) continue;
-      finding.What.Proven = right[i];
-      if (right[i]) continue;
-      finding.Settled = false;
-      finding.Doubt = "its check sum is wrong";
-    }
-    return;
-  }
-}
-
-// Pairs of digits alone on a page that speaks of decimal numbers.
-void DoubtDecimals(const ManualPage& page, std::vector<Finding>& findings) {
-  bool decimal = false;
-  for (const std::u16string_view word : {u"decimal", u"dezimal", u"十进制"}) {
-    for (std::size_t at = page.Folded.find(word); at != std::u16string::npos;
-         at = page.Folded.find(word, at + 1)) {
-      const std::u16string_view before = std::u16string_view(page.Folded).substr(at < 4 ? 0 : at - 4, 4);
-      decimal |= before.find(u"hexa") == std::u16string_view::npos;
-    }
-  }
-  if (!decimal) return;
-  const bool alone = page.Folded.find(u"hex") == std::u16string::npos;
-  const auto decimalDigits = [](const Finding& finding) {
-    return std::all_of(finding.What.Bytes.begin(), finding.What.Bytes.end(),
-                       [](const CodeByte& byte) { return byte.Value < 0x9A && (byte.Value & 0x0F) < 10; });
-  };
-  for (Finding& finding : findings) {
-    if (finding.What.How != Notation::Hexadecimal || finding.What.Marked || !decimalDigits(finding)) continue;
-    for (CodeByte& byte : finding.What.Bytes) {
-      const int digits = (byte.Value >> 4) * 10 + (byte.Value & 0x0F);
-      if (alone) byte.Value = static_cast<std::uint8_t>(digits);
-    }
-    finding.Settled = false;
-    finding.Doubt = alone ? "the numbers are read as decimal" : "the numbers could be decimal";
-  }
-}
-
-// Many numbers without a label: the page is torn, and what has a label may be a part only.
-void DoubtTornPages(std::vector<Finding>& findings) {
-  std::size_t labelled = 0;
-  std::size_t orphans = 0;
-  const auto counts = [](const Finding& finding) {
-    return finding.What.How == Notation::Hexadecimal && !finding.What.Proven;
-  };
-  for (const Finding& finding : findings) {
-    if (counts(finding)) ++(finding.Label.empty() ? orphans : labelled);
-  }
-  if (orphans * 3 < labelled || orphans == 0) return;
-  for (Finding& finding : findings) {
-    if (!counts(finding) || finding.What.Confirmed) continue;
-    finding.Settled = false;
-    finding.Doubt = "many bytes on the page have no label: it may be only a part of the command";
-  }
+  if (!LookSwapped(reading.Commands[first->Choice].String, reading.Commands[second->Choice].String)) return;
+  const bool stated =
+      States(page, {u"0 is off", u"1 is on", u"0 = off", u"1 = on", u"0=off", u"1=on", u"0: off", u"1: on"});
+  if (stated && on == kPowerOnSlot) std::swap(first->Choice, second->Choice);
+  first->Sure = second->Sure = false;
+  first->Doubt = second->Doubt = stated ? "the table and the text of the page contradict each other"
+                                        : "on and off could be swapped: 1 is on nearly everywhere";
 }
 
 }  // namespace
 
 void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, ManualReading& reading) {
-  for (Finding& finding : findings) finding.For = ByCharacters(finding);
-  CountChannels(findings);
-  CompletePairs(findings);
-  DoubtTornPages(findings);
-  HeedCheckSums(findings);
-  DoubtDecimals(page, findings);
+  CompleteFunctions(findings);
+  DoubtFindings(page, findings);
   for (const Finding& finding : findings) {
     ManualCommand command;
     command.Function = TextOf(page, finding.Label);
@@ -353,6 +229,7 @@ void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, Manua
   }
   for (const int slot : kManualSlots) ChooseFor(slot, findings, reading);
   HeedStatedValues(page, kPowerOnSlot, kPowerOffSlot, reading);
+  HeedStatedValues(page, kBlankOnSlot, kBlankOffSlot, reading);
   DoubtTwins(reading);
 }
 

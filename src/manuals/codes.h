@@ -39,6 +39,7 @@ struct Code {
   bool LeadsLabel = false;          // its label has run into it from the right
   bool Assembled = false;           // of columns that only their check sums join
   bool Computed = false;            // its check sum is not printed, only how it is made
+  bool Beside = false;              // what stands beside it could belong to it
 
   const Span& Begin() const { return Where.front(); }
   const Span& End() const { return Where.back(); }
@@ -80,6 +81,10 @@ void CutNeighbours(std::vector<Code>& codes);
 // Commands that are written as characters: before a printed terminator, in parentheses, in quotation marks,
 // or as members of a family of like tokens.
 std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<Code>& numbers);
+
+// What stands before command after command in the same cell belongs to them ("* 0 IR 001"); what else could
+// is noted.
+void TakeLeads(const ManualPage& page, std::vector<Code>& codes);
 
 // Check sums that the page only names are computed where it says how or where other codes show it.
 void CompleteCheckSums(const ManualPage& page, std::vector<Code>& codes);

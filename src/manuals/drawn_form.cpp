@@ -38,6 +38,19 @@ CodeBytes NumbersIn(Text text, std::size_t from = 0) {
   return bytes;
 }
 
+bool IsSumName(Text folded) {
+  return folded == u"bcc" || folded == u"lrc" || folded == u"sum" || folded == u"cs" ||
+         Says(folded, {u"check", u"chk", u"cks", u"prufsumme", u"somme de contr", u"suma de", u"校验"});
+}
+
+bool IsPlaceName(Text folded) {
+  constexpr std::size_t kLongestPlace = 20;
+  return folded.size() <= kLongestPlace &&
+         Says(folded, {u"command", u"code",  u"function", u"data",     u"param",  u"value",  u"cmd",
+                       u"befehl",  u"daten", u"wert",     u"commande", u"donnee", u"valeur", u"comando",
+                       u"valor",   u"dato",  u"命令",     u"参数",     u"数据",   u"指令"});
+}
+
 Part ReadPart(Text text, bool first) {
   using enum Part::Kind;
   text = Bare(text);
@@ -47,17 +60,11 @@ Part ReadPart(Text text, bool first) {
     return {Literal, {control->Byte}};
   const std::u16string folded = FoldLetters(text);
   if (const CodeBytes numbers = NumbersIn(text); !numbers.empty()) return {Literal, numbers};
-  if (Says(folded, {u"check", u"chk", u"cks", u"prufsumme", u"somme de contr", u"suma de", u"校验"}))
-    return {Sum, {}};
+  if (IsSumName(folded)) return {Sum, {}};
   const std::size_t blank = text.rfind(u' ');
   if (first && blank != Text::npos && IsSymbol(Bare(text.substr(blank))))
     return {Literal, Characters(Bare(text.substr(blank)))};
-  constexpr std::size_t kLongestPlace = 20;
-  if (text.size() <= kLongestPlace &&
-      Says(folded, {u"command", u"code",  u"function", u"data",     u"param",  u"value",  u"cmd",
-                    u"befehl",  u"daten", u"wert",     u"commande", u"donnee", u"valeur", u"comando",
-                    u"valor",   u"dato",  u"命令",     u"参数",     u"数据",   u"指令"}))
-    return {Place, {}};
+  if (IsPlaceName(folded)) return {Place, {}};
   return {};
 }
 
@@ -79,7 +86,18 @@ std::vector<Text> PartsOf(Text line) {
     std::vector<Text> found = parts([&](std::size_t at) { return line[at] == mark; });
     if (found.size() >= 3) return found;
   }
-  return {};
+  // "STX Command ETX BCC": blanks part names of which each is known.
+  std::vector<Text> found = parts([&](std::size_t at) { return IsBlank(line[at]); });
+  constexpr std::size_t kFewest = 3;
+  constexpr std::size_t kMost = 8;
+  const bool names =
+      found.size() >= kFewest && found.size() <= kMost &&
+      std::all_of(found.begin(), found.end(), [](Text name) {
+        const std::u16string folded = FoldLetters(name);
+        const auto control = ControlAt(name, 0);
+        return (control && control->End == name.size()) || IsSumName(folded) || IsPlaceName(folded);
+      });
+  return names ? found : std::vector<Text>();
 }
 
 std::optional<DrawnForm> FormOn(Text line) {

@@ -145,7 +145,11 @@ bool OnlyCharacters(const Code& code) {
 // Codes that fill the places of a form that the page draws; nothing where codes are printed whole.
 bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
   const auto form = FindDrawnForm(page);
-  if (!form || form->Before.front().Kind == ByteKind::CNT) return false;
+  if (!form) return false;
+  const auto isSum = [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; };
+  const bool control = form->Before.front().Kind == ByteKind::CNT;
+  // STX and ETX alone are found without a drawing.
+  if (control && std::none_of(form->Behind.begin(), form->Behind.end(), isSum)) return false;
   const auto begins = [&](const Code& code) {
     return code.Bytes.size() >= form->Before.size() &&
            SameValues(
@@ -156,14 +160,14 @@ bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
     return begins(code) && code.Bytes.size() > form->Before.size() + form->Behind.size();
   });
   if (static_cast<std::size_t>(whole) * 3 > codes.size()) return false;
-  const bool characters = std::any_of(form->Before.begin(), form->Before.end(),
-                                      [](const CodeByte& byte) { return byte.Kind == ByteKind::ASC; });
+  const bool characters =
+      control || std::any_of(form->Before.begin(), form->Before.end(),
+                             [](const CodeByte& byte) { return byte.Kind == ByteKind::ASC; });
   for (Code& code : codes) {
     const bool ofForm = characters == (code.How == Notation::Characters);
     if (!ofForm || begins(code) || code.Broken) continue;
     Put({form->Before, form->Behind, false}, code);
-    code.Broken = std::any_of(code.Bytes.begin(), code.Bytes.end(),
-                              [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
+    code.Broken = std::any_of(code.Bytes.begin(), code.Bytes.end(), isSum);
   }
   return true;
 }

@@ -97,6 +97,15 @@ std::size_t AddNumber(std::u16string_view text, std::size_t at, Seen& seen) {
   return end;
 }
 
+// "Input B": 2; 0 where no socket has a letter.
+int SocketLetter(std::u16string_view text, std::size_t at, const Seen& seen) {
+  const char16_t c = text[at];
+  if (seen.Last != Word::Input || seen.Channel > 0 || c < u'a' || c > u'd') return 0;
+  const bool alone =
+      !IsLatin(text[at - 1]) && (at + 1 >= text.size() || text[at + 1] == u' ' || text[at + 1] == u')');
+  return alone ? c - u'a' + 1 : 0;
+}
+
 Seen Look(std::u16string_view label) {
   constexpr std::size_t kLongestLabel = 160;
   std::u16string text(label.substr(0, kLongestLabel));
@@ -111,6 +120,11 @@ Seen Look(std::u16string_view label) {
   std::size_t at = 0;
   while (at < text.size()) {
     const char16_t c = text[at];
+    if (const int socket = SocketLetter(text, at, seen)) {
+      seen.Channel = socket;
+      ++at;
+      continue;
+    }
     const bool wordBegins = at == 0 || !IsLatin(text[at - 1]) || !IsLatin(c);
     Word meaning{};
     if (const std::size_t length = wordBegins && c != u' ' ? PhraseAt(text, at, meaning) : 0) {
@@ -164,8 +178,9 @@ State StateOf(const Seen& seen, Subject what) {
   if (what == Subject::Blank && IsPictureAlone(seen))
     return seen.Has(Word::PictureOff) ? State::On : State::Off;
   if (what == Subject::Volume) {
-    if (seen.Has(Word::Up) == seen.Has(Word::Down)) return State::None;
-    return seen.Has(Word::Up) ? State::Up : State::Down;
+    const bool up = seen.Has(Word::Up) || seen.Has(Word::Louder);
+    if (up == (seen.Has(Word::Down) || seen.Has(Word::Quieter))) return State::None;
+    return up ? State::Up : State::Down;
   }
   if (on == off) {
     const bool open = seen.Has(Word::Open);
@@ -179,6 +194,7 @@ Subject PictureOrSound(const Seen& seen) {
   if (seen.Has(Word::Sound)) return seen.Has(Word::Blank) ? Subject::Blank : Subject::Sound;
   if (seen.Has(Word::Blank) || seen.Has(Word::Shutter)) return Subject::Blank;
   if (seen.Has(Word::Volume)) return seen.Has(Word::Mute) ? Subject::Sound : Subject::Volume;
+  if (seen.Has(Word::Louder) || seen.Has(Word::Quieter)) return Subject::Volume;
   if (seen.Has(Word::Mute) || seen.Has(Word::Unmute)) {
     return seen.Has(Word::Video) || seen.Has(Word::Picture) || seen.Has(Word::PictureOn) ||
                    seen.Has(Word::PictureOff)
@@ -249,10 +265,10 @@ Function InContext(const Function& label, const Function& above) {
   Function joined = label;
   const bool stateAlone = label.What == Subject::None && label.To != State::None;
   // "Standby", "Einschalten" below a title.
-  const bool powerWord =
-      label.What == Subject::Power && label.Words == 1 && !label.NamesPower && above.To == State::None &&
-      above.Unknown == 0 &&
-      (above.What == Subject::Blank || above.What == Subject::Mute || above.What == Subject::Sound);
+  const bool powerWord = label.What == Subject::Power && label.Words == 1 && !label.NamesPower &&
+                         above.To == State::None && above.Unknown == 0 &&
+                         (above.What == Subject::Blank || above.What == Subject::Mute ||
+                          above.What == Subject::Sound || above.What == Subject::Other);
   if (stateAlone || powerWord) {
     joined.What = above.What == Subject::None ? Subject::None : above.What;
     joined.Plain = label.Plain && above.Plain;

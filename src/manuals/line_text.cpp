@@ -212,6 +212,7 @@ class LineReader {
   bool IsStandard(std::size_t from, std::size_t to) const;
   void FindSpeeds();
   void FindShortForms();
+  void TakeSpeedBefore(std::size_t at);
   void FindValueBlock();
   bool ParityBefore(std::size_t at);
   bool StopBefore(std::size_t at);
@@ -367,7 +368,7 @@ void LineReader::FindShortForms() {
     if ((!bits && !letter(text_[at])) || !IsWordBegin(text_, at)) continue;
     const std::size_t second = skip(at + 1);
     const std::size_t third = second < text_.size() ? skip(second + 1) : second;
-    if (second - at > 3 || third - second > 3 || second >= text_.size()) continue;
+    if (second - at > 4 || third - second > 4 || second >= text_.size()) continue;
     const bool otherBits = text_[second] == u'8' || text_[second] == u'7';
     if (bits == otherBits) continue;
     const auto parity = letter(text_[bits ? second : at]);
@@ -382,7 +383,21 @@ void LineReader::FindShortForms() {
     parities_.insert(*parity);
     if (stop) stops_.insert(text_[third] - u'0');
     Mark(at, third);
+    if (stop) TakeSpeedBefore(at);
   }
+}
+
+// "9600/8/N/1" without a word for the speed.
+void LineReader::TakeSpeedBefore(std::size_t at) {
+  constexpr std::size_t kGap = 4;
+  std::size_t from = at;
+  while (from > 0 && at - from < kGap && !IsWordPart(text_[from - 1]) && text_[from - 1] != u'\n') --from;
+  while (from > 0 && IsDigit(text_[from - 1])) --from;
+  std::size_t end = 0;
+  const auto speed = from < at && IsDigit(text_[from]) ? SpeedAt(text_, from, end) : std::nullopt;
+  if (!speed || !speeds_.empty()) return;
+  speeds_.insert(*speed);
+  Mark(from, end);
 }
 
 // The values of a torn table: a speed, then within a few words a parity, eight, and one or two.

@@ -154,6 +154,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
                std::make_move_iterator(characters.end()));
   std::stable_sort(codes.begin(), codes.end(), Before);
   DropAnswers(codes);
+  TakeLeads(page, codes);
   PutFrames(page, codes);
   CompleteCheckSums(page, codes);
   std::erase_if(codes, [](const Code& code) {

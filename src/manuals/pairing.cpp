@@ -42,6 +42,10 @@ class LabelSeeker {
   bool IsSilent(std::size_t text) const;
   std::optional<std::size_t> TextInstead(std::size_t at, std::size_t text, Side row) const;
   void SpreadStackedHeadings(std::vector<Finding>& findings) const;
+  void HeedRows(std::size_t at, Finding& finding) const;
+  void HeedMarks(std::vector<Finding>& findings) const;
+  bool BelowOtherTitle(std::size_t at) const;
+  std::u16string MarksOf(std::size_t at) const;
   bool OnRow(std::size_t code) const {
     return TextAt(code, Side::Left).has_value() || TextAt(code, Side::Right).has_value();
   }
@@ -246,9 +250,13 @@ std::vector<Finding> LabelSeeker::Seek() {
       }
     }
     if (!text && onRow) {  // the page's side is empty here
-      side = cell;
+      side = side == Side::Left ? Side::Right : Side::Left;
       text = TextAt(at, side);
       asRest = false;
+    }
+    if (!text && onRow) {
+      side = cell;
+      text = TextAt(at, side);
     }
     if (!text) {
       findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
@@ -256,13 +264,96 @@ std::vector<Finding> LabelSeeker::Seek() {
     }
     Finding finding = Label(at, *text, side);
     if (supportColumn_ && SupportOf(at) == u"no") finding.For.Unsupported = true;
-    finding.Settled = asRest && !finding.What.LeadsLabel &&
+    if (onRow) HeedRows(at, finding);
+    finding.Settled = asRest && finding.Doubt.empty() && !finding.What.LeadsLabel &&
                       (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
-    if (!finding.Settled) finding.Doubt = "which label belongs to which code is not certain";
+    if (!finding.Settled && finding.Doubt.empty())
+      finding.Doubt = "which label belongs to which code is not certain";
     findings[pieces_[at].Code] = std::move(finding);
   }
   SpreadStackedHeadings(findings);
+  HeedMarks(findings);
   return findings;
+}
+
+// What else stands on the row: that the model does not have it, or a title of other things ("Picture mode").
+void LabelSeeker::HeedRows(std::size_t at, Finding& finding) const {
+  for (std::size_t next = at + 1; next < pieces_.size() && pieces_[next].IsText() && SameLine(at, next);
+       ++next)
+    finding.For.Unsupported |= pieces_[next].Says.Unsupported;
+  const Subject what = finding.For.What;
+  const bool input = what == Subject::Computer || what == Subject::Digital || what == Subject::Video ||
+                     what == Subject::SVideo;
+  if (input && !finding.For.Switches && BelowOtherTitle(at))
+    finding.Doubt = "it stands below a title of something else";
+}
+
+// Rows of a group: its title stands on a line of its own or left of the label of its first row.
+bool LabelSeeker::BelowOtherTitle(std::size_t at) const {
+  constexpr std::size_t kFarthest = 60;
+  std::size_t line = pieces_[at].Where.Line;
+  std::size_t texts = 0;
+  bool code = true;
+  for (std::size_t back = 1; back <= kFarthest && back <= at; ++back) {
+    const Piece& piece = pieces_[at - back];
+    if (piece.Where.Line != line) {
+      line = piece.Where.Line;
+      texts = 0;
+      code = false;
+    }
+    code |= !piece.IsText();
+    if (!piece.IsText()) continue;
+    ++texts;
+    const bool leftmost = back == at || pieces_[at - back - 1].Where.Line != line;
+    const bool title = leftmost && (code ? texts >= 2 : texts == 1);
+    if (title && !piece.Heading) return piece.Says.What == Subject::Other;
+  }
+  return false;
+}
+
+// "o  -", "yes", "x": what stands behind the code for the models of the page; empty where it is something
+// else.
+std::u16string LabelSeeker::MarksOf(std::size_t at) const {
+  const Code& code = codes_[pieces_[at].Code];
+  const Text rest = Text(page_.Lines[code.End().Line]).substr(code.End().To);
+  constexpr std::size_t kLongest = 60;
+  std::u16string marks;
+  if (rest.size() > kLongest) return marks;
+  const std::u16string folded = FoldLetters(rest);
+  for (std::size_t from = 0; from < folded.size();) {
+    const std::size_t begin = folded.find_first_not_of(u" \t|", from);
+    if (begin == Text::npos) break;
+    const std::size_t end = std::min(folded.find_first_of(u" \t|", begin), folded.size());
+    const Text token = Text(folded).substr(begin, end - begin);
+    const bool sign = token.size() == 1 && (Text(u"oxyn-*+").find(token[0]) != Text::npos ||
+                                            (token[0] > 0xBF && token[0] < 0x2E80));
+    if (!sign && token != u"yes" && token != u"no" && token != u"--" && token != u"n/a") return {};
+    marks += token;
+    marks += u' ';
+    from = end;
+  }
+  return marks;
+}
+
+// A row that is marked unlike most others could be missing on this model.
+void LabelSeeker::HeedMarks(std::vector<Finding>& findings) const {
+  constexpr std::size_t kFewest = 3;
+  std::map<std::u16string, std::vector<std::size_t>> marked;
+  for (std::size_t at = 0; at < pieces_.size(); ++at) {
+    if (pieces_[at].IsText()) continue;
+    if (std::u16string marks = MarksOf(at); !marks.empty())
+      marked[std::move(marks)].push_back(pieces_[at].Code);
+  }
+  std::size_t most = 0;
+  for (const auto& [marks, rows] : marked) most = std::max(most, rows.size());
+  if (most < kFewest || marked.size() < 2) return;
+  for (const auto& [marks, rows] : marked) {
+    for (const std::size_t row : rows) {
+      if (rows.size() == most) continue;
+      findings[row].Settled = false;
+      findings[row].Doubt = "its row is marked unlike the others";
+    }
+  }
 }
 
 // The second code of a row is for the second input that the head of the table names: "Computer1 | Computer2".

@@ -59,7 +59,8 @@ void AddText(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
   piece.Heading = IsHeading(text);
   piece.Numbered = IsDigit(text[0]);
   piece.LeadsOver = span.To < line.size() && line[span.To] == u':';
-  piece.Bracketed = span.From < line.size() && line[span.From] == u'(';
+  const bool opened = span.Line > 0 && TrimSpace(page.Lines[span.Line - 1]) == u"(";  // on a line of its own
+  piece.Bracketed = opened || (span.From < line.size() && line[span.From] == u'(');
   constexpr std::size_t kShortestSentence = 5;
   const bool stop = span.To < line.size() && line[span.To] == u'.';
   piece.Sentence = text.size() > kLongestLabel ||
@@ -115,14 +116,13 @@ void AddTexts(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
   AddLongText(page, {span.Line, from, span.To}, pieces);
 }
 
-// A text that stands before code after code ("Send string") is a caption, not a label.
+// A text that says nothing and stands again and again ("Send string", "Return value") is a caption, not a
+// label.
 void FindCaptions(const ManualPage& page, std::vector<Piece>& pieces) {
   std::map<std::u16string, std::vector<std::size_t>> captions;
   for (std::size_t at = 0; at + 1 < pieces.size(); ++at) {
     const Piece& piece = pieces[at];
-    if (!piece.IsText() || pieces[at + 1].IsText() || piece.Says.What != Subject::None ||
-        piece.Says.To != State::None)
-      continue;
+    if (!piece.IsText() || piece.Says.What != Subject::None || piece.Says.To != State::None) continue;
     captions[FoldLetters(page.At(piece.Where))].push_back(at);
   }
   constexpr std::size_t kOften = 3;

@@ -18,6 +18,10 @@ bool IsValue(Text token) {
   return folded == u"on" || folded == u"off" || folded == u"?" || folded == u"up" || folded == u"down";
 }
 
+bool IsQueryName(Text token) {
+  return token == u"GET" || token == u"READ" || token == u"QUERY" || token == u"ASK" || token == u"SET";
+}
+
 struct Marks {
   std::size_t From = 0;
   std::size_t To = 0;
@@ -200,6 +204,10 @@ Span TextBefore(const ManualPage& page, Span region) {
          IsWordPart(line[tokens[first].From]) && tokens[first].From - tokens[first - 1].To == 1) {
     --first;
   }
+  // "GET POWER": the word that makes it a query.
+  if (!single && first > 0 && tokens[first].From - tokens[first - 1].To == 1 &&
+      IsQueryName(page.At(tokens[first - 1])))
+    --first;
   // "ka 01 01" where its cell begins.
   const bool values = !single && first > 0 && tokens[first].From - tokens[first - 1].To == 1 &&
                       All(page.At(tokens[first]), IsDigit);

@@ -33,16 +33,16 @@ constexpr WordList kVocabulary[] = {
      u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
-     u"on|ein|an|marche|activado|activada|activee|attivata|ativado|activar|activer|"
+     u"on|ein|an|activado|activada|activee|attivata|ativado|activar|activer|"
      u"active|"
      u"enable|enabled|enables|start|starts|allumer|attivo|attivato|打开|开|開|オン|入|yes to on"},
     {Word::Off,
-     u"off|aus|arret|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|"
+     u"off|aus|desactivado|desactivada|desactivee|disattivata|disattivato|desativado|"
      u"desactivar|eteint|"
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
-     u"poweron|acceso|ligado|turn it on|turns it on|switch it on|from standby|standby to on|out of "
+     u"poweron|marche|acceso|ligado|turn it on|turns it on|switch it on|from standby|standby to on|out of "
      u"standby|power "
      u"on|einschalten|mise en marche|mettre en "
      u"marche|mise sous tension|encender|encendido|"
@@ -83,7 +83,8 @@ constexpr WordList kVocabulary[] = {
      u"blank|blanking|blank screen|blank image|av mute|a/v mute|av-mute|avmute|a/v-mute|a-v mute|picture "
      u"mute|"
      u"picture muting|video mute|image mute|screen mute|pic mute|black screen|blackout|black out|hide|"
-     u"bild stumm|dunkeltastung|ecran noir|bild dunkel|bildstummschaltung|bild ausblenden|schwarzbild|"
+     u"bild stumm|image noire|dunkeltastung|ecran noir|bild dunkel|bildstummschaltung|bild "
+     u"ausblenden|schwarzbild|"
      u"pantalla negra|pantalla en blanco|imagen muda|schermo nero|tela preta|schermo vuoto|ecran vide|"
      u"tela em branco|pantalla en negro|imagen en negro|leerbildschirm|no show|no-show|picture "
      u"off|hidden|video off mute|display mute|mute picture|"
@@ -107,12 +108,14 @@ constexpr WordList kVocabulary[] = {
      u"lautsprecher|音声|声音|音声ミュート|haut-parleur|volume off|volume on|silencioso"},
     {Word::Volume, u"volume|vol|lautstarke|volumen|音量|ボリューム"},
     {Word::Up,
-     u"up|plus|increase|increases|increment|inc|raise|raises|louder|lauter|erhohen|hoher|augmenter|"
+     u"up|plus|increase|increases|increment|inc|raise|raises|erhohen|hoher|augmenter|"
      u"subir|aumentar|aumenta|aumentare|haut|mas|piu|mais|加|增加|增大|大|アップ|上げ|alto|su|+"},
     {Word::Down,
-     u"down|minus|decrease|decreases|decrement|dec|lower|lowers|quieter|leiser|verringern|senken|reduce|"
+     u"down|minus|decrease|decreases|decrement|dec|lower|lowers|verringern|senken|reduce|"
      u"diminuer|bajar|disminuir|diminuire|diminuir|bas|menos|meno|减|減|减小|减少|小|ダウン|下げ|baixo|"
      u"abaixar|giu"},
+    {Word::Louder, u"louder|lauter|plus fort|mas alto|piu forte|mais alto"},
+    {Word::Quieter, u"quieter|softer|leiser|moins fort|mas bajo|piu piano|mais baixo"},
     {Word::Other,
      u"freeze|unfreeze|still|menu|zoom|d.zoom|keystone|aspect|brightness|bright|contrast|auto|automatic|"
      u"timer|"
@@ -141,14 +144,16 @@ constexpr WordList kVocabulary[] = {
      u"encendido/apagado|开关|开/关|on-off|on /off|on/ off|入/切|オン/オフ|切替"},
     {Word::Confirm,
      u"confirm|confirmation|confirmation message|twice|asks first|with confirmation message|second|again|"
-     u"ruckfrage|bestatigung|confirmacion|确认"},
+     u"ruckfrage|bestatigung|confirmacion|确认|確認|再发送一次|再發送一次|asks|asks "
+     u"on|dialog|prompt|对话框|對話框|mit ruckfrage|avec confirmation"},
     {Word::AtOnce,
      u"immediately|immediate|immediatly|at once|without confirmation message|without confirmation|sofort|"
      u"immediat|immediatement|inmediato|no confirmation|without asking|force|forced|forces|quick off|"
-     u"ohne ruckfrage|直接|立即"},
+     u"ohne ruckfrage|直接|立即|即|now|at once|right away|de inmediato|tout de suite|subito"},
     {Word::Unsupported,
      u"not supported|unsupported|not available|n/a|nicht unterstutzt|reserved|not used|non supporte|"
-     u"no soportado|不支持|not applicable|dummy"},
+     u"no soportado|不支持|not applicable|dummy|non disponible|nicht verfugbar|no disponible|non "
+     u"disponibile|not on this model|not for|nicht vorhanden|不可用|无此功能|except|not valid"},
 };
 
 struct Words {

@@ -36,6 +36,8 @@ enum class Word {
   Volume,
   Up,
   Down,
+  Louder,
+  Quieter,
   Other,
   Query,
   Toggle,

@@ -2,7 +2,6 @@
 
 #include "projector_bench/command_pattern.h"
 #include "projector_bench/stand_in.h"
-#include "projector_bench/sum_search.h"
 #include "projectors/definition_setup.h"
 #include "serial_strings/serial_string.h"
 

@@ -5,8 +5,8 @@
 // them.
 #pragma once
 
-#include "projector_bench/check_sums.h"
 #include "projectors/projector_definition.h"
+#include "serial_strings/sum_search.h"
 
 #include <cstddef>
 #include <optional>
@@ -14,19 +14,6 @@
 #include <vector>
 
 namespace qdm {
-
-// Where a check sum stands and what it covers. Places count from the end of the command, or from its
-// beginning for a sum that stands before what it covers.
-struct SumRule {
-  SumMethod Method;
-  SumForm Form;
-  bool InFront = false;
-  std::size_t Place = 0;      // bytes behind the sum; before it when it stands in front
-  std::size_t Start = 0;      // bytes at the beginning that are not covered
-  std::size_t Uncovered = 0;  // bytes not covered between the range and the sum, or at the end
-
-  std::size_t Width() const { return WidthOf(Form, Method.Bits); }
-};
 
 enum class CodeFault {
   CheckSum,

@@ -1,7 +1,7 @@
 #include "projector_bench/code_check.h"
 
 #include "projector_bench/command_pattern.h"
-#include "projector_bench/sum_search.h"
+#include "serial_strings/sum_search.h"
 #include "support/strings.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "projector_bench/check_sums.h"
+#include "serial_strings/check_sums.h"
 
 #include "serial_strings/serial_string.h"
 

@@ -1,4 +1,4 @@
-#include "projector_bench/sum_search.h"
+#include "serial_strings/sum_search.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "manuals/check_sums.h"
+#include "manuals/code_sums.h"
 
 #include <gmock/gmock.h>
 

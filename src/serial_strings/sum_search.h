@@ -2,12 +2,26 @@
 // rule that explains most is taken where chance cannot explain it as well.
 #pragma once
 
-#include "projector_bench/code_check.h"
+#include "serial_strings/check_sums.h"
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
 namespace qdm {
+
+// Where a check sum stands and what it covers. Places count from the end of the command, or from its
+// beginning for a sum that stands before what it covers.
+struct SumRule {
+  SumMethod Method;
+  SumForm Form;
+  bool InFront = false;
+  std::size_t Place = 0;      // bytes behind the sum; before it when it stands in front
+  std::size_t Start = 0;      // bytes at the beginning that are not covered
+  std::size_t Uncovered = 0;  // bytes not covered between the range and the sum, or at the end
+
+  std::size_t Width() const { return WidthOf(Form, Method.Bits); }
+};
 
 struct FoundSum {
   SumRule Rule;
