@@ -108,7 +108,7 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
   for (std::size_t i = 0; i < findings.size(); ++i) {
     if (SlotOf(findings[i].For) != slot || !Usable(findings[i])) continue;
     int rank = RankFor(slot, findings[i].For) + (findings[i].Settled ? 0 : 4);
-    if (!findings[i].What.Framed) rank += 5;
+    if (!findings[i].What.Framed || TooShort(findings[i].What)) rank += 5;
     candidates.push_back({i, rank});
   }
   if (candidates.empty()) return;

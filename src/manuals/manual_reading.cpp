@@ -4,6 +4,7 @@
 #include "manuals/choosing.h"
 #include "manuals/codes.h"
 #include "manuals/framing.h"
+#include "manuals/grammar.h"
 #include "manuals/line_text.h"
 #include "manuals/page.h"
 #include "manuals/pairing.h"
@@ -183,6 +184,7 @@ ManualReading ReadManual(std::u16string_view text) {
   std::vector<Finding> findings = PairLabels(page, codes);
   std::vector<Finding> composed = ComposeCommands(page, codes);
   std::move(composed.begin(), composed.end(), std::back_inserter(findings));
+  ComposeByGrammar(page, findings);
   ChooseCommands(page, std::move(findings), reading);
   FindReplies(page, reading);
   return reading;

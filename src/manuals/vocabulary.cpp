@@ -30,7 +30,8 @@ constexpr WordList kVocabulary[] = {
      u"projector|projektor|projecteur|proyector|proiettore|projetor|lamp|lampe|lampada|set|display|unit|"
      u"system|beamer|device|gerat|appareil|投影机|投影機|プロジェクター|プロジェクタ|本机"},
     {Word::Power,
-     u"power|pow|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|energia|"
+     u"power|pow|operate|netz|netzschalter|strom|stromversorgung|alimentation|alimentacion|alimentazione|"
+     u"energia|"
      u"power supply|power switch|main power|mains|电源|電源|betrieb"},
     {Word::On,
      u"on|ein|an|activado|activada|activee|attivata|ativado|activar|activer|"
@@ -47,7 +48,7 @@ constexpr WordList kVocabulary[] = {
      u"on|einschalten|mise en marche|mettre en "
      u"marche|mise sous tension|encender|encendido|"
      u"accensione|accendere|ligar|turn on|turns on|switch on|switches on|lamp on|开机|開機|电源开|電源入|"
-     u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|allumer le "
+     u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|warm-up|warm up|allumer le "
      u"projecteur|打开电源"},
     {Word::PowerOff,
      u"poweroff|spento|desligado|turn it off|turns it off|switch it off|power off|ausschalten|mise en "
@@ -55,7 +56,8 @@ constexpr WordList kVocabulary[] = {
      u"tension|spegni|eteindre|mise hors "
      u"tension|apagar|apagado|"
      u"spegnimento|spegnere|desligar|turn off|turns off|switch off|switches off|lamp off|shut down|shutdown|"
-     u"power down|关机|關機|电源关|電源切|电源关闭|電源オフ|电源 关|extinction|extinguir|standby|stand by|"
+     u"power down|cool-down|cool down|关机|關機|电源关|電源切|电源关闭|電源オフ|电源 "
+     u"关|extinction|extinguir|standby|stand by|"
      u"stand-by|go to standby|standby mode|bereitschaft|veille|待机|待機|关闭电源|en veille|sleep "
      u"mode|arret"},
     {Word::Input,
