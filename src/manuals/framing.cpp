@@ -68,7 +68,14 @@ Frame FrameOfText(const ManualPage& page) {
                u"retorno de carro", u"ritorno a capo", u"return code (", u"return code\n(0d"});
   const bool key = Says(folded, {u"press enter", u"<enter>", u"[enter]", u"enter key", u"press return",
                                  u"press\nenter", u"enter-taste"});
-  if (named[13] == 0 && !inWords && !key && !Says(folded, {u"0dh", u"0x0d"})) return frame;
+  const bool feed =
+      Says(folded, {u"line feed", u"linefeed", u"zeilenvorschub", u"saut de ligne", u"avance de linea"});
+  if (named[13] == 0 && !inWords && !key && !Says(folded, {u"0dh", u"0x0d"})) {
+    if (named[10] == 0 && !feed) return frame;
+    frame.Behind = {Control(10)};
+    frame.Settled = named[10] > 0;
+    return frame;
+  }
   frame.Behind = {Control(13)};
   if (LineFeedFollows(folded)) frame.Behind.push_back(Control(10));
   frame.Settled = named[13] > 0 || inWords;

@@ -57,7 +57,9 @@ constexpr Text kOtherWords[] = {
     u"longitud",      u"start bit",   u"startbit",         u"word length",     u"数据长度"};
 
 constexpr Text kStandardWords[] = {u"default", u"standard", u"factory",       u"werkseinst", u"initial",
-                                   u"默认",    u"defaut",   u"predeterminad", u"预设"};
+                                   u"默认",    u"defaut",   u"predeterminad", u"预设",       u"fabrica",
+                                   u"usine",   u"fabbrica", u"defecto",       u"出厂",       u"ab werk",
+                                   u"初期",    u"初始"};
 
 struct ParityWord {
   Text Word;
@@ -118,9 +120,10 @@ std::optional<int> SpeedAt(Text text, std::size_t at, std::size_t& end) {
     }
     ++end;
   }
-  constexpr std::pair<Text, int> kShort[] = {{u"19.2k", 19200},   {u"38.4k", 38400}, {u"57.6k", 57600},
-                                             {u"115.2k", 115200}, {u"9.6k", 9600},   {u"19k2", 19200},
-                                             {u"38k4", 38400}};
+  constexpr std::pair<Text, int> kShort[] = {{u"19.2k", 19200},   {u"38.4k", 38400},    {u"57.6k", 57600},
+                                             {u"115.2k", 115200}, {u"9.6k", 9600},      {u"19k2", 19200},
+                                             {u"38k4", 38400},    {u"19.2 k", 19200},   {u"38.4 k", 38400},
+                                             {u"57.6 k", 57600},  {u"115.2 k", 115200}, {u"9.6 k", 9600}};
   for (const auto& [word, speed] : kShort) {
     if (text.substr(at, word.size()) != word) continue;
     end = at + word.size();
@@ -173,6 +176,7 @@ class LineReader {
     Find(kParityWords, parities_, ParityAt, &LineReader::ParityBefore);
     Find(kStopWords, stops_, StopAt, &LineReader::StopBefore);
     FindShortForms();
+    FindBareStop();
     if (parities_.empty() || stops_.empty()) FindValueBlock();
     ManualLineSettings line;
     line.Speed = Only(speeds_);
@@ -210,9 +214,12 @@ class LineReader {
     return at < text_.size() && (text_[at] == u'1' || text_[at] == u'2') && IsWordEnd(text_, at + 1);
   }
   bool IsStandard(std::size_t from, std::size_t to) const;
+  bool IsStarred(std::size_t at) const;
+  bool StarMeansStandard() const;
   void FindSpeeds();
   void FindShortForms();
   void TakeSpeedBefore(std::size_t at);
+  void FindBareStop();
   void FindValueBlock();
   bool ParityBefore(std::size_t at);
   bool StopBefore(std::size_t at);
@@ -312,6 +319,21 @@ bool LineReader::IsStandard(std::size_t from, std::size_t to) const {
   return FirstOf(behind, kStandardWords) != Text::npos || FirstOf(before, kStandardWords) != Text::npos;
 }
 
+// "19200bps*"
+bool LineReader::IsStarred(std::size_t at) const {
+  while (at < text_.size() && (IsLetter(text_[at]) || text_[at] == u' ' || text_[at] == u'/')) ++at;
+  return at < text_.size() && text_[at] == u'*';
+}
+
+// "* Factory setting"
+bool LineReader::StarMeansStandard() const {
+  constexpr std::size_t kNote = 24;
+  for (std::size_t at = text_.find(u'*'); at != Text::npos; at = text_.find(u'*', at + 1)) {
+    if (FirstOf(text_.substr(at, kNote), kStandardWords) != Text::npos) return true;
+  }
+  return false;
+}
+
 // Speeds near a word that says so; where there is only one speed on a page that speaks of speeds, that one.
 void LineReader::FindSpeeds() {
   std::vector<std::size_t> words;
@@ -324,6 +346,7 @@ void LineReader::FindSpeeds() {
   std::set<int> near;
   std::set<int> all;
   std::set<int> standard;
+  const bool starred = StarMeansStandard();
   std::optional<int> first;  // right behind its label: the others are for special cases
   for (std::size_t at = 0; at < text_.size(); ++at) {
     std::size_t end = 0;
@@ -341,7 +364,7 @@ void LineReader::FindSpeeds() {
       near.insert(*speed);
       Mark(at, end);
     }
-    if (IsStandard(at, end)) standard.insert(*speed);
+    if (IsStandard(at, end) || (starred && IsStarred(end))) standard.insert(*speed);
   }
   // A number that stands alone could be something else.
   std::erase_if(all, [](int speed) { return speed < 9600; });
@@ -384,6 +407,19 @@ void LineReader::FindShortForms() {
     if (stop) stops_.insert(text_[third] - u'0');
     Mark(at, third);
     if (stop) TakeSpeedBefore(at);
+  }
+}
+
+// "Stop 1", "Stop" above "1 bit": the number at once.
+void LineReader::FindBareStop() {
+  constexpr Text kStop = u"stop";
+  if (!stops_.empty()) return;
+  for (std::size_t at = text_.find(kStop); at != Text::npos; at = text_.find(kStop, at + 1)) {
+    const std::size_t value = text_.find_first_not_of(u" :=\n\t", at + kStop.size());
+    if (value == Text::npos || value == at + kStop.size() || !IsWordBegin(text_, at)) continue;
+    if ((text_[value] != u'1' && text_[value] != u'2') || !IsWordEnd(text_, value + 1)) continue;
+    stops_.insert(text_[value] - u'0');
+    Mark(value, value + 1);
   }
 }
 

@@ -197,6 +197,22 @@ void AddMarkedRows(const ManualPage& page, std::vector<Code>& codes) {
 
 namespace {
 
+// "PW=1", "ON!": capitals and digits round one sign; the key is the sign and whether it ends the token.
+std::u16string FamilyBySign(Text token) {
+  constexpr Text kSigns = u"=!#%*~^_+:";
+  const std::size_t sign = token.find_first_of(kSigns);
+  if (token.size() < 3 || token.size() > 16 || sign == Text::npos || sign < 2 || !IsLetter(token[0]))
+    return {};
+  if (sign + 1 == token.size() && (token[sign] == u':' || token[sign] == u'*')) return {};
+  if (token.find_first_of(kSigns, sign + 1) != Text::npos) return {};
+  const auto plain = [](Text part) {
+    return All(part, [](char16_t c) { return IsUpper(c) || IsDigit(c) || c == u'-'; });
+  };
+  if (!plain(token.substr(0, sign)) || !plain(token.substr(sign + 1))) return {};
+  return {u'?', token[sign], sign + 1 == token.size() ? u'.' : u'v'};
+}
+bool IsBySign(const std::u16string& family) { return family.size() == 3 && family[0] == u'?'; }
+
 // Tokens that look alike have the same key: the first letter and the length of "C0A", the shape of "PON".
 std::u16string FamilyOf(Text token) {
   if (token.size() < 2 || token.size() > 20 || !All(token, IsPrintable)) return {};
@@ -215,7 +231,7 @@ std::u16string FamilyOf(Text token) {
     return std::u16string(token.substr(0, letters)) + u'9';
   }
   if (letters == token.size() && letters >= 2 && letters <= 4) return std::u16string(letters, u'A');
-  return {};
+  return FamilyBySign(token);
 }
 
 bool IsCapitals(const std::u16string& family) {
@@ -277,7 +293,8 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
       const Span span = Bare(page, tokens[i]);
       const Text token = page.At(span);
       std::u16string family = FamilyOf(token);
-      const bool names = !LeadBySymbol(token) && ClassifyLabel(token).What != Subject::None;
+      const bool names =
+          !LeadBySymbol(token) && !IsBySign(family) && ClassifyLabel(token).What != Subject::None;
       const bool known = family.empty() || names || IsNoCommand(token);
       if (known) {
         before.clear();

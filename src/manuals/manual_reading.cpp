@@ -10,6 +10,7 @@
 #include "manuals/pairing.h"
 #include "manuals/replies.h"
 #include "manuals/templates.h"
+#include "manuals/value_rows.h"
 
 #include <algorithm>
 #include <iterator>
@@ -182,8 +183,10 @@ ManualReading ReadManual(std::u16string_view text) {
   reading.Frame = {Values(frame.Before), Values(frame.Behind)};
   const std::vector<Code> codes = AllCodes(page);
   std::vector<Finding> findings = PairLabels(page, codes);
-  std::vector<Finding> composed = ComposeCommands(page, codes);
-  std::move(composed.begin(), composed.end(), std::back_inserter(findings));
+  for (auto* compose : {ComposeCommands, ComposeByValueRows}) {
+    std::vector<Finding> composed = compose(page, codes);
+    std::move(composed.begin(), composed.end(), std::back_inserter(findings));
+  }
   ComposeByGrammar(page, findings);
   ChooseCommands(page, std::move(findings), reading);
   FindReplies(page, reading);

@@ -143,6 +143,15 @@ std::optional<Way> StatedWay(const ManualPage& page) {
   return std::nullopt;
 }
 
+// "__" as the last byte of codes whose like end with a sum.
+void TakeBlanksForSums(std::vector<Code>& codes) {
+  for (Code& code : codes) {
+    const auto holes = std::count_if(code.Bytes.begin(), code.Bytes.end(),
+                                     [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
+    if (code.Broken && holes == 1 && code.Bytes.back().Kind == ByteKind::VAR) code.Bytes.back().Value = 0;
+  }
+}
+
 void FillHole(const Way& way, Code& code) {
   const auto hole = std::find_if(code.Bytes.begin(), code.Bytes.end(), IsSumHole);
   const auto end = std::find_if_not(hole, code.Bytes.end(), IsSumHole);
@@ -161,6 +170,7 @@ void FillHole(const Way& way, Code& code) {
 void CompleteCheckSums(const ManualPage& page, std::vector<Code>& codes) {
   const bool named =
       Says(page, {u"checksum", u"check sum", u"crc", u"bcc", u"lrc", u"prufsumme", u"somme de contr"});
+  if (ShownWay(codes)) TakeBlanksForSums(codes);
   const bool lacking = std::any_of(codes.begin(), codes.end(), LacksSum);
   if (!named && !lacking) return;
   const auto example = named ? ExampleWay(codes) : std::nullopt;

@@ -22,6 +22,16 @@ bool IsQueryName(Text token) {
   return token == u"GET" || token == u"READ" || token == u"QUERY" || token == u"ASK" || token == u"SET";
 }
 
+// "STX Command ETX" draws a command and is none.
+bool IsPartName(Text text) {
+  const std::u16string folded = FoldLetters(text);
+  for (const Text name :
+       {u"command", u"data", u"parameter", u"value", u"code", u"function", u"cmd", u"bcc", u"checksum"}) {
+    if (folded == name) return true;
+  }
+  return false;
+}
+
 struct Marks {
   std::size_t From = 0;
   std::size_t To = 0;
@@ -270,6 +280,7 @@ void AddTerminatedOn(const ManualPage& page, std::size_t number, std::vector<Cod
       continue;
     const bool touches = text.To == end.From || line[text.To] == u'"' || line[text.To] == u'\'';
     if (IsLowerWord(characters) && !touches) continue;
+    if (IsPartName(characters)) continue;
     if (!Any(characters, [](char16_t c) { return IsWordPart(c) || c == u'!' || c == u'"'; })) continue;
     if (!Ends(end.Bytes.front().Value)) continue;
     Code code = TextCode(page, text);

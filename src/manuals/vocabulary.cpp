@@ -82,7 +82,8 @@ constexpr WordList kVocabulary[] = {
      u"s-video|svideo|s video|s-vhs|y/c|super video|svhs|s-video in|s端子|s视频|sビデオ|s 视频|s-视频|s "
      u"端子|s - video"},
     {Word::Blank,
-     u"blank|blanking|blank screen|blank image|av mute|a/v mute|av-mute|avmute|a/v-mute|a-v mute|picture "
+     u"blank|blanks|blanking|blank screen|blank image|av mute|a/v mute|av-mute|avmute|a/v-mute|a-v "
+     u"mute|picture "
      u"mute|"
      u"picture muting|video mute|image mute|screen mute|pic mute|black screen|blackout|black out|hide|"
      u"bild stumm|image noire|dunkeltastung|ecran noir|bild dunkel|bildstummschaltung|bild "
@@ -97,7 +98,9 @@ constexpr WordList kVocabulary[] = {
     {Word::Shutter, u"shutter|dowser|douser|verschluss|obturateur|obturador|otturatore|快门|光闸|シャッター"},
     {Word::Picture,
      u"picture|image|bild|imagen|immagine|imagem|screen|ecran|pantalla|schermo|tela|画面|图像|映像"},
-    {Word::PictureOn, u"picture on|bild ein|bild an|image on|screen on|picture visible"},
+    {Word::PictureOn,
+     u"picture on|shows the picture|show the picture|show picture|picture again|bild ein|bild an|image "
+     u"on|screen on|picture visible"},
     {Word::PictureOff, u"picture off|bild aus|image off|screen off"},
     {Word::Open, u"open|opens|opened|offnen|offen|ouvrir|ouvert|abrir|abierto|aprire|aperto|aberto|打开快门"},
     {Word::Close,
