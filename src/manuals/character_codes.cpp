@@ -114,9 +114,12 @@ void ResolveAddress(const ManualPage& page, Code& code) {
     code.Open = true;
     return;
   }
-  code.Open = std::any_of(values.begin(), values.end(),
-                          [](std::uint8_t value) { return value == '*' || value == '?'; }) &&
-              values.front() != '*';
+  // A sign that begins the characters is part of them.
+  const auto first =
+      std::find_if(values.begin(), values.end(), [](std::uint8_t value) { return value > 0x20; });
+  code.Open = first != values.end() && std::any_of(first + 1, values.end(), [](std::uint8_t value) {
+                return value == '*' || value == '?';
+              });
 }
 
 std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<Code>& numbers) {
@@ -125,6 +128,7 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   characters::AddParenthesised(page, candidates);
   characters::AddCellPairs(page, candidates);
   characters::AddShownByNumbers(page, numbers, candidates);
+  characters::AddCapitalRows(page, candidates);
   characters::AddNamedValues(page, candidates);
   characters::AddBetweenIdeographs(page, candidates);
   characters::AddGluedRows(page, candidates);

@@ -31,6 +31,7 @@ void AddParenthesised(const ManualPage& page, std::vector<Code>& codes);
 
 // A word and its value in capitals behind a label: "Power on  PWR ON".
 void AddNamedValues(const ManualPage& page, std::vector<Code>& codes);
+void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes);
 // Between labels in ideographs.
 void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes);
 // In quotation marks or behind a colon, in rows with labels.

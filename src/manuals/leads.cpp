@@ -41,7 +41,7 @@ bool ValueFollows(Text line, const Code& code) {
   const std::size_t end = code.End().To;
   if (code.Framed || end + 1 >= line.size() || line[end] != u' ' || IsBlank(line[end + 1])) return false;
   const Text token = line.substr(end + 1, line.find_first_of(u" \t|", end + 1) - end - 1);
-  const bool number = std::all_of(token.begin(), token.end(), IsDigit);
+  const bool number = !token.empty() && std::all_of(token.begin(), token.end(), IsDigit);
   const bool sign =
       token.size() == 1 && (IsSign(token[0]) && token[0] != u'-' && token[0] != u'(' && token[0] != u'/');
   return number || sign;

@@ -103,7 +103,9 @@ std::size_t FirstOf(Text text, const Text (&words)[N]) {
 
 // A usual speed, "9600", "9,600", "19.2k".
 std::optional<int> SpeedAt(Text text, std::size_t at, std::size_t& end) {
-  if (!IsWordBegin(text, at) || (at > 0 && (text[at - 1] == u'.' || text[at - 1] == u',')))
+  // "Baudrate9600": the blank is lost.
+  const bool glued = at >= 4 && (text.substr(at - 4, 4) == u"rate" || text.substr(at - 4, 4) == u"baud");
+  if ((!IsWordBegin(text, at) && !glued) || (at > 0 && (text[at - 1] == u'.' || text[at - 1] == u',')))
     return std::nullopt;
   int value = 0;
   end = at;
@@ -246,7 +248,16 @@ void LineReader::Find(const Text (&words)[N], std::set<Value>& values,
     for (std::size_t at = text_.find(word); at != Text::npos; at = text_.find(word, at + 1)) {
       if (!ValueFollows(at + word.size()) && (this->*before)(at)) continue;
       std::size_t from = at + word.size();
-      while (from < text_.size() && IsLower(text_[from])) ++from;
+      while (from < text_.size() && IsLower(text_[from])) {
+        // "paritynone": the blank is lost.
+        std::size_t end = 0;
+        const auto glued = from - at > word.size() ? valueAt(text_, from, end) : std::nullopt;
+        if (glued && end - from > 2 && IsWordEnd(text_, end)) {
+          values.insert(*glued);
+          Mark(from, end);
+        }
+        ++from;
+      }
       const Text reach = Reach(from);
       for (std::size_t i = 0; i < reach.size(); ++i) {
         std::size_t end = 0;

@@ -76,11 +76,15 @@ void AddNamedValues(const ManualPage& page, std::vector<Code>& codes) {
   }
   if (slots.size() < 2) return;  // "VGA IN 1", "VGA IN 2" are names of one kind of input
   std::set<std::size_t> cells;
+  std::set<std::size_t> columns;
   for (const Row& row : rows) {
-    if (row.Cell > 0 && names.contains(row.Name)) cells.insert(row.Cell);
+    if (!names.contains(row.Name)) continue;
+    if (row.Cell > 0) cells.insert(row.Cell);
+    columns.insert(row.Words.From);
   }
   for (const Row& row : rows) {
-    const bool inColumn = row.Cell > 0 && cells.contains(row.Cell);
+    const bool inColumn =
+        row.Cell > 0 ? cells.contains(row.Cell) : columns.contains(row.Words.From) && row.Words.From > 0;
     if (names.contains(row.Name) || inColumn) codes.push_back(TextCode(page, row.Words));
   }
 }
@@ -125,6 +129,7 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
       while (span.From < span.To && leads(line[span.From])) ++span.From;
       while (span.To > span.From && leads(line[span.To - 1])) --span.To;
       // "1" and "S" belong to the labels on either side.
+      if (span.To - span.From > 3 && IsDigit(line[span.From]) && line[span.From + 1] == u' ') span.From += 2;
       if (span.To - span.From > 2 && IsDigit(line[span.From]) && line[span.From + 1] == u':') span.From += 2;
       const bool letter = at < line.size() && span.To == at && span.To - span.From > 3 &&
                           IsUpper(line[at - 1]) && line[at - 2] == u' ';
@@ -140,6 +145,29 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
       codes.push_back(TextCode(page, span));
     }
   }
+}
+
+// "SET PWR ON   Switches on": rows that begin with words in capitals and go on, behind a gap, with a label.
+void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes) {
+  constexpr std::size_t kFewest = 3;
+  std::vector<Code> found;
+  std::set<int> slots;
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    const std::size_t gap = line.find(u"  ", line.find_first_not_of(u' '));
+    if (gap == Text::npos || line.size() > 160) continue;
+    const Span words = Trim(page, {number, 0, gap});
+    const Text label = TrimSpace(line.substr(gap));
+    const std::vector<Span> tokens = TokensOf(page.At(words), number);
+    const bool capitals =
+        tokens.size() >= 2 && tokens.size() <= 4 && page.At(words).size() <= kLongestText &&
+        All(page.At(words), [](char16_t c) { return IsUpper(c) || IsDigit(c) || c == u' ' || c == u'?'; });
+    if (!capitals || !Any(label, IsLower)) continue;
+    if (const auto slot = SlotOf(ClassifyLabel(label))) slots.insert(*slot);
+    found.push_back(TextCode(page, words));
+  }
+  if (slots.size() < kFewest) return;
+  std::move(found.begin(), found.end(), std::back_inserter(codes));
 }
 
 namespace {
@@ -231,7 +259,13 @@ std::u16string FamilyOf(Text token) {
     return std::u16string(token.substr(0, letters)) + u'9';
   }
   if (letters == token.size() && letters >= 2 && letters <= 4) return std::u16string(letters, u'A');
-  return FamilyBySign(token);
+  if (std::u16string family = FamilyBySign(token); !family.empty()) return family;
+  // "CMDP0N", "CMDV1D": alike in length and in how they begin.
+  constexpr std::size_t kHead = 3;
+  const bool mixed = token.size() > kHead + 1 && letters >= kHead && Any(token, IsDigit) &&
+                     All(token, [](char16_t c) { return IsUpper(c) || IsDigit(c); });
+  return mixed ? std::u16string(token.substr(0, kHead)) + static_cast<char16_t>(u'0' + token.size()) + u'~'
+               : std::u16string();
 }
 
 bool IsCapitals(const std::u16string& family) {

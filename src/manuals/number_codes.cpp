@@ -79,6 +79,8 @@ std::optional<WrittenByte> BarePair(Text line, std::size_t at) {
   auto byte = PairAt(line, at);
   const char16_t behind = CharAt(line, at + 2);
   if (!byte || IsWordPart(behind) || behind == u'_') return std::nullopt;
+  // "/b1" is a command in characters.
+  if (at > 0 && Text(u"/~#@!%").find(line[at - 1]) != Text::npos && !IsDigit(line[at])) return std::nullopt;
   const bool lower = IsLower(line[at]) || IsLower(line[at + 1]);
   const bool upper = IsUpper(line[at]) || IsUpper(line[at + 1]);
   if ((lower && upper) || (byte->Repaired && lower)) return std::nullopt;

@@ -1,6 +1,7 @@
 #include "manuals/pairing.h"
 
 #include "manuals/columns.h"
+#include "manuals/prose.h"
 
 #include <algorithm>
 #include <iterator>
@@ -39,6 +40,7 @@ class LabelSeeker {
   void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
   std::optional<Finding> StateInRow(std::size_t at) const;
+  std::optional<Finding> OneOfSeveral(std::size_t at) const;
   bool IsSilent(std::size_t text) const;
   std::optional<std::size_t> TextInstead(std::size_t at, std::size_t text, Side row) const;
   void SpreadStackedHeadings(std::vector<Finding>& findings) const;
@@ -230,6 +232,7 @@ std::vector<Finding> LabelSeeker::Seek() {
     if (pieces_[at].IsText()) continue;
     auto headed = StateInRow(at);
     if (!headed) headed = SecondInRow(at);
+    if (!headed) headed = OneOfSeveral(at);
     if (headed) {
       findings[pieces_[at].Code] = std::move(*headed);
       continue;
@@ -377,6 +380,30 @@ std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
   return std::nullopt;
 }
 
+// Commands side by side behind one label: which is the model's, or which is the answer, the row does not say.
+std::optional<Finding> LabelSeeker::OneOfSeveral(std::size_t at) const {
+  const auto codeAt = [&](std::size_t i) { return i < pieces_.size() && !pieces_[i].IsText(); };
+  std::size_t first = at;
+  while (first > 0 && codeAt(first - 1) && SameLine(first - 1, first)) --first;
+  const bool several = first < at || (codeAt(at + 1) && SameLine(at, at + 1));
+  const auto column = [&](std::size_t i) {
+    const Text line = page_.Lines[pieces_[i].Where.Line];
+    const std::size_t end = codes_[pieces_[i].Code].End().To;
+    return line.substr(end, pieces_[i + 1].Where.From - end).find_first_of(u"|\t") != Text::npos ||
+           line.substr(end, 2) == u"  ";
+  };
+  if (!several || !column(first) || first == 0 || !pieces_[first - 1].IsText() || !SameLine(first - 1, first))
+    return std::nullopt;
+  const Code& one = codes_[pieces_[first].Code];
+  const Code& other = codes_[pieces_[first + 1].Code];
+  if (one.How != other.How || one.Bytes.size() != other.Bytes.size() ||
+      SlotOf(pieces_[first - 1].Says) == std::nullopt)
+    return std::nullopt;
+  Finding finding = Label(at, first - 1, Side::Left);
+  finding.Doubt = "its row has several commands";
+  return finding;
+}
+
 // "Power" with two codes below the headings "On" and "Off".
 std::optional<Finding> LabelSeeker::StateInRow(std::size_t at) const {
   const auto code = [&](std::size_t i) { return i < pieces_.size() && !pieces_[i].IsText(); };
@@ -439,6 +466,7 @@ std::vector<Finding> PairLabels(const ManualPage& page, const std::vector<Code>&
   LabelSeeker seeker(page, codes);
   std::vector<Finding> findings = seeker.Seek();
   AlignColumns(seeker.Pieces(), findings);
+  LabelProse(page, findings);
   return findings;
 }
 

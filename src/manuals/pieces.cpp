@@ -85,6 +85,17 @@ void AddLongText(const ManualPage& page, Span span, std::vector<Piece>& pieces) 
   const bool codeFollows = span.To < line.size();
   if (codeFollows && span.To - from > kLongestLabel) {
     constexpr std::size_t kLongestClause = 110;
+    // "Stop bits: 1 Power On": the words before it belong to something else.
+    const std::size_t tail = span.To - kTail;
+    const bool whole = SlotOf(ClassifyLabel(line.substr(tail, kTail))).has_value();
+    for (std::size_t at = tail; at < span.To && !whole; ++at) {
+      const Function says = ClassifyLabel(line.substr(at, span.To - at));
+      if (line[at - 1] != u' ' || !SlotOf(says) || !says.Plain) continue;
+      AddText(page, {span.Line, from, at}, pieces);
+      AddText(page, {span.Line, at, span.To}, pieces);
+      pieces.back().Says.Plain = false;
+      return;
+    }
     const std::size_t least = std::max(from, span.To - std::min(span.To, kLongestClause));
     for (std::size_t at = span.To - kTail; at > least; --at) {
       if (line[at - 1] != u' ' || !SlotOf(ClassifyLabel(line.substr(at, span.To - at)))) continue;
@@ -120,9 +131,14 @@ void AddTexts(const ManualPage& page, Span span, std::vector<Piece>& pieces) {
 // label.
 void FindCaptions(const ManualPage& page, std::vector<Piece>& pieces) {
   std::map<std::u16string, std::vector<std::size_t>> captions;
+  const auto apart = [&](std::size_t a, std::size_t b) {
+    return pieces[a].Where.Line != pieces[b].Where.Line;
+  };
   for (std::size_t at = 0; at + 1 < pieces.size(); ++at) {
     const Piece& piece = pieces[at];
+    const bool alone = apart(at, at + 1) && (at == 0 || apart(at - 1, at));
     if (!piece.IsText() || piece.Says.What != Subject::None || piece.Says.To != State::None) continue;
+    if (pieces[at + 1].IsText() && !alone) continue;
     captions[FoldLetters(page.At(piece.Where))].push_back(at);
   }
   constexpr std::size_t kOften = 3;

@@ -101,7 +101,8 @@ constexpr WordList kVocabulary[] = {
     {Word::PictureOn,
      u"picture on|shows the picture|show the picture|show picture|picture again|bild ein|bild an|image "
      u"on|screen on|picture visible"},
-    {Word::PictureOff, u"picture off|bild aus|image off|screen off"},
+    {Word::PictureOff,
+     u"picture off|blanks the picture|blanks the image|blanks the screen|bild aus|image off|screen off"},
     {Word::Open, u"open|opens|opened|offnen|offen|ouvrir|ouvert|abrir|abierto|aprire|aperto|aberto|打开快门"},
     {Word::Close,
      u"close|closes|closed|schliessen|geschlossen|fermer|ferme|cerrar|cerrado|chiudere|chiuso|fechar|"
