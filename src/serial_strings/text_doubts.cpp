@@ -75,6 +75,24 @@ bool IsChoice(Text text, std::size_t at) {
   return (c == u'-' || c == u'~') && IsDigit(before) && IsDigit(after);
 }
 
+// "PON*1" points to a footnote, "PON=0D" to a code, "VOL $1" to a value.
+std::optional<std::string> DoubtAtSign(Text text, std::size_t at) {
+  const char16_t c = text[at];
+  const std::size_t end = EndOfWord(text, at + 1);
+  const Text behind = text.substr(at + 1, end - at - 1);
+  const bool digits = std::all_of(behind.begin(), behind.end(), IsDigit);
+  if (behind.empty()) return std::nullopt;
+  constexpr std::size_t kLongestNote = 2;
+  const bool atEnd = end == text.size() && at > 0 && IsWordPart(text[at - 1]);
+  if (c == u'*' && atEnd && digits && behind.size() <= kLongestNote)
+    return Quoted(text.substr(at)) + " may point to a footnote";
+  if (c == u'=' && atEnd && behind.size() == 2 && behind[0] == u'0' && IsHexDigit(behind[1]) &&
+      IsLetter(behind[1]))
+    return Quoted(text.substr(at)) + " may be a code";
+  if (c == u'$' && digits && behind.size() == 1) return StandsFor(text.substr(at, 2));
+  return std::nullopt;
+}
+
 // "<CMD>", "[data]": brackets around no code. Square, curly and round ones are often the command's own.
 std::optional<std::string> DoubtInBrackets(Text text, std::size_t at) {
   constexpr Text kOpening = u"<[{(";
@@ -128,6 +146,7 @@ std::optional<std::string> DoubtAt(Text text, std::size_t at) {
   const char16_t c = text[at];
   if (auto doubt = DoubtInBrackets(text, at)) return doubt;
   if (c == u'%' && IsFormat(text, at)) return StandsFor(text.substr(at, 4));
+  if (auto doubt = DoubtAtSign(text, at)) return doubt;
   if (text.substr(at, 2) == u"..") return "\"..\" stands for what is left out";
   if (IsChoice(text, at)) return Quoted(text.substr(at - 1, 3)) + " may be a choice";
   std::size_t end = at;
@@ -151,8 +170,10 @@ std::optional<TextProblem> FindDoubt(Text text) {
     if (auto why = DoubtAt(text, at)) return TextProblem{at, std::move(*why)};
     ++at;
   }
+  if (const std::u16string upper = UpperCase(text); upper == u"N.A." || upper == u"N.A" || upper == u"N/A")
+    return TextProblem{0, StandsFor(text)};
   const bool hasSign = std::any_of(text.begin(), text.end(), [](char16_t c) { return IsWordPart(c); });
-  if (!hasSign && text.size() < 3) return TextProblem{0, "there is no letter and no digit"};
+  if (!hasSign) return TextProblem{0, "there is no letter and no digit"};
   return FindSentence(text);
 }
 

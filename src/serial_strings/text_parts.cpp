@@ -320,14 +320,25 @@ std::vector<TextPart> FindCells(Text text) {
   return parts;
 }
 
+// "e.g. PON<CR>", "// 02 50 0D"
+std::optional<TextPart> AfterExample(Text line) {
+  constexpr Text kMarks[] = {u"e.g.", u"i.e.", u"z.B.", u"p.ex.", u"ex.:", u"eg.", u"//"};
+  for (const Text mark : kMarks) {
+    if (!line.starts_with(mark)) continue;
+    const Text rest = TrimSpace(line.substr(mark.size()));
+    if (!rest.empty()) return TextPart{rest, std::nullopt};
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::vector<TextPart> FindParts(Text line) {
   if (line.empty()) return {};
   using Rule = std::optional<TextPart> (*)(Text);
-  constexpr Rule kRules[] = {AfterNotationLabel, BeforeNotationLabel, BeforeRemark,   InBraces,
-                             InQuotation,        AfterLabel,          UpToTerminator, BesideBrackets,
-                             BytesAfterWords,    BytesBeforeWords};
+  constexpr Rule kRules[] = {AfterExample,   AfterNotationLabel, BeforeNotationLabel, BeforeRemark,
+                             InBraces,       InQuotation,        AfterLabel,          UpToTerminator,
+                             BesideBrackets, BytesAfterWords,    BytesBeforeWords};
   constexpr int kDeepest = 4;
   std::vector<TextPart> parts = FindCells(line);
   TextPart inner = parts.empty() ? TextPart{line, std::nullopt} : parts.front();

@@ -108,6 +108,8 @@ TEST(TextParser, AsksForTheRestTheMeantReadingFirst) {
       {"Power on 02 50 0D", "02 50 0D"},
       {"50 4F 4E (PON)", "50 4F 4E"},
       {"PON<CR> switches it on", "50 4F 4E 0D"},
+      {"e.g. PON<CR>", "50 4F 4E 0D"},
+      {"// 02 50 0D", "02 50 0D"},
       {"50 0D\n51 0D", "50 0D"},
       {"50\n0D", "50 0D"},
       {" PON ", "50 4F 4E"},
@@ -138,10 +140,27 @@ TEST(TextParser, FoldsTypographyAndSaysSo) {
 }
 
 TEST(TextParser, DoubtsWhatStandsForSomethingElse) {
-  for (const char* text :
-       {"BE EF XX XX 01", "VOL nn<CR>", "VOLn<CR>", "<STX><CMD><ETX>", "<STX>PON<ETX>CS", "~XX00 1<CR>",
-        "VOL%02d\\r", "0xAA,ID,DATA,0x0D", "PWR ON/OFF<CR>", "VOL 0-100", "PON or POFF", "02 50 ...",
-        "VOL [level]\\r", "Turn it on", "0x02 0x??", "caf\u00e9"}) {
+  for (const char* text : {"BE EF XX XX 01",
+                           "VOL nn<CR>",
+                           "VOLn<CR>",
+                           "<STX><CMD><ETX>",
+                           "<STX>PON<ETX>CS",
+                           "~XX00 1<CR>",
+                           "VOL%02d\\r",
+                           "0xAA,ID,DATA,0x0D",
+                           "PWR ON/OFF<CR>",
+                           "VOL 0-100",
+                           "PON or POFF",
+                           "02 50 ...",
+                           "VOL [level]\\r",
+                           "Turn it on",
+                           "0x02 0x??",
+                           "caf\u00e9",
+                           "PON*1",
+                           "PON=0D",
+                           "n.a.",
+                           "VOL $1\\r",
+                           "$%&"}) {
     EXPECT_TRUE(Parse(text).OnlyDoubtful() && Parse(text).NeedsChoice()) << text;
   }
   EXPECT_EQ(ProblemText(Parse("\ufb00 XX").Problem.value()),
