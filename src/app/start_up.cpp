@@ -299,7 +299,8 @@ int RunEditor(EditorApplication& application) {
   editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File, arguments.Others);
   if (demonstration) {
     editor.ShowStatus(EditorApplication::tr(
-        "Demonstration: simulated panels on COM1 to COM4, and copies of the examples that go at the end"));
+        "Demonstration: simulated panels on COM1 to COM4, on COM5 the projector cable of the one that was "
+        "programmed last, and copies of the examples that go at the end"));
   }
   QTimer::singleShot(0, &editor, &ProjectorPanelEditor::OfferKeptWork);
   return QApplication::exec();

@@ -1,6 +1,8 @@
 #include "command_line/bench_projector.h"
 
+#include "base/code_page.h"
 #include "command_line/record_files.h"
+#include "projector_bench/typed_command.h"
 #include "projectors/projector_library.h"
 
 #include <algorithm>
@@ -54,6 +56,12 @@ Slot CommandSlotNamed(const std::string& option, const std::string& name) {
     known.append(known.empty() ? "" : ", ").append(slot.Name);
   }
   throw CommandError(kUnusable, option, "\"" + name + "\" is none of " + known);
+}
+
+SerialString TypedString(const std::string& option, const std::string& text) {
+  const TypedCommand typed = ReadTypedCommand(FromUtf8(text));
+  if (!typed.String) throw CommandError(kUnusable, option, typed.Words);
+  return *typed.String;
 }
 
 }  // namespace qdm

@@ -12,4 +12,7 @@ ProjectorDefinition ReadProjector(const ProjectorChoice& choice, CommandContext&
 // A string by its name in either case; a CommandError with kUnusable when there is none, naming `option`.
 Slot CommandSlotNamed(const std::string& option, const std::string& name);
 
+// Text that stands for one string and can be read in no other way; a CommandError with kUnusable otherwise.
+SerialString TypedString(const std::string& option, const std::string& text);
+
 }  // namespace qdm

@@ -143,6 +143,10 @@ struct StandInOptions : ProjectorChoice {
   std::string Port;  // empty: a pseudo-terminal of its own
   int Delay = 0;     // milliseconds
   bool Silent = false;
+  bool Wrong = false;
+  std::string
+      Busy;  // what power commands get while busy: "ignore", or text as it is pasted; empty: their reply
+  bool Remarks = false;
 };
 int Projector(const StandInOptions& options, CommandContext& context);
 

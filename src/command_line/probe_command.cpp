@@ -1,10 +1,8 @@
-#include "base/code_page.h"
 #include "command_line/bench_projector.h"
 #include "command_line/panel_ports.h"
 #include "command_line/signals.h"
 #include "projector_bench/settings_finder.h"
 #include "projector_bench/stand_in.h"
-#include "serial_strings/text_parser.h"
 
 #include <algorithm>
 #include <ostream>
@@ -13,17 +11,10 @@
 namespace qdm {
 namespace {
 
-SerialString StringIn(const std::string& text) {
-  const ParsedText parsed = ParseSerialText(FromUtf8(text));
-  if (!parsed.Readings.empty()) return parsed.Readings.front().String;
-  throw CommandError(kUnusable, "--send",
-                     parsed.Problem ? ProblemText(*parsed.Problem) : "there is nothing to send");
-}
-
 ProbeQuestion QuestionFor(const ProbeOptions& options, const ProjectorDefinition& projector) {
   if (options.Slot.empty() && options.Send.empty())
     throw CommandError(kUnusable, "probe", "what is to be sent? --slot NAME or --send TEXT");
-  if (options.Slot.empty()) return QuestionOf(projector, StringIn(options.Send));
+  if (options.Slot.empty()) return QuestionOf(projector, TypedString("--send", options.Send));
   const Slot slot = CommandSlotNamed("--slot", options.Slot);
   if (projector.Strings[slot].BytesInUse() == 0)
     throw CommandError(kRefused, options.File, std::string(NameOfSlot(slot)) + " has no bytes");
@@ -34,6 +25,13 @@ struct NamedPorts {
   std::vector<std::string> Names;
   std::vector<std::unique_ptr<SerialPort>> Ports;
 };
+
+// One of several: the others are asked all the same.
+void TellClosedPort(int number, const SerialPort& port, CommandContext& context) {
+  const auto failure = port.WhyClosed();
+  context.Err << "qdm: COM" << number << " (" << context.Ports.DeviceName(number)
+              << "): " << (failure ? SentenceOf(*failure) : "there is no such port") << std::endl;
+}
 
 NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings, CommandContext& context) {
   NamedPorts ports;
@@ -46,7 +44,10 @@ NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings
     if (context.Ports.DeviceName(number).empty()) continue;
     auto port = context.Ports.Port(number);
     port->SetSettings(settings);
-    if (!port->Open()) continue;
+    if (!port->Open()) {
+      TellClosedPort(number, *port, context);
+      continue;
+    }
     ports.Names.push_back("COM" + std::to_string(number));
     ports.Ports.push_back(std::move(port));
   }
@@ -65,7 +66,7 @@ int Probe(const ProbeOptions& options, CommandContext& context) {
   bool replied = false;
   bool silent = true;
   ProbeSettings(ports.Ports, question, settings, context.Time, context.Stop.get_token(),
-                [&](const ProbeResult& result) {
+                {[&](const ProbeResult& result) {
                   // The port stands first where there is more than one.
                   if (ports.Names.size() > 1) context.Out << ports.Names[result.Port] << "\t";
                   context.Out << result.Setting.Text() << "\t"
@@ -73,9 +74,10 @@ int Probe(const ProbeOptions& options, CommandContext& context) {
                               << NameOf(result.Verdict) << std::endl;
                   replied = replied || result.Verdict == ProbeVerdict::Reply;
                   silent = silent && result.Verdict == ProbeVerdict::Nothing;
-                });
+                }});
   if (replied) return kDone;
   if (context.Stop.stop_requested()) throw CommandError(kRefused, "probe", "interrupted");
+  if (!AnyIsOpen(ports.Ports)) throw CommandError(kRefused, ports.Names.back(), "the port is gone");
   throw CommandError(kRefused, options.File,
                      silent ? "everything is silent; check: " + std::string(WhatToCheckWhenSilent())
                             : "the expected reply did not come at any setting");

@@ -51,7 +51,13 @@ void AddStandInCommand(CLI::App& app, CommandToRun& chosen) {
       "command:\n"
       "milliseconds since the start, milliseconds since the end of the command before (- for the first), the "
       "command's\n"
-      "name (\"unknown\" for what is none), its bytes in hexadecimal.\n\n"
+      "name (\"unknown\" for what is none), its bytes in hexadecimal. With --remarks standard error tells "
+      "the "
+      "level of\n"
+      "a volume command, delays that were not kept, what unknown bytes are nearest to, and which commands "
+      "are "
+      "still\n"
+      "missing.\n\n"
       "Examples:\n"
       "  qdm projector \"Room 101.BVC\" --port COM3\n"
       "  qdm projector Visora.BVD --delay 300 | tee heard.txt");
@@ -62,6 +68,13 @@ void AddStandInCommand(CLI::App& app, CommandToRun& chosen) {
       ->check(CLI::Range(0, 60'000).description(""))
       ->type_name("MS");
   command->add_flag("--silent", options.Silent, "only listen");
+  command->add_flag("--wrong", options.Wrong, "answer with a bit changed");
+  command
+      ->add_option(
+          "--busy", options.Busy,
+          "while warming up or cooling down, answer power commands with this; \"ignore\": not at all")
+      ->type_name("TEXT");
+  command->add_flag("--remarks", options.Remarks, "tell more on standard error");
 }
 
 void AddProbeCommand(CLI::App& app, CommandToRun& chosen) {

@@ -27,21 +27,41 @@ std::unique_ptr<SerialPort> StandInPort(const StandInOptions& options, const std
 #endif
 }
 
+StandInSwitches SwitchesFor(const StandInOptions& options) {
+  StandInSwitches switches;
+  switches.Silent = options.Silent;
+  switches.AnswerWrong = options.Wrong;
+  switches.Delay = std::chrono::milliseconds(options.Delay);
+  if (options.Busy.empty()) return switches;
+  switches.Power = WhileBusy::Ignore;
+  if (options.Busy == "ignore") return switches;
+  switches.Power = WhileBusy::AnswerBusy;
+  switches.BusyReply = BytesIn(TypedString("--busy", options.Busy));
+  return switches;
+}
+
+void Tell(const HeardCommand& heard, Microseconds start, const StandInOptions& options,
+          CommandContext& context) {
+  context.Out << ListLine(heard, start) << std::endl;
+  const std::string remarks = RemarksOn(heard);
+  if (options.Remarks && !remarks.empty()) context.Err << NameOf(heard) << ": " << remarks << std::endl;
+}
+
 }  // namespace
 
 int Projector(const StandInOptions& options, CommandContext& context) {
   const ProjectorDefinition projector = ReadProjector(options, context);
+  const StandInSwitches switches = SwitchesFor(options);
   const StopOnSignals interruptible(context.Stop);
   const auto port = StandInPort(options, BenchLineSettings(projector), context);
   StandIn standIn(projector);
-  standIn.Switches.Silent = options.Silent;
-  standIn.Switches.Delay = std::chrono::milliseconds(options.Delay);
+  standIn.Switches = switches;
   const Microseconds start = context.Time.Now();
   std::size_t told = 0;
   ServeStandIn(standIn, *port, context.Time, context.Stop.get_token(), [&] {
-    for (; told < standIn.Heard().size(); ++told)
-      context.Out << ListLine(standIn.Heard()[told], start) << std::endl;
+    for (; told < standIn.Heard().size(); ++told) Tell(standIn.Heard()[told], start, options, context);
   });
+  if (options.Remarks) context.Err << ChecklistText(standIn) << std::endl;
   if (!context.Stop.stop_requested()) throw CommandError(kRefused, options.Port, "the port is gone");
   return kDone;
 }

@@ -4,6 +4,8 @@
 #include "projectors/projector_volume.h"
 #include "serial_strings/serial_string.h"
 
+#include <cstddef>
+
 namespace qdm {
 
 std::string BenchLineSettings(const ProjectorDefinition& projector) {
@@ -25,6 +27,11 @@ StringTrial TrialOf(const ProjectorDefinition& projector, const SerialString& co
   return trial;
 }
 
+Bytes BytesIn(const SerialString& string) {
+  return Bytes(string.Values.begin(),
+               string.Values.begin() + static_cast<std::ptrdiff_t>(string.BytesInUse()));
+}
+
 Bytes BytesOnLine(const StringTrial& trial) {
   Bytes bytes;
   for (std::size_t i = 0; i < trial.String.BytesInUse(); ++i) {
@@ -35,12 +42,6 @@ Bytes BytesOnLine(const StringTrial& trial) {
     }
   }
   return bytes;
-}
-
-Microseconds TimeOnLine(const StringTrial& trial, const LineSettings& settings) {
-  const auto bytes = static_cast<std::int64_t>(BytesOnLine(trial).size());
-  if (bytes == 0) return Microseconds(0);
-  return TimeOfBytes(static_cast<std::size_t>(bytes), settings) + (bytes - 1) * trial.InterByteDelay;
 }
 
 }  // namespace qdm

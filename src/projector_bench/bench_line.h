@@ -2,10 +2,8 @@
 // commands ready to be sent.
 #pragma once
 
-#include "line/line_settings.h"
 #include "projector_bench/string_trial.h"
 
-#include <cstddef>
 #include <string>
 
 namespace qdm {
@@ -17,10 +15,10 @@ std::string BenchLineSettings(const ProjectorDefinition& projector);
 // VAR byte becomes the level at which trying starts.
 StringTrial TrialOf(const ProjectorDefinition& projector, const SerialString& command);
 
+// The bytes in use.
+Bytes BytesIn(const SerialString& string);
+
 // What the trial puts on the line, delays aside.
 Bytes BytesOnLine(const StringTrial& trial);
-
-// From the first bit of the first byte to the last bit of the last, at those settings.
-Microseconds TimeOnLine(const StringTrial& trial, const LineSettings& settings);
 
 }  // namespace qdm

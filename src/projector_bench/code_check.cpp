@@ -1,5 +1,6 @@
 #include "projector_bench/code_check.h"
 
+#include "projector_bench/bench_line.h"
 #include "projector_bench/command_pattern.h"
 #include "projector_bench/stand_in.h"
 #include "projectors/definition_setup.h"
@@ -29,8 +30,7 @@ std::vector<Member> MembersOf(const ProjectorDefinition& projector) {
   for (const LineCommand& command : CommandsOnLine(projector)) {
     if (!command.InUse) continue;
     const SerialString& string = projector.Strings[command.Place];
-    const auto bytes = string.Values.begin();
-    members.push_back({command.Place, Bytes(bytes, bytes + static_cast<std::ptrdiff_t>(string.BytesInUse())),
+    members.push_back({command.Place, BytesIn(string),
                        std::none_of(command.Pattern.begin(), command.Pattern.end(),
                                     [](const PatternByte& byte) { return byte.Any; })});
   }
@@ -312,11 +312,11 @@ std::string SumPlaceText(const SumRule& rule) {
   const std::string bytes = width == 1 ? "byte" : NumberWord(width) + " bytes";
   if (rule.InFront) {
     return width == 1
-               ? "Byte " + std::to_string(rule.Place + 1)
-               : "Bytes " + std::to_string(rule.Place + 1) + " to " + std::to_string(rule.Place + width);
+               ? "byte " + std::to_string(rule.Place + 1)
+               : "bytes " + std::to_string(rule.Place + 1) + " to " + std::to_string(rule.Place + width);
   }
-  if (rule.Place == 0) return "The last " + bytes;
-  return "The " + bytes + " before the last " + (rule.Place == 1 ? "one" : NumberWord(rule.Place));
+  if (rule.Place == 0) return "the last " + bytes;
+  return "the " + bytes + " before the last " + (rule.Place == 1 ? "one" : NumberWord(rule.Place));
 }
 
 }  // namespace
@@ -331,9 +331,10 @@ std::vector<std::string> FamilyText(const CodeFamily& family) {
   if (!family.Sum) return sentences;
   const SumRule& rule = *family.Sum;
   const std::string form = rule.Form.Name();
-  sentences.push_back(SumPlaceText(rule) + (rule.Width() == 1 ? " is the " : " are the ") +
-                      rule.Method.Name() + " of " + RangeText(rule) + (form.empty() ? "" : ", " + form) +
-                      "; " + NumberWord(family.Proven) + " commands prove it.");
+  sentences.push_back("In each command " + SumPlaceText(rule) +
+                      (rule.Width() == 1 ? " is the " : " are the ") + rule.Method.Name() + " of " +
+                      RangeText(rule) + (form.empty() ? "" : ", " + form) + "; " + NumberWord(family.Proven) +
+                      " commands prove it.");
   return sentences;
 }
 

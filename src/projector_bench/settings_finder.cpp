@@ -88,6 +88,29 @@ ProbeQuestion QuestionOf(const ProjectorDefinition& projector, const SerialStrin
   return question;
 }
 
+std::string_view EffectOf(Slot command) {
+  switch (command) {
+    case kSerialEnableSlot:
+      return "makes the projector listen to its serial port";
+    case kPowerOnSlot:
+      return "switches the projector on";
+    case kBlankSlot:
+      return "blanks the picture";
+    case kBlankOffSlot:
+      return "shows the picture again";
+    case kVolumeUpSlot:
+      return "turns the sound up";
+    case kVolumeDownSlot:
+      return "turns the sound down";
+    case kPowerOffSlot:
+      return "switches the projector off";
+    case kSerialDisableSlot:
+      return "makes the projector deaf on its serial port";
+    default:
+      return "changes to another input";
+  }
+}
+
 // A projector may send the command back before it replies; the reply must not be looked for in that.
 ProbeVerdict Judge(const ProbeQuestion& question, ByteView received) {
   if (received.empty()) return ProbeVerdict::Nothing;
@@ -102,8 +125,10 @@ ProbeVerdict Judge(const ProbeQuestion& question, ByteView received) {
 
 void ProbeSettings(const std::vector<std::unique_ptr<SerialPort>>& ports, const ProbeQuestion& question,
                    const std::vector<ProbeSetting>& settings, Waiting& time, const std::stop_token& stop,
-                   const ProbeObserver& told) {
+                   const ProbeObserver& observer) {
   for (const ProbeSetting& setting : settings) {
+    if (stop.stop_requested() || !AnyIsOpen(ports)) return;
+    if (observer.Asking) observer.Asking(setting);
     for (const auto& port : ports) {
       if (port->IsOpen()) Ask(*port, setting, question, time, stop);
     }
@@ -113,15 +138,18 @@ void ProbeSettings(const std::vector<std::unique_ptr<SerialPort>>& ports, const 
       if (!ports[i]->IsOpen()) continue;
       ProbeResult result{.Port = i, .Setting = setting, .Received = ports[i]->ReadAll()};
       result.Verdict = Judge(question, result.Received);
-      told(result);
+      observer.Told(result);
     }
   }
 }
 
+bool AnyIsOpen(const std::vector<std::unique_ptr<SerialPort>>& ports) {
+  return std::any_of(ports.begin(), ports.end(), [](const auto& port) { return port->IsOpen(); });
+}
+
 std::string_view WhatToCheckWhenSilent() {
   return "The cable: a projector's port may want a null-modem (crossed) or a straight cable, and the panel's "
-         "end "
-         "and a computer's end are not wired alike.\n"
+         "end and a computer's end are not wired alike.\n"
          "The power: some projectors listen in standby, some only when they are on.\n"
          "The projector's menu: its control port may be switched off, or set to another interface.";
 }

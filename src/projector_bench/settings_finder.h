@@ -50,6 +50,9 @@ ProbeQuestion QuestionOf(const ProjectorDefinition& projector, const SerialStrin
 
 ProbeVerdict Judge(const ProbeQuestion& question, ByteView received);
 
+// What sending a command does to a projector: "switches the projector on".
+std::string_view EffectOf(Slot command);
+
 // How long a setting is waited for.
 inline constexpr Microseconds kProbeTime = std::chrono::milliseconds(500);
 
@@ -59,13 +62,18 @@ struct ProbeResult {
   Bytes Received;
   ProbeVerdict Verdict = ProbeVerdict::Nothing;
 };
-using ProbeObserver = std::function<void(const ProbeResult&)>;
+struct ProbeObserver {
+  std::function<void(const ProbeResult&)> Told;          // every result at once
+  std::function<void(const ProbeSetting&)> Asking = {};  // before each setting
+};
 
-// Asks at the open ones of `ports`; `told` hears every result at once. A port that is gone is left out from
-// then on. Returns when all settings were asked or a stop was asked for.
+// Asks at the open ones of `ports`. A port that is gone is left out from then on. Returns when all settings
+// were asked, a stop was asked for or no port is left.
 void ProbeSettings(const std::vector<std::unique_ptr<SerialPort>>& ports, const ProbeQuestion& question,
                    const std::vector<ProbeSetting>& settings, Waiting& time, const std::stop_token& stop,
-                   const ProbeObserver& told);
+                   const ProbeObserver& observer);
+
+bool AnyIsOpen(const std::vector<std::unique_ptr<SerialPort>>& ports);
 
 // What to look at when everything was silent; UTF-8, a sentence a line.
 std::string_view WhatToCheckWhenSilent();

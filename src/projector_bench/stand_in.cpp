@@ -34,6 +34,18 @@ std::string_view NameOf(const HeardCommand& heard) {
   return heard.Command ? NameOfSlot(*heard.Command) : std::string_view("unknown");
 }
 
+std::string RemarksOn(const HeardCommand& heard) {
+  std::string remarks;
+  const auto add = [&](const std::string& remark) {
+    remarks.append(remarks.empty() ? "" : "; ").append(remark);
+  };
+  if (heard.Level) add("level " + std::to_string(*heard.Level));
+  if (heard.TooSoon) add("too soon after the command before");
+  if (heard.BytesTooClose) add("bytes too close together");
+  if (!heard.Remark.empty()) add(heard.Remark);
+  return remarks;
+}
+
 std::string HexText(ByteView bytes) {
   std::string text;
   for (const std::uint8_t byte : bytes) text += (text.empty() ? "" : " ") + HexByte(byte);
@@ -184,13 +196,8 @@ std::string ListLine(const HeardCommand& heard, Microseconds start) {
 std::string ListText(const StandIn& standIn, Microseconds start) {
   std::string text = "ms\tgap ms\tcommand\tbytes\ttext\tanswer\tremarks\n";
   for (const HeardCommand& heard : standIn.Heard()) {
-    std::string remarks = heard.Remark;
-    const auto remark = [&](const std::string& more) { remarks += (remarks.empty() ? "" : "; ") + more; };
-    if (heard.Level) remark("level " + std::to_string(*heard.Level));
-    if (heard.TooSoon) remark("too soon after the command before");
-    if (heard.BytesTooClose) remark("bytes too close together");
     text += ListLine(heard, start) + "\t" + ReadableText(heard.Data) + "\t" +
-            (heard.Answer.empty() ? "-" : HexText(heard.Answer)) + "\t" + remarks + "\n";
+            (heard.Answer.empty() ? "-" : HexText(heard.Answer)) + "\t" + RemarksOn(heard) + "\n";
   }
   return text + ChecklistText(standIn) + "\n";
 }

@@ -48,6 +48,8 @@ struct HeardCommand {
 
 // "Power on", or "unknown".
 std::string_view NameOf(const HeardCommand& heard);
+// What is to be said of it: what unknown bytes look like, the level, delays that were not kept.
+std::string RemarksOn(const HeardCommand& heard);
 // "50 57 0D".
 std::string HexText(ByteView bytes);
 // Characters as they are, everything else as "<0D>".

@@ -1,9 +1,9 @@
 #include "projector_bench/timing.h"
 
+#include "line/line_settings.h"
 #include "projector_bench/bench_line.h"
 
 #include <algorithm>
-#include <ratio>
 
 namespace qdm {
 namespace {
@@ -13,9 +13,11 @@ using std::chrono::milliseconds;
 constexpr Microseconds kReplyTime = milliseconds(1000);
 constexpr int kInARow = 3;
 
-// Asking this often keeps the error below a hundredth, and the line usable in the first seconds.
+// Asking this often keeps the error of a transition near a hundredth, and the line usable in the first seconds.
+constexpr int kPeriodsOfTransition = 200;
 constexpr int kFinestPart = 100;
 constexpr Microseconds kShortestPeriod = milliseconds(20);
+constexpr Microseconds kFinestDelay = std::chrono::microseconds(20);
 
 std::int16_t RoundedUp(Microseconds time, Microseconds unit, std::int64_t lowest) {
   const std::int64_t whole = (time.count() * 6 / 5 + unit.count() - 1) / unit.count();
@@ -30,12 +32,23 @@ class Measurement {
   bool Stopped() const { return bench_.Stop.stop_requested() || !bench_.Port.IsOpen(); }
   Microseconds Now() const { return bench_.Time.Now(); }
 
-  // Returns when its last bit is through.
+  // Returns when its last bit is through: a port takes a byte at once and sends it when it can. The delay
+  // between bytes counts from the taking, and none follows the last, so that the pause behind it is exact.
   void Send(const StringTrial& command) {
-    const LineSettings settings = ParseLineSettings(BenchLineSettings(bench_.Projector));
-    const Microseconds through = Now() + TimeOnLine(command, settings);
-    SendString(bench_.Port, command, bench_.Time, bench_.Stop);
-    Wait(through - Now(), [] { return false; });
+    const Microseconds timeOfByte = TimeOfBytes(1, ParseLineSettings(BenchLineSettings(bench_.Projector)));
+    Microseconds through = Now();
+    Microseconds next = Now();
+    for (const std::uint8_t byte : BytesOnLine(command)) {
+      if (Stopped()) return;
+      WaitTill(next);
+      bench_.Port.Write({&byte, 1});
+      through = std::max(through, Now()) + timeOfByte;
+      next = Now() + command.InterByteDelay;
+    }
+    WaitTill(through);
+  }
+  void WaitTill(Microseconds when) {
+    Wait(when - Now(), [] { return false; });
   }
   template <class Condition>
   void Wait(Microseconds period, Condition happened) {
@@ -66,10 +79,10 @@ class Measurement {
 
 // The first of four commands only opens the row.
 bool AllAnswered(Measurement& measurement, const TimingQuestion& question, Microseconds pause) {
-  measurement.Wait(kLongestCommandDelay, [] { return false; });
+  measurement.WaitTill(measurement.Now() + kLongestCommandDelay);
   measurement.Forget();
   for (int i = 0; i <= kInARow && !measurement.Stopped(); ++i) {
-    if (i > 0) measurement.Wait(pause, [] { return false; });
+    if (i > 0) measurement.WaitTill(measurement.Now() + pause);
     measurement.Send(question.Command);
   }
   const auto all = [&] { return measurement.Came(question.Reply, kInARow + 1); };
@@ -88,6 +101,11 @@ std::optional<TimingQuestion> TimingQuestionOf(const ProjectorDefinition& projec
   return question;
 }
 
+TimingQuestion TimingQuestionOf(const ProjectorDefinition& projector, const SerialString& query,
+                                const SerialString& reply) {
+  return {TrialOf(projector, query), PatternOf(reply)};
+}
+
 // The reply to the power command itself is waited for first, so that it is not taken for the other.
 std::optional<Microseconds> MeasureTransition(const TimingBench& bench, Slot power,
                                               const TimingQuestion& question, const TimingProgress& told) {
@@ -98,12 +116,12 @@ std::optional<Microseconds> MeasureTransition(const TimingBench& bench, Slot pow
   const auto pause = std::max<Microseconds>(milliseconds(bench.Projector.InterCommandDelay), kShortestPeriod);
   if (const auto itself = TimingQuestionOf(bench.Projector, power))
     measurement.Wait(kReplyTime, [&] { return measurement.Came(itself->Reply); });
-  measurement.Wait(pause, [] { return false; });
+  measurement.WaitTill(measurement.Now() + pause);
   measurement.Forget();
   while (!measurement.Stopped() && measurement.Now() - begin < kLongestTransition) {
     measurement.Send(question.Command);
     const auto came = [&] { return measurement.Came(question.Reply); };
-    measurement.Wait(std::max(pause, (measurement.Now() - begin) / kFinestPart), came);
+    measurement.Wait(std::max(pause, (measurement.Now() - begin) / kPeriodsOfTransition), came);
     if (came()) return measurement.Now() - begin;
   }
   return std::nullopt;
@@ -116,7 +134,7 @@ std::optional<Microseconds> MeasureCommandDelay(const TimingBench& bench, const 
   Microseconds tooShort{};
   if (!AllAnswered(measurement, question, enough)) return std::nullopt;
   if (AllAnswered(measurement, question, tooShort)) return tooShort;
-  while (enough - tooShort > std::max(enough / 100, Microseconds(100))) {
+  while (enough - tooShort > std::max(enough / kFinestPart, kFinestDelay)) {
     if (measurement.Stopped()) return std::nullopt;
     const Microseconds middle = (enough + tooShort) / 2;
     (AllAnswered(measurement, question, middle) ? enough : tooShort) = middle;

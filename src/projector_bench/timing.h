@@ -25,6 +25,9 @@ struct TimingQuestion {
 
 // The command in that slot with the reply that is expected after it; nothing when either is missing.
 std::optional<TimingQuestion> TimingQuestionOf(const ProjectorDefinition& projector, Slot command);
+// A query of one's own and the answer that the projector gives when it works.
+TimingQuestion TimingQuestionOf(const ProjectorDefinition& projector, const SerialString& query,
+                                const SerialString& reply);
 
 // The line that is measured on.
 struct TimingBench {
@@ -49,7 +52,7 @@ std::optional<Microseconds> MeasureTransition(const TimingBench& bench, Slot pow
 inline constexpr Microseconds kLongestCommandDelay = std::chrono::milliseconds(1000);
 
 // The shortest pause between the end of a command and the next one at which every one is answered, three in a
-// row; found by halving, to a hundredth or a tenth of a millisecond. Nothing when not even the longest is
+// row; found by halving, to a hundredth of itself. Nothing when not even the longest is
 // enough.
 std::optional<Microseconds> MeasureCommandDelay(const TimingBench& bench, const TimingQuestion& question,
                                                 const TimingProgress& told);

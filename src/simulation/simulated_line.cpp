@@ -1,6 +1,7 @@
 #include "simulation/simulated_line.h"
 
 #include "config/panel_configuration.h"
+#include "simulation/pressed_buttons_port.h"
 
 #include <algorithm>
 #include <utility>
@@ -114,6 +115,10 @@ void SimulatedPorts::AttachLine(int number, std::string deviceName) {
   places_.at(static_cast<std::size_t>(number) - 1) = {std::move(deviceName), nullptr};
 }
 
+void SimulatedPorts::AttachProjectorPort(int number, std::string deviceName) {
+  places_.at(static_cast<std::size_t>(number) - 1) = {std::move(deviceName), nullptr, true};
+}
+
 SimulatedPanel& SimulatedPorts::AttachPanel(int number, std::string deviceName, SimulatedPanel panel) {
   Place& place = places_.at(static_cast<std::size_t>(number) - 1);
   place = {std::move(deviceName), std::make_unique<SimulatedPanel>(std::move(panel))};
@@ -130,16 +135,30 @@ const SimulatedPanel* SimulatedPorts::PanelAt(int number) const {
   return place != nullptr ? place->Panel.get() : nullptr;
 }
 
+std::optional<PanelButtons> SimulatedPorts::ButtonsOfProgrammed() const {
+  if (programmedLast_ == nullptr) return std::nullopt;
+  return PanelButtons::Of(programmedLast_->Memory(), programmedLast_->Panel().Model - 1);
+}
+
 std::string SimulatedPorts::DeviceName(int number) const {
   const Place* place = PlaceOf(number);
-  return place != nullptr ? place->DeviceName : std::string();
+  if (place == nullptr || (place->IsProjectorPort && !ButtonsOfProgrammed())) return {};
+  return place->DeviceName;
 }
 
 std::unique_ptr<SerialPort> SimulatedPorts::Port(int number) {
+  const bool present = !DeviceName(number).empty();
   const Place* place = PlaceOf(number);
-  const bool present = place != nullptr && !place->DeviceName.empty();
-  auto line = std::make_unique<SimulatedLine>(present ? place->Panel.get() : nullptr, time_, pacing_);
+  if (present && place->IsProjectorPort)
+    return std::make_unique<PressedButtonsPort>(*ButtonsOfProgrammed(), time_);
+  SimulatedPanel* panel = present ? place->Panel.get() : nullptr;
+  auto line = std::make_unique<SimulatedLine>(panel, time_, pacing_);
   if (!present) line->UnplugAt(Microseconds::min());
+  if (panel != nullptr) {
+    line->OnWritten([this, panel, written = panel->RecordsWritten()](ByteView, Microseconds) mutable {
+      if (std::exchange(written, panel->RecordsWritten()) != written) programmedLast_ = panel;
+    });
+  }
   return line;
 }
 
@@ -159,6 +178,7 @@ std::unique_ptr<SimulatedPorts> DemonstrationPorts(Waiting& time) {
     description.Settings = settings;
     ports->AttachPanel(++number, "demo " + std::string(type.Caption), SimulatedPanel(std::move(description)));
   }
+  ports->AttachProjectorPort(++number, "demo projector cable");
   return ports;
 }
 

@@ -4,6 +4,7 @@
 
 #include "line/serial_port.h"
 #include "line/waiting.h"
+#include "simulation/panel_buttons.h"
 #include "simulation/simulated_panel.h"
 
 #include <array>
@@ -78,6 +79,8 @@ class SimulatedPorts : public SerialPorts {
   explicit SimulatedPorts(Waiting& time, Pacing pacing = Pacing::None) : time_(time), pacing_(pacing) {}
 
   void AttachLine(int number, std::string deviceName);
+  // Where the panel that was programmed last has its buttons pressed; absent until one was programmed.
+  void AttachProjectorPort(int number, std::string deviceName);
   SimulatedPanel& AttachPanel(int number, std::string deviceName, SimulatedPanel panel);
   // Null where there is none.
   const SimulatedPanel* PanelAt(int number) const;
@@ -90,15 +93,19 @@ class SimulatedPorts : public SerialPorts {
   struct Place {
     std::string DeviceName;
     std::unique_ptr<SimulatedPanel> Panel;
+    bool IsProjectorPort = false;
   };
   const Place* PlaceOf(int number) const;
+  std::optional<PanelButtons> ButtonsOfProgrammed() const;
 
   Waiting& time_;
   Pacing pacing_;
   std::array<Place, kPortSlots> places_;
+  const SimulatedPanel* programmedLast_ = nullptr;
 };
 
-// One panel of each type on COM1..COM4, at different line settings, at the true speed of their lines.
+// One panel of each type on COM1..COM4, at different line settings, at the true speed of their lines, and the
+// projector port of the one that was programmed last on COM5.
 std::unique_ptr<SimulatedPorts> DemonstrationPorts(Waiting& time);
 
 }  // namespace qdm

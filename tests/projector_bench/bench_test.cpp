@@ -5,10 +5,13 @@
 #include "projector_bench/timing.h"
 #include "projector_bench/wrong_settings.h"
 #include "support/bench_lines.h"
+#include "support/random_seed.h"
 #include "support/strings.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
+
+#include <random>
 
 namespace qdm {
 namespace {
@@ -146,14 +149,48 @@ TEST(SettingsFinder, AProjectorIsFoundAtEachOfTheThirtySettings) {
     }));
     std::vector<std::string> replied;
     ProbeSettings(ports, QuestionOf(definition, kPowerOnSlot), settings, time, {},
-                  [&](const ProbeResult& result) {
+                  {[&](const ProbeResult& result) {
                     if (result.Verdict == ProbeVerdict::Reply) replied.push_back(result.Setting.Text());
-                  });
+                  }});
     EXPECT_THAT(replied, ElementsAre(own.Text()));
     ProjectorDefinition used = definition;
     UseSettings(used, own);
     EXPECT_EQ(BenchLineSettings(used), own.Text());
   }
+}
+
+TEST(SettingsFinder, AsksAllPortsAtOnceUntilItIsStoppedOrNoneIsLeft) {
+  const ProjectorDefinition definition = Definition();
+  VirtualTime time;
+  std::vector<std::unique_ptr<SerialPort>> ports;
+  for (int i = 0; i < 3; ++i) {
+    ports.push_back(std::make_unique<BenchLine>(time, [i](std::uint8_t byte, const std::string& at) {
+      const bool done = i == 1 && byte == 13 && at == "9600,n,8,1";
+      return std::pair(done ? BytesOf("OK!") : Bytes(), Microseconds(10ms));
+    }));
+  }
+  std::stop_source stop;
+  const Microseconds start = time.Now();
+  time.At(start + 700ms, [&] { static_cast<BenchLine&>(*ports[0]).Present = false; });
+  std::vector<std::size_t> told;
+  const auto probe = [&] {
+    told.clear();
+    ProbeSettings(ports, QuestionOf(definition, kPowerOnSlot), SettingsToProbe(definition), time,
+                  stop.get_token(), {[&](const ProbeResult& result) {
+                    told.push_back(result.Port);
+                    if (result.Verdict == ProbeVerdict::Reply) stop.request_stop();
+                    EXPECT_EQ(result.Verdict == ProbeVerdict::Reply,
+                              result.Port == 1 && result.Setting.Text() == "9600,n,8,1");
+                  }});
+  };
+  probe();
+  EXPECT_THAT(told, ElementsAre(0, 1, 2, 1, 2)) << "its own setting first, then the commonest";
+  EXPECT_LT(time.Now() - start, 1200ms);
+  for (const auto& port : ports) static_cast<BenchLine&>(*port).Present = false;
+  stop = {};
+  probe();
+  EXPECT_TRUE(told.empty());
+  EXPECT_LT(time.Now() - start, 1200ms);
 }
 
 TEST(SettingsFinder, JudgesWhatComesBack) {
@@ -167,23 +204,29 @@ TEST(SettingsFinder, JudgesWhatComesBack) {
       << "a query of one's own is answered by anything that the definition knows";
 }
 
-// Deaf for a time after a power command, and while a command comes too soon after another.
+// Deaf for a time after a power command, and while a command comes too soon after another. Bytes take their
+// time on the line: the pause counts from the last bit of a command to the first of the next.
 class TimedProjector {
  public:
   TimedProjector(Waiting& time, Microseconds transition, Microseconds pause)
       : time_(time), transition_(transition), pause_(pause) {}
 
-  std::pair<Bytes, Microseconds> operator()(std::uint8_t byte, const std::string&) {
-    if (command_.empty()) tooSoon_ = time_.Now() - lastEnd_ < pause_;
+  std::pair<Bytes, Microseconds> operator()(std::uint8_t byte, const std::string& settings) {
+    const Microseconds begin = std::max(time_.Now(), lastEnd_);
+    if (command_.empty()) tooSoon_ = begin - lastEnd_ < pause_;
     command_.push_back(byte);
+    lastEnd_ = begin + TimeOfBytes(1, ParseLineSettings(settings));
     if (byte != 13) return {};
+    const Microseconds after = lastEnd_ - time_.Now() + 20ms;
     const Bytes command = std::exchange(command_, {});
-    lastEnd_ = time_.Now();
-    if (tooSoon_) return {};
-    if (command == BytesOf("ON\r")) readyAt_ = time_.Now() + transition_;
-    if (command == BytesOf("ON\r")) return {BytesOf("OK1"), 20ms};
-    if (time_.Now() < readyAt_) return {};
-    return {BytesOf("ok"), 20ms};
+    if (tooSoon_ || (command != power_ && lastEnd_ < readyAt_)) return {};
+    const bool power = command == BytesOf("ON\r") || command == BytesOf("OFF\r");
+    if (power && lastEnd_ >= readyAt_) {
+      readyAt_ = lastEnd_ + transition_;
+      power_ = command;
+    }
+    if (command == BytesOf("OFF\r")) return {};
+    return {BytesOf(power ? "OK1" : "ok"), after};
   }
 
  private:
@@ -192,36 +235,52 @@ class TimedProjector {
   Microseconds pause_;
   Microseconds readyAt_{};
   Microseconds lastEnd_{};
+  Bytes power_;  // that it is busy with
   Bytes command_;
   bool tooSoon_ = false;
 };
 
+void ExpectWithinTwoPercent(std::optional<Microseconds> measured, Microseconds truth,
+                            const std::string& what) {
+  ASSERT_TRUE(measured) << what;
+  EXPECT_NEAR(static_cast<double>(measured->count()), static_cast<double>(truth.count()),
+              0.02 * static_cast<double>(truth.count()))
+      << what;
+}
+
 TEST(Timing, ComesWithinTwoPercentOfTheTruth) {
-  ProjectorDefinition definition = Definition();
-  definition.InterCommandDelay = 10;
-  definition.InterByteDelay = 0;
-  const TimingQuestion question = *TimingQuestionOf(definition, kData1Slot);
-  EXPECT_FALSE(TimingQuestionOf(definition, kPowerOffSlot)) << "no reply to wait for";
-  for (const auto seconds : {5, 12, 45, 180}) {
+  const RandomSeed seed;
+  SCOPED_TRACE(seed.Text());
+  std::mt19937 random(seed.Value());
+  const auto number = [&](int lowest, int highest) {
+    return std::uniform_int_distribution(lowest, highest)(random);
+  };
+  for (int i = 0; i < 12; ++i) {
+    ProjectorDefinition definition = Definition();
+    definition.InterCommandDelay = 10;
+    definition.InterByteDelay = static_cast<std::int16_t>(number(0, 10));
+    definition.Baudrate = static_cast<std::int16_t>(number(0, 4));
     VirtualTime time;
-    const Microseconds truth = std::chrono::seconds(seconds);
-    BenchLine line(time, TimedProjector(time, truth, 0ms));
-    const auto measured =
-        MeasureTransition({line, definition, time, {}}, kPowerOnSlot, question, [](auto) {});
-    ASSERT_TRUE(measured);
-    EXPECT_NEAR(static_cast<double>(measured->count()), static_cast<double>(truth.count()),
-                0.02 * static_cast<double>(truth.count()));
+    const TimingQuestion query = TimingQuestionOf(definition, Characters("IN1\r"), Characters("ok"));
+    const TimingQuestion powerOn = *TimingQuestionOf(definition, kPowerOnSlot);
+    const Microseconds transition = 1ms * number(5'000, 250'000);
+    // The first are as short as delays are.
+    const Microseconds pause = i < 4 ? 1ms * (1 + i * 7 / 3) : 10us * number(800, 90'000);
+    for (const bool off : {false, true}) {
+      BenchLine line(time, TimedProjector(time, transition, 0ms));
+      line.Settings = BenchLineSettings(definition);
+      ExpectWithinTwoPercent(
+          MeasureTransition({line, definition, time, {}}, off ? kPowerOffSlot : kPowerOnSlot,
+                            off ? powerOn : query, [](auto) {}),
+          transition, off ? "cool-down" : "warm-up");
+    }
+    BenchLine line(time, TimedProjector(time, 0ms, pause));
+    line.Settings = BenchLineSettings(definition);
+    ExpectWithinTwoPercent(MeasureCommandDelay({line, definition, time, {}}, query, [](auto) {}), pause,
+                           std::to_string(pause.count()) + " us, " +
+                               std::to_string(definition.InterByteDelay) + " ms between bytes");
   }
-  for (const Microseconds truth :
-       {Microseconds(8ms), Microseconds(60ms), Microseconds(333ms), Microseconds(900ms)}) {
-    VirtualTime time;
-    BenchLine line(time, TimedProjector(time, 0ms, truth));
-    const auto measured = MeasureCommandDelay({line, definition, time, {}}, question, [](auto) {});
-    ASSERT_TRUE(measured);
-    // The time of the first byte is not part of the pause, which unpaced bytes do not take.
-    EXPECT_GE(*measured + 3ms, truth);
-    EXPECT_LE(*measured, truth + truth / 50);
-  }
+  EXPECT_FALSE(TimingQuestionOf(Definition(), kPowerOffSlot)) << "no reply to wait for";
   EXPECT_EQ(SecondsWithMargin(40s), 48);
   EXPECT_EQ(MillisecondsWithMargin(33ms), 40);
 }

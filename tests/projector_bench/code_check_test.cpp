@@ -167,7 +167,7 @@ TEST(CodeCheck, SaysWhatTheFamilyHasInCommonAndWhoBreaksIt) {
   EXPECT_THAT(
       FamilyText(result.Family),
       ElementsAre("All nine commands begin with A5 02.",
-                  "The last byte is the exclusive or of the bytes before it; eight commands prove it."));
+                  "In each command the last byte is the exclusive or of the bytes before it; eight commands prove it."));
   EXPECT_EQ(BytesOf(*WithSum(String({{0xA5}, {0x02}, {0x50}, {0}}), *result.Family.Sum)),
             (Bytes{0xA5, 0x02, 0x50, 0xF7}));
 }

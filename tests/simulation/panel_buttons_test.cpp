@@ -1,11 +1,15 @@
-// The whole road on one desk: configuration, panel memory, command on the projector's line, reply.
+// The whole road on one desk: library, configuration, panel memory, command on the projector's line, reply.
 #include "simulation/panel_buttons.h"
 
 #include "config/configuration_file.h"
 #include "panels/image_reading.h"
+#include "panels/programming.h"
 #include "projector_bench/bench_line.h"
+#include "projector_bench/line_trace.h"
 #include "projector_bench/stand_in.h"
+#include "projectors/projector_files.h"
 #include "projectors/projector_volume.h"
+#include "simulation/simulated_line.h"
 #include "support/bench_lines.h"
 #include "support/virtual_time.h"
 
@@ -16,12 +20,75 @@
 namespace qdm {
 namespace {
 
+using namespace std::chrono_literals;
+
+const std::filesystem::path kExamples = QDM_SOURCE_DIR "/examples";
+
+// With the definition that the library has under the projector's names.
 std::vector<PanelConfiguration> Examples() {
+  const std::vector<ProjectorDefinition> library = ReadDefinitions(kExamples / "Projectors.DEF");
   std::vector<PanelConfiguration> examples;
-  for (const auto& entry : std::filesystem::directory_iterator(QDM_SOURCE_DIR "/examples")) {
-    if (entry.path().extension() == ".BVC") examples.push_back(ReadConfiguration(entry.path()));
+  for (const auto& entry : std::filesystem::directory_iterator(kExamples)) {
+    if (entry.path().extension() != ".BVC") continue;
+    PanelConfiguration example = ReadConfiguration(entry.path());
+    for (const ProjectorDefinition& projector : library) {
+      const ProjectorDefinition& named = example.Projector;
+      if (projector.Manufacturer != named.Manufacturer || projector.Model != named.Model) continue;
+      example.Projector = projector;
+      examples.push_back(example);
+    }
   }
   return examples;
+}
+
+struct NobodyWatches : ProgrammingObserver {
+  void Connecting() override {}
+  void RecordsAcknowledged(int) override {}
+  void Tell(const Message&) override {}
+};
+
+// A panel of the configuration's type on COM1 and its projector port on COM2.
+struct Desk {
+  explicit Desk(const PanelConfiguration& configuration)
+      : Panel(Ports.AttachPanel(
+            1, "panel",
+            SimulatedPanel({.Panel = {.Model = PanelTypeOf(configuration.ControllerType)->ModelCode(),
+                                      .Major = 1,
+                                      .Minor = 3}}))) {
+    Ports.AttachProjectorPort(2, "projector");
+  }
+  void Program(const PanelConfiguration& configuration) {
+    NobodyWatches observer;
+    const auto port = Ports.Port(1);
+    EXPECT_TRUE(ProgramPanel(*port, "9600,n,8,2", configuration.ControllerType,
+                             BuildPanelImage(configuration), Time, {}, observer)
+                    .Restarted);
+  }
+
+  VirtualTime Time;
+  SimulatedPorts Ports{Time};
+  SimulatedPanel& Panel;
+};
+
+Bytes ReplyTo(const ProjectorDefinition& projector, Slot command) {
+  const auto slot = ReplySlotOf(command);
+  Bytes reply;
+  for (const PatternByte& byte : slot ? PatternOf(projector.Strings[*slot]) : BytePattern())
+    reply.push_back(byte.Any ? 0 : byte.Value);
+  return reply;
+}
+
+void ExpectAsDefined(const StandIn& standIn, const ProjectorDefinition& projector) {
+  EXPECT_TRUE(standIn.Missing().empty()) << ChecklistText(standIn);
+  for (const HeardCommand& heard : standIn.Heard()) {
+    ASSERT_TRUE(heard.Command) << HexText(heard.Data);
+    EXPECT_FALSE(heard.TooSoon || heard.BytesTooClose) << NameOf(heard);
+    StringTrial trial = TrialOf(projector, projector.Strings[*heard.Command]);
+    trial.Level.reset();
+    if (heard.Level) trial.Level = LevelBytes(VolumeFormatOf(projector), *heard.Level);
+    EXPECT_EQ(heard.Data, BytesOnLine(trial));
+    EXPECT_EQ(heard.Answer, ReplyTo(projector, *heard.Command)) << NameOf(heard);
+  }
 }
 
 TEST(PanelButtons, EveryCommandOfEveryExampleArrivesAsTheDefinitionHasIt) {
@@ -29,28 +96,58 @@ TEST(PanelButtons, EveryCommandOfEveryExampleArrivesAsTheDefinitionHasIt) {
   ASSERT_EQ(examples.size(), 4U);
   for (const PanelConfiguration& example : examples) {
     const ProjectorDefinition& projector = example.Projector;
-    auto buttons = PanelButtons::Of(BuildPanelImage(example), example.ControllerType);
+    Desk desk(example);
+    desk.Program(example);
+    auto buttons = PanelButtons::Of(desk.Panel.Memory(), example.ControllerType);
     ASSERT_TRUE(buttons);
     EXPECT_EQ(buttons->LineSettings(), BenchLineSettings(projector));
-    VirtualTime time;
+    // As fast as the panel's delays let it.
     StandIn standIn(projector);
-    BenchLine line(time, [&](std::uint8_t byte, const std::string&) {
-      standIn.Receive({&byte, 1}, time.Now());
-      return std::pair(standIn.TakeAnswers(time.Now()), Microseconds(0));
+    BenchLine line(desk.Time, [&](std::uint8_t byte, const std::string&) {
+      standIn.Receive({&byte, 1}, desk.Time.Now());
+      return std::pair(standIn.TakeAnswers(desk.Time.Now()), Microseconds(0));
     });
-    buttons->Press(standIn.Expected(), line, time, {});
-    standIn.Advance(time.Now() + std::chrono::seconds(1));
-    EXPECT_TRUE(standIn.Missing().empty()) << ChecklistText(standIn);
+    buttons->Press(standIn.Expected(), line, desk.Time, {});
+    standIn.Advance(desk.Time.Now() + 1s);
     EXPECT_EQ(standIn.Expected(), buttons->Available());
-    for (const HeardCommand& heard : standIn.Heard()) {
-      ASSERT_TRUE(heard.Command) << HexText(heard.Data);
-      EXPECT_FALSE(heard.TooSoon || heard.BytesTooClose) << NameOf(heard);
-      const SerialString& string = projector.Strings[*heard.Command];
-      StringTrial trial = TrialOf(projector, string);
-      trial.Level.reset();
-      if (heard.Level) trial.Level = LevelBytes(VolumeFormatOf(projector), *heard.Level);
-      EXPECT_EQ(heard.Data, BytesOnLine(trial));
-    }
+    ExpectAsDefined(standIn, projector);
+  }
+}
+
+TEST(PanelButtons, ArePressedOnTheProjectorPortOfTheProgrammedPanel) {
+  for (const PanelConfiguration& example : Examples()) {
+    Desk desk(example);
+    EXPECT_EQ(desk.Ports.DeviceName(2), "");
+    EXPECT_FALSE(desk.Ports.Port(2)->Open());
+    desk.Program(example);
+    ASSERT_EQ(desk.Ports.DeviceName(2), "projector");
+    const auto listen = [&](StandIn& standIn, const std::string& settings) {
+      LineTrace trace(desk.Time);
+      TracedPort port(desk.Ports.Port(2), trace);
+      port.SetSettings(settings);
+      EXPECT_TRUE(port.Open());
+      std::stop_source stop;
+      desk.Time.At(desk.Time.Now() + 60s, [&] { stop.request_stop(); });
+      ServeStandIn(standIn, port, desk.Time, stop.get_token(), [] {});
+      Bytes sent;
+      for (const TraceRun& run : trace.Runs()) {
+        if (run.Direction == LineDirection::Sent)
+          sent.insert(sent.end(), run.Values.begin(), run.Values.end());
+      }
+      return sent;
+    };
+    StandIn standIn(example.Projector);
+    const Bytes sent = listen(standIn, BenchLineSettings(example.Projector));
+    ExpectAsDefined(standIn, example.Projector);
+    Bytes answers;
+    for (const HeardCommand& heard : standIn.Heard())
+      answers.insert(answers.end(), heard.Answer.begin(), heard.Answer.end());
+    EXPECT_EQ(sent, answers);
+
+    StandIn astray(example.Projector);
+    EXPECT_TRUE(listen(astray, "115200,e,8,1").empty()) << "no example's projector listens there";
+    EXPECT_EQ(astray.Missing(), astray.Expected());
+    EXPECT_FALSE(astray.Heard().empty());
   }
 }
 

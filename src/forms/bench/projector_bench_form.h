@@ -1,7 +1,8 @@
 // The "Projector bench": what an installer does with a projector, or in its place, on a serial line. A page
 // each for the stand-in, the settings finder, the code check and the timing. Works on the definition that it
-// is given, and changes it only where a "use" button is pressed. What is going on can be stopped; closing the
-// window in the middle stops it first. Ports that do not open are told in the status line, never in a box.
+// is given, and changes it only where a button that says so is pressed. What is going on can be stopped;
+// closing the window in the middle stops it first. Ports that do not open, or are gone, are told in the
+// status line, never in a box.
 #pragma once
 
 #include "projector_bench/code_check.h"
@@ -10,6 +11,7 @@
 #include "projector_bench/timing.h"
 
 #include <QDialog>
+#include <QStringList>
 
 #include <array>
 #include <functional>
@@ -19,8 +21,10 @@
 #include <vector>
 
 class QComboBox;
+class QLabel;
 class QSettings;
 class QTableWidget;
+class QTableWidgetItem;
 
 namespace Ui {
 class ProjectorBench;
@@ -43,35 +47,55 @@ class ProjectorBench : public QDialog {
   void done(int result) override;
 
  private:
+  struct AskedPorts {
+    std::vector<std::unique_ptr<SerialPort>> Ports;
+    std::vector<int> Numbers;
+    QStringList NotAsked;  // why not
+  };
+
   void ConnectControls();
   void Form_Load();
+  void LoadStandIn();
   void LoadFinder();
   void LoadTiming();
 
   void Listen_Click();
   void SaveList_Click();
   void Switches_Change();
+  void Question_Change();
   void FindSettings_Click();
   void UseSettings_Click();
   void Correct_Click();
+  void ComputeSum_Click();
+  void TimingQuery_Change();
   void MeasureTransition_Click(Slot power);
   void MeasureDelay_Click();
   void UseTiming_Click();
 
   int PortNumber() const;
   std::unique_ptr<SerialPort> OpenPort();
-  std::vector<std::unique_ptr<SerialPort>> OpenPortsToAsk();
+  AskedPorts OpenPortsToAsk();
   // Runs something on the line; only one at a time.
   void Run(const QString& status, const std::function<void()>& procedure);
   void SetStatus(const QString& text);
+  void ShowName();
+  void ShowReading(QLabel* label, const QString& text, bool refused);
 
   void ShowHeard();
   void ShowChecklist();
+  QTableWidgetItem* CellOf(const ProbeSetting& setting);
   void ShowProbe(const ProbeResult& result);
+  void ShowFoundSettings();
+  void TellFound(const AskedPorts& asked);
   void ShowCodes();
+  void ShowCorrections();
+  void Correct(const SerialString& corrected);
   void ShowTimes();
-  std::optional<ProbeQuestion> ChosenQuestion();
+  std::optional<ProbeQuestion> ChosenQuestion() const;
   std::optional<TimingQuestion> QuestionIn(const QComboBox* box) const;
+  void Measure(
+      int row, const std::optional<TimingQuestion>& question,
+      const std::function<std::optional<Microseconds>(const TimingBench&, const TimingProgress&)>& measure);
 
   std::unique_ptr<Ui::ProjectorBench> ui_;
   ProjectorDefinition& projector_;
@@ -82,7 +106,7 @@ class ProjectorBench : public QDialog {
 
   std::unique_ptr<StandIn> standIn_;
   Microseconds listenedFrom_{};
-  std::vector<ProbeSetting> probed_;  // with a reply, or something
+  std::vector<int> askedPorts_;  // numbers, by ProbeResult::Port
   CodeCheckResult codes_;
   std::array<std::optional<Microseconds>, 3> measured_;  // by row of Timings
 

@@ -4,6 +4,7 @@
 #include "forms/shared/port_words.h"
 #include "forms/strings/kind_colours.h"
 #include "projector_bench/bench_line.h"
+#include "projector_bench/typed_command.h"
 #include "serial_strings/text_parser.h"
 #include "ui_projector_bench_form.h"
 
@@ -16,6 +17,10 @@ namespace qdm {
 namespace {
 
 enum TimingRow { kWarmUpRow, kCoolDownRow, kDelayRow };
+// Of a cell of the grid: the best ProbeVerdict so far, kAsking until there is one.
+constexpr int kVerdictRole = Qt::UserRole;
+constexpr int kAsking = -1;
+constexpr qsizetype kBytesInCell = 5;
 
 QString Text(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -24,6 +29,21 @@ QString Text(std::string_view text) {
 int RowOf(const ProbeSetting& setting) { return static_cast<int>(setting.Speed - LineSpeeds.data()); }
 int ColumnOf(const ProbeSetting& setting) {
   return static_cast<int>(setting.Parity - LineParities.data()) * 2 + setting.StopBits - 1;
+}
+
+int VerdictOf(const QTableWidgetItem* cell) {
+  return cell != nullptr ? cell->data(kVerdictRole).toInt() : kAsking;
+}
+
+// "50 57 52 20 4F..."
+QString ShortHex(ByteView bytes) {
+  constexpr auto kMost = static_cast<std::size_t>(kBytesInCell);
+  return Text(HexText(bytes.first(std::min(kMost, bytes.size())))) +
+         (bytes.size() > kMost ? QStringLiteral("...") : QString());
+}
+
+TypedCommand TypedIn(const QLineEdit* entry) {
+  return ReadTypedCommand(entry->text().trimmed().toStdU16String());
 }
 
 void Put(QTableWidget* table, int row, int column, const QString& text) {
@@ -37,9 +57,6 @@ void Put(QTableWidget* table, int row, int column, const QString& text) {
 void ProjectorBench::LoadFinder() {
   for (const LineCommand& command : CommandsOnLine(projector_))
     ui_->Command->addItem(Text(NameOfSlot(command.Place)), static_cast<int>(command.Place));
-  ui_->FinderHint->setText(
-      tr("The command is really sent, at each of the 30 settings: \"Power on\" switches the projector on. A "
-         "query of your own that switches nothing is best."));
   QTableWidget* grid = ui_->FinderGrid;
   grid->setSelectionBehavior(QAbstractItemView::SelectItems);
   grid->setColumnCount(static_cast<int>(LineParities.size()) * 2);
@@ -54,74 +71,161 @@ void ProjectorBench::LoadFinder() {
   for (const LineSpeed& speed : LineSpeeds) rows << Text(speed.Digits);
   grid->setVerticalHeaderLabels(rows);
   grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-  connect(grid, &QTableWidget::currentItemChanged, this, [this](QTableWidgetItem* item) {
-    ui_->UseSettings->setEnabled(item != nullptr && !running_);
-    if (item != nullptr) ui_->FoundSettings->setText(item->toolTip());
-  });
-  ui_->UseSettings->setEnabled(false);
+  grid->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  grid->verticalHeader()->setMinimumSectionSize(grid->fontMetrics().height() * 2 + 4);
+  Question_Change();
+  ShowFoundSettings();
 }
 
-std::optional<ProbeQuestion> ProjectorBench::ChosenQuestion() {
-  const QString query = ui_->Query->text().trimmed();
-  if (query.isEmpty()) {
-    if (ui_->Command->currentIndex() < 0) return std::nullopt;
-    return QuestionOf(projector_, static_cast<Slot>(ui_->Command->currentData().toInt()));
+std::optional<ProbeQuestion> ProjectorBench::ChosenQuestion() const {
+  if (!ui_->Query->text().trimmed().isEmpty()) {
+    const TypedCommand query = TypedIn(ui_->Query);
+    return query.String ? std::optional(QuestionOf(projector_, *query.String)) : std::nullopt;
   }
-  const ParsedText parsed = ParseSerialText(query.toStdU16String());
-  if (!parsed.Readings.empty()) return QuestionOf(projector_, parsed.Readings.front().String);
-  if (parsed.Problem) SetStatus(QString::fromStdString(ProblemText(*parsed.Problem)));
-  return std::nullopt;
+  if (ui_->Command->currentIndex() < 0) return std::nullopt;
+  return QuestionOf(projector_, static_cast<Slot>(ui_->Command->currentData().toInt()));
 }
 
-std::vector<std::unique_ptr<SerialPort>> ProjectorBench::OpenPortsToAsk() {
-  std::vector<std::unique_ptr<SerialPort>> ports;
+// What will be sent, and what that does.
+void ProjectorBench::Question_Change() {
+  const bool typed = !ui_->Query->text().trimmed().isEmpty();
+  const auto question = ChosenQuestion();
+  ui_->FindSettings->setEnabled(question && !running_);
+  if (typed) {
+    const QString words = Text(TypedIn(ui_->Query).Words);
+    return ShowReading(ui_->FinderHint,
+                       question ? tr("Sends %1 at each of the 30 settings.").arg(words)
+                                : tr("The query is not sent: %1").arg(words),
+                       !question);
+  }
+  if (!question)
+    return ShowReading(ui_->FinderHint, tr("This projector has no commands: type a query."), false);
+  const auto slot = static_cast<Slot>(ui_->Command->currentData().toInt());
+  ShowReading(
+      ui_->FinderHint,
+      tr("Sends \"%1\" (%2) at each of the 30 settings: it %3. A query of your own that switches nothing "
+         "is best.")
+          .arg(Text(NameOfSlot(slot)), Text(HexText(BytesOnLine(question->Command))), Text(EffectOf(slot))),
+      false);
+}
+
+ProjectorBench::AskedPorts ProjectorBench::OpenPortsToAsk() {
+  AskedPorts asked;
   if (!ui_->EveryPort->isChecked()) {
-    if (auto port = OpenPort()) ports.push_back(std::move(port));
-    return ports;
+    if (auto port = OpenPort()) {
+      asked.Ports.push_back(std::move(port));
+      asked.Numbers.push_back(PortNumber());
+    }
+    return asked;
   }
   for (int number = 1; number <= kPortSlots; ++number) {
     if (ports_.DeviceName(number).empty()) continue;
     auto port = ports_.Port(number);
-    if (port->Open()) ports.push_back(std::move(port));
+    if (port->Open()) {
+      asked.Ports.push_back(std::move(port));
+      asked.Numbers.push_back(number);
+    } else {
+      asked.NotAsked << WhyPortIsClosed(ports_, number);
+    }
   }
-  if (ports.empty()) SetStatus(tr("No port could be opened."));
-  return ports;
+  if (asked.Ports.empty()) {
+    SetStatus(asked.NotAsked.isEmpty() ? tr("This computer has no serial port.")
+                                       : asked.NotAsked.join(QLatin1Char('\n')));
+  }
+  return asked;
 }
 
 void ProjectorBench::FindSettings_Click() {
   const auto question = ChosenQuestion();
   if (!question) return;
-  const auto ports = OpenPortsToAsk();
-  if (ports.empty()) return;
+  const AskedPorts asked = OpenPortsToAsk();
+  if (asked.Ports.empty()) return;
   ui_->FinderGrid->clearContents();
-  probed_.clear();
-  Run(tr("Asking at every setting..."), [&] {
-    ProbeSettings(ports, *question, SettingsToProbe(projector_), time_, stop_.get_token(),
-                  [this](const ProbeResult& result) { ShowProbe(result); });
-    if (stop_.stop_requested()) return SetStatus(tr("Stopped."));
-    SetStatus(probed_.empty()
-                  ? tr("Everything is silent. What to check:\n%1").arg(Text(WhatToCheckWhenSilent()))
-                  : tr("Choose a setting to use it."));
+  ui_->FinderGrid->setCurrentItem(nullptr);
+  askedPorts_ = asked.Numbers;
+  Run(tr("Asking..."), [&] {
+    int count = 0;
+    const auto asking = [&](const ProbeSetting& setting) {
+      CellOf(setting);
+      SetStatus(tr("Asking at %1 (%2 of 30)...").arg(Text(setting.Text())).arg(++count));
+    };
+    ProbeSettings(asked.Ports, *question, SettingsToProbe(projector_), time_, stop_.get_token(),
+                  {[this](const ProbeResult& result) { ShowProbe(result); }, asking});
+    TellFound(asked);
   });
+  Question_Change();
+  ShowFoundSettings();
 }
 
-// Of several ports, the best answer to a setting stays.
-void ProjectorBench::ShowProbe(const ProbeResult& result) {
-  const int row = RowOf(result.Setting);
-  const int column = ColumnOf(result.Setting);
-  QTableWidgetItem* shown = ui_->FinderGrid->item(row, column);
-  if (shown != nullptr && shown->data(Qt::UserRole).toInt() >= static_cast<int>(result.Verdict)) return;
-  const QString bytes = Text(HexText(result.Received));
-  auto* cell = new QTableWidgetItem(Text(NameOf(result.Verdict)));
-  cell->setData(Qt::UserRole, static_cast<int>(result.Verdict));
+// Made when there is none.
+QTableWidgetItem* ProjectorBench::CellOf(const ProbeSetting& setting) {
+  QTableWidget* grid = ui_->FinderGrid;
+  if (QTableWidgetItem* cell = grid->item(RowOf(setting), ColumnOf(setting))) return cell;
+  auto* cell = new QTableWidgetItem(QStringLiteral("..."));
+  cell->setData(kVerdictRole, kAsking);
   cell->setTextAlignment(Qt::AlignCenter);
-  cell->setToolTip(tr("%1: %2 %3").arg(Text(result.Setting.Text()), Text(NameOf(result.Verdict)), bytes));
+  grid->setItem(RowOf(setting), ColumnOf(setting), cell);
+  return cell;
+}
+
+// Of several ports the best answer stands in the cell, and all that came in its tool tip.
+void ProjectorBench::ShowProbe(const ProbeResult& result) {
+  QTableWidgetItem* cell = CellOf(result.Setting);
+  const bool something = result.Verdict != ProbeVerdict::Nothing;
+  const int port = askedPorts_[result.Port];
+  const QString verdict = Text(NameOf(result.Verdict));
+  if (something) {
+    const QString line = tr("%1 at %2: %3 %4")
+                             .arg(PortCaption(ports_, port), Text(result.Setting.Text()), verdict,
+                                  Text(HexText(result.Received)));
+    cell->setToolTip(cell->toolTip().isEmpty() ? line : cell->toolTip() + QLatin1Char('\n') + line);
+  }
+  if (VerdictOf(cell) >= static_cast<int>(result.Verdict)) return;
+  cell->setData(kVerdictRole, static_cast<int>(result.Verdict));
+  QString text = something && askedPorts_.size() > 1 ? tr("%1: %2").arg(PortName(port), verdict) : verdict;
+  if (something) text += QLatin1Char('\n') + ShortHex(result.Received);
+  cell->setText(text);
   QFont font = cell->font();
   font.setBold(result.Verdict == ProbeVerdict::Reply);
   cell->setFont(font);
-  ui_->FinderGrid->setItem(row, column, cell);
-  if (result.Verdict != ProbeVerdict::Nothing) probed_.push_back(result.Setting);
-  if (result.Verdict == ProbeVerdict::Reply) ui_->FinderGrid->setCurrentItem(cell);
+  const QTableWidgetItem* current = ui_->FinderGrid->currentItem();
+  if (something && (current == nullptr || VerdictOf(current) < static_cast<int>(result.Verdict)))
+    ui_->FinderGrid->setCurrentItem(cell);
+  if (cell == ui_->FinderGrid->currentItem()) ShowFoundSettings();
+}
+
+void ProjectorBench::ShowFoundSettings() {
+  const QTableWidgetItem* cell = ui_->FinderGrid->currentItem();
+  const bool something = VerdictOf(cell) > static_cast<int>(ProbeVerdict::Nothing);
+  ui_->UseSettings->setEnabled(something && !running_);
+  if (cell != nullptr) ui_->FoundSettings->setText(cell->toolTip());
+}
+
+void ProjectorBench::TellFound(const AskedPorts& asked) {
+  QTableWidget* grid = ui_->FinderGrid;
+  int best = static_cast<int>(ProbeVerdict::Nothing);
+  for (int row = 0; row < grid->rowCount(); ++row) {
+    for (int column = 0; column < grid->columnCount(); ++column) {
+      const QTableWidgetItem* cell = grid->item(row, column);
+      best = std::max(best, VerdictOf(cell));
+      if (cell != nullptr && VerdictOf(cell) == kAsking) delete grid->takeItem(row, column);
+    }
+  }
+  QString told =
+      tr("The expected reply came: \"Use these settings\" writes its settings into the definition.");
+  if (!AnyIsOpen(asked.Ports)) {
+    told = WhyPortIsClosed(ports_, asked.Numbers.back());
+  } else if (stop_.stop_requested()) {
+    told = tr("Stopped.");
+  } else if (best == static_cast<int>(ProbeVerdict::Nothing)) {
+    told = tr("Everything is silent.");
+    ui_->FoundSettings->setText(tr("What to check:\n%1").arg(Text(WhatToCheckWhenSilent())));
+  } else if (best < static_cast<int>(ProbeVerdict::Reply)) {
+    told = tr("Something came back, but not the expected reply.");
+  }
+  if (!asked.NotAsked.isEmpty())
+    told += QLatin1Char('\n') + tr("Not asked: %1").arg(asked.NotAsked.join(QLatin1Char('\n')));
+  SetStatus(told);
 }
 
 void ProjectorBench::UseSettings_Click() {
@@ -130,6 +234,7 @@ void ProjectorBench::UseSettings_Click() {
   for (const ProbeSetting& setting : SettingsToProbe(projector_)) {
     if (RowOf(setting) == row && ColumnOf(setting) == column) UseSettings(projector_, setting);
   }
+  ShowName();
   SetStatus(tr("The definition now has %1.").arg(Text(BenchLineSettings(projector_))));
 }
 
@@ -154,15 +259,32 @@ void ProjectorBench::ShowCodes() {
   }
   table->resizeColumnsToContents();
   table->horizontalHeader()->setStretchLastSection(true);
-  ui_->Correct->setEnabled(false);
+  ShowCorrections();
+}
+
+void ProjectorBench::ShowCorrections() {
+  const int row = ui_->Findings->currentRow();
+  const bool chosen = row >= 0 && static_cast<std::size_t>(row) < codes_.Findings.size();
+  ui_->Correct->setEnabled(chosen && codes_.Findings[static_cast<std::size_t>(row)].Corrected);
+  ui_->ComputeSum->setEnabled(chosen && codes_.Family.Sum);
+}
+
+void ProjectorBench::Correct(const SerialString& corrected) {
+  const Slot slot = codes_.Findings.at(static_cast<std::size_t>(ui_->Findings->currentRow())).Place;
+  projector_.Strings[slot] = corrected;
+  SetStatus(tr("\"%1\" is now %2.").arg(Text(NameOfSlot(slot)), Text(HexBytes(corrected))));
+  ShowCodes();
 }
 
 void ProjectorBench::Correct_Click() {
-  const auto row = static_cast<std::size_t>(ui_->Findings->currentRow());
-  const CodeFinding finding = codes_.Findings.at(row);
-  projector_.Strings[finding.Place] = *finding.Corrected;
-  SetStatus(tr("\"%1\" has been corrected.").arg(Text(NameOfSlot(finding.Place))));
-  ShowCodes();
+  Correct(SerialString(*codes_.Findings.at(static_cast<std::size_t>(ui_->Findings->currentRow())).Corrected));
+}
+
+void ProjectorBench::ComputeSum_Click() {
+  const Slot slot = codes_.Findings.at(static_cast<std::size_t>(ui_->Findings->currentRow())).Place;
+  const auto computed = WithSum(projector_.Strings[slot], *codes_.Family.Sum);
+  if (!computed) return SetStatus(tr("\"%1\" is too short for it.").arg(Text(NameOfSlot(slot))));
+  Correct(*computed);
 }
 
 // ---- the timing ----
@@ -182,10 +304,23 @@ void ProjectorBench::LoadTiming() {
       tr("The projector is switched on and off, and asked until the right reply comes. The definition's "
          "values are taken as seconds (warm-up, cool-down) and milliseconds (delay): how the panel counts "
          "them is an assumption."));
+  TimingQuery_Change();
   ShowTimes();
-  connect(ui_->Timings, &QTableWidget::currentCellChanged, this, [this](int row) {
-    ui_->UseTiming->setEnabled(row >= 0 && measured_[static_cast<std::size_t>(row)]);
-  });
+}
+
+// A query of one's own takes the place of the chosen commands.
+void ProjectorBench::TimingQuery_Change() {
+  const bool typed = !ui_->TimingQuery->text().trimmed().isEmpty();
+  ui_->TimingReply->setEnabled(typed);
+  ui_->Ask->setEnabled(!typed);
+  ui_->AskOff->setEnabled(!typed);
+  ui_->TimingReading->setVisible(typed);
+  if (!typed) return;
+  const TypedCommand query = TypedIn(ui_->TimingQuery);
+  const TypedCommand reply = TypedIn(ui_->TimingReply);
+  ShowReading(ui_->TimingReading,
+              tr("Asks with %1; the answer: %2").arg(Text(query.Words), Text(reply.Words)),
+              !query.String || !reply.String);
 }
 
 void ProjectorBench::ShowTimes() {
@@ -215,40 +350,58 @@ void ProjectorBench::ShowTimes() {
 }
 
 std::optional<TimingQuestion> ProjectorBench::QuestionIn(const QComboBox* box) const {
+  if (!ui_->TimingQuery->text().trimmed().isEmpty()) {
+    const TypedCommand query = TypedIn(ui_->TimingQuery);
+    const TypedCommand reply = TypedIn(ui_->TimingReply);
+    if (!query.String || !reply.String) return std::nullopt;
+    return TimingQuestionOf(projector_, *query.String, *reply.String);
+  }
   if (box->currentIndex() < 0) return std::nullopt;
   return TimingQuestionOf(projector_, static_cast<Slot>(box->currentData().toInt()));
+}
+
+void ProjectorBench::Measure(
+    int row, const std::optional<TimingQuestion>& question,
+    const std::function<std::optional<Microseconds>(const TimingBench&, const TimingProgress&)>& measure) {
+  if (!question) {
+    return SetStatus(
+        tr("There is nothing to ask with: a command with an expected reply, or a query of your own "
+           "with its answer."));
+  }
+  const auto port = OpenPort();
+  if (!port) return;
+  Run(tr("Measuring..."), [&] {
+    const auto measured =
+        measure({*port, projector_, time_, stop_.get_token()}, [this](Microseconds elapsed) {
+          SetStatus(tr("Measuring: %1 s").arg(static_cast<double>(elapsed.count()) / 1e6, 0, 'f', 0));
+        });
+    if (measured) {
+      measured_[static_cast<std::size_t>(row)] = measured;
+      ui_->Timings->setCurrentCell(row, 0);
+      SetStatus(tr("Measured. \"Use measured\" takes it into the definition with its margin."));
+    } else if (!port->IsOpen()) {
+      SetStatus(WhyPortIsClosed(ports_, PortNumber()));
+    } else {
+      SetStatus(stop_.stop_requested() ? tr("Stopped.") : tr("The right reply did not come."));
+    }
+  });
+  ShowTimes();
 }
 
 void ProjectorBench::MeasureTransition_Click(Slot power) {
   const bool on = power == kPowerOnSlot;
   const auto question = QuestionIn(on ? ui_->Ask : ui_->AskOff);
-  if (!question) return SetStatus(tr("No command of this projector has an expected reply to wait for."));
-  const auto port = OpenPort();
-  if (!port) return;
-  Run(tr("Measuring..."), [&] {
-    const auto measured = MeasureTransition(
-        {*port, projector_, time_, stop_.get_token()}, power, *question, [this](Microseconds elapsed) {
-          SetStatus(tr("Measuring: %1 s").arg(static_cast<double>(elapsed.count()) / 1e6, 0, 'f', 0));
-        });
-    measured_[on ? kWarmUpRow : kCoolDownRow] = measured;
-    SetStatus(measured ? tr("Measured.") : tr("The right reply did not come."));
-  });
-  ShowTimes();
+  Measure(on ? kWarmUpRow : kCoolDownRow, question,
+          [&](const TimingBench& bench, const TimingProgress& told) {
+            return MeasureTransition(bench, power, *question, told);
+          });
 }
 
 void ProjectorBench::MeasureDelay_Click() {
   const auto question = QuestionIn(ui_->Ask);
-  if (!question) return SetStatus(tr("No command of this projector has an expected reply to wait for."));
-  const auto port = OpenPort();
-  if (!port) return;
-  Run(tr("Measuring..."), [&] {
-    measured_[kDelayRow] = MeasureCommandDelay(
-        {*port, projector_, time_, stop_.get_token()}, *question, [this](Microseconds elapsed) {
-          SetStatus(tr("Measuring: %1 s").arg(static_cast<double>(elapsed.count()) / 1e6, 0, 'f', 0));
-        });
-    SetStatus(measured_[kDelayRow] ? tr("Measured.") : tr("Not every command was answered."));
+  Measure(kDelayRow, question, [&](const TimingBench& bench, const TimingProgress& told) {
+    return MeasureCommandDelay(bench, *question, told);
   });
-  ShowTimes();
 }
 
 void ProjectorBench::UseTiming_Click() {
@@ -258,6 +411,7 @@ void ProjectorBench::UseTiming_Click() {
   if (row == kCoolDownRow) projector_.CoolDownTime = SecondsWithMargin(measured);
   if (row == kDelayRow) projector_.InterCommandDelay = MillisecondsWithMargin(measured);
   ShowTimes();
+  SetStatus(tr("Taken into the definition."));
 }
 
 }  // namespace qdm

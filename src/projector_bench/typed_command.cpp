@@ -1,0 +1,27 @@
+#include "projector_bench/typed_command.h"
+
+#include "serial_strings/text_parser.h"
+
+namespace qdm {
+namespace {
+
+std::string Words(const TextReading& reading) { return HexBytes(reading.String) + " (" + reading.As + ")"; }
+
+std::string WhyRefused(const ParsedText& parsed) {
+  if (parsed.Problem) return ProblemText(*parsed.Problem);
+  if (parsed.Readings.size() > 1) {
+    return "can be read as " + Words(parsed.Readings[0]) + " or as " + Words(parsed.Readings[1]) +
+           ": write \"PWR\" 0D for characters, 50 57 52 0D for bytes";
+  }
+  return "doubtful: " + (parsed.Notes.empty() ? Words(parsed.Readings.front()) : parsed.Notes.front());
+}
+
+}  // namespace
+
+TypedCommand ReadTypedCommand(std::u16string_view text) {
+  const ParsedText parsed = ParseSerialText(text);
+  if (parsed.Readings.empty() || parsed.NeedsChoice()) return {std::nullopt, WhyRefused(parsed)};
+  return {parsed.Readings.front().String, Words(parsed.Readings.front())};
+}
+
+}  // namespace qdm
