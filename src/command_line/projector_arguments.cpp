@@ -89,7 +89,7 @@ void AddProbeCommand(CLI::App& app, CommandToRun& chosen) {
       "switches nothing is best.\n\n"
       "Examples:\n"
       "  qdm probe Visora.BVD --slot \"Power on\" --port COM3\n"
-      "  qdm probe \"Room 101.BVC\" --send \"PWR?<CR>\"");
+      "  qdm probe \"Room 101.BVC\" --send \"PWR?<CR>\"     # or \"0x02 0x50 0x03\"");
   auto& options = Runs(command, chosen, Probe);
   AddProjectorChoice(command, options);
   CLI::Option* slot =

@@ -24,8 +24,9 @@ bool CommandSpotter::CanBecomeCommand(std::size_t first) const {
 void CommandSpotter::Emit(std::size_t count, const LineCommand* command, std::vector<SpottedBytes>& spotted) {
   if (count == 0) return;
   const auto end = static_cast<std::ptrdiff_t>(count);
+  const bool inBlocks = std::adjacent_find(times_.begin(), times_.begin() + end) != times_.begin() + end;
   spotted.push_back(
-      {command, Bytes(bytes_.begin(), bytes_.begin() + end), times_.front(), times_[count - 1]});
+      {command, Bytes(bytes_.begin(), bytes_.begin() + end), times_.front(), times_[count - 1], inBlocks});
   bytes_.erase(bytes_.begin(), bytes_.begin() + end);
   times_.erase(times_.begin(), times_.begin() + end);
 }

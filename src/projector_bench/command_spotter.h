@@ -16,8 +16,9 @@ namespace qdm {
 struct SpottedBytes {
   const LineCommand* Command = nullptr;  // null: no command of the definition
   Bytes Data;
-  Microseconds Begin{};  // of the first byte
-  Microseconds End{};    // of the last
+  Microseconds Begin{};   // of the first byte
+  Microseconds End{};     // of the last
+  bool InBlocks = false;  // some of them were handed over together: when each came is not known
 };
 
 class CommandSpotter {

@@ -13,8 +13,13 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-// Clocks and adapters are no better.
+// Clocks are no better, and adapters keep bytes back for so long to hand them over in blocks.
 constexpr Microseconds kTolerance = milliseconds(1);
+constexpr Microseconds kToleranceOfBlocks = milliseconds(16);
+
+// Something that was heard is told after such a silence, or after so long without one.
+constexpr Microseconds kSilenceToTell = milliseconds(60);
+constexpr Microseconds kLongestUntold = milliseconds(1000);
 
 bool IsPowerCommand(Slot slot) { return slot == kPowerOnSlot || slot == kPowerOffSlot; }
 
@@ -101,6 +106,7 @@ void StandIn::Hear(const SpottedBytes& spotted) {
   heard.Begin = spotted.Begin;
   heard.End = spotted.End;
   heard.Data = spotted.Data;
+  heard.InBlocks = spotted.InBlocks;
   if (lastEnd_) heard.Gap = spotted.Begin - *lastEnd_;
   lastEnd_ = spotted.End;
   CompareDelays(heard);
@@ -116,12 +122,15 @@ void StandIn::Hear(const SpottedBytes& spotted) {
   heard_.push_back(std::move(heard));
 }
 
-// Adapters hand bytes over in blocks, so that single gaps mean little: the whole command must have taken as
-// long as all its delays.
+// Single gaps mean little: the whole command must have taken as long as all its delays.
 void StandIn::CompareDelays(HeardCommand& heard) const {
-  heard.TooSoon = heard.Gap && *heard.Gap + kTolerance < milliseconds(projector_.InterCommandDelay);
+  const bool blocks = heard.InBlocks || (!heard_.empty() && heard_.back().InBlocks);
+  const Microseconds gap = heard.Gap.value_or(Microseconds::max() / 2);
+  heard.TooSoon =
+      gap + (blocks ? kToleranceOfBlocks : kTolerance) < milliseconds(projector_.InterCommandDelay);
   const auto gaps = static_cast<std::int64_t>(heard.Data.size()) - 1;
-  heard.BytesTooClose = heard.End - heard.Begin + kTolerance < gaps * milliseconds(projector_.InterByteDelay);
+  const Microseconds time = heard.End - heard.Begin + (heard.InBlocks ? kToleranceOfBlocks : kTolerance);
+  heard.BytesTooClose = time < gaps * milliseconds(projector_.InterByteDelay);
 }
 
 void StandIn::AnswerTo(HeardCommand& heard) {
@@ -205,15 +214,26 @@ std::string ListText(const StandIn& standIn, Microseconds start) {
 void ServeStandIn(StandIn& standIn, SerialPort& port, Waiting& time, const std::stop_token& stop,
                   const std::function<void()>& changed) {
   std::size_t told = standIn.Heard().size();
+  Microseconds lastByte = time.Now();
+  Microseconds untoldFrom = time.Now();
   while (!stop.stop_requested() && port.IsOpen()) {
     const Bytes bytes = port.ReadAll();
+    if (!bytes.empty()) lastByte = time.Now();
     standIn.Receive(bytes, time.Now());
     standIn.Advance(time.Now());
     if (const Bytes answers = standIn.TakeAnswers(time.Now()); !answers.empty()) port.Write(answers);
-    if (standIn.Heard().size() != told) changed();
-    told = standIn.Heard().size();
-    if (bytes.empty()) time.Yield(standIn.NextTime().value_or(time.Now() + std::chrono::hours(1)));
+    if (standIn.Heard().size() == told) untoldFrom = time.Now();
+    const Microseconds tellAt = std::min(lastByte + kSilenceToTell, untoldFrom + kLongestUntold);
+    if (standIn.Heard().size() != told && time.Now() >= tellAt) {
+      told = standIn.Heard().size();
+      changed();
+    }
+    if (!bytes.empty()) continue;
+    Microseconds next = standIn.NextTime().value_or(time.Now() + std::chrono::hours(1));
+    if (standIn.Heard().size() != told) next = std::min(next, tellAt);
+    time.Yield(next);
   }
+  if (standIn.Heard().size() != told) changed();
 }
 
 }  // namespace qdm

@@ -39,6 +39,7 @@ struct HeardCommand {
   std::optional<Microseconds> Gap;  // since the end of the command before; nothing for the first
   bool TooSoon = false;             // the gap is shorter than the definition's delay between commands
   bool BytesTooClose = false;       // the bytes are closer together than the delay between bytes
+  bool InBlocks = false;            // bytes were handed over together: the times are that much less exact
   std::optional<Slot> Command;      // nothing: no command of the definition
   std::optional<std::int16_t> Level;
   Bytes Data;
@@ -113,7 +114,7 @@ std::string ListLine(const HeardCommand& heard, Microseconds start);
 std::string ListText(const StandIn& standIn, Microseconds start);
 
 // Listens and answers at an open port until it is asked to stop or the port is gone. `changed` is called when
-// something was heard.
+// something was heard and the line is silent: drawing would spoil the times of what still comes.
 void ServeStandIn(StandIn& standIn, SerialPort& port, Waiting& time, const std::stop_token& stop,
                   const std::function<void()>& changed);
 

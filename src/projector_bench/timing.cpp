@@ -13,7 +13,8 @@ using std::chrono::milliseconds;
 constexpr Microseconds kReplyTime = milliseconds(1000);
 constexpr int kInARow = 3;
 
-// Asking this often keeps the error of a transition near a hundredth, and the line usable in the first seconds.
+// Asking this often keeps the error of a transition near a hundredth, and the line usable in the first
+// seconds.
 constexpr int kPeriodsOfTransition = 200;
 constexpr int kFinestPart = 100;
 constexpr Microseconds kShortestPeriod = milliseconds(20);

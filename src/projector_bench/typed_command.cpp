@@ -11,7 +11,7 @@ std::string WhyRefused(const ParsedText& parsed) {
   if (parsed.Problem) return ProblemText(*parsed.Problem);
   if (parsed.Readings.size() > 1) {
     return "can be read as " + Words(parsed.Readings[0]) + " or as " + Words(parsed.Readings[1]) +
-           ": write \"PWR\" 0D for characters, 50 57 52 0D for bytes";
+           ": write PWR<CR> for characters, 0x50 0x57 0x0D for bytes";
   }
   return "doubtful: " + (parsed.Notes.empty() ? Words(parsed.Readings.front()) : parsed.Notes.front());
 }

@@ -90,6 +90,13 @@ TEST_F(StandInTest, ShowsDelaysThatWereNotKept) {
   Say("ON\r", 3ms);
   EXPECT_FALSE(Last().TooSoon);
   EXPECT_TRUE(Last().BytesTooClose);
+  // What an adapter hands over at once has been on the line for some time.
+  Silence(90ms);
+  standIn.Receive(BytesOf("ON\r"), now);
+  EXPECT_FALSE(Last().TooSoon || Last().BytesTooClose);
+  Silence(80ms);
+  standIn.Receive(BytesOf("V100\r"), now);
+  EXPECT_TRUE(Last().TooSoon && Last().BytesTooClose);
 }
 
 TEST_F(StandInTest, SaysWhatUnknownBytesAreNearestTo) {

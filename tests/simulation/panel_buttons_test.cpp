@@ -82,6 +82,7 @@ void ExpectAsDefined(const StandIn& standIn, const ProjectorDefinition& projecto
   EXPECT_TRUE(standIn.Missing().empty()) << ChecklistText(standIn);
   for (const HeardCommand& heard : standIn.Heard()) {
     ASSERT_TRUE(heard.Command) << HexText(heard.Data);
+    EXPECT_GE(heard.Gap.value_or(1h), projector.InterCommandDelay * 1ms) << NameOf(heard);
     EXPECT_FALSE(heard.TooSoon || heard.BytesTooClose) << NameOf(heard);
     StringTrial trial = TrialOf(projector, projector.Strings[*heard.Command]);
     trial.Level.reset();

@@ -8,6 +8,7 @@
 #include "ui_projector_bench_form.h"
 
 #include <QSettings>
+#include <QTabBar>
 
 #include <algorithm>
 #include <array>
@@ -35,6 +36,7 @@ ProjectorBench::ProjectorBench(ProjectorDefinition& projector, SerialPorts& port
   ui_->setupUi(this);
   ConnectControls();
   Form_Load();
+  ui_->Pages->tabBar()->setFocus();
   resize(900, 560);
   FitToScreen(this);
 }

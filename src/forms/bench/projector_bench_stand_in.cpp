@@ -40,6 +40,7 @@ void ProjectorBench::LoadStandIn() {
   ui_->HeardList->setColumnCount(static_cast<int>(captions.size()));
   ui_->HeardList->setHorizontalHeaderLabels(captions);
   ui_->HeardList->verticalHeader()->hide();
+  ui_->HeardList->verticalHeader()->setDefaultSectionSize(ui_->HeardList->fontMetrics().height() + 6);
   ui_->HeardList->horizontalHeader()->setStretchLastSection(true);
   ui_->SaveList->setEnabled(false);
   ui_->Checklist->setText(Text(ChecklistText(StandIn(projector_))));
@@ -103,6 +104,7 @@ void ProjectorBench::ShowHeard() {
     }
   }
   list->resizeColumnsToContents();
+  list->horizontalHeader()->setStretchLastSection(true);
   list->scrollToBottom();
   ui_->SaveList->setEnabled(list->rowCount() > 0);
   ShowChecklist();

@@ -10,7 +10,7 @@ EditorStatusBar::EditorStatusBar(QWidget* parent)
       statusText_(new QLabel(this)),
       unsavedMark_(new QLabel(tr("Not saved"), this)),
       findPanel_(MakeButton("FindPanel", tr("&Find panel"), tr("Which COM port is a panel on?"))),
-      bench_(MakeButton("Bench", tr("Projector &bench"),
+      bench_(MakeButton("Bench", tr("Projector ben&ch"),
                         tr("Stand in for the projector, find its settings, check its codes, time it"))) {
   statusText_->setObjectName(QStringLiteral("StatusText"));
   statusText_->setTextFormat(Qt::PlainText);
