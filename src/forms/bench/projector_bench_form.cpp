@@ -1,5 +1,6 @@
 #include "forms/bench/projector_bench_form.h"
 
+#include "forms/bench/bench_table.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/qt_text.h"
@@ -17,10 +18,6 @@ namespace qdm {
 namespace {
 
 constexpr QLatin1String kPortSetting("SerialTest/Port");
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace
 

@@ -1,14 +1,13 @@
 // The pages of the projector bench that ask: settings finder, code check, timing.
 #include "forms/bench/projector_bench_form.h"
 
+#include "forms/bench/bench_table.h"
 #include "forms/shared/port_words.h"
 #include "forms/strings/kind_colours.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/typed_command.h"
 #include "serial_strings/text_parser.h"
 #include "ui_projector_bench_form.h"
-
-#include <QHeaderView>
 
 #include <algorithm>
 #include <chrono>
@@ -20,11 +19,8 @@ enum TimingRow { kWarmUpRow, kCoolDownRow, kDelayRow };
 // Of a cell of the grid: the best ProbeVerdict so far, kAsking until there is one.
 constexpr int kVerdictRole = Qt::UserRole;
 constexpr int kAsking = -1;
+constexpr int kPortRole = Qt::UserRole + 1;  // whose answer that was
 constexpr qsizetype kBytesInCell = 5;
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 int RowOf(const ProbeSetting& setting) { return static_cast<int>(setting.Speed - LineSpeeds.data()); }
 int ColumnOf(const ProbeSetting& setting) {
@@ -182,6 +178,7 @@ void ProjectorBench::ShowProbe(const ProbeResult& result) {
   }
   if (VerdictOf(cell) >= static_cast<int>(result.Verdict)) return;
   cell->setData(kVerdictRole, static_cast<int>(result.Verdict));
+  cell->setData(kPortRole, port);
   QString text = something && askedPorts_.size() > 1 ? tr("%1: %2").arg(PortName(port), verdict) : verdict;
   if (something) text += QLatin1Char('\n') + ShortHex(result.Received);
   cell->setText(text);
@@ -234,6 +231,7 @@ void ProjectorBench::UseSettings_Click() {
   for (const ProbeSetting& setting : SettingsToProbe(projector_)) {
     if (RowOf(setting) == row && ColumnOf(setting) == column) UseSettings(projector_, setting);
   }
+  ui_->Port->setCurrentIndex(ui_->FinderGrid->currentItem()->data(kPortRole).toInt() - 1);
   ShowName();
   SetStatus(tr("The definition now has %1.").arg(Text(BenchLineSettings(projector_))));
 }
@@ -257,8 +255,7 @@ void ProjectorBench::ShowCodes() {
     Put(table, row, 0, Text(finding.Text));
     Put(table, row, 1, finding.Corrected ? Text(HexBytes(*finding.Corrected)) : QString());
   }
-  table->resizeColumnsToContents();
-  table->horizontalHeader()->setStretchLastSection(true);
+  FitColumns(table);
   ShowCorrections();
 }
 
@@ -343,8 +340,7 @@ void ProjectorBench::ShowTimes() {
     };
     Put(table, row, 3, measured ? QString::number(margin()) : QString());
   }
-  table->resizeColumnsToContents();
-  table->horizontalHeader()->setStretchLastSection(true);
+  FitColumns(table);
   const int row = table->currentRow();
   ui_->UseTiming->setEnabled(row >= 0 && measured_[static_cast<std::size_t>(row)]);
 }

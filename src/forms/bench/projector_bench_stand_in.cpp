@@ -2,6 +2,7 @@
 #include "forms/bench/projector_bench_form.h"
 
 #include "base/file_access.h"
+#include "forms/bench/bench_table.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
@@ -10,18 +11,12 @@
 #include "projector_bench/typed_command.h"
 #include "ui_projector_bench_form.h"
 
-#include <QHeaderView>
-
 #include <chrono>
 
 namespace qdm {
 namespace {
 
 enum Column { kGapColumn = 1, kCommandColumn = 2, kRemarksColumn = 6 };
-
-QString Text(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString Milliseconds(Microseconds time) {
   return QString::number(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
@@ -41,7 +36,7 @@ void ProjectorBench::LoadStandIn() {
   ui_->HeardList->setHorizontalHeaderLabels(captions);
   ui_->HeardList->verticalHeader()->hide();
   ui_->HeardList->verticalHeader()->setDefaultSectionSize(ui_->HeardList->fontMetrics().height() + 6);
-  ui_->HeardList->horizontalHeader()->setStretchLastSection(true);
+  FitColumns(ui_->HeardList);
   ui_->SaveList->setEnabled(false);
   ui_->Checklist->setText(Text(ChecklistText(StandIn(projector_))));
   Switches_Change();
@@ -103,8 +98,7 @@ void ProjectorBench::ShowHeard() {
       list->setItem(row, column, cell);
     }
   }
-  list->resizeColumnsToContents();
-  list->horizontalHeader()->setStretchLastSection(true);
+  FitColumns(list);
   list->scrollToBottom();
   ui_->SaveList->setEnabled(list->rowCount() > 0);
   ShowChecklist();
