@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // Clocks are no better, and adapters keep bytes back for so long to hand them over in blocks.
-constexpr Microseconds kTolerance = milliseconds(1);
+constexpr Microseconds kTolerance = milliseconds(2);
 constexpr Microseconds kToleranceOfBlocks = milliseconds(16);
 
 // Something that was heard is told after such a silence, or after so long without one.

@@ -160,6 +160,20 @@ TEST_F(QdmProgram, FindsAndProgramsASimulatedPanelOverAPseudoTerminal) {
   EXPECT_THAT(panel.Finish(), Answers(0, "", asked + asked + asked)) << "two searches and a connection";
 }
 
+TEST_F(QdmProgram, PressesTheButtonsOfAProgrammedPanelOnASecondPseudoTerminal) {
+  const std::string room = files.Write("room.BVC", UsableConfiguration());
+  Program panel({"simulate", "--press", "Power on"});
+  const std::string device = panel.NextLine();
+  const std::string projectorPort = panel.NextLine();
+  EXPECT_EQ(Program({"download", room, "--port", device}).Finish().Status, 0);
+  Program projector({"projector", room, "--port", projectorPort});
+  EXPECT_THAT(projector.NextLine(), testing::EndsWith("\t-\tPower on\t50 57 FE"));
+  projector.Send(SIGINT);
+  EXPECT_EQ(projector.Finish().Status, 0);
+  panel.Send(SIGINT);
+  EXPECT_EQ(panel.Finish().Status, 0);
+}
+
 TEST_F(QdmProgram, CtrlCDuringADownloadRestartsThePanelAndFreesThePort) {
   Program panel({"simulate", "--fault", "late-ack:%1:200"});
   const std::string device = panel.NextLine();

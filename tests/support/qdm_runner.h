@@ -11,6 +11,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <memory>
 #include <sstream>
 
 namespace qdm {
@@ -43,6 +45,10 @@ class QdmRunner {
   SimulatedPorts Ports{Time};
   std::stop_source Stop;
   bool OnTerminal = false;
+  // A port by its device's path.
+  std::function<std::unique_ptr<SerialPort>(const std::string&)> PortAt = [](const std::string&) {
+    return nullptr;
+  };
 
   Outcome Run(std::vector<std::string> arguments) {
     std::istringstream in;
@@ -56,7 +62,7 @@ class QdmRunner {
                            .ProgramFolder = Folder.Path(),
                            .UserFolder = Folder / "user",
                            .Ports = Ports,
-                           .PortAt = [](const std::string&) { return std::unique_ptr<SerialPort>(); },
+                           .PortAt = PortAt,
                            .Time = Time,
                            .Stop = Stop};
     const int status = RunQdm(std::move(arguments), context);

@@ -59,8 +59,8 @@ void ProjectorBench::LoadFinder() {
   grid->setRowCount(static_cast<int>(LineSpeeds.size()));
   QStringList columns;
   for (const ParityChoice& parity : LineParities) {
-    columns << tr("%1, 1 stop bit").arg(Text(parity.Caption))
-            << tr("%1, 2 stop bits").arg(Text(parity.Caption));
+    columns << tr("%1\n1 stop bit").arg(Text(parity.Caption))
+            << tr("%1\n2 stop bits").arg(Text(parity.Caption));
   }
   grid->setHorizontalHeaderLabels(columns);
   QStringList rows;
