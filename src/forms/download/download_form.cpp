@@ -4,6 +4,7 @@
 #include "forms/download/find_panel_form.h"
 #include "forms/download/port_row.h"
 #include "forms/download/window_size.h"
+#include "forms/shared/elided_label.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/user_prompts.h"

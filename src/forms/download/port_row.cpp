@@ -1,14 +1,13 @@
 #include "forms/download/port_row.h"
 
+#include "forms/shared/elided_label.h"
 #include "forms/shared/port_words.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QRadioButton>
-#include <QStyle>
 #include <QToolButton>
 
 namespace qdm {
@@ -18,7 +17,6 @@ enum Column { kOptionColumn, kDeviceColumn, kStatusColumn, kSettingColumn, kNote
 
 // In pixels; a device by-id has 70 letters and more.
 constexpr int kNarrowestDevice = 56;
-constexpr int kWidestDevice = 180;
 constexpr int kNarrowestNote = 90;
 
 QLabel* PlainLabel(const QString& name, QWidget* parent) {
@@ -39,31 +37,6 @@ QToolButton* RowButton(const QString& name, const QString& text, const QString& 
 }
 
 }  // namespace
-
-ElidedLabel::ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent)
-    : QLabel(parent), narrowest_(narrowest), elided_(elided) {
-  setTextFormat(Qt::PlainText);
-}
-
-void ElidedLabel::ShowText(const QString& text) {
-  setText(text);
-  setToolTip(text);
-}
-
-QSize ElidedLabel::sizeHint() const {
-  return QLabel::sizeHint().boundedTo(QSize(kWidestDevice, QWIDGETSIZE_MAX));
-}
-
-QSize ElidedLabel::minimumSizeHint() const {
-  return QLabel::minimumSizeHint().boundedTo(QSize(narrowest_, QWIDGETSIZE_MAX));
-}
-
-void ElidedLabel::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  const QString shown = fontMetrics().elidedText(text(), elided_, width());
-  style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
-                        foregroundRole());
-}
 
 PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
     : QObject(parent),

@@ -3,34 +3,17 @@
 // belong to that panel alone.
 #pragma once
 
-#include <QLabel>
 #include <QObject>
 #include <QString>
 
 class QGridLayout;
+class QLabel;
 class QRadioButton;
 class QToolButton;
 
 namespace qdm {
 
-// A label that may be narrower than its text: what does not fit is left out, and the tool tip shows all of
-// it.
-class ElidedLabel : public QLabel {
-  Q_OBJECT
-
- public:
-  ElidedLabel(int narrowest, Qt::TextElideMode elided, QWidget* parent);
-  void ShowText(const QString& text);
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  int narrowest_;
-  Qt::TextElideMode elided_;
-};
+class ElidedLabel;
 
 class PortRow : public QObject {
   Q_OBJECT

@@ -1,22 +1,26 @@
 #include "forms/editor/editor_status_bar.h"
 
+#include "forms/shared/elided_label.h"
+
 #include <QLabel>
 #include <QToolButton>
 
 namespace qdm {
+namespace {
+
+constexpr int kNarrowest = 60;  // pixels; a long path must not widen the window
+
+}  // namespace
 
 EditorStatusBar::EditorStatusBar(QWidget* parent)
     : QStatusBar(parent),
-      statusText_(new QLabel(this)),
+      statusText_(new ElidedLabel(kNarrowest, Qt::ElideRight, this)),
       unsavedMark_(new QLabel(tr("Not saved"), this)),
       findPanel_(MakeButton("FindPanel", tr("&Find panel"), tr("Which COM port is a panel on?"))),
       bench_(MakeButton("Bench", tr("Projector ben&ch"),
                         tr("Stand in for the projector, find its settings, check its codes, time it"))) {
   statusText_->setObjectName(QStringLiteral("StatusText"));
-  statusText_->setTextFormat(Qt::PlainText);
-  statusText_->setIndent(4);
-  // A long path is cut; it must not widen the window.
-  statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  statusText_->setContentsMargins(4, 0, 4, 0);
   unsavedMark_->setObjectName(QStringLiteral("UnsavedMark"));
   connect(findPanel_, &QToolButton::clicked, this, &EditorStatusBar::FindPanel_Click);
   connect(bench_, &QToolButton::clicked, this, &EditorStatusBar::Bench_Click);
@@ -38,10 +42,7 @@ QToolButton* EditorStatusBar::MakeButton(const char* name, const QString& text, 
   return button;
 }
 
-void EditorStatusBar::ShowText(const QString& text) {
-  statusText_->setText(text);
-  statusText_->setToolTip(text);
-}
+void EditorStatusBar::ShowText(const QString& text) { statusText_->ShowText(text); }
 
 QString EditorStatusBar::Text() const { return statusText_->text(); }
 

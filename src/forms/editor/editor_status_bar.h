@@ -9,6 +9,8 @@ class QToolButton;
 
 namespace qdm {
 
+class ElidedLabel;
+
 class EditorStatusBar : public QStatusBar {
   Q_OBJECT
 
@@ -26,7 +28,7 @@ class EditorStatusBar : public QStatusBar {
   void Bench_Click();
 
  private:
-  QLabel* statusText_;
+  ElidedLabel* statusText_;
   QLabel* unsavedMark_;
   QToolButton* MakeButton(const char* name, const QString& text, const QString& toolTip);
 
