@@ -1,5 +1,6 @@
 #include "forms/bench/serial_test_form.h"
 
+#include "forms/controls/option_keys.h"
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
@@ -114,6 +115,7 @@ void SerialTestForm::ConnectControls() {
   connect(ui_->Done, &QPushButton::clicked, this, &SerialTestForm::accept);
   connect(ui_->Bench, &QPushButton::clicked, this, &SerialTestForm::Bench_Click);
   connect(Option2, &QButtonGroup::idClicked, this, &SerialTestForm::Option2_Click);
+  FollowKeysInGroupsOf(this);
   connect(Timer1, &QTimer::timeout, this, &SerialTestForm::Timer1_Timer);
   connect(TraceTimer, &QTimer::timeout, this, &SerialTestForm::TraceTimer_Timer);
   connect(ui_->ReplyTime, &QDoubleSpinBox::valueChanged, this, &SerialTestForm::ReplyTime_Change);

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -50,10 +51,22 @@ class OptionKeys : public QObject {
       button->setFocusPolicy(button == stop ? Qt::StrongFocus : Qt::ClickFocus);
   }
 
+  // As they are read: they may stand in the group by their codes.
+  QList<QAbstractButton*> InReadingOrder() const {
+    QList<QAbstractButton*> buttons = group_->buttons();
+    const auto place = [](const QAbstractButton* button) {
+      const QPoint at = button->mapTo(button->window(), QPoint());
+      return std::pair(at.y(), at.x());
+    };
+    std::stable_sort(buttons.begin(), buttons.end(),
+                     [&](const auto* a, const auto* b) { return place(a) < place(b); });
+    return buttons;
+  }
+
   bool Press(QAbstractButton* from, int key) {
     const bool back = key == Qt::Key_Left || key == Qt::Key_Up;
     if (!back && key != Qt::Key_Right && key != Qt::Key_Down) return false;
-    const QList<QAbstractButton*> buttons = group_->buttons();
+    const QList<QAbstractButton*> buttons = InReadingOrder();
     const qsizetype step = back ? -1 : 1;
     qsizetype at = buttons.indexOf(from);
     do {
@@ -70,11 +83,9 @@ class OptionKeys : public QObject {
 
 }  // namespace
 
-void FollowKeys(QButtonGroup* group) { new OptionKeys(group); }
-
 void FollowKeysInGroupsOf(QWidget* window) {
   for (QButtonGroup* group : window->findChildren<QButtonGroup*>()) {
-    if (group->exclusive()) FollowKeys(group);
+    if (group->exclusive()) new OptionKeys(group);
   }
 }
 

@@ -2,12 +2,10 @@
 // arrows choose. Without a chosen option Tab enters at the first that can be chosen.
 #pragma once
 
-class QButtonGroup;
 class QWidget;
 
 namespace qdm {
 
-void FollowKeys(QButtonGroup* group);
 // Every exclusive group of radio buttons that the window owns.
 void FollowKeysInGroupsOf(QWidget* window);
 

@@ -6,6 +6,7 @@
 #include "config/option_ranges.h"
 #include "config/panel_types.h"
 #include "config/version.h"
+#include "forms/controls/option_keys.h"
 #include "ui_option_controls.h"
 
 #include <QButtonGroup>
@@ -89,6 +90,7 @@ OptionControls::OptionControls(QWidget* parent)
   ListDependents();
   NameControls();
   ConnectControls();
+  FollowKeysInGroupsOf(this);
 }
 
 OptionControls::~OptionControls() = default;

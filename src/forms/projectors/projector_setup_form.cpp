@@ -23,6 +23,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include <algorithm>
@@ -155,7 +156,7 @@ void ProjectorSetupForm::ConnectUndo() {
 
 // Names, line and times stand in the window's own order, the strings from top to bottom behind them.
 void ProjectorSetupForm::OrderTabs() {
-  for (QButtonGroup* group : {Baudrate, ParityOption, Stopbits}) FollowKeys(group);
+  FollowKeysInGroupsOf(this);
   setTabOrder(Strings->LastTabStop(), ui_->Notes);
   setTabOrder(ui_->Notes, ui_->Done);
   setTabOrder(ui_->Done, ui_->Cancel);
@@ -320,6 +321,21 @@ void ProjectorSetupForm::ShowBudget() {
   QPalette colours = palette();
   if (remaining < 0) colours.setColor(QPalette::WindowText, ErrorColourOn(colours.color(QPalette::Window)));
   for (QLabel* label : {ui_->BytesUsed, ui_->ByteRemaining}) label->setPalette(colours);
+}
+
+// Beside each other while there is room, below each other on a small screen.
+void ProjectorSetupForm::PlaceColumns() {
+  const QMargins around = layout()->contentsMargins();
+  const int room =
+      width() - around.left() - around.right() - ui_->Scroll->verticalScrollBar()->sizeHint().width();
+  const int wanted = ui_->Fields->minimumSize().width() + ui_->Columns->spacing() +
+                     ui_->StringsFrame->minimumSizeHint().width();
+  ui_->Columns->setDirection(wanted <= room ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+void ProjectorSetupForm::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  PlaceColumns();
 }
 
 void ProjectorSetupForm::changeEvent(QEvent* event) {

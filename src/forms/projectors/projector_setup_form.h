@@ -45,6 +45,7 @@ class ProjectorSetupForm : public QDialog {
   void reject() override;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
@@ -69,6 +70,7 @@ class ProjectorSetupForm : public QDialog {
   void PrepareSlotWindow(int slot);
   void ShowAfterSlotWindow();
   void ShowBudget();
+  void PlaceColumns();
   // A change that may be one of several in one entry; one that stands for itself.
   void NoteTyping();
   void NoteChange();

@@ -93,7 +93,7 @@ void StringRows::MakeRow(const Row& row, int line) {
   if (row.BoxName == nullptr && kSlots[row.Slot].ShownWith) {
     cells_[row.Slot].Hint = new QLabel(WhyHidden(row), this);
     cells_[row.Slot].Hint->setEnabled(false);
-    grid_->addWidget(cells_[row.Slot].Hint, line, kCommandColumn);
+    grid_->addWidget(cells_[row.Slot].Hint, line, kCommandColumn, 1, kReplyColumn - kCommandColumn + 1);
   }
   if (row.BoxName != nullptr) {
     QCheckBox* box = MakeBox(QLatin1String(row.BoxName), tr(row.BoxCaption),

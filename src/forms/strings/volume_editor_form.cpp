@@ -2,6 +2,7 @@
 
 #include "forms/controls/hex_entry.h"
 #include "forms/controls/integer_entry.h"
+#include "forms/controls/option_keys.h"
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/kind_colours.h"
@@ -63,6 +64,7 @@ VolumeEditorForm::VolumeEditorForm(ProjectorDefinition& projector, UserPrompts& 
       this, {ui_->NumberOfBytes_0, ui_->NumberOfBytes_1, ui_->NumberOfBytes_2, ui_->NumberOfBytes_3});
   MessageFormat = MakeGroup(this, {ui_->MessageFormat_0, ui_->MessageFormat_1, ui_->MessageFormat_2});
   FirstByteIs = MakeGroup(this, {ui_->FirstByteIs_0, ui_->FirstByteIs_1});
+  FollowKeysInGroupsOf(this);
   Load(VolumeFormatOf(projector));
   FitToScreen(*this, *ui_->Scroll);
   ui_->MaximumLevel->setFocus();

@@ -288,8 +288,8 @@ TEST_F(ProjectorSetup, TabGoesThroughNamesLineTimesStringsNotesAndButtons) {
     EXPECT_EQ(form_->focusWidget(), expected) << expected->objectName().toStdString();
     QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
   }
-  Key(Find<QRadioButton>("ParityOption_0"), Qt::Key_Right);
-  EXPECT_TRUE(Find<QRadioButton>("ParityOption_1")->isChecked()) << "arrows choose";
+  Key(Find<QRadioButton>("ParityOption_0"), Qt::Key_Left);
+  EXPECT_TRUE(Find<QRadioButton>("ParityOption_1")->isChecked()) << "arrows choose what stands there";
   Find<QWidget>("Notes")->setFocus();
   for (const char* next : {"Done", "Cancel"}) {
     QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
