@@ -1,5 +1,6 @@
 #include "app/help_window.h"
 
+#include "forms/controls/screen_fit.h"
 #include "forms/shared/link_colour.h"
 
 #include <QAction>
@@ -76,6 +77,7 @@ HelpWindow::HelpWindow(std::unique_ptr<ChmFile> file)
   setWindowTitle(tr("Brevan QDM Editor Help"));
   setWindowIcon(QApplication::windowIcon());
   resize(1220, 720);
+  FitToScreen(this);
   NameControls();
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

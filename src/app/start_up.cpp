@@ -17,6 +17,7 @@
 #include "forms/editor/projector_panel_editor.h"
 #include "forms/projectors/projector_selector.h"
 #include "forms/projectors/projector_setup_form.h"
+#include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 #include "forms/strings/serial_editor.h"
@@ -197,6 +198,7 @@ int RunEditor(EditorApplication& application) {
   NameProgram();
   ShowAs(application);
   MakeReadable(application);
+  FollowFocus(application);
   InitialiseResources();
   const StartArguments arguments = ReadArguments(QApplication::arguments());
   QtPrompts prompts;

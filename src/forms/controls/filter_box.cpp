@@ -19,6 +19,7 @@ FilterBox::FilterBox(QWidget* parent) : QLineEdit(parent) {
           [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
   setPlaceholderText(tr("Filter"));
   setAccessibleName(tr("Filter"));
+  setToolTip(tr("Words of the manufacturer's or the model's name (Ctrl+F)"));
 }
 
 void FilterBox::keyPressEvent(QKeyEvent* event) {

@@ -31,6 +31,8 @@ constexpr QSize kFirstSize(1366, 730);
 constexpr int kTreeWidth = 240;
 constexpr int kNarrowTreeWidth = 160;
 
+QKeySequence RecentFilesKey() { return {Qt::CTRL | Qt::SHIFT | Qt::Key_O}; }
+
 bool HasSuffix(const QString& fileName, const char* suffix) {
   return fileName.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
 }
@@ -55,6 +57,7 @@ ProjectorPanelEditor::ProjectorPanelEditor(Globals& globals, UserPrompts& prompt
       recentFiles_(new RecentFiles(settings, this)),
       history_([this](const PanelConfiguration& past) { Restore(past); }) {
   ui_->setupUi(this);
+  ui_->TreeView1->RememberIn(settings_);
   ui_->TreeView1->SetLibrary(globals_.ProjectorDatabase);
   ui_->Filter->SetView(ui_->TreeView1);
   SetUpToolbar();
@@ -71,8 +74,7 @@ void ProjectorPanelEditor::SetUpToolbar() {
   auto* open = qobject_cast<QToolButton*>(ui_->Toolbar1->widgetForAction(ui_->OPEN));
   open->setPopupMode(QToolButton::MenuButtonPopup);
   open->setMenu(recentFiles_);
-  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O), this), &QShortcut::activated, open,
-          &QToolButton::showMenu);
+  connect(new QShortcut(RecentFilesKey(), this), &QShortcut::activated, open, &QToolButton::showMenu);
   for (QAction* action : ui_->Toolbar1->actions()) {
     ui_->Toolbar1->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }
@@ -108,8 +110,10 @@ void ProjectorPanelEditor::ShowToolTips() {
   ui_->UNDO->setToolTip(steps.canUndo() ? tr("Undo: %1").arg(steps.undoText()) : tr("Nothing to undo"));
   ui_->REDO->setToolTip(steps.canRedo() ? tr("Redo: %1").arg(steps.redoText()) : tr("Nothing to redo"));
   for (QAction* action : ui_->Toolbar1->actions()) {
-    const QString keys = action->shortcut().toString(QKeySequence::NativeText);
-    const QString tip = action == ui_->EXIT ? QString()
+    QString keys = action->shortcut().toString(QKeySequence::NativeText);
+    if (action == ui_->OPEN) keys = tr("%1, recent files %2", "keys").arg(keys, RecentFilesKey().toString());
+    if (action == ui_->HELP && action->isEnabled()) keys = QKeySequence(Qt::Key_F1).toString();
+    const QString tip = action == ui_->EXIT ? keys
                         : keys.isEmpty()    ? action->toolTip()
                                             : tr("%1 (%2)", "tip, keys").arg(action->toolTip(), keys);
     ui_->Toolbar1->widgetForAction(action)->setToolTip(tip);

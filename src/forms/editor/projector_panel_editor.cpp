@@ -133,8 +133,9 @@ bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
   SetBaseline();
   history_.EndTyping();
   DropKeptFile();
-  QStringList told{tr("Saved %1").arg(NameAndFolder(fileName))};
-  for (const std::string& warning : WarningsAbout(record_)) told.prepend(QString::fromStdString(warning));
+  QStringList told;
+  for (const std::string& warning : WarningsAbout(record_)) told << QString::fromStdString(warning);
+  told << tr("Saved %1").arg(NameAndFolder(fileName));
   ShowStatus(told.join(QLatin1String(". ")));
   prompts_.Show(this, kSaved);
   RefreshTitle();
@@ -155,12 +156,13 @@ bool ProjectorPanelEditor::OpenConfiguration(const QString& fileName) {
   ShowRecordInControls();
   BecomeFile(fileName);
   RefreshTitle();
-  QStringList told{tr("Opened %1").arg(NameAndFolder(fileName))};
+  QStringList told;
   for (const DifferenceText& value : notAsStored_) {
-    told.prepend(tr("%1: %2 would be saved as %3")
-                     .arg(QString::fromStdString(value.Field), QString::fromStdString(value.First),
-                          QString::fromStdString(value.Second)));
+    told << tr("%1: %2 would be saved as %3")
+                .arg(QString::fromStdString(value.Field), QString::fromStdString(value.First),
+                     QString::fromStdString(value.Second));
   }
+  told << tr("Opened %1").arg(NameAndFolder(fileName));
   ShowStatus(told.join(QLatin1String(". ")));
   return true;
 }
@@ -410,11 +412,12 @@ bool ProjectorPanelEditor::MayDiscard() {
 }
 
 void ProjectorPanelEditor::ImportProjectors(const QString& fileName) {
-  const auto taken = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName)).LastTaken;
-  if (taken) SaveLibrary(globals_, prompts_, this);
+  const ImportedFile imported = ImportProjectorFile(globals_, prompts_, this, ToPath(fileName));
+  if (imported.LastTaken) SaveLibrary(globals_, prompts_, this);
   RebuildTree();
-  ShowStatus((taken ? tr("Imported projectors from %1") : tr("Nothing imported from %1"))
-                 .arg(NameAndFolder(fileName)));
+  const QString file = NameAndFolder(fileName);
+  ShowStatus(imported.Told.isEmpty() ? tr("Nothing imported from %1").arg(file)
+                                     : tr("Imported from %1: %2", "a file, counts").arg(file, imported.Told));
 }
 
 void ProjectorPanelEditor::RebuildTree() {

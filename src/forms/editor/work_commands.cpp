@@ -57,7 +57,7 @@ WorkCommands::WorkCommands(QMainWindow& window, QToolBar& toolbar, QSplitter& co
 
   auto* button = new QToolButton(&toolbar);
   button->setObjectName(QStringLiteral("WORK"));
-  button->setText(tr("R&ooms"));
+  button->setText(tr("Roo&ms"));
   button->setToolTip(tr("Rooms, work log, commissioning sheet, and the configuration in words"));
   button->setIcon(QIcon(QStringLiteral(":/icons/work.png")));
   button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);

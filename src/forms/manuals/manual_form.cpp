@@ -1,5 +1,6 @@
 #include "forms/manuals/manual_form.h"
 
+#include "forms/controls/screen_fit.h"
 #include "forms/manuals/page_reader.h"
 #include "forms/shared/user_prompts.h"
 #include "ui_manual_form.h"
@@ -45,6 +46,7 @@ ManualForm::ManualForm(UserPrompts& prompts, QWidget* parent)
   ConnectControls();
   ShowDraft();
   Say({});
+  FitToScreen(this);
   ui_->PageText->setFocus();
 }
 

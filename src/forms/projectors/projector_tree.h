@@ -38,6 +38,8 @@ class ProjectorTree : public QTreeView {
   std::vector<std::size_t> SelectedElements() const;
   // At least one model, and no manufacturer.
   bool OnlyModelsSelected() const;
+  // What stands in the place of the tree; empty while something is shown.
+  QString WhyEmpty() const;
 
   // Where it is kept whether manufacturers are sorted. `settings` must outlive the view.
   void RememberIn(QSettings& settings);
@@ -62,7 +64,6 @@ class ProjectorTree : public QTreeView {
   QModelIndex SelectedIndex() const;
   // In the tree's order.
   QModelIndexList SelectedIndexes() const;
-  QString WhyEmpty() const;
   void SortManufacturers(bool sort);
 
   ProjectorTreeModel* model_ = nullptr;

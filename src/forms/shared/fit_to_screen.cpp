@@ -1,5 +1,6 @@
 #include "forms/shared/fit_to_screen.h"
 
+#include <QApplication>
 #include <QFrame>
 #include <QLayout>
 #include <QScreen>
@@ -30,6 +31,17 @@ void FitToScreen(QWidget& window, QScrollArea& area) {
   const int more = std::max(0, content->sizeHint().height() + kSpare - area.sizeHint().height());
   const QSize wanted = window.sizeHint() + QSize(0, more);
   window.resize(wanted.boundedTo(window.screen()->availableSize() - kFrame));
+}
+
+void FollowFocus(QApplication& application) {
+  const auto follow = [](QWidget*, QWidget* now) {
+    // What is pressed by the mouse must not move away from under it.
+    if (now == nullptr || QGuiApplication::mouseButtons() != Qt::NoButton) return;
+    for (QWidget* around = now->parentWidget(); around != nullptr; around = around->parentWidget()) {
+      if (auto* area = qobject_cast<QScrollArea*>(around)) area->ensureWidgetVisible(now);
+    }
+  };
+  QObject::connect(&application, &QApplication::focusChanged, &application, follow);
 }
 
 }  // namespace qdm

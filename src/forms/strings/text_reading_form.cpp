@@ -1,5 +1,6 @@
 #include "forms/strings/text_reading_form.h"
 
+#include "forms/controls/screen_fit.h"
 #include "forms/strings/kind_colours.h"
 #include "forms/strings/string_picture.h"
 
@@ -27,6 +28,7 @@ TextReadingForm::TextReadingForm(const QString& text, const ParsedText& parsed, 
   connect(ui_->Done, &QPushButton::clicked, this, &QDialog::accept);
   connect(ui_->CancelCommand, &QPushButton::clicked, this, &QDialog::reject);
   connect(ui_->Readings, &QTreeWidget::itemDoubleClicked, this, &QDialog::accept);
+  FitToScreen(this);
 }
 
 TextReadingForm::~TextReadingForm() = default;

@@ -3,6 +3,7 @@
 #include "base/file_access.h"
 #include "config/configuration_file.h"
 #include "config/configuration_sentences.h"
+#include "forms/controls/screen_fit.h"
 #include "forms/download/download_words.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
@@ -14,7 +15,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QPointer>
-#include <QScreen>
 #include <QSettings>
 
 #include <algorithm>
@@ -133,7 +133,8 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
   ui_->Table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
   ui_->Splitter->setStretchFactor(1, 2);
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  resize(kFirstSize);
+  FitToScreen(this);
   connect(ui_->Folder, &QPushButton::clicked, this, &RoomsForm::Folder_Click);
   connect(ui_->ProgramNext, &QPushButton::clicked, this, &RoomsForm::ProgramNext_Click);
   connect(ui_->Stopper, &QPushButton::clicked, this, &RoomsForm::Stopper_Click);

@@ -1,6 +1,7 @@
 #include "forms/work_log/sheet_form.h"
 
 #include "base/file_access.h"
+#include "forms/controls/screen_fit.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/sheet_pages.h"
@@ -11,7 +12,6 @@
 #include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPushButton>
-#include <QScreen>
 #include <QVBoxLayout>
 
 namespace qdm {
@@ -73,7 +73,8 @@ SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesys
           [this](QPrinter* printer) { PrintSheet(html_, *printer); });
   connect(By, &QLineEdit::editingFinished, this, &SheetForm::By_Change);
   preview_->setZoomMode(QPrintPreviewWidget::FitToWidth);
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  resize(kFirstSize);
+  FitToScreen(this);
   By_Change();
 }
 

@@ -3,13 +3,13 @@
 #include "base/file_access.h"
 #include "config/configuration_file.h"
 #include "config/configuration_words.h"
+#include "forms/controls/screen_fit.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/work_log_model.h"
 #include "ui_work_log_form.h"
 
 #include <QHeaderView>
-#include <QScreen>
 #include <QTimer>
 
 #include <array>
@@ -55,7 +55,8 @@ WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationComman
   ui_->Entries->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
   ui_->Splitter->setStretchFactor(1, 2);
-  resize(kFirstSize.boundedTo(screen()->availableSize()));
+  resize(kFirstSize);
+  FitToScreen(this);
   connect(ui_->Filter, &QLineEdit::textChanged, this, &WorkLogForm::Filter_Change);
   connect(ui_->Entries->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &WorkLogForm::Entries_Select);

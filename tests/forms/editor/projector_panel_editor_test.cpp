@@ -8,6 +8,7 @@
 #include "forms/projectors/projector_tree.h"
 #include "forms/shared/qt_text.h"
 
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -17,6 +18,8 @@
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
+
+#include <map>
 
 namespace qdm {
 namespace {
@@ -163,6 +166,29 @@ TEST_F(Editor, ImportsTheDefinitionsOfItsCommandLine) {
                 .ElementsOf(Child<ProjectorTree>(*window_, "TreeView1").Model().index(0, 0))
                 .size(),
             2U);
+  EXPECT_EQ(Status(), "Imported from New.BVD (" + folder_.Path().string() + "): 1 added, 1 replaced");
+  Child<QAction>(*window_, "SORT").trigger();
+  Start();
+  EXPECT_TRUE(Child<QAction>(*window_, "SORT").isChecked()) << "remembered";
+}
+
+// 1366 x 768 at twice the scale, without the frame and a task bar.
+TEST_F(Editor, FitsASmallScreen) {
+  const QSize least = Start().minimumSizeHint();
+  EXPECT_LE(least.width(), 670);
+  EXPECT_LE(least.height(), 300);
+}
+
+TEST_F(Editor, HasEachAccessKeyOnce) {
+  Start();
+  std::map<QString, QString> owners;
+  const auto take = [&owners](const QString& text) {
+    const QString key = QKeySequence::mnemonic(text).toString();
+    if (key.isEmpty()) return;
+    EXPECT_TRUE(owners.emplace(key, text).second) << owners[key].toStdString() << ", " << text.toStdString();
+  };
+  for (const auto* frame : window_->findChildren<QGroupBox*>()) take(frame->title());
+  for (const auto* button : window_->findChildren<QToolButton*>()) take(button->text());
 }
 
 TEST_F(Editor, OpensAFile) {
@@ -283,11 +309,12 @@ TEST_F(Editor, NamesItsCommandsAsEstablishedAndSaysWhichHaveNoWindow) {
       tips << action->objectName() + QLatin1Char('=') + bar.widgetForAction(action)->toolTip();
   }
   EXPECT_EQ(tips.join(QLatin1Char('|')).toStdString(),
-            "NEW=Start New Configuration (Ctrl+N)|OPEN=Open Existing Configuration (Ctrl+O)|"
+            "NEW=Start New Configuration (Ctrl+N)|"
+            "OPEN=Open Existing Configuration (Ctrl+O, recent files Ctrl+Shift+O)|"
             "SAVE=Save Configuration (Ctrl+S)|SAVEAS=Save Configuration As New File (Ctrl+Shift+S)|"
             "UNDO=Nothing to undo (Ctrl+Z)|REDO=Nothing to redo (Ctrl+Shift+Z)|"
             "EDITPROJECTOR=Edit projectors (Ctrl+P)|DOWNLOAD=Donload Configuration to Controller (Ctrl+D)|"
-            "EXIT=|HELP=Diplay help: not available in this version|"
+            "EXIT=Ctrl+Q|HELP=Diplay help: not available in this version|"
             "ABOUT=Display information about this program: not available in this version");
 }
 

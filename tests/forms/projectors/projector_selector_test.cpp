@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QToolBar>
 
 namespace qdm {
@@ -73,6 +74,9 @@ TEST_F(Selector, EnablesWhatTheSelectionAndTheClipboardAllow) {
   EXPECT_EQ(Enabled(), "NEW FROM MANUAL IMPORT EXPORT EXIT ");
   Select("ACME", "B");
   EXPECT_EQ(Enabled(), "NEW FROM MANUAL COPY CUT DELETE EDIT RENAME IMPORT EXPORT EXIT ");
+  const QString preview = Child<QPlainTextEdit>(form_, "Preview").toPlainText();
+  EXPECT_TRUE(preview.startsWith(QStringLiteral("Line 9600,n,8,1"))) << preview.toStdString();
+  EXPECT_EQ(tree_.currentIndex().data(Qt::ToolTipRole).toString(), preview) << "of what the mouse is over";
   EXPECT_EQ(Child<QAction>(form_, "PASTE").toolTip(), QStringLiteral("Paste (Ctrl+V)\nNothing was copied"));
   Press("COPY");
   EXPECT_EQ(Enabled(), "NEW FROM MANUAL COPY CUT PASTE DELETE EDIT RENAME IMPORT EXPORT EXIT ");
@@ -114,11 +118,15 @@ TEST_F(Selector, PastesWhatWasCutAndShowsItEvenWhereTheFilterHidIt) {
 
 TEST_F(Selector, NewAndEditHandTheirDefinitionToTheSetupDialogAndShowWhatItStored) {
   std::string shown;
-  setUp_ = [&] { shown = Line(globals_.CurrentProjector); };
-  globals_.CurrentProjector = Named("ACME", "C", 99);
+  bool fresh = false;
+  setUp_ = [&] {
+    shown = Line(globals_.CurrentProjector);
+    fresh = globals_.CurrentProjector == ProjectorDefinition();
+  };
+  globals_.CurrentProjector = DistinctProjector();
   Select("ACME", "A");
   Press("NEW");
-  EXPECT_EQ(shown, " /  = 0");
+  EXPECT_TRUE(fresh) << "nothing of what was viewed last";
   EXPECT_EQ(Selected(), "ACME / A") << "cancelled";
   QTest::keyClick(&tree_, Qt::Key_Return);
   EXPECT_EQ(shown, "ACME / A = 3");
@@ -146,7 +154,9 @@ TEST_F(Selector, FromAManualSetsUpANewDefinition) {
 TEST_F(Selector, ExportsAModelOrAllOfAManufacturerAndTellsWhy) {
   const std::filesystem::path file = folder_ / "Ä.BVD";
   const QString name = QString::fromStdString(PathToUtf8(file));
-  prompts_.Files = {name, name, name + QStringLiteral("/in a file")};
+  const std::filesystem::path another = folder_ / "Two.BVD";
+  prompts_.Files = {name, name, QString::fromStdString(PathToUtf8(another)),
+                    name + QStringLiteral("/in a file")};
   filter_.setText(QStringLiteral("b"));
   Select("ACME");
   Press("EXPORT");
@@ -157,6 +167,10 @@ TEST_F(Selector, ExportsAModelOrAllOfAManufacturerAndTellsWhy) {
   Press("EXPORT");
   EXPECT_THAT(LinesOf(ReadDefinitions(file)), ElementsAre("ZETA / Q = 2", "ACME / B = 1", "ACME / C = 4"))
       << "the longer file's later records stay";
+  Select("ACME", "A");
+  QTest::keyClick(&tree_, Qt::Key_Down, Qt::ShiftModifier);
+  QTest::keyClick(&tree_, Qt::Key_E, Qt::ControlModifier);
+  EXPECT_THAT(LinesOf(ReadDefinitions(another)), ElementsAre("ACME / A = 3", "ACME / B = 1"));
   Press("EXPORT");
   EXPECT_THAT(prompts_.LastText(), testing::StartsWith("Cannot write " + PathToUtf8(file)));
 }

@@ -52,6 +52,8 @@ TEST_F(ProjectorTreeTest, GroupsAndSortsModelsAndFiltersOnBothLevels) {
   Child<QAction>(tree_, "SORT").trigger();
   tree_.SetFilter({});
   EXPECT_EQ(Shown(), (Lines{"ACME: A, b", "ZETA: Z 1, z 2", "É: Bax"}));
+  tree_.SetFilter(QStringLiteral("nothing"));
+  EXPECT_EQ(tree_.WhyEmpty(), QStringLiteral("No projector has “nothing” in its names."));
 }
 
 TEST_F(ProjectorTreeTest, KeepsTheCurrentNodeAndWhatIsOpen) {
