@@ -160,6 +160,8 @@ void ProjectorSetupForm::OrderTabs() {
   setTabOrder(Strings->LastTabStop(), ui_->Notes);
   setTabOrder(ui_->Notes, ui_->Done);
   setTabOrder(ui_->Done, ui_->Cancel);
+  setTabOrder(ui_->Cancel, ui_->FromManual);
+  setTabOrder(ui_->FromManual, ui_->Bench);
 }
 
 void ProjectorSetupForm::Load() {

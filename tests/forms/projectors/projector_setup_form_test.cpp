@@ -280,10 +280,17 @@ TEST_F(ProjectorSetup, NotesTakeWhatARecordCanHold) {
 TEST_F(ProjectorSetup, TabGoesThroughNamesLineTimesStringsNotesAndButtons) {
   OpenStorable();
   Find<QRadioButton>("ParityOption_0")->setChecked(true);
-  const std::vector<QWidget*> order = {
-      Find<QComboBox>("Manufacturer"),  Find<QLineEdit>("Model"),
-      Find<QRadioButton>("Baudrate_0"), Find<QRadioButton>("ParityOption_0"),
-      Find<QRadioButton>("Stopbits_0"), Find<IntegerEntry>("InterCommandDelay")->focusProxy()};
+  const std::vector<QWidget*> order = {Find<QComboBox>("Manufacturer"),
+                                       Find<QLineEdit>("Model"),
+                                       Find<QRadioButton>("Baudrate_0"),
+                                       Find<QRadioButton>("ParityOption_0"),
+                                       Find<QRadioButton>("Stopbits_0"),
+                                       Find<IntegerEntry>("InterCommandDelay")->focusProxy(),
+                                       Find<IntegerEntry>("InterByteDelay")->focusProxy(),
+                                       Find<IntegerEntry>("WarmUpTime")->focusProxy(),
+                                       Find<IntegerEntry>("CoolDownTime")->focusProxy(),
+                                       Find<QCheckBox>("SerialOnOffUsedCheck"),
+                                       Display(1)};
   for (QWidget* expected : order) {
     EXPECT_EQ(form_->focusWidget(), expected) << expected->objectName().toStdString();
     QTest::keyClick(form_->focusWidget(), Qt::Key_Tab);
