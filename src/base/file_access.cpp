@@ -174,8 +174,10 @@ void DemandReplaceable(const fs::path& target) {
   if (facts.Kind == PathKind::Absent) return;
   if (facts.Kind != PathKind::Regular) RefuseKind(target, "write", facts.Kind);
   // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
-  if (facts.WriteProtected)
-    throw FileError(target, "write", std::make_error_code(std::errc::permission_denied));
+  if (facts.WriteProtected) {
+    const std::error_code denied = std::make_error_code(std::errc::permission_denied);
+    throw FileError(target, "write", ReasonOf(denied) + ": it is write-protected", denied);
+  }
   if (facts.Names > 1) {
     throw FileError(target, "write",
                     "it has a second name (a hard link), under which the old contents would stay");

@@ -72,8 +72,29 @@ bool IsStill(const Path& path, int file) {
 }
 
 #ifdef __linux__
+constexpr const char* kAccessList = "system.posix_acl_access";
+
+// A version, then entries of tag, rights and id, little-endian. What a group that could not be given would
+// have is cut to what everybody has.
+void TakeGroupsRights(std::vector<char>& accessList) {
+  constexpr std::size_t kVersion = 4, kEntry = 8, kRights = 2;
+  constexpr char kOwningGroup = 0x04, kOthers = 0x20;
+  char others = 0;
+  for (const char tag : {kOthers, kOwningGroup}) {
+    for (std::size_t at = kVersion; at + kEntry <= accessList.size(); at += kEntry) {
+      if (accessList[at] != tag) continue;
+      char& rights = accessList[at + kRights];
+      if (tag == kOthers) others = rights;
+      rights = static_cast<char>(rights & others);
+    }
+  }
+}
+
+// One that the new file has from its folder would let in whom the old one keeps out.
+void DropAccessList(int file) { static_cast<void>(fremovexattr(file, kAccessList)); }
+
 // Attributes that the system or the user may not copy are left out, as copying files does.
-void CopyExtendedAttributes(const Path& from, int to) {
+void CopyExtendedAttributes(const Path& from, int to, bool sameGroup) {
   const ssize_t room = listxattr(from.c_str(), nullptr, 0);
   if (room <= 0) return;
   std::vector<char> names(static_cast<std::size_t>(room));
@@ -86,11 +107,15 @@ void CopyExtendedAttributes(const Path& from, int to) {
     if (size < 0) continue;
     value.resize(static_cast<std::size_t>(size));
     const ssize_t got = getxattr(from.c_str(), name, value.data(), value.size());
-    if (got >= 0) static_cast<void>(fsetxattr(to, name, value.data(), static_cast<std::size_t>(got), 0));
+    if (got < 0) continue;
+    value.resize(static_cast<std::size_t>(got));
+    if (!sameGroup && std::strcmp(name, kAccessList) == 0) TakeGroupsRights(value);
+    static_cast<void>(fsetxattr(to, name, value.data(), value.size(), 0));
   }
 }
 #else
-void CopyExtendedAttributes(const Path&, int) {}
+void DropAccessList(int) {}
+void CopyExtendedAttributes(const Path&, int, bool) {}
 #endif
 
 }  // namespace
@@ -151,12 +176,14 @@ std::error_code Protect(const Path& from, const Path&, Native file) {
   if (stat(from.c_str(), &old) != 0 || fstat(file, &made) != 0) return Last();
   mode_t mode = old.st_mode & kPermissions;
   if (old.st_uid != made.st_uid && fchown(file, old.st_uid, old.st_gid) == 0) made.st_gid = old.st_gid;
-  if (old.st_gid != made.st_gid && fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) {
+  const bool sameGroup = old.st_gid == made.st_gid || fchown(file, static_cast<uid_t>(-1), old.st_gid) == 0;
+  if (!sameGroup) {
     const mode_t others = mode & S_IRWXO;
     mode = (mode & ~static_cast<mode_t>(S_IRWXG | S_ISGID)) | (mode & (others << 3));
   }
+  DropAccessList(file);
   if (fchmod(file, mode) != 0) return Last();
-  CopyExtendedAttributes(from, file);
+  CopyExtendedAttributes(from, file, sameGroup);
   return {};
 }
 
