@@ -1,8 +1,12 @@
 #include "app/end_of_session.h"
 
+#include "panels/panel_in_hand.h"
+#include "serial_io/sleeping_waiting.h"
+
 #include <QApplication>
 #include <QSessionManager>
 #include <QSocketNotifier>
+#include <QThread>
 #include <QTimer>
 
 #include <cstdlib>
@@ -22,11 +26,24 @@ constexpr int kBetweenClosings = 50;  // ms
 constexpr int kMostClosings =
     60'000 / kBetweenClosings;  // restarting panels that do not answer takes its time
 
-// Whoever leaves by exit(), as the toolkit does when the screen is gone, comes by here.
+// For who leaves the program without asking anybody; nothing shows or runs events from here on.
 std::function<void()>* g_keep = nullptr;
 
 void KeepAtExit() {
-  if (g_keep != nullptr) (*g_keep)();
+  if (g_keep == nullptr) return;
+  (*std::exchange(g_keep, nullptr))();
+  SleepingWaiting time;
+  RestartPanelsInHand(time);
+}
+
+// One toolkit's plug-in leaves by exit() when the screen is gone, another by _exit(): both say so before.
+QtMessageHandler g_otherHandler = nullptr;
+
+void ListenForTheLastWords(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  const bool broken = text.contains(QLatin1String("connection broke")) ||
+                      text.contains(QLatin1String("connection experienced a fatal error"));
+  if (broken && QThread::currentThread() == qApp->thread()) KeepAtExit();
+  g_otherHandler(type, context, text);
 }
 
 #ifndef _WIN32
@@ -45,14 +62,23 @@ EndOfSession::EndOfSession(std::function<void()> keep, std::function<void()> lea
   g_keep = &keep_;
   static const int registered = std::atexit(KeepAtExit);
   static_cast<void>(registered);
-  // Not the end yet: the session may go on when another program refuses.
+  g_otherHandler = qInstallMessageHandler(ListenForTheLastWords);
+  // Not the end yet, the session may go on when another program refuses; but nobody says when it is.
   connect(
-      qApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager&) { keep_(); },
+      qApp, &QGuiApplication::commitDataRequest, this,
+      [this](QSessionManager&) {
+        keep_();
+        SleepingWaiting time;
+        RestartPanelsInHand(time);
+      },
       Qt::DirectConnection);
   WatchSignals();
 }
 
-EndOfSession::~EndOfSession() { g_keep = nullptr; }
+EndOfSession::~EndOfSession() {
+  qInstallMessageHandler(g_otherHandler);
+  g_keep = nullptr;
+}
 
 #ifdef _WIN32
 // A windowed program gets no signals there: the session's end comes as commitDataRequest.

@@ -2,6 +2,7 @@
 
 #include "config/maker.h"
 #include "panels/frame.h"
+#include "panels/panel_in_hand.h"
 
 #include <algorithm>
 #include <utility>
@@ -124,15 +125,19 @@ bool RestartPanel(PanelLink& link, SerialPort& port, Waiting& time, const std::s
 
 // From the first record to the restart. `asked`: how often it was asked until it identified itself.
 ProgrammingResult ProgramConnected(int asked, SerialPort& port, const PanelImage& image, Waiting& time,
-                                   const std::stop_token& stop, ProgrammingObserver& observer) {
+                                   const std::stop_token& stopAsked, ProgrammingObserver& observer) {
   ProgrammingResult result{.Connected = true};
+  std::stop_source end;
+  const std::stop_callback forward(stopAsked, [&end] { end.request_stop(); });
+  const std::stop_token stop = end.get_token();
+  const PanelInHand inHand(port, end);
   PanelLink link(port, time);
   if (asked > 1) link.ExpectLateReplies();
   if (OpenForProgramming(port)) SendRecords(link, image, stop, observer, result);
   observer.Tell(result.Programmed ? Message{"The QDM panel has been programed", "Done!", MessageIcon::None}
                                   : Failure("The QDM panel failed to program"));
 
-  result.Restarted = RestartPanel(link, port, time, stop);
+  result.Restarted = inHand.Restarted() || RestartPanel(link, port, time, stop);
   port.Close();
   if (!result.Restarted) observer.Tell(RestartFailure({}));
   return result;

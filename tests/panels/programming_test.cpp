@@ -2,6 +2,7 @@
 
 #include "config/panel_configuration.h"
 #include "panels/frame.h"
+#include "panels/panel_in_hand.h"
 #include "simulation/simulated_line.h"
 #include "support/message_printer.h"
 #include "support/panel_descriptions.h"
@@ -164,6 +165,24 @@ TEST_F(Download, AStopRequestEndsItAsFailedAndRestartsThePanel) {
   Program();
   EXPECT_THAT(user.told, ElementsAre(kNotConnected)) << "stopped before it began";
   EXPECT_EQ(took, Microseconds(0));
+}
+
+TEST_F(Download, WhoEndsTheProgramInTheMiddleRestartsThePanelAndTheProcedureKnows) {
+  PanelWith({});
+  const Microseconds end = time.Now() + milliseconds(812);  // a frame is on the line
+  time.At(end, [this, end] {
+    RestartPanelsInHand(time);
+    EXPECT_EQ(panel->Restarts(), 1);
+    EXPECT_LE(time.Now(), end + seconds(1));
+    RestartPanelsInHand(time);
+  });
+  Program();
+  EXPECT_THAT(user.told, ElementsAre(kFailed));
+  EXPECT_GT(result.Records, 0);
+  EXPECT_TRUE(result.Restarted);
+  EXPECT_EQ(panel->Restarts(), 1);
+  RestartPanelsInHand(time);
+  EXPECT_EQ(panel->Restarts(), 1) << "nobody is in hand any more";
 }
 
 TEST_F(Download, AnAdapterThatIsPulledOutEndsItAtOnce) {
