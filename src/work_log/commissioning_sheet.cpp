@@ -131,9 +131,22 @@ std::string Strings(const ProjectorDefinition& projector) {
          Table(rows, "border=\"1\" style=\"border-collapse:collapse\"") + "</small>";
 }
 
+std::string StateSentence(const SheetFacts& facts) {
+  if (facts.Downloads.empty()) return "The work log has none of this room.";
+  const RoomHistories histories(facts.Downloads);
+  switch (StatusOf(facts.Configuration, facts.Downloads.front().File, histories).State) {
+    case RoomState::Current:
+      return "What this sheet describes is what was sent last.";
+    case RoomState::Changed:
+      return "What this sheet describes has changed since it was sent.";
+    default:
+      return "The last download was not finished.";
+  }
+}
+
 std::string Downloads(const SheetFacts& facts) {
-  const std::string heading = Heading("Downloads");
-  if (facts.Downloads.empty()) return heading + "<p>The work log has none of this room.</p>\n";
+  const std::string heading = Heading("Downloads") + "<p>" + StateSentence(facts) + "</p>\n";
+  if (facts.Downloads.empty()) return heading;
   std::string rows = Cells({"Time", "Panel", "Port", "Records", "Outcome", "Image"}, "th");
   const std::size_t shown = std::min(kDownloadsShown, facts.Downloads.size());
   for (std::size_t i = 0; i < shown; ++i) {
