@@ -27,6 +27,8 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QDir>
+#include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
@@ -100,6 +102,18 @@ void Save(QWidget& window, const QString& file, int widest = kWidestInHelp) {
   if (!picture.save(file)) Fail(file.toStdString() + " cannot be written");
 }
 
+// Every command of the main window is enabled.
+EditorWindows AllWindows() {
+  const auto open = [](QWidget*) {};
+  return {.Selector = open,
+          .Download = [](QWidget*, const PanelConfiguration&) {},
+          .FindPanel = open,
+          .Bench = [](QWidget*, ProjectorDefinition&) {},
+          .Help = open,
+          .About = open,
+          .Work = {}};
+}
+
 struct Pictures {
   QDir Examples;
   QDir Help;
@@ -126,8 +140,7 @@ struct Pictures {
   }
 
   void MainWindow() {
-    const EditorWindows windows{[](QWidget*) {}, [](QWidget*, const PanelConfiguration&) {}, [](QWidget*) {},
-                                [](QWidget*) {}, [](QWidget*) {}};
+    const EditorWindows windows = AllWindows();
     ProjectorPanelEditor editor(Shared, Prompts, Settings, windows);
     editor.Form_Load();
     editor.show();
@@ -273,10 +286,13 @@ struct Building {
 };
 
 void WorkWindowsOf(Pictures& pictures) {
+  const QString kFolder = QStringLiteral("/home/anna/rooms/West wing");  // instead of a temporary one
   Building building(pictures);
   WorkLogForm log(building.Log, pictures.Prompts, {});
   log.resize(1000, 480);
   log.show();
+  auto* const details = log.findChild<QPlainTextEdit*>(QStringLiteral("Details"));
+  details->setPlainText(details->toPlainText().replace(building.Folder.path(), kFolder));
   Save(log, pictures.Help.filePath(QStringLiteral("work-log.png")));
 
   EventLoopWaiting time;
@@ -291,6 +307,7 @@ void WorkWindowsOf(Pictures& pictures) {
                    {}});
   rooms.resize(1000, 520);
   rooms.show();
+  rooms.findChild<QLabel*>(QStringLiteral("FolderName"))->setText(kFolder);
   Save(rooms, pictures.Help.filePath(QStringLiteral("rooms.png")));
 
   const std::filesystem::path boardroom = ToPath(building.File("101 Boardroom"));
@@ -300,12 +317,14 @@ void WorkWindowsOf(Pictures& pictures) {
   sheet.show();
   Save(sheet, pictures.Help.filePath(QStringLiteral("sheet.png")));
 
-  const EditorWindows windows{};
+  const EditorWindows windows = AllWindows();
   ProjectorPanelEditor editor(pictures.Shared, pictures.Prompts, pictures.Settings, windows);
   editor.Form_Load();
   editor.show();
   editor.OpenNamedFile(building.File("101 Boardroom"));
+  editor.ShowStatus(QStringLiteral("Opened 101 Boardroom.BVC (%1)").arg(kFolder));
   editor.resize(kWidestInReadme, 740);
+  QApplication::processEvents();  // the columns have their widths then
   for (QAction* action : editor.actions()) {
     if (action->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_W)) action->trigger();
   }
