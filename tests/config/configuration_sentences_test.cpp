@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 
 namespace qdm {
 namespace {
@@ -15,45 +16,67 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+using P = PanelConfiguration;
+
 struct Option {
   std::string Name;
-  std::int16_t PanelConfiguration::*Field;
+  std::function<std::int16_t&(P&)> Field;
   std::vector<int> Values;
 };
 
 // Every value that an option's control can give, the ends of numbers, and one that no control gives.
 const std::vector<Option> kOptions = {
-    {"OutputsOption", &PanelConfiguration::OutputsOption, {0, 1, 2, 3, 4, 5}},
-    {"UpTime", &PanelConfiguration::UpTime, {1, 255}},
-    {"DownTime", &PanelConfiguration::DownTime, {1, 255}},
-    {"ScreenUseVolume", &PanelConfiguration::ScreenUseVolume, {0, -1}},
-    {"AllowVolumeWhenOff", &PanelConfiguration::AllowVolumeWhenOff, {0, -1}},
-    {"ControlInputOption", &PanelConfiguration::ControlInputOption, {0, 1, 2, 3, 4}},
-    {"ControlInputActiveHigh", &PanelConfiguration::ControlInputActiveHigh, {0, -1, 7}},
-    {"RoomTimeout", &PanelConfiguration::RoomTimeout, {1, 255}},
-    {"ThresholdVoltage", &PanelConfiguration::ThresholdVoltage, {0, 128, 255}},
-    {"LockOnFrontPanel", &PanelConfiguration::LockOnFrontPanel, {0, -1}},
-    {"LockOnExternalPowerDown", &PanelConfiguration::LockOnExternalPowerDown, {0, -1}},
-    {"LockOnRoomEmpty", &PanelConfiguration::LockOnRoomEmpty, {0, -1}},
-    {"LockUsingButtons", &PanelConfiguration::LockUsingButtons, {0, -1}},
-    {"LockAfterProjectorOffPeriod", &PanelConfiguration::LockAfterProjectorOffPeriod, {0, 255}},
-    {"LockAfterRoomEmptyPeriod", &PanelConfiguration::LockAfterRoomEmptyPeriod, {0, 255}},
-    {"NoButtonPowerDown", &PanelConfiguration::NoButtonPowerDown, {0, 1, 10}},
-    {"LockOnNoButton", &PanelConfiguration::LockOnNoButton, {0, -1}},
-    {"VolumeMin", &PanelConfiguration::VolumeMin, {-45, 18}},
-    {"VolumeMax", &PanelConfiguration::VolumeMax, {-6, 18}},
-    {"VolumeStep", &PanelConfiguration::VolumeStep, {1, 6}},
-    {"PowerUpVolume", &PanelConfiguration::PowerUpVolume, {-6, 18}},
-    {"AudioTurnsOnAmplifier", &PanelConfiguration::AudioTurnsOnAmplifier, {0, -1}},
-    {"TLVOXpowerDownTime", &PanelConfiguration::TLVOXpowerDownTime, {1, 15}},
+    {"OutputsOption", &P::OutputsOption, {0, 1, 2, 3, 4, 5}}, {"UpTime", &P::UpTime, {1, 255}},
+    {"DownTime", &P::DownTime, {1, 255}}, {"ScreenUseVolume", &P::ScreenUseVolume, {0, -1}},
+    {"AllowVolumeWhenOff", &P::AllowVolumeWhenOff, {0, -1}},
+    {"ControlInputOption", &P::ControlInputOption, {0, 1, 2, 3, 4}},
+    {"ControlInputActiveHigh", &P::ControlInputActiveHigh, {0, -1, 7}},
+    {"RoomTimeout", &P::RoomTimeout, {1, 255}}, {"ThresholdVoltage", &P::ThresholdVoltage, {0, 128, 255}},
+    {"LockOnFrontPanel", &P::LockOnFrontPanel, {0, -1}},
+    {"LockOnExternalPowerDown", &P::LockOnExternalPowerDown, {0, -1}},
+    {"LockOnRoomEmpty", &P::LockOnRoomEmpty, {0, -1}}, {"LockUsingButtons", &P::LockUsingButtons, {0, -1}},
+    {"LockAfterProjectorOffPeriod", &P::LockAfterProjectorOffPeriod, {0, 255}},
+    {"LockAfterRoomEmptyPeriod", &P::LockAfterRoomEmptyPeriod, {0, 255}},
+    {"NoButtonPowerDown", &P::NoButtonPowerDown, {0, 1, 10}}, {"LockOnNoButton", &P::LockOnNoButton, {0, -1}},
+    {"VolumeMin", &P::VolumeMin, {-45, 18}}, {"VolumeMax", &P::VolumeMax, {-6, 18}},
+    {"VolumeStep", &P::VolumeStep, {1, 6}}, {"PowerUpVolume", &P::PowerUpVolume, {-6, 18}},
+    {"AudioTurnsOnAmplifier", &P::AudioTurnsOnAmplifier, {0, -1}},
+    {"TLVOXpowerDownTime", &P::TLVOXpowerDownTime, {1, 15}},
     {"AudioRouting",
-     &PanelConfiguration::AudioRouting,
+     &P::AudioRouting,
      {PackAudioRouting(0, 0, 0), PackAudioRouting(1, 1, 1), PackAudioRouting(2, 2, 2),
       PackAudioRouting(3, 3, 3)}},
-    {"UsePC1", &PanelConfiguration::UsePC1, {0, -1}},
-    {"UsePC2", &PanelConfiguration::UsePC2, {0, -1}},
-    {"UseVideo", &PanelConfiguration::UseVideo, {0, -1}},
-};
+    {"LockSequence", [](P& c) -> auto& {return c.LockSequence[1];
+}  // namespace
+, { 0, 1, 2, 3, 4, 5, 6 }
+}  // namespace qdm
+, {"Baudrate", [](P& c) -> auto& {return c.Projector.Baudrate;
+}
+, { 0, 1, 2, 3, 4, 5 }
+}
+, {"Parity", [](P& c) -> auto& {return c.Projector.Parity;
+}
+, { 0, 1, 2, 3 }
+}
+, {"Stopbits", [](P& c) -> auto& {return c.Projector.Stopbits;
+}
+, { 0, -1 }
+}
+, {"InterCommandDelay", [](P& c) -> auto& {return c.Projector.InterCommandDelay;
+}
+, { 0, 255 }
+}
+, {"WarmUpTime", [](P& c) -> auto& {return c.Projector.WarmUpTime;
+}
+, { 0, 255 }
+}
+, {"CoolDownTime", [](P& c) -> auto& {return c.Projector.CoolDownTime;
+}
+, { 0, 255 }
+}
+, {"UsePC1", &P::UsePC1, {0, -1}}, {"UsePC2", &P::UsePC2, {0, -1}}, {"UseVideo", &P::UseVideo, {0, -1}},
+}
+;
 
 // With everything switched on, so that each option has its say.
 PanelConfiguration EverythingOn(std::int16_t type, std::int16_t outputs, std::int16_t input) {
@@ -94,7 +117,7 @@ std::string AllWords() {
         PanelConfiguration changed = ofOther ? other : base;
         std::vector<std::string> before = InWords(changed).Sentences;
         std::ranges::copy(InWords(changed).Remarks, std::back_inserter(before));
-        changed.*option.Field = static_cast<std::int16_t>(value);
+        option.Field(changed) = static_cast<std::int16_t>(value);
         const std::string words = Listed(InWords(changed), before);
         text += option.Name + " = " + std::to_string(value) + "\n" + words;
       }
