@@ -37,6 +37,12 @@ std::string TypeName(int controllerType) {
   return type != nullptr ? std::string(type->Caption) : std::to_string(controllerType);
 }
 
+// "a QDM 4"
+std::string APanel(int controllerType) {
+  const PanelType* type = PanelTypeOf(controllerType);
+  return type != nullptr ? "a " + std::string(type->Caption) : "any panel";
+}
+
 std::string AudioSources(int routing) {
   std::string sources;
   for (const ProjectorInput input : {ProjectorInput::PC1, ProjectorInput::PC2, ProjectorInput::Video}) {
@@ -136,9 +142,7 @@ std::string WhyNotPressed(int button, int controllerType) {
   const LockButtonSet has = LockButtonsOf(controllerType);
   if (button >= 0 && button < static_cast<int>(kLockButtons) && has[static_cast<std::size_t>(button)])
     return {};
-  const PanelType* type = PanelTypeOf(controllerType);
-  return LockButtonName(button) + ": not on " +
-         (type != nullptr ? "a " + std::string(type->Caption) : "any panel");
+  return LockButtonName(button) + ": not on " + APanel(controllerType);
 }
 
 std::vector<std::string> WarningsAbout(const PanelConfiguration& configuration) {
@@ -156,7 +160,7 @@ std::string WhyNotUnlocked(const PanelConfiguration& configuration) {
     return WhyNotPressed(button, configuration.ControllerType).empty();
   });
   return pressable ? std::string()
-                   : "The unlock sequence cannot be pressed on a " + TypeName(configuration.ControllerType);
+                   : "The unlock sequence cannot be pressed on " + APanel(configuration.ControllerType);
 }
 
 }  // namespace qdm
