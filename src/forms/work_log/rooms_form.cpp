@@ -16,6 +16,7 @@
 #include <QHeaderView>
 #include <QPointer>
 #include <QSettings>
+#include <QShortcut>
 
 #include <algorithm>
 #include <array>
@@ -140,7 +141,11 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
   connect(ui_->Stopper, &QPushButton::clicked, this, &RoomsForm::Stopper_Click);
   connect(ui_->TakeDefinitions, &QPushButton::clicked, this, &RoomsForm::TakeDefinitions_Click);
   connect(ui_->Done, &QPushButton::clicked, this, &RoomsForm::reject);
-  connect(ui_->Table, &QTableWidget::cellActivated, this, &RoomsForm::Room_DoubleClick);
+  connect(ui_->Table, &QTableWidget::cellDoubleClicked, this, &RoomsForm::Room_DoubleClick);
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+    new QShortcut(
+        key, ui_->Table, this, [this] { Room_DoubleClick(ui_->Table->currentRow()); }, Qt::WidgetShortcut);
+  }
   connect(ui_->Table, &QTableWidget::itemSelectionChanged, this, &RoomsForm::Table_Select);
   folder_ = tools_.Settings.value(kFolderKey).toString();
   ReadFolder();
@@ -255,6 +260,7 @@ void RoomsForm::Table_Select() {
 }
 
 void RoomsForm::Room_DoubleClick(int row) {
+  if (row < 0) return;
   const QString file = QString::fromStdString(PathToUtf8(rooms_[static_cast<std::size_t>(row)].File));
   if (tools_.Open(this, file)) accept();
 }

@@ -6,6 +6,7 @@
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/sheet_pages.h"
 
+#include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -72,6 +73,8 @@ SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesys
   connect(preview_, &QPrintPreviewWidget::paintRequested, this,
           [this](QPrinter* printer) { PrintSheet(html_, *printer); });
   connect(By, &QLineEdit::editingFinished, this, &SheetForm::By_Change);
+  for (auto* pages : preview_->findChildren<QGraphicsView*>())
+    pages->setAccessibleName(tr("Pages of the sheet"));
   preview_->setZoomMode(QPrintPreviewWidget::FitToWidth);
   resize(kFirstSize);
   FitToScreen(this);

@@ -10,6 +10,7 @@
 #include "ui_work_log_form.h"
 
 #include <QHeaderView>
+#include <QShortcut>
 #include <QTimer>
 
 #include <array>
@@ -62,6 +63,10 @@ WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationComman
           &WorkLogForm::Entries_Select);
   connect(model_, &QAbstractItemModel::modelReset, this, &WorkLogForm::Entries_Select);
   connect(ui_->Entries, &QTableView::doubleClicked, this, &WorkLogForm::OpenAsConfiguration_Click);
+  for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+    new QShortcut(
+        key, ui_->Entries, this, [this] { OpenAsConfiguration_Click(); }, Qt::WidgetShortcut);
+  }
   connect(ui_->OpenAsConfiguration, &QPushButton::clicked, this, &WorkLogForm::OpenAsConfiguration_Click);
   connect(ui_->Compare, &QPushButton::clicked, this, &WorkLogForm::Compare_Click);
   connect(ui_->SendAgain, &QPushButton::clicked, this, &WorkLogForm::SendAgain_Click);

@@ -213,8 +213,13 @@ TEST_F(RoomsWindow, TakesOneChangedDefinitionIntoItsRoomsAfterShowingWhatChanges
   Click(form, "TakeDefinitions");
   EXPECT_EQ(ReadConfiguration(files[2]).Projector, Library[1]);
   EXPECT_FALSE(Child<QWidget>(form, "TakeDefinitions").isEnabled());
-  QMetaObject::invokeMethod(&Child<QTableWidget>(form, "Table"), "cellActivated", Q_ARG(int, 0),
-                            Q_ARG(int, 0));
+  form.show();
+  form.activateWindow();
+  QCoreApplication::processEvents();
+  auto& table = Child<QTableWidget>(form, "Table");
+  table.setCurrentCell(0, 0);
+  table.setFocus();
+  QTest::keyClick(&table, Qt::Key_Return);
   EXPECT_TRUE(OpenedFile.endsWith(QLatin1String("Room 1.BVC")));
 }
 
