@@ -229,11 +229,12 @@ class Check {
     return false;
   }
 
-  // Before what is covered, or behind the sum.
+  // Neither covered nor the sum.
   static bool StandsOutside(const SumRule& rule, std::size_t at, std::size_t length) {
     const auto parts = PartsOf(rule, length);
-    return parts && (at < std::min(parts->CoverFrom, parts->SumAt) ||
-                     at >= std::max(parts->CoverTo, parts->SumAt + rule.Width()));
+    const auto within = [at](std::size_t from, std::size_t to) { return at >= from && at < to; };
+    return parts && !within(parts->CoverFrom, parts->CoverTo) &&
+           !within(parts->SumAt, parts->SumAt + rule.Width());
   }
 
   // The byte that all the others of the same length have at that place.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <set>
 
 namespace qdm {
@@ -126,11 +127,16 @@ class Search {
   void TryRule(const SumRule& rule) {
     std::size_t outliers = 0;
     keeps_.assign(members_.size(), false);
+    keepsLow_ = keeps_;
     for (std::size_t i = 0; i < members_.size(); ++i) {
-      keeps_[i] = values_[i] && !ranges_[i].empty() && SumOf(rule.Method, ranges_[i]) == *values_[i];
+      if (values_[i] && !ranges_[i].empty()) {
+        const unsigned wrong = unsigned{SumOf(rule.Method, ranges_[i])} ^ *values_[i];
+        keeps_[i] = wrong == 0;
+        keepsLow_[i] = (wrong & 0xFF) == 0;
+      }
       if (!keeps_[i] && ++outliers > mostOutliers_) return;
     }
-    const std::optional<double> evidence = Evidence(rule.Method.Bits);
+    const std::optional<double> evidence = Evidence(rule.Method);
     if (!evidence) return;
     const double margin = *evidence - CostOf(rule) - costOfRange_ - BitsOfChoice(outliers, members_.size());
     if (margin < kBitsToBelieve || (best_ && margin <= bestMargin_)) return;
@@ -138,18 +144,24 @@ class Search {
     best_ = FoundSum{rule, keeps_};
   }
 
-  // Of the members that keep the rule. The same covered bytes have the same sum: they prove nothing twice.
-  std::optional<double> Evidence(int bits) const {
+  // Of the members that keep the rule. The same covered bytes have the same sum: they prove nothing twice. The
+  // low byte of a wide sum counts where only the high one is wrong, or else the rule would lose against that
+  // of the low byte alone; only where the high byte varies at all, and is no byte of the frame.
+  std::optional<double> Evidence(const SumMethod& method) const {
     std::set<Bytes> proofs;
     std::vector<std::uint8_t> low;
+    std::vector<std::uint8_t> lowOnly;
     std::vector<std::uint8_t> high;
     for (std::size_t i = 0; i < members_.size(); ++i) {
-      if (!keeps_[i] || !proofs.emplace(ranges_[i].begin(), ranges_[i].end()).second) continue;
-      low.push_back(static_cast<std::uint8_t>(*values_[i] & 0xFF));
-      high.push_back(static_cast<std::uint8_t>(*values_[i] >> 8));
+      if (!keepsLow_[i] || !proofs.emplace(ranges_[i].begin(), ranges_[i].end()).second) continue;
+      (keeps_[i] ? low : lowOnly).push_back(static_cast<std::uint8_t>(*values_[i] & 0xFF));
+      if (keeps_[i]) high.push_back(static_cast<std::uint8_t>(*values_[i] >> 8));
     }
-    if (proofs.size() < kFewestMembers) return std::nullopt;
-    return BitsOf(low) + (bits == 16 ? BitsOf(high) : 0);
+    if (low.size() < kFewestMembers) return std::nullopt;
+    if (method.Bits == 8) return BitsOf(low);
+    const bool varies = std::adjacent_find(high.begin(), high.end(), std::not_equal_to<>()) != high.end();
+    if (method.Kind != SumKind::Crc && varies) low.insert(low.end(), lowOnly.begin(), lowOnly.end());
+    return BitsOf(low) + BitsOf(high);
   }
 
   // Bytes that vary and that no sum covers are rare, in a frame: they are rather a part of the sum.
@@ -174,6 +186,7 @@ class Search {
   std::vector<std::optional<std::uint16_t>> values_;
   std::vector<ByteView> ranges_;
   std::vector<bool> keeps_;
+  std::vector<bool> keepsLow_;  // the sum's low byte is right
   double costOfRange_ = 0;
   double bestMargin_ = 0;
   std::optional<FoundSum> best_;
