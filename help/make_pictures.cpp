@@ -3,6 +3,7 @@
 // The look is fixed, so that a picture changes only when its window does.
 #include "app/resources.h"
 #include "config/configuration_file.h"
+#include "forms/bench/projector_bench_form.h"
 #include "forms/bench/serial_test_form.h"
 #include "forms/download/download_form.h"
 #include "forms/editor/projector_panel_editor.h"
@@ -19,12 +20,14 @@
 #include "forms/work_log/sheet_pages.h"
 #include "forms/work_log/work_log_form.h"
 #include "serial_io/event_loop_waiting.h"
+#include "simulation/pressed_buttons_port.h"
 #include "simulation/simulated_line.h"
 #include "work_log/download_record.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QCursor>
 #include <QDir>
 #include <QLabel>
@@ -33,11 +36,17 @@
 #include <QRadioButton>
 #include <QSettings>
 #include <QStyleFactory>
+#include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <set>
 #include <utility>
 
 namespace qdm {
@@ -90,6 +99,87 @@ class ProjectorPort : public SerialPorts {
  public:
   std::string DeviceName(int number) const override { return number == 1 ? "ttyUSB0" : ""; }
   std::unique_ptr<SerialPort> Port(int) override { return std::make_unique<AnsweringProjector>(); }
+};
+
+// Waits for nothing, so that every time in a picture is the same again.
+class JumpingTime : public Waiting {
+ public:
+  std::function<void()> WhenOver;  // what the user does then
+  Microseconds Over = std::chrono::hours(1);
+
+  Microseconds Now() const override { return now_; }
+  void WakeAt(Microseconds when) override { wakes_.insert(when); }
+  void Yield(Microseconds until) override {
+    QApplication::processEvents();
+    wakes_.erase(wakes_.begin(), wakes_.upper_bound(now_));
+    now_ = std::max(now_, wakes_.empty() ? until : std::min(until, *wakes_.begin()));
+    if (now_ >= Over && WhenOver) WhenOver();
+  }
+
+ private:
+  Microseconds now_{};
+  std::set<Microseconds> wakes_;
+};
+
+// Answers every command at its own settings, but for the time that it warms up, and when it is given time.
+class BenchProjector : public SerialPort {
+ public:
+  BenchProjector(const ProjectorDefinition& projector, Waiting& time) : projector_(projector), time_(time) {}
+
+  void SetSettings(std::string_view settings) override { settings_ = settings; }
+  bool Open() override { return true; }
+  void Close() override {}
+  bool IsOpen() const override { return true; }
+  std::size_t BytesWaiting() override { return reply_.size(); }
+  Bytes ReadAll() override { return std::exchange(reply_, {}); }
+  bool Write(ByteView bytes) override {
+    constexpr Microseconds kWarmUp = std::chrono::milliseconds(33'400);
+    constexpr Microseconds kPause = std::chrono::milliseconds(43);
+    if (settings_ != "38400,n,8,1") return true;
+    if (command_.empty()) tooSoon_ = time_.Now() - last_ < kPause;
+    command_.insert(command_.end(), bytes.begin(), bytes.end());
+    const SerialString& powerOn = projector_.Strings[kPowerOn];
+    if (command_.size() < powerOn.BytesInUse()) return true;
+    const bool on = std::equal(command_.begin(), command_.end(), powerOn.Values.begin());
+    last_ = time_.Now();
+    command_.clear();
+    if (tooSoon_ || time_.Now() < readyAt_) return true;
+    if (on) readyAt_ = time_.Now() + kWarmUp;
+    reply_ = {0x06};
+    return true;
+  }
+
+ private:
+  const ProjectorDefinition& projector_;
+  Waiting& time_;
+  std::string settings_;
+  Bytes command_;
+  Bytes reply_;
+  Microseconds readyAt_{};
+  Microseconds last_{};
+  bool tooSoon_ = false;
+};
+
+// COM1: the panel's projector cable; COM2: a projector.
+class BenchPorts : public SerialPorts {
+ public:
+  BenchPorts(const PanelConfiguration& programmed, const ProjectorDefinition& projector, Waiting& time)
+      : programmed_(programmed), projector_(projector), time_(time) {}
+
+  std::string DeviceName(int number) const override {
+    return number <= 2 ? "ttyUSB" + std::to_string(number - 1) : "";
+  }
+  std::unique_ptr<SerialPort> Port(int number) override {
+    if (number == 2) return std::make_unique<BenchProjector>(projector_, time_);
+    const auto buttons = PanelButtons::Of(BuildPanelImage(programmed_), programmed_.ControllerType);
+    if (!buttons) Fail("an example has no buttons");
+    return std::make_unique<PressedButtonsPort>(*buttons, time_);
+  }
+
+ private:
+  const PanelConfiguration& programmed_;
+  const ProjectorDefinition& projector_;
+  Waiting& time_;
 };
 
 void Save(QWidget& window, const QString& file, int widest = kWidestInHelp) {
@@ -228,6 +318,45 @@ struct Pictures {
     Save(form, Help.filePath(QStringLiteral("from-a-manual-marked.png")));
   }
 
+  // Its definition is not quite what the panel was programmed with, and mistyped in one byte.
+  void Bench() {
+    const PanelConfiguration configuration =
+        ReadConfiguration(ToPath(Examples.filePath(QStringLiteral("Classroom QDM6.BVC"))));
+    ProjectorDefinition projector = configuration.Projector;
+    SerialString& blank = projector.Strings[kBlank];
+    blank.Values[blank.BytesInUse() - 1] = 0x14;
+    for (const Slot slot : {kData1Slot, kBlankOffSlot})
+      projector.Strings[*ReplySlotOf(slot)] = projector.Strings[kPowerOnReplySlot];
+    JumpingTime time;
+    BenchPorts ports(configuration, projector, time);
+    ProjectorBench form(projector, ports, time, Prompts, Settings);
+    form.resize(860, 430);
+    form.show();
+    const auto click = [&form](const char* button) {
+      form.findChild<QPushButton*>(QLatin1String(button))->click();
+    };
+    const auto save = [&](const char* page, const char* file) {
+      auto* pages = form.findChild<QTabWidget*>(QStringLiteral("Pages"));
+      pages->setCurrentWidget(form.findChild<QWidget*>(QLatin1String(page)));
+      Save(form, Help.filePath(QLatin1String(file)));
+    };
+    time.Over = std::chrono::seconds(10);
+    time.WhenOver = [&] { click("Stopper"); };
+    click("Listen");
+    save("StandInPage", "bench-stand-in.png");
+    time.WhenOver = nullptr;
+    form.findChild<QComboBox*>(QStringLiteral("Port"))->setCurrentIndex(1);
+    form.findChild<QComboBox*>(QStringLiteral("Command"))->setCurrentText(QStringLiteral("Power on"));
+    click("FindSettings");
+    save("FinderPage", "bench-finder.png");
+    click("UseSettings");
+    form.findChild<QTableWidget*>(QStringLiteral("Findings"))->setCurrentCell(0, 0);
+    save("CodePage", "bench-codes.png");
+    click("MeasureDelay");
+    click("MeasureWarmUp");
+    save("TimingPage", "bench-timing.png");
+  }
+
   // Searches in true time: some eight seconds.
   void DownloadWindow() {
     EventLoopWaiting time;
@@ -345,6 +474,7 @@ int Make(const QStringList& arguments) {
   pictures.StringEditor();
   pictures.VolumeFormat();
   pictures.TestConsole();
+  pictures.Bench();
   pictures.DownloadWindow();
   WorkWindowsOf(pictures);
   return 0;
