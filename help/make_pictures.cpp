@@ -330,7 +330,7 @@ struct Pictures {
     JumpingTime time;
     BenchPorts ports(configuration, projector, time);
     ProjectorBench form(projector, ports, time, Prompts, Settings);
-    form.resize(860, 430);
+    form.resize(860, 490);
     form.show();
     const auto click = [&form](const char* button) {
       form.findChild<QPushButton*>(QLatin1String(button))->click();
