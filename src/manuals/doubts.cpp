@@ -4,6 +4,8 @@
 #include "serial_strings/sum_search.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -95,6 +97,20 @@ void HeedCheckSums(const ManualPage& page, std::vector<Finding>& findings) {
   }
 }
 
+// "a colon": the sign has its name.
+bool NamesSign(Text folded, char16_t sign) {
+  constexpr std::pair<Text, char16_t> kNames[] = {
+      {u"colon", u':'},       {u"asterisk", u'*'},    {u"star", u'*'},  {u"hash", u'#'},
+      {u"pound", u'#'},       {u"number sign", u'#'}, {u"tilde", u'~'}, {u"percent", u'%'},
+      {u"exclamation", u'!'}, {u"dollar", u'$'},      {u"slash", u'/'}, {u"at sign", u'@'},
+      {u"bracket", u'('},     {u"doppelpunkt", u':'}, {u"raute", u'#'}, {u"stern", u'*'},
+      {u"deux-points", u':'}, {u"dieze", u'#'},       {u"diese", u'#'}, {u"dos puntos", u':'},
+      {u"asterisco", u'*'},   {u"due punti", u':'}};
+  return std::any_of(std::begin(kNames), std::end(kNames), [&](const auto& name) {
+    return name.second == sign && folded.find(name.first) != Text::npos;
+  });
+}
+
 // "Each command begins with #": characters that begin otherwise lack it.
 void DoubtMissingStart(const ManualPage& page, std::vector<Finding>& findings) {
   constexpr std::size_t kReach = 30;
@@ -110,6 +126,7 @@ void DoubtMissingStart(const ManualPage& page, std::vector<Finding>& findings) {
     const auto named = [behind](const Finding& finding) {
       if (finding.What.Bytes.front().Value < 0x20) return true;
       const char16_t first = FoldLetter(finding.What.Bytes.front().Value);
+      if (NamesSign(behind, first)) return true;
       for (std::size_t i = 0; i < behind.size(); ++i) {
         const bool alone = (i == 0 || !IsWordPart(behind[i - 1])) &&
                            (i + 1 >= behind.size() || !IsWordPart(behind[i + 1]) || !IsWordPart(first));

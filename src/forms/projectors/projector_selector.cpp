@@ -77,7 +77,7 @@ const std::vector<ProjectorSelector::Command>& ProjectorSelector::Commands() {
       {"FROM MANUAL",
        QT_TR_NOOP("From a manual..."),
        "frommanual",
-       {},
+       {Qt::CTRL | Qt::Key_M},
        false,
        &ProjectorSelector::FromManual},
       {"COPY", QT_TR_NOOP("Copy"), "copy", {QKeySequence::Copy}, true, &ProjectorSelector::Copy},

@@ -137,7 +137,8 @@ void ProjectorSetupForm::ConnectUndo() {
   connect(ui_->Manufacturer, &QComboBox::currentTextChanged, this, &ProjectorSetupForm::NoteTyping);
   connect(ui_->Model, &QLineEdit::textChanged, this, &ProjectorSetupForm::NoteTyping);
   connect(ui_->Notes, &NotesBox::textChanged, this, &ProjectorSetupForm::NoteTyping);
-  QList<QWidget*> boxes = {ui_->Manufacturer->lineEdit(), ui_->Model, ui_->Notes};
+  // The box with a list has the keys of its entry.
+  QList<QWidget*> boxes = {ui_->Manufacturer, ui_->Manufacturer->lineEdit(), ui_->Model, ui_->Notes};
   for (const IntegerEntry* entry :
        {ui_->InterCommandDelay, ui_->InterByteDelay, ui_->WarmUpTime, ui_->CoolDownTime}) {
     connect(entry, &IntegerEntry::Edited, this, &ProjectorSetupForm::NoteTyping);
