@@ -53,8 +53,6 @@ Code TextCode(const ManualPage& page, Span where) {
 
 namespace {
 
-bool Overlap(const Span& a, const Span& b) { return a.Line == b.Line && a.From < b.To && b.From < a.To; }
-
 bool Before(const Code& a, const Code& b) {
   return std::pair(a.Begin().Line, a.Begin().From) < std::pair(b.Begin().Line, b.Begin().From);
 }
@@ -136,16 +134,21 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   characters::AddMarkedRows(page, candidates);
   // What was found first and what numbers have taken is not taken again.
   std::vector<Code> kept;
-  std::multimap<std::size_t, Span> taken;
+  std::map<std::pair<std::size_t, std::size_t>, std::size_t> taken;  // line and begin, and where it ends
+  const auto isFree = [&](const Span& span) {
+    const auto next = taken.lower_bound({span.Line, span.From});
+    if (next != taken.end() && next->first.first == span.Line && next->first.second < span.To) return false;
+    const auto before = next == taken.begin() ? taken.end() : std::prev(next);
+    return before == taken.end() || before->first.first != span.Line || before->second <= span.From;
+  };
   for (const Code& code : numbers) {
     if (code.Bytes.size() < 2) continue;
-    for (const Span& span : code.Where) taken.emplace(span.Line, span);
+    for (const Span& span : code.Where) taken[{span.Line, span.From}] = span.To;
   }
   for (Code& code : candidates) {
-    const auto [first, last] = taken.equal_range(code.Begin().Line);
-    if (std::any_of(first, last, [&](const auto& other) { return Overlap(other.second, code.Begin()); }))
-      continue;
-    taken.emplace(code.Begin().Line, code.Begin());
+    const Span& where = code.Begin();
+    if (!isFree(where)) continue;
+    taken[{where.Line, where.From}] = where.To;
     kept.push_back(std::move(code));
   }
   std::stable_sort(kept.begin(), kept.end(), Before);

@@ -111,10 +111,9 @@ void HeedCharacters(Finding& finding) {
     doubt("only its own characters say on or off");
   } else if (SlotOf(function)) {
     const bool otherState = IsOnOrOff(function.To) && IsOnOrOff(spelt.To) && function.To != spelt.To &&
-                            function.What == spelt.What;
+                            (spelt.What == Subject::None || function.What == spelt.What);
     const bool otherInput = IsInput(function.What) && IsInput(spelt.What) && SlotOf(spelt) &&
-                            spelt.Unknown == 0 && function.What != spelt.What &&
-                            function.What != Subject::Component;
+                            function.What != spelt.What && function.What != Subject::Component;
     const bool sound = function.What == Subject::Blank && spelt.What == Subject::Sound;
     if (otherState || otherInput || sound) doubt("its own characters say something else than its label");
   }

@@ -79,12 +79,12 @@ std::vector<bool> KeepAnySum(const std::vector<Finding>& findings) {
 // Where most codes hold their check sum, one that does not is misprinted or only a part. A page that speaks
 // of a check sum which no code holds has it left out.
 void HeedCheckSums(const ManualPage& page, std::vector<Finding>& findings) {
+  const bool named = SaysWord(
+      page, {u"checksum", u"check sum", u"chksum", u"crc", u"bcc", u"lrc", u"prufsumme", u"somme de contr",
+             u"suma de control", u"suma de verif", u"校验和", u"チェックサム", u"checkbyte"});
   std::vector<bool> right = KeepSimpleSum(findings);
-  if (right.empty()) right = KeepAnySum(findings);
-  const bool spoken =
-      right.empty() && SaysWord(page, {u"checksum", u"check sum", u"chksum", u"crc", u"bcc", u"lrc",
-                                       u"prufsumme", u"somme de contr", u"suma de control", u"suma de verif",
-                                       u"校验和", u"チェックサム", u"checkbyte"});
+  if (right.empty() && named) right = KeepAnySum(findings);
+  const bool spoken = right.empty() && named;
   for (std::size_t i = 0; i < findings.size(); ++i) {
     Finding& finding = findings[i];
     const bool numbers = finding.What.How == Notation::Hexadecimal;

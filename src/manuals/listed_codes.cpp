@@ -149,7 +149,8 @@ void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes) {
 
 // "SET PWR ON   Switches on": rows that begin with words in capitals and go on, behind a gap, with a label.
 void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes) {
-  constexpr std::size_t kFewest = 3;
+  constexpr std::size_t kFewest = 2;
+  constexpr std::size_t kFewestRows = 3;
   std::vector<Code> found;
   std::set<int> slots;
   for (std::size_t number = 0; number < page.Lines.size(); ++number) {
@@ -166,7 +167,7 @@ void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes) {
     if (const auto slot = SlotOf(ClassifyLabel(label))) slots.insert(*slot);
     found.push_back(TextCode(page, words));
   }
-  if (slots.size() < kFewest) return;
+  if (slots.size() < kFewest || found.size() < kFewestRows) return;
   std::move(found.begin(), found.end(), std::back_inserter(codes));
 }
 
@@ -339,7 +340,9 @@ void AddFamilies(const ManualPage& page, std::vector<Code>& codes) {
       };
       const bool begins = i == 0 || bar(tokens[i - 1].To, tokens[i].From);
       const bool ends = i + 1 == tokens.size() || bar(tokens[i].To, tokens[i + 1].From);
-      const bool edge = begins || ends || before == family;
+      const bool quoted =
+          span.From > 0 && span.To < line.size() && line[span.From - 1] == u'"' && line[span.To] == u'"';
+      const bool edge = begins || ends || quoted || before == family;
       if (edge && before == family && !members.empty()) members.back().Edge = true;
       if (IsCapitals(family) && !(begins && ends) && tokens.size() > 4) {
         before.clear();

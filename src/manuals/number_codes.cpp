@@ -239,15 +239,16 @@ bool IsRepeatedPlaceholder(Text line, std::size_t at) {
 
 // "CHK", "<CKS>", "[CS]": the name of a check sum that is not printed; where it ends.
 std::size_t SumNameEnd(Text line, std::size_t at) {
-  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK", u"CKS",
-                             u"SUM",      u"BCC",     u"FCS",    u"LRC",   u"XOR",   u"CS",  u"CK"};
+  constexpr Text kNames[] = {u"CHECKSUM", u"CHK SUM", u"CHKSUM", u"CHECK", u"CKSUM", u"CHK",
+                             u"CKS",      u"SUM",     u"BCC",    u"FCS",   u"LRC",   u"XOR",
+                             u"CRC-16",   u"CRC16",   u"CRC",    u"CS",    u"CK"};
   const char16_t closing = Closing(CharAt(line, at));
   const std::size_t from = closing == u'\0' ? at : at + 1;
   for (const Text name : kNames) {
     if (!StartsWithName(line, from, name, true)) continue;
     const std::size_t end = from + name.size();
     if (closing != u'\0') return CharAt(line, end) == closing ? end + 1 : 0;
-    return IsWordPart(CharAt(line, end)) ? 0 : end;
+    return IsWordPart(CharAt(line, end)) || CharAt(line, end) == u'_' ? 0 : end;
   }
   return 0;
 }

@@ -309,7 +309,9 @@ bool LabelSeeker::BelowOtherTitle(std::size_t at) const {
     ++texts;
     const bool leftmost = back == at || pieces_[at - back - 1].Where.Line != line;
     const bool title = leftmost && (code ? texts >= 2 : texts == 1);
-    if (title && !piece.Heading) return piece.Says.What == Subject::Other;
+    constexpr std::size_t kLongestTitle = 30;
+    if (title && !piece.Heading && page_.At(piece.Where).size() <= kLongestTitle)
+      return piece.Says.What == Subject::Other;
   }
   return false;
 }
@@ -383,8 +385,9 @@ std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
 // Commands side by side behind one label: which is the model's, or which is the answer, the row does not say.
 std::optional<Finding> LabelSeeker::OneOfSeveral(std::size_t at) const {
   const auto codeAt = [&](std::size_t i) { return i < pieces_.size() && !pieces_[i].IsText(); };
+  constexpr std::size_t kMost = 4;  // a row with more is no row
   std::size_t first = at;
-  while (first > 0 && codeAt(first - 1) && SameLine(first - 1, first)) --first;
+  while (first > 0 && at - first < kMost && codeAt(first - 1) && SameLine(first - 1, first)) --first;
   const bool several = first < at || (codeAt(at + 1) && SameLine(at, at + 1));
   const auto column = [&](std::size_t i) {
     const Text line = page_.Lines[pieces_[i].Where.Line];

@@ -56,6 +56,33 @@ std::size_t SendingAt(Text folded) {
   return Text::npos;
 }
 
+std::size_t SmallWords(Text text) {
+  std::size_t words = 0;
+  for (std::size_t at = 0; at + 1 < text.size(); ++at) {
+    const bool begins = at == 0 || text[at - 1] == u' ';
+    if (begins && IsLower(text[at]) && IsLower(text[at + 1])) ++words;
+  }
+  return words;
+}
+
+bool IsQuoted(const ManualPage& page, const Code& code) {
+  const Text line = page.Lines[code.Begin().Line];
+  const std::size_t from = code.Begin().From;
+  return line[from] == u'"' || (from > 0 && line[from - 1] == u'"');
+}
+
+// In quotation marks, with words before and behind it on its line.
+bool InSentence(const ManualPage& page, const Code& code) {
+  constexpr std::size_t kReach = 60;
+  constexpr std::size_t kFewest = 2;
+  const Text line = page.Lines[code.Begin().Line];
+  const std::size_t from = code.Begin().From;
+  const std::size_t to = code.End().Line == code.Begin().Line ? code.End().To : line.size();
+  const std::size_t begin = from - std::min(from, kReach);
+  return IsQuoted(page, code) && SmallWords(line.substr(begin, from - begin)) >= kFewest &&
+         SmallWords(line.substr(to, kReach)) >= kFewest;
+}
+
 }  // namespace
 
 void LabelProse(const ManualPage& page, std::vector<Finding>& findings) {
@@ -72,7 +99,13 @@ void LabelProse(const ManualPage& page, std::vector<Finding>& findings) {
     const bool sameSentence = follows && before.find(u". ") == std::u16string::npos;
     behind = behind && sameSentence;
     const std::size_t verb = SendingAt(sentence);
+    if (InSentence(page, finding.What)) {
+      finding.Settled = false;
+      finding.Doubt = kInProse;
+    }
     if (verb == std::u16string::npos && !behind) continue;
+    // "ENTER" is a key in a table.
+    if (finding.Settled && !IsQuoted(page, finding.What)) continue;
     Function says = ClassifyLabel(Text(sentence).substr(0, std::min(verb, sentence.size())));
     if (verb == 0 || behind) {
       const Span end{std::min(where.Line + 1, page.Lines.size() - 1),
@@ -83,12 +116,13 @@ void LabelProse(const ManualPage& page, std::vector<Finding>& findings) {
       says = ClassifyLabel(FirstSentence(TextBetween(page, finding.What.End(), next)));
       behind = true;
     }
-    if (!SlotOf(says) || (finding.Settled && SlotOf(finding.For))) continue;
+    finding.Settled = false;
+    finding.Doubt = kInProse;
+    if (!SlotOf(says)) continue;
     finding.For = says;
-    finding.For.Plain = finding.Settled = false;
+    finding.For.Plain = false;
     finding.Label = {Trim(page, {where.Line, 0, where.From})};
     if (finding.Label.front().From == finding.Label.front().To) finding.Label = {where};
-    finding.Doubt = kInProse;
   }
 }
 

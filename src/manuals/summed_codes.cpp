@@ -2,6 +2,7 @@
 #include "serial_strings/check_sums.h"
 
 #include <algorithm>
+#include <set>
 
 namespace qdm {
 namespace {
@@ -70,13 +71,23 @@ bool Says(const ManualPage& page, std::initializer_list<Text> words) {
                      [&](Text word) { return page.Folded.find(word) != std::u16string::npos; });
 }
 
+// The whole codes of the page, each once; more of them would prove nothing more.
+std::vector<Bytes> WholeCodes(const std::vector<Code>& codes) {
+  constexpr std::size_t kMost = 64;
+  std::set<Bytes> all;
+  for (const Code& code : codes) {
+    if (IsWhole(code) && all.size() < kMost) all.insert(Values(code.Bytes));
+  }
+  return {all.begin(), all.end()};
+}
+
 // What the whole codes of the page end with.
 std::optional<Way> ShownWay(const std::vector<Code>& codes) {
   constexpr std::ptrdiff_t kFewest = 3;
+  const std::vector<Bytes> whole = WholeCodes(codes);
   for (const Way& way : Ways()) {
-    const auto right = std::count_if(codes.begin(), codes.end(), [&](const Code& code) {
-      return IsWhole(code) && EndsBy(way, Values(code.Bytes));
-    });
+    const auto right =
+        std::count_if(whole.begin(), whole.end(), [&](const Bytes& code) { return EndsBy(way, code); });
     if (right >= kFewest) return way;
   }
   return std::nullopt;
@@ -84,12 +95,7 @@ std::optional<Way> ShownWay(const std::vector<Code>& codes) {
 
 // One code stands twice on the page, with its sum in an example and without it in the table.
 std::optional<Way> ExampleWay(const std::vector<Code>& codes) {
-  constexpr std::size_t kMost = 200;
-  std::vector<Bytes> all;
-  for (const Code& code : codes) {
-    if (IsWhole(code) && all.size() < kMost) all.push_back(Values(code.Bytes));
-  }
-  std::sort(all.begin(), all.end());
+  const std::vector<Bytes> all = WholeCodes(codes);  // sorted
   for (std::size_t i = 0; i + 1 < all.size(); ++i) {
     for (std::size_t j = i + 1; j < all.size() && all[j].size() >= all[i].size(); ++j) {
       if (!std::equal(all[i].begin(), all[i].end(), all[j].begin())) break;
@@ -170,7 +176,8 @@ void FillHole(const Way& way, Code& code) {
 void CompleteCheckSums(const ManualPage& page, std::vector<Code>& codes) {
   const bool named =
       Says(page, {u"checksum", u"check sum", u"crc", u"bcc", u"lrc", u"prufsumme", u"somme de contr"});
-  if (ShownWay(codes)) TakeBlanksForSums(codes);
+  const bool broken = std::any_of(codes.begin(), codes.end(), [](const Code& code) { return code.Broken; });
+  if (broken && ShownWay(codes)) TakeBlanksForSums(codes);
   const bool lacking = std::any_of(codes.begin(), codes.end(), LacksSum);
   if (!named && !lacking) return;
   const auto example = named ? ExampleWay(codes) : std::nullopt;

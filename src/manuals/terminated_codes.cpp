@@ -201,8 +201,14 @@ Span TextBefore(const ManualPage& page, Span region) {
     if (open == Text::npos || open < region.From) return {region.Line, region.To, region.To};
     return Trim(page, {region.Line, open + 1, region.To - 1});
   }
-  std::vector<Span> tokens = TokensOf(line.substr(0, region.To), region.Line);
-  while (!tokens.empty() && tokens.front().From < region.From) tokens.erase(tokens.begin());
+  // Nothing before the last few words can belong to the command.
+  constexpr std::size_t kReach = 120;
+  const std::size_t from = std::max(region.From, region.To - std::min(region.To, kReach));
+  std::vector<Span> tokens = TokensOf(line.substr(from, region.To - from), region.Line);
+  for (Span& token : tokens) {
+    token.From += from;
+    token.To += from;
+  }
   if (tokens.empty()) return {region.Line, region.To, region.To};
   std::size_t first = tokens.size() - 1;
   if (tokens[first].To - tokens[first].From == 1 && first > 0) {

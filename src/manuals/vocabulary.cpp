@@ -43,7 +43,8 @@ constexpr WordList kVocabulary[] = {
      u"desactiver|disable|disabled|disables|stop|stops|cancel|关闭|关|閉|オフ|切|关掉|關|關閉|desactive|"
      u"disattivo"},
     {Word::PowerOn,
-     u"poweron|marche|acceso|ligado|turn it on|turns it on|switch it on|from standby|standby to on|out of "
+     u"poweron|marche|sous tension|acceso|ligado|turn it on|turns it on|switch it on|from standby|standby to "
+     u"on|out of "
      u"standby|power "
      u"on|einschalten|mise en marche|mettre en "
      u"marche|mise sous tension|encender|encendido|"
@@ -51,7 +52,8 @@ constexpr WordList kVocabulary[] = {
      u"电源打开|電源オン|电源 开|allumage|wake up|wakeup|wake|starts up|start up|warm-up|warm up|allumer le "
      u"projecteur|打开电源"},
     {Word::PowerOff,
-     u"poweroff|spento|desligado|turn it off|turns it off|switch it off|power off|ausschalten|mise en "
+     u"poweroff|hors tension|spento|desligado|turn it off|turns it off|switch it off|power "
+     u"off|ausschalten|mise en "
      u"veille|mettre hors "
      u"tension|spegni|eteindre|mise hors "
      u"tension|apagar|apagado|"
