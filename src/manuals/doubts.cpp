@@ -91,7 +91,8 @@ void HeedCheckSums(const ManualPage& page, std::vector<Finding>& findings) {
     if (!right.empty() && numbers) {
       finding.What.Proven = right[i];
       if (!right[i]) Doubt(finding, "its check sum is wrong");
-    } else if (spoken && !finding.What.Proven && (numbers ? !finding.What.Confirmed : !finding.What.Marked)) {
+    } else if (spoken && !finding.What.Proven && !finding.What.Computed &&
+               (numbers ? !finding.What.Confirmed : !finding.What.Marked)) {
       Doubt(finding, "the page speaks of a check sum that is not found in it");
     }
   }

@@ -46,6 +46,12 @@ TEST(ClassifyLabel, KnowsWhatPanelsSendInManyLanguages) {
       {u"Volume +", 6},
       {u"- VOLUME", 7},
       {u"Lautstärke leiser", 7},
+      {u"Lauter", 6},
+      {u"Quieter", 7},
+      {u"Marche", 1},
+      {u"Met le projecteur hors tension", 8, false},
+      {u"Blanks the picture", 5, false},
+      {u"Blank on, not on this model", std::nullopt},
       {u"VA1", 2, false},         // a letter lost
       {u"Shutter on", 5, false},  // dark or light?
       {u"VGA2 Component", 3, false},
