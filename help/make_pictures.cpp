@@ -76,7 +76,7 @@ class NoPrompts : public UserPrompts {
   std::optional<QString> SaveFile(QWidget*, const char*, const QString&) override { Fail("Save?"); }
 };
 
-// A projector that answers every command with the same reply.
+// A projector that answers the command of the picture, whose bytes come one by one.
 class AnsweringProjector : public SerialPort {
  public:
   void SetSettings(std::string_view) override {}
@@ -85,8 +85,9 @@ class AnsweringProjector : public SerialPort {
   bool IsOpen() const override { return open_; }
   std::size_t BytesWaiting() override { return reply_.size(); }
   Bytes ReadAll() override { return std::exchange(reply_, {}); }
-  bool Write(ByteView) override {
-    reply_ = {0xA5, 0x03, 0x90, 0x01, 0x39};
+  bool Write(ByteView bytes) override {
+    constexpr std::uint8_t kLastOfCommand = 0xB9;
+    if (!bytes.empty() && bytes.back() == kLastOfCommand) reply_ = {0xA5, 0x03, 0x90, 0x01, 0x39};
     return open_;
   }
 
@@ -265,7 +266,7 @@ struct Pictures {
 
   void Setup() {
     Shared.CurrentProjector = Projector(u"BRACKENLIGHT", u"BL-900 Theatre");
-    ProjectorSetupForm form(Shared, Prompts, {});
+    ProjectorSetupForm form(Shared, Prompts, {.Edit = {}, .Test = {}, .Bench = [](QWidget*) {}});
     form.show();
     Save(form, Help.filePath(QStringLiteral("projector-setup.png")));
   }
@@ -290,6 +291,7 @@ struct Pictures {
     ProjectorPort ports;
     EventLoopWaiting time;
     SerialTestForm form(Shared, ports, time, Prompts, Settings);
+    form.SetBench([](QWidget*) {});
     form.show();
     form.findChild<QRadioButton*>(QStringLiteral("Option2_1"))->click();
     form.findChild<QPushButton*>(QStringLiteral("Send"))->click();
