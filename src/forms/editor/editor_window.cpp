@@ -154,6 +154,7 @@ void ProjectorPanelEditor::ConnectControls() {
 void ProjectorPanelEditor::RestoreWindow() {
   // A dropped file is for the window, not its name for the entry that it falls on.
   for (QLineEdit* entry : findChildren<QLineEdit*>()) entry->setAcceptDrops(false);
+  ui_->ProjectorArea->setMinimumWidth(kNarrowTreeWidth);
   ui_->Splitter->setStretchFactor(0, 0);
   ui_->Splitter->setStretchFactor(1, 0);
   ui_->Splitter->setStretchFactor(2, 1);

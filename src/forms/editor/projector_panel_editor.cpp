@@ -17,6 +17,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
@@ -315,6 +316,8 @@ void ProjectorPanelEditor::TreeView1_SelectionChange() {
   record_.Projector = globals_.ProjectorDatabase[*element];
   ShowProjector();
   NoteChange(ConfigurationHistory::Change::Typing);
+  if (ui_->TreeView1->hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton)
+    ui_->TreeView1->ShowSummary();
 }
 
 void ProjectorPanelEditor::Filter_Change(const QString& text) {

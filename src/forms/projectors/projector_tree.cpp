@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QPainter>
 #include <QSettings>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cstddef>
@@ -150,6 +151,12 @@ void ProjectorTree::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::Text));
   painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignHCenter | Qt::TextWordWrap, text);
+}
+
+void ProjectorTree::ShowSummary() const {
+  const QModelIndex index = currentIndex();
+  const QPoint beside(viewport()->width(), visualRect(index).top());
+  QToolTip::showText(viewport()->mapToGlobal(beside), index.data(Qt::ToolTipRole).toString(), viewport());
 }
 
 void ProjectorTree::Choose(const QModelIndex& index) {

@@ -41,6 +41,9 @@ class ProjectorTree : public QTreeView {
   // What stands in the place of the tree; empty while something is shown.
   QString WhyEmpty() const;
 
+  // What the mouse sees when it rests on a model, for who goes through the tree by keys.
+  void ShowSummary() const;
+
   // Where it is kept whether manufacturers are sorted. `settings` must outlive the view.
   void RememberIn(QSettings& settings);
 

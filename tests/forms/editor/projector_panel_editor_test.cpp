@@ -15,9 +15,11 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QSplitter>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
+#include <QToolTip>
 
 #include <map>
 
@@ -177,6 +179,13 @@ TEST_F(Editor, FitsASmallScreen) {
   const QSize least = Start().minimumSizeHint();
   EXPECT_LE(least.width(), 670);
   EXPECT_LE(least.height(), 300);
+  window_->resize(1000, 700);
+  QApplication::setActiveWindow(window_.get());
+  QCoreApplication::processEvents();
+  auto& columns = Child<QSplitter>(*window_, "Splitter");
+  const QList<int> widths = columns.sizes();
+  for (int i = 0; i < 2; ++i) QTest::keyClick(window_.get(), Qt::Key_W, Qt::ControlModifier);
+  EXPECT_EQ(columns.sizes(), widths) << "the words came in place of the first column and went";
 }
 
 TEST_F(Editor, HasEachAccessKeyOnce) {
@@ -346,10 +355,13 @@ TEST_F(Editor, TakesTheProjectorThatIsLit) {
   EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 2");
   EXPECT_EQ(window_->Configuration().Projector, globals_.ProjectorDatabase[1]);
   EXPECT_TRUE(window_->Modified());
+  QApplication::setActiveWindow(window_.get());
+  tree.setFocus();
   for (const auto& [key, line] :
        {std::pair{Qt::Key_Up, "ACME / X 1 = 1"}, {Qt::Key_Down, "ACME / X 2 = 2"}}) {
     QTest::keyClick(&tree, key);
     EXPECT_EQ(Line(window_->Configuration().Projector), line) << "by key alike";
+    EXPECT_EQ(QToolTip::text(), tree.currentIndex().data(Qt::ToolTipRole).toString());
   }
   QTest::keyClicks(&Child<QWidget>(*window_, "Filter"), QStringLiteral(" z"));
   EXPECT_EQ(Line(window_->Configuration().Projector), "ACME / X 2 = 2") << "filtering chooses nothing";
