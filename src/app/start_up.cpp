@@ -17,6 +17,7 @@
 #include "forms/editor/projector_panel_editor.h"
 #include "forms/projectors/projector_selector.h"
 #include "forms/projectors/projector_setup_form.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
@@ -88,7 +89,8 @@ std::filesystem::path PreparedDataFolder(const StartArguments& arguments,
   const auto named = arguments.DataFolder ? arguments.DataFolder : DataFolderVariable();
   const DataFolder folder = FindDataFolder(named, programFolder, UserDataFolder());
   try {
-    PrepareDataFolder(folder);
+    DoBusy(nullptr, EditorApplication::tr("Still preparing the folder of the projector data base."),
+           [&folder] { PrepareDataFolder(folder); });
   } catch (const FileError& error) {
     prompts.Show(nullptr, SorryAbout(error));
   }
@@ -100,16 +102,6 @@ std::unique_ptr<QSettings> MakeSettings(const Demonstration* demonstration) {
   if (demonstration == nullptr) return std::make_unique<QSettings>();
   const QString file = QString::fromStdString(PathToUtf8(demonstration->Folder() / "settings.ini"));
   return std::make_unique<QSettings>(file, QSettings::IniFormat);
-}
-
-void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std::string& what) {
-  const bool kept = editor.KeepWork();
-  const QString text = EditorApplication::tr("Something went wrong: %1").arg(QString::fromStdString(what));
-  const QString detail =
-      kept ? EditorApplication::tr("What you are working on is kept. The editor goes on.")
-           : EditorApplication::tr("What you are working on could not be kept: save it now.");
-  prompts.Show(QApplication::activeWindow(),
-               {text.toStdString(), "Sorry", MessageIcon::Exclamation, detail.toStdString()});
 }
 
 }  // namespace
@@ -186,12 +178,23 @@ int WriteSheetOnly(int& argc, char** argv) {
     WorkLog log(
         WorkLogFolder(arguments.DataFolder ? arguments.DataFolder : DataFolderVariable(), UserDataFolder()));
     const QString html = SheetHtml(ReadConfiguration(file), file, log, CommissionedBy(QSettings()));
-    WriteSheet(html, ToPath(arguments.Sheet));
+    const std::filesystem::path sheet = ToPath(arguments.Sheet);
+    WriteFileSafely(sheet, SheetFor(html, sheet));
     return 0;
   } catch (const FileError& error) {
     std::cerr << "cannot " << error.Operation() << ": " << error.Reason() << "\n";
     return 1;
   }
+}
+
+void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std::string& what) {
+  const bool kept = editor.KeepWork();
+  const QString text = EditorApplication::tr("Something went wrong: %1").arg(QString::fromStdString(what));
+  const QString detail =
+      kept ? EditorApplication::tr("What you are working on is kept. The editor goes on.")
+           : EditorApplication::tr("What you are working on could not be kept: save it now.");
+  prompts.Show(QApplication::activeWindow(),
+               {text.toStdString(), "Sorry", MessageIcon::Exclamation, detail.toStdString()});
 }
 
 int RunEditor(EditorApplication& application) {

@@ -7,10 +7,13 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
 namespace qdm {
 
 class EditorApplication;
+class ProjectorPanelEditor;
+class UserPrompts;
 
 struct StartArguments {
   bool Demo = false;
@@ -31,6 +34,9 @@ void TellWhatIsAsked(int& argc, char** argv);
 bool SheetIsAsked(int argc, char** argv);
 // Writes it; what went wrong goes to the error stream. Exit status of the program.
 int WriteSheetOnly(int& argc, char** argv);
+
+// What becomes of an exception that nobody caught: the unsaved work is kept and the user told.
+void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std::string& what);
 
 // Exit status of the program.
 int RunEditor(EditorApplication& application);

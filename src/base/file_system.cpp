@@ -22,8 +22,10 @@ std::error_code Do(FileStep step, const std::filesystem::path& path, const Call&
 
 }  // namespace
 
+FileStepHook FileStepHookScope::Current() { return theHook != nullptr ? *theHook : FileStepHook(); }
+
 FileStepHookScope::FileStepHookScope(FileStepHook hook) : hook_(std::move(hook)), outer_(theHook) {
-  theHook = &hook_;
+  if (hook_) theHook = &hook_;
 }
 
 FileStepHookScope::~FileStepHookScope() { theHook = outer_; }

@@ -36,6 +36,9 @@ using FileStepHook = std::function<int(FileStep step, const std::filesystem::pat
 // In force while it lives, in its own thread.
 class FileStepHookScope {
  public:
+  // The one that is in force, for a thread that goes on with this one's work; empty when there is none.
+  static FileStepHook Current();
+
   explicit FileStepHookScope(FileStepHook hook);
   ~FileStepHookScope();
   FileStepHookScope(const FileStepHookScope&) = delete;

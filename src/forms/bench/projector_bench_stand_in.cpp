@@ -3,6 +3,7 @@
 
 #include "base/file_access.h"
 #include "forms/bench/bench_table.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
@@ -109,7 +110,8 @@ void ProjectorBench::SaveList_Click() {
   if (!file) return;
   const std::string text = ListText(*standIn_, listenedFrom_);
   try {
-    WriteFileSafely(ToPath(*file), ByteView(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+    DoBusy(this, tr("Still writing %1.").arg(*file),
+           [&] { WriteFileSafely(ToPath(*file), Bytes(text.begin(), text.end())); });
     SetStatus(tr("Saved %1").arg(*file));
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));

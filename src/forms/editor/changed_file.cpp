@@ -2,6 +2,7 @@
 
 #include "config/configuration_file.h"
 #include "config/configuration_words.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 
@@ -15,7 +16,9 @@
 namespace qdm {
 namespace {
 
-constexpr std::size_t kMostLines = 15;  // of differences in a box
+// Of differences in a box, which has to fit the smallest screen.
+constexpr std::size_t kMostLines = 10;
+constexpr int kMostLetters = 110;  // of one
 
 struct Texts {
   Q_DECLARE_TR_FUNCTIONS(qdm::ChangedFile)
@@ -30,9 +33,12 @@ QString InWords(const PanelConfiguration& mine, const PanelConfiguration& theirs
       lines << Texts::tr("and %n more", nullptr, static_cast<int>(differences.size() - kMostLines));
       break;
     }
-    lines << Texts::tr("%1: mine %2, theirs %3")
-                 .arg(QString::fromStdString(difference.Field), QString::fromStdString(difference.First),
-                      QString::fromStdString(difference.Second));
+    QString line =
+        Texts::tr("%1: mine %2, theirs %3")
+            .arg(QString::fromStdString(difference.Field), QString::fromStdString(difference.First),
+                 QString::fromStdString(difference.Second));
+    if (line.size() > kMostLetters) line = line.left(kMostLetters - 1) + QChar(0x2026);
+    lines << line;
   }
   return lines.join(QLatin1String("\r\n"));
 }
@@ -47,8 +53,9 @@ Message Question(const QString& text, const QString& detail = {}) {
 SavingOver AskBeforeSavingOver(UserPrompts& prompts, QWidget* parent, const QString& fileName,
                                const PanelConfiguration& asItWas, const PanelConfiguration& mine) {
   using State = ConfigurationOnDisk::State;
-  const ConfigurationOnDisk onDisk = LookAgain(ToPath(fileName), asItWas);
   const QFileInfo file(fileName);
+  const ConfigurationOnDisk onDisk = DoBusy(parent, Texts::tr("Still reading %1.").arg(file.fileName()),
+                                            [&] { return LookAgain(ToPath(fileName), asItWas); });
   const QString folder = QDir::toNativeSeparators(file.absolutePath());
   if (onDisk.Is == State::AsItWas) return SavingOver::Mine;
   if (onDisk.Is == State::Changed) {

@@ -3,8 +3,9 @@
 #include "forms/editor/projector_panel_editor.h"
 
 #include "forms/editor/recent_files.h"
+#include "forms/projectors/save_library.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/window_place.h"
-#include "projectors/library_file.h"
 #include "ui_projector_panel_editor.h"
 
 #include <QApplication>
@@ -201,21 +202,11 @@ void ProjectorPanelEditor::changeEvent(QEvent* event) {
 }
 
 void ProjectorPanelEditor::ReadLibraryAgain() {
-  ProjectorLibrary& library = globals_.ProjectorDatabase;
-  if (QApplication::activeModalWidget() != nullptr || library.Changed()) return;
-  if (!ChangedOnDisk(globals_.DataFolder, library)) return;
-  std::vector<Message> messages;
-  try {
-    ProjectorLibrary fresh;
-    messages = LoadProjectorDatabase(globals_.DataFolder, fresh);
-    library = std::move(fresh);
-  } catch (const FileError& error) {
-    return ShowStatus(QString::fromUtf8(error.what()));
-  }
+  if (QApplication::activeModalWidget() != nullptr) return;
+  if (!qdm::ReadLibraryAgain(globals_, prompts_, this)) return;
   RebuildTree();
   ShowProjector();
   ShowStatus(tr("The projectors were changed by another program and have been read again"));
-  for (const Message& message : messages) prompts_.Show(this, message);
 }
 
 void ProjectorPanelEditor::closeEvent(QCloseEvent* event) {
@@ -229,7 +220,7 @@ void ProjectorPanelEditor::closeEvent(QCloseEvent* event) {
 }
 
 void ProjectorPanelEditor::dragEnterEvent(QDragEnterEvent* event) {
-  if (!DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (!BusyWork::Underway() && !DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
 
 // A box inside the drop would hold up the program that the file came from.

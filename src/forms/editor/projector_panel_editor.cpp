@@ -12,7 +12,6 @@
 #include "forms/projectors/save_library.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
-#include "projectors/library_file.h"
 #include "ui_projector_panel_editor.h"
 
 #include <QDir>
@@ -47,13 +46,7 @@ QString NameAndFolder(const QString& fileName) {
 
 void ProjectorPanelEditor::Form_Load() {
   RefreshTitle();
-  try {
-    for (const Message& message : LoadProjectorDatabase(globals_.DataFolder, globals_.ProjectorDatabase)) {
-      prompts_.Show(this, message);
-    }
-  } catch (const FileError& error) {
-    prompts_.Show(this, SorryAbout(error));
-  }
+  LoadLibrary(globals_, prompts_, this);
   RebuildTree();
   ShowRecordInControls();
 }
@@ -122,8 +115,8 @@ bool ProjectorPanelEditor::SaveAs() {
 
 bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
   try {
-    const auto slow = [this, &fileName] { ShowStatus(tr("Still saving %1").arg(NameAndFolder(fileName))); };
-    DoBusy([&] { WriteConfiguration(ToPath(fileName), record_, tail); }, slow);
+    DoBusy(this, tr("Still saving %1.").arg(NameAndFolder(fileName)),
+           [&] { WriteConfiguration(ToPath(fileName), record_, tail); });
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
     return false;
@@ -145,10 +138,8 @@ bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
 
 bool ProjectorPanelEditor::OpenConfiguration(const QString& fileName) {
   try {
-    const auto slow = [this, &fileName] { ShowStatus(tr("Still opening %1").arg(NameAndFolder(fileName))); };
-    PanelConfiguration read;
-    DoBusy([&] { read = ReadConfiguration(ToPath(fileName)); }, slow);
-    record_ = read;
+    record_ = DoBusy(this, tr("Still opening %1.").arg(NameAndFolder(fileName)),
+                     [&] { return ReadConfiguration(ToPath(fileName)); });
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
     return false;
@@ -224,7 +215,8 @@ void ProjectorPanelEditor::Download() {
 
 // Never asks, unless what was not saved cannot be kept in a file of its own.
 void ProjectorPanelEditor::Exit() {
-  if (!KeepWork()) {
+  const QString slow = tr("Still keeping what is not saved.");
+  if (!KeepWorkBy([&](const auto& write) { DoBusy(this, slow, write); })) {
     const QString question = tr("What is not saved cannot be kept in %1.");
     const QString folder = QString::fromStdString(PathToUtf8(globals_.DataFolder));
     if (prompts_.Choose(
@@ -239,12 +231,21 @@ void ProjectorPanelEditor::Exit() {
 }
 
 bool ProjectorPanelEditor::KeepWork() noexcept {
+  return KeepWorkBy([](const auto& write) { write(); });
+}
+
+// What was kept before goes once the new is there.
+bool ProjectorPanelEditor::KeepWorkBy(
+    const std::function<void(const std::function<void()>& write)>& run) noexcept {
   try {
     const PanelConfiguration shown = RecordAsShown();
-    if (!Modified() || kept_ == shown) return true;
+    if (!Modified() || (kept_ == shown && QFileInfo::exists(keptFile_))) return true;
+    std::filesystem::path file;
+    run([&] { file = WriteUnsavedWork(globals_.DataFolder, shown); });
     DropKeptFile();
-    keptFile_ = KeepUnsavedWork(globals_.DataFolder, shown, settings_);
+    keptFile_ = QString::fromStdString(PathToUtf8(file));
     kept_ = shown;
+    NoteKeptWork(keptFile_, settings_);
     recentFiles_->Add(keptFile_);
     return true;
   } catch (...) {
@@ -256,8 +257,18 @@ bool ProjectorPanelEditor::KeepWork() noexcept {
 void ProjectorPanelEditor::DropKeptFile() {
   kept_.reset();
   if (keptFile_.isEmpty()) return;
-  recentFiles_->Remove(keptFile_);
-  DiscardKeptWork(std::exchange(keptFile_, {}), settings_);
+  Discard(std::exchange(keptFile_, {}));
+}
+
+// A file that cannot be deleted is offered again.
+bool ProjectorPanelEditor::Discard(const QString& keptFile) {
+  try {
+    DiscardKeptWork(keptFile, settings_);
+  } catch (const FileError&) {
+    return false;
+  }
+  recentFiles_->Remove(keptFile);
+  return true;
 }
 
 void ProjectorPanelEditor::OfferKeptWork() {
@@ -272,8 +283,9 @@ void ProjectorPanelEditor::OfferKeptWork() {
         ForgetKeptWork(file, settings_);
         return;  // the others at the next start: one configuration is open at a time
       case 2:
-        DiscardKeptWork(file, settings_);
-        recentFiles_->Remove(file);
+        if (!Discard(file)) {
+          ShowStatus(tr("%1 could not be deleted").arg(NameAndFolder(file)));
+        }
         break;
       default:
         break;

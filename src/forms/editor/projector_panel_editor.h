@@ -56,7 +56,8 @@ class ProjectorPanelEditor : public QMainWindow {
   void OpenNamedFile(QString commandLine, const QStringList& others = {});
   // Asks what is to become of work that was kept when the editor ended, until it is opened or discarded.
   void OfferKeptWork();
-  // Keeps what is not saved in a file of its own, once. False, without a word, when that is impossible.
+  // Keeps what is not saved in a file of its own, once. False, without a word, when that is impossible. Shows
+  // nothing and runs no event.
   bool KeepWork() noexcept;
   // For who ends the program: closing asks nothing from here on.
   void LeaveUnasked() { exiting_ = true; }
@@ -111,6 +112,8 @@ class ProjectorPanelEditor : public QMainWindow {
   void ShowProjector();
   void RefreshTitle();
 
+  // `run` runs what writes the file.
+  bool KeepWorkBy(const std::function<void(const std::function<void()>& write)>& run) noexcept;
   // False when the user wants to stay with what is there.
   bool MayDiscard();
   bool OpenConfiguration(const QString& fileName);
@@ -118,6 +121,7 @@ class ProjectorPanelEditor : public QMainWindow {
   void BecomeFile(const QString& fileName);
   QString StartFolder() const;
   void DropKeptFile();
+  bool Discard(const QString& keptFile);
   void RebuildTree();
   void ReadLibraryAgain();
   void ImportProjectors(const QString& fileName);

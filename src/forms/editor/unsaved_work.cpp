@@ -1,8 +1,10 @@
 #include "forms/editor/unsaved_work.h"
 
 #include "config/configuration_file.h"
+#include "forms/shared/qt_text.h"
 
-#include <QFile>
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -12,42 +14,68 @@
 namespace qdm {
 namespace {
 
-const QString kKey = QStringLiteral("unsavedWork");
+// A key for each file: two editors that end at the same moment keep theirs side by side.
+const QString kGroup = QStringLiteral("unsavedWork");
+
+// A name that is this program's alone, as an empty file.
+std::filesystem::path TakenName(const std::filesystem::path& folder) {
+  for (int number = 1;; ++number) {
+    const std::filesystem::path file =
+        folder / (number == 1 ? "Unsaved.BVC" : "Unsaved " + std::to_string(number) + ".BVC");
+    FileHandle handle;
+    const std::error_code error = file_system::Create(file, file_system::Privacy::AsUsual, handle);
+    if (!error) return file;
+    if (error != std::errc::file_exists) throw FileError(file, "write", error);
+  }
+}
 
 }  // namespace
 
-QString KeepUnsavedWork(const std::filesystem::path& folder, const PanelConfiguration& configuration,
-                        QSettings& settings) {
-  std::filesystem::path file = folder / "Unsaved.BVC";
-  // A name that cannot be looked at is left to the writing, which says why.
-  std::error_code error;
-  for (int number = 2; std::filesystem::exists(file, error) && !error; ++number) {
-    file = folder / ("Unsaved " + std::to_string(number) + ".BVC");
+std::filesystem::path WriteUnsavedWork(const std::filesystem::path& folder,
+                                       const PanelConfiguration& configuration) {
+  std::filesystem::path file = TakenName(folder);
+  try {
+    WriteConfiguration(file, configuration, OldTail::Dropped);
+  } catch (const FileError&) {
+    static_cast<void>(file_system::Remove(file));
+    throw;
   }
-  WriteConfiguration(file, configuration, OldTail::Dropped);
-  const QString name = QString::fromStdString(PathToUtf8(file));
-  settings.setValue(kKey, QStringList(name) + settings.value(kKey).toStringList());
+  return file;
+}
+
+void NoteKeptWork(const QString& fileName, QSettings& settings) {
+  const QString key = QStringLiteral("%1-%2-%3")
+                          .arg(QDateTime::currentMSecsSinceEpoch(), 15, 10, QLatin1Char('0'))
+                          .arg(QCoreApplication::applicationPid())
+                          .arg(QFileInfo(fileName).completeBaseName());
+  settings.setValue(kGroup + QLatin1Char('/') + key, fileName);
   settings.sync();  // nobody knows how long the program still has
-  return name;
 }
 
 QStringList KeptWork(QSettings& settings) {
   QStringList kept;
-  for (const QString& file : settings.value(kKey).toStringList()) {
-    if (QFileInfo::exists(file)) kept << file;
+  settings.beginGroup(kGroup);
+  QStringList keys = settings.childKeys();
+  keys.sort();  // by time
+  for (const QString& key : keys) {
+    const QString file = settings.value(key).toString();
+    if (QFileInfo::exists(file)) kept.prepend(file);
   }
+  settings.endGroup();
   return kept;
 }
 
 void ForgetKeptWork(const QString& fileName, QSettings& settings) {
-  QStringList kept = settings.value(kKey).toStringList();
-  kept.removeAll(fileName);
-  settings.setValue(kKey, kept);
+  settings.beginGroup(kGroup);
+  for (const QString& key : settings.childKeys()) {
+    if (settings.value(key) == fileName) settings.remove(key);
+  }
+  settings.endGroup();
 }
 
 void DiscardKeptWork(const QString& fileName, QSettings& settings) {
+  RemoveFile(ToPath(fileName));
   ForgetKeptWork(fileName, settings);
-  QFile::remove(fileName);
 }
 
 }  // namespace qdm

@@ -14,15 +14,17 @@ namespace qdm {
 
 struct PanelConfiguration;
 
-// "Unsaved.BVC", "Unsaved 2.BVC", ...; gives the file's name. FileError when it cannot be written.
-QString KeepUnsavedWork(const std::filesystem::path& folder, const PanelConfiguration& configuration,
-                        QSettings& settings);
+// "Unsaved.BVC", "Unsaved 2.BVC", ...; gives the file. FileError when it cannot be written.
+std::filesystem::path WriteUnsavedWork(const std::filesystem::path& folder,
+                                       const PanelConfiguration& configuration);
+// The next start offers it.
+void NoteKeptWork(const QString& fileName, QSettings& settings);
 
 // The files that wait for somebody, newest first.
 QStringList KeptWork(QSettings& settings);
 // It has been opened; the file stays.
 void ForgetKeptWork(const QString& fileName, QSettings& settings);
-// It is no longer wanted, or has been saved under a name: the file goes as well.
+// It is no longer wanted, or has been saved under a name: the file goes as well. FileError when it does not.
 void DiscardKeptWork(const QString& fileName, QSettings& settings);
 
 }  // namespace qdm

@@ -2,6 +2,7 @@
 
 #include "base/code_page.h"
 #include "base/file_access.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "projectors/manual_draft.h"
 
@@ -106,7 +107,8 @@ void PageReader::Read(const QString& fileName) {
 
 void PageReader::ReadTextFile() {
   try {
-    const std::vector<std::uint8_t> bytes = ReadWholeFile(ToPath(file_));
+    const Bytes bytes =
+        DoBusy(nullptr, tr("Still reading %1.").arg(Name()), [this] { return ReadWholeFile(ToPath(file_)); });
     if (bytes.size() > kLargestText) return Fail(tr("%1 is too large for a page of a manual.").arg(Name()));
     const QString text = WithLineFeeds(
         Decoded({reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())}));

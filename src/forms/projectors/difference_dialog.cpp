@@ -54,9 +54,11 @@ void DifferenceDialog::ShowDifferences(const ProjectorDefinition& first, const P
     for (const std::string& text : {difference.Field, difference.First, difference.Second}) {
       auto* item = new QTableWidgetItem(QString::fromStdString(text));
       item->setToolTip(item->text().toHtmlEscaped());
+      item->setTextAlignment(Qt::AlignLeft | Qt::AlignTop);
       table->setItem(row, column++, item);
     }
   }
+  table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);  // a long string is a tall row
   table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -2,6 +2,7 @@
 
 #include "config/panel_configuration.h"
 #include "forms/projectors/projector_replace_form.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 #include "projectors/projector_files.h"
@@ -9,8 +10,6 @@
 #include <QCoreApplication>
 #include <QStringList>
 
-#include <cstdint>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -60,10 +59,8 @@ class ConflictSettler {
 };
 
 // What is asked about a file whose length no file of definitions has; nothing when it may be one.
-std::optional<Message> Doubt(const std::filesystem::path& file) {
-  std::error_code unreadable;  // which reading will tell
-  const std::uintmax_t size = std::filesystem::file_size(file, unreadable);
-  if (unreadable || size % kStoredProjectorSize == 0) return std::nullopt;
+std::optional<Message> Doubt(const std::filesystem::path& file, std::size_t size) {
+  if (size % kStoredProjectorSize == 0) return std::nullopt;
   const QString name = QString::fromStdString(PathToUtf8(file.filename()));
   const QString text =
       size == kStoredConfigurationSize
@@ -99,9 +96,13 @@ QString TextOf(const ImportResult& result, bool stopped) {
 ImportedFile ImportProjectorFile(Globals& globals, UserPrompts& prompts, QWidget* parent,
                                  const std::filesystem::path& file) {
   try {
-    const std::optional<Message> doubt = Doubt(file);
+    const QString slow =
+        Import::tr("Still reading %1.").arg(QString::fromStdString(PathToUtf8(file.filename())));
+    const std::optional<Message> doubt =
+        Doubt(file, DoBusy(parent, slow, [&file] { return SizeToRead(file); }));
     if (doubt && !prompts.AskYesNo(parent, *doubt)) return {};
-    std::vector<ProjectorDefinition> definitions = ReadDefinitions(file);
+    std::vector<ProjectorDefinition> definitions =
+        DoBusy(parent, slow, [&file] { return ReadDefinitions(file); });
     ConflictSettler conflicts(globals, prompts, parent,
                               CountConflicts(definitions, globals.ProjectorDatabase));
     const ImportResult result = ImportDefinitions(

@@ -6,6 +6,7 @@
 #include "forms/projectors/new_name_form.h"
 #include "forms/projectors/projector_import.h"
 #include "forms/projectors/save_library.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
@@ -14,6 +15,7 @@
 #include "ui_projector_selector.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QItemSelectionModel>
 #include <QKeySequence>
 #include <QScopedValueRollback>
@@ -298,7 +300,8 @@ void ProjectorSelector::Export() {
   definitions.reserve(elements.size());
   for (const std::size_t element : elements) definitions.push_back(globals_.ProjectorDatabase[element]);
   try {
-    ExportDefinitions(ToPath(*file), definitions);
+    DoBusy(this, tr("Still writing %1.").arg(QFileInfo(*file).fileName()),
+           [&] { ExportDefinitions(ToPath(*file), definitions); });
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
     return;

@@ -2,7 +2,7 @@
 
 #include "base/file_access.h"
 #include "forms/projectors/library_conflict_form.h"
-#include "forms/projectors/library_wait_form.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 #include "projectors/library_file.h"
@@ -21,9 +21,37 @@ struct SaveResult {
   std::optional<Message> Failure;  // neither: a conflict was left undecided
 };
 
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(qdm::SaveLibrary)
+};
+
+// Told once the window that tells is there; until the user gives up.
+LibraryPatience PatienceOf(BusyWork& busy) {
+  LibraryPatience patience;
+  patience.KeepWaiting = [&busy](const std::string& owner, LibraryPatience::Milliseconds) {
+    return busy.KeepWaiting(
+        owner.empty() ? Texts::tr("Another program is saving the projector data base. It is waited for.")
+                      : Texts::tr("The projector data base is in use by %1. It is waited for.")
+                            .arg(QString::fromStdString(owner)));
+  };
+  return patience;
+}
+
+// The windows show the library meanwhile: a copy is worked on.
 LibrarySaved SaveOrFindConflicts(Globals& globals, QWidget* parent) {
-  LibraryWaitForm wait(parent);
-  return SaveProjectorDatabase(globals.DataFolder, globals.ProjectorDatabase, wait.Patience());
+  BusyWork busy(parent, Texts::tr("Still saving the projector data base."));
+  ProjectorLibrary library = globals.ProjectorDatabase;
+  LibrarySaved saved;
+  busy.Do([&] { saved = SaveProjectorDatabase(globals.DataFolder, library, PatienceOf(busy)); });
+  globals.ProjectorDatabase = std::move(library);
+  return saved;
+}
+
+std::vector<Message> LoadInto(ProjectorLibrary& library, const Globals& globals, QWidget* parent) {
+  BusyWork busy(parent, Texts::tr("Still reading the projector data base."));
+  std::vector<Message> messages;
+  busy.Do([&] { messages = LoadProjectorDatabase(globals.DataFolder, library, PatienceOf(busy)); });
+  return messages;
 }
 
 SaveResult Save(Globals& globals, UserPrompts& prompts, QWidget* parent) {
@@ -52,10 +80,9 @@ bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
   SaveResult result = Save(globals, prompts, window);
   if (!result.Failure) return result.Saved;
   if (!globals.ProjectorDatabase.Changed()) {
-    globals.LibraryNotice =
-        QCoreApplication::translate("qdm::SaveLibrary", "The data base is unchanged and was not saved: %1")
-            .arg(QString::fromStdString(result.Failure->Text))
-            .toStdString();
+    globals.LibraryNotice = Texts::tr("The data base is unchanged and was not saved: %1")
+                                .arg(QString::fromStdString(result.Failure->Text))
+                                .toStdString();
     return true;
   }
   result.Failure->Text +=
@@ -64,19 +91,30 @@ bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
   return prompts.AskYesNo(window, *result.Failure);
 }
 
-bool ReadLibraryAgain(Globals& globals, UserPrompts& prompts, QWidget* parent) {
-  if (globals.ProjectorDatabase.Changed()) return false;
-  if (!ChangedOnDisk(globals.DataFolder, globals.ProjectorDatabase)) return false;
+void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent) {
   try {
-    LibraryWaitForm wait(parent);
-    ProjectorLibrary fresh;
-    const std::vector<Message> messages = LoadProjectorDatabase(globals.DataFolder, fresh, wait.Patience());
-    globals.ProjectorDatabase = std::move(fresh);
+    const std::vector<Message> messages = LoadInto(globals.ProjectorDatabase, globals, parent);
     for (const Message& message : messages) prompts.Show(parent, message);
-    return true;
+  } catch (const FileError& error) {
+    prompts.Show(parent, SorryAbout(error));
+  }
+}
+
+bool ReadLibraryAgain(Globals& globals, UserPrompts& prompts, QWidget* parent) {
+  if (BusyWork::Underway() || globals.ProjectorDatabase.Changed()) return false;
+  const bool changed = DoBusy(parent, Texts::tr("Still looking at the projector data base."),
+                              [&] { return ChangedOnDisk(globals.DataFolder, globals.ProjectorDatabase); });
+  if (!changed) return false;
+  std::vector<Message> messages;
+  try {
+    ProjectorLibrary fresh;
+    messages = LoadInto(fresh, globals, parent);
+    globals.ProjectorDatabase = std::move(fresh);
   } catch (const FileError&) {
     return false;  // the library at hand is as good as it was; saving it will tell
   }
+  for (const Message& message : messages) prompts.Show(parent, message);
+  return true;
 }
 
 }  // namespace qdm

@@ -19,6 +19,9 @@ bool SaveLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent);
 // may close.
 bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window);
 
+// At the start. Failures are told and leave an empty library.
+void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent);
+
 // Takes what others saved, as long as nothing was changed here. True when the library is another one now.
 bool ReadLibraryAgain(Globals& globals, UserPrompts& prompts, QWidget* parent);
 

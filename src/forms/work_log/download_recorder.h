@@ -3,12 +3,15 @@
 #pragma once
 
 #include "base/file_access.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/user_prompts.h"
 #include "line/serial_port.h"
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
 #include <optional>
+
+#include <QCoreApplication>
 
 namespace qdm {
 
@@ -33,7 +36,10 @@ class DownloadRecorder {
 
   void Write(QWidget* parent, const PanelConfiguration& configuration, const PanelImage& image,
              const FinishedDownload& download) {
-    for (const Message& message : Record(log_, configuration, image, download)) {
+    const auto messages =
+        DoBusy(parent, QCoreApplication::translate("qdm::WorkLog", "Still writing the work log."),
+               [&] { return Record(log_, configuration, image, download); });
+    for (const Message& message : messages) {
       if (!told_) prompts_.Show(parent, message);
       told_ = true;
     }

@@ -5,8 +5,10 @@
 #include "config/configuration_sentences.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/download/download_words.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
+#include "forms/work_log/read_entries.h"
 #include "forms/work_log/work_log_model.h"
 #include "panels/frame.h"
 #include "ui_rooms_form.h"
@@ -165,8 +167,11 @@ void RoomsForm::Folder_Click() {
 void RoomsForm::ReadFolder() {
   rooms_.clear();
   try {
-    const std::vector<WorkLogEntry> entries = tools_.Log.Entries();
-    if (!folder_.isEmpty()) rooms_ = RoomsIn(ToPath(folder_), RoomHistories(entries));
+    const std::vector<WorkLogEntry> entries = ReadEntries(tools_.Log, this);
+    if (!folder_.isEmpty()) {
+      rooms_ = DoBusy(this, tr("Still reading %1.").arg(folder_),
+                      [&] { return RoomsIn(ToPath(folder_), RoomHistories(entries)); });
+    }
   } catch (const FileError& error) {
     tools_.Prompts.Show(this, SorryAbout(error));
   }
@@ -345,7 +350,8 @@ void RoomsForm::TakeDefinitions_Click() {
     return;
   for (const OutdatedRoom& outdated : rooms) {
     try {
-      TakeDefinition(rooms_[outdated.Room], definition);
+      Room& room = rooms_[outdated.Room];
+      DoBusy(this, tr("Still writing %1.").arg(ToText(room.Name)), [&] { TakeDefinition(room, definition); });
     } catch (const FileError& error) {
       tools_.Prompts.Show(this, SorryAbout(error));
     }

@@ -2,10 +2,12 @@
 
 #include "base/file_access.h"
 #include "forms/controls/screen_fit.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/work_log/sheet_pages.h"
 
+#include <QFileInfo>
 #include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -83,7 +85,8 @@ SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesys
 
 void SheetForm::By_Change() {
   KeepCommissionedBy(settings_, By->text());
-  html_ = SheetHtml(configuration_, file_, log_, By->text());
+  html_ = DoBusy(this, tr("Still reading the work log."),
+                 [&, by = By->text()] { return SheetHtml(configuration_, file_, log_, by); });
   preview_->updatePreview();
 }
 
@@ -98,7 +101,10 @@ void SheetForm::Save_Click(const char* filter) {
   const std::optional<QString> chosen = prompts_.SaveFile(this, filter, FolderOf(file_));
   if (!chosen) return;
   try {
-    WriteSheet(html_, ToPath(*chosen));
+    const std::filesystem::path file = ToPath(*chosen);
+    const Bytes sheet = SheetFor(html_, file);
+    DoBusy(this, tr("Still writing %1.").arg(QFileInfo(*chosen).fileName()),
+           [&] { WriteFileSafely(file, sheet); });
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
   }

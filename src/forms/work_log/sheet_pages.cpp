@@ -98,16 +98,14 @@ void PrintSheet(const QString& html, QPagedPaintDevice& pages) {
   document.print(&pages);
 }
 
-void WriteSheet(const QString& html, const std::filesystem::path& file) {
+Bytes SheetFor(const QString& html, const std::filesystem::path& file) {
   const QString ending = QString::fromStdString(PathToUtf8(file.extension())).toLower();
   if (ending == QLatin1String(".html")) {
     const QByteArray text = html.toUtf8();
-    WriteFileSafely(file, Bytes(text.begin(), text.end()));
-  } else if (ending == QLatin1String(".pdf")) {
-    WriteFileSafely(file, PdfOf(html));
-  } else {
-    throw FileError(file, "write", "a sheet ends in .pdf or .html");
+    return Bytes(text.begin(), text.end());
   }
+  if (ending == QLatin1String(".pdf")) return PdfOf(html);
+  throw FileError(file, "write", "a sheet ends in .pdf or .html");
 }
 
 QString CommissionedBy(const QSettings& settings) { return settings.value(kByKey).toString(); }

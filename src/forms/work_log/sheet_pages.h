@@ -23,8 +23,8 @@ QString SheetHtml(const PanelConfiguration& configuration, const std::filesystem
 // A4, with margins.
 void PrintSheet(const QString& html, QPagedPaintDevice& pages);
 
-// By the ending, ".pdf" or ".html" in either case. FileError for another one and where it cannot be written.
-void WriteSheet(const QString& html, const std::filesystem::path& file);
+// What the file is to hold, by its ending: ".pdf" or ".html" in either case. FileError for another one.
+Bytes SheetFor(const QString& html, const std::filesystem::path& file);
 
 // Who commissions: asked once, kept in the settings.
 QString CommissionedBy(const QSettings& settings);

@@ -4,11 +4,14 @@
 #include "config/configuration_file.h"
 #include "config/configuration_words.h"
 #include "forms/controls/screen_fit.h"
+#include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
+#include "forms/work_log/read_entries.h"
 #include "forms/work_log/work_log_model.h"
 #include "ui_work_log_form.h"
 
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QShortcut>
 #include <QTimer>
@@ -87,6 +90,7 @@ void WorkLogForm::Form_Load() {
 }
 
 void WorkLogForm::LoadRest() {
+  if (BusyWork::Underway()) return QTimer::singleShot(kRestAfter, this, &WorkLogForm::LoadRest);
   if (std::exchange(whole_, true)) return;
   const int row = ui_->Entries->currentIndex().row();
   Read(kAllEntries);
@@ -96,7 +100,7 @@ void WorkLogForm::LoadRest() {
 
 void WorkLogForm::Read(std::size_t atMost) {
   try {
-    model_->SetEntries(log_.Entries(atMost));
+    model_->SetEntries(ReadEntries(log_, this, atMost));
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
   }
@@ -150,7 +154,8 @@ std::optional<PanelConfiguration> WorkLogForm::SelectedConfiguration() {
   const WorkLogEntry* entry = Selected();
   if (entry == nullptr) return std::nullopt;
   try {
-    const std::optional<Bytes> stored = log_.ConfigurationOf(entry->Number);
+    const std::optional<Bytes> stored =
+        DoBusy(this, tr("Still reading the work log."), [&] { return log_.ConfigurationOf(entry->Number); });
     if (stored && stored->size() == kStoredConfigurationSize) {
       PanelConfiguration configuration;
       Decode(*stored, configuration);
@@ -173,7 +178,9 @@ void WorkLogForm::Compare_Click() {
   if (!then) return;
   try {
     const QString file = QString::fromStdString(Selected()->File);
-    const std::vector<DifferenceText> changes = DifferencesInWords(*then, ReadConfiguration(ToPath(file)));
+    const PanelConfiguration now = DoBusy(this, tr("Still reading %1.").arg(QFileInfo(file).fileName()),
+                                          [&] { return ReadConfiguration(ToPath(file)); });
+    const std::vector<DifferenceText> changes = DifferencesInWords(*then, now);
     ui_->Details->setPlainText(changes.empty() ? tr("%1 is as it was sent.").arg(file)
                                                : tr("What has changed in %1:").arg(file) + QLatin1Char('\n') +
                                                      Lines(changes));
@@ -195,7 +202,8 @@ void WorkLogForm::Export_Click() {
   if (!file) return;
   try {
     const QByteArray text = model_->AsCsv().toUtf8();
-    WriteFileSafely(ToPath(*file), Bytes(text.begin(), text.end()));
+    DoBusy(this, tr("Still writing %1.").arg(QFileInfo(*file).fileName()),
+           [&] { WriteFileSafely(ToPath(*file), Bytes(text.begin(), text.end())); });
   } catch (const FileError& error) {
     prompts_.Show(this, SorryAbout(error));
   }

@@ -7,6 +7,7 @@
 #include "forms/projectors/library_fixture.h"
 #include "forms/projectors/projector_tree.h"
 #include "forms/shared/qt_text.h"
+#include "support/slow_disk.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -607,6 +608,38 @@ TEST_F(Editor, ExitsAtOnceAndKeepsWhatWasNotSaved) {
   for (const bool stays : {true, false}) {
     Press("EXIT");
     EXPECT_EQ(window_->isVisible(), stays);
+  }
+}
+
+TEST_F(Editor, SaysWhatTakesSoLongWheneverItTouchesAFile) {
+  Put({Named("ACME", "X 1", 1)});
+  ExportDefinitions(folder_ / "New.BVD", {Named("ACME", "X 1", 1)});
+  const QString file = Write("Room.BVC");
+  const struct {
+    FileStep Step;
+    const char* Path;
+    const char* Told;
+    std::function<void()> Do;
+  } cases[] = {
+      {FileStep::Open, "Projectors.DEF", "Still reading the projector data base.", [this] { Start(); }},
+      {FileStep::Open, "Room.BVC", "Still opening Room.BVC",
+       [&] {
+         prompts_.Files = {file};
+         Press("OPEN");
+       }},
+      {FileStep::Open, "Room.BVC", "Still reading Room.BVC.", [this] { Press("SAVE"); }},
+      {FileStep::Flush, ".qdm-", "Still saving Room.BVC", [this] { Press("SAVE"); }},
+      {FileStep::Read, "New.BVD", "Still reading New.BVD.", [this] { Drop(Path("New.BVD")); }},
+      {FileStep::Create, "Unsaved.BVC", "Still keeping what is not saved.",
+       [this] {
+         ChangeSomething();
+         Press("EXIT");
+       }},
+  };
+  for (const auto& c : cases) {
+    const SlowDisk disk(c.Step, c.Path);
+    c.Do();
+    EXPECT_THAT(disk.Told(), testing::StartsWith(c.Told));
   }
 }
 

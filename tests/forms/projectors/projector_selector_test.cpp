@@ -1,9 +1,9 @@
 #include "forms/projectors/projector_selector.h"
 
-#include "forms/projectors/library_wait_form.h"
 #include "forms/projectors/projector_tree.h"
 #include "library_fixture.h"
 #include "projectors/definition_setup.h"
+#include "support/slow_disk.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -313,17 +313,37 @@ TEST_F(Selector, ClosesWithoutAskingWhereNothingWasChangedAndSaysWhyItWasNotSave
   EXPECT_THAT(globals_.LibraryNotice, testing::HasSubstr(PathToUtf8(files_.Library)));
 }
 
-TEST(LibraryWait, TellsAfterTwoSecondsWhoHoldsTheLibraryAndCanBeGivenUp) {
-  using std::chrono::milliseconds;
-  LibraryWaitForm wait(nullptr);
-  const LibraryPatience patience = wait.Patience();
-  EXPECT_TRUE(patience.KeepWaiting("anna", milliseconds(1980)));
-  EXPECT_FALSE(wait.isVisible());
-  EXPECT_TRUE(patience.KeepWaiting("anna", milliseconds(2000)));
-  EXPECT_THAT(Child<QLabel>(wait, "Owner").text().toStdString(), testing::HasSubstr("in use by anna"));
-  QTimer::singleShot(0, &wait, [&wait] { Click(wait, "GiveUp"); });
-  patience.Pause(milliseconds(1));
-  EXPECT_FALSE(patience.KeepWaiting("anna", milliseconds(2020)));
+TEST_F(Selector, SaysWhatTakesSoLongAndWhoHoldsTheLibraryAndLetsTheUserGiveUp) {
+  prompts_.Files = {QString::fromStdString((folder_ / "ACME.BVD").string())};
+  Select("ACME");
+  {
+    const SlowDisk disk(FileStep::Flush, ".qdm-");
+    Child<QAction>(form_, "EXPORT").trigger();
+    EXPECT_EQ(disk.Told(), "Still writing ACME.BVD.");
+  }
+  prompts_.Files = {QString::fromStdString((folder_ / "ACME.BVD").string())};
+  {
+    const SlowDisk disk(FileStep::Read, "ACME.BVD");
+    Child<QAction>(form_, "IMPORT").trigger();
+    EXPECT_EQ(disk.Told(), "Still reading ACME.BVD.");
+  }
+  {
+    const ImpatientScope impatient;
+    const auto held = FileLock::Try(files_.Lock);
+    QTimer user;
+    user.callOnTimeout([] {
+      QWidget* waiting = QApplication::activeModalWidget();
+      if (waiting == nullptr || !Child<QLabel>(*waiting, "What").text().contains("in use by")) return;
+      Click(*waiting, "GiveUp");
+    });
+    user.start(1);
+    form_.close();
+    EXPECT_THAT(globals_.LibraryNotice, testing::HasSubstr("in use by")) << "nothing was changed";
+  }
+  form_.show();
+  const SlowDisk disk(FileStep::Flush, "Projectors.TMP");
+  form_.close();
+  EXPECT_EQ(disk.Told(), "Still saving the projector data base.");
 }
 
 }  // namespace
