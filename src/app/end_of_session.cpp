@@ -110,8 +110,9 @@ void EndOfSession::CloseWindows() {
   QWidget* top = QApplication::activePopupWidget();
   if (top == nullptr) top = QApplication::activeModalWidget();
   if (top == nullptr || ++closings_ > kMostClosings) return QCoreApplication::quit();
-  top->close();
+  // Before it closes: it may open another one to ask something, and waits there.
   QTimer::singleShot(kBetweenClosings, this, &EndOfSession::CloseWindows);
+  top->close();
 }
 
 }  // namespace qdm

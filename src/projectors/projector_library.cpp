@@ -102,6 +102,18 @@ void ProjectorLibrary::MarkUnchanged(const LibraryFileState& file) {
   fileState_ = file;
 }
 
+std::vector<ProjectorDefinition> ProjectorLibrary::ChangedElements() const {
+  std::vector<ProjectorDefinition> changed;
+  if (originals_.empty()) return changed;
+  for (const ProjectorDefinition& element : elements_) {
+    const auto group = originals_.find(NameKey(element));
+    if (group == originals_.end()) continue;
+    const Group& before = group->second;
+    if (std::find(before.begin(), before.end(), element) == before.end()) changed.push_back(element);
+  }
+  return changed;
+}
+
 bool ProjectorLibrary::Changed() const {
   return std::any_of(originals_.begin(), originals_.end(), [this](const auto& original) {
     const std::u16string_view key = original.first;

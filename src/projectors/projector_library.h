@@ -80,6 +80,8 @@ class ProjectorLibrary {
   // False also when everything was changed back.
   bool Changed() const;
   const Originals& ChangedGroups() const { return originals_; }
+  // The elements that came or became others since then.
+  std::vector<ProjectorDefinition> ChangedElements() const;
 
   // Notes every single change from here on, in order, so that it can be undone; null ends it. Reading,
   // clearing and merging are none.

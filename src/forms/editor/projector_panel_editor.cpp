@@ -12,6 +12,7 @@
 #include "forms/projectors/save_library.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
+#include "projectors/projector_files.h"
 #include "ui_projector_panel_editor.h"
 
 #include <QDir>
@@ -21,6 +22,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -192,6 +194,14 @@ bool ProjectorPanelEditor::ShowUnsaved(const PanelConfiguration& configuration) 
 
 void ProjectorPanelEditor::EditProjector() {
   windows_.Selector(this);
+  // They are saved or were given up, unless the window had to close.
+  const ProjectorLibrary& library = globals_.ProjectorDatabase;
+  const bool saved = !library.Changed() && std::all_of(keptDefinitions_.begin(), keptDefinitions_.end(),
+                                                       [&library](const ProjectorDefinition& kept) {
+                                                         const auto element = library.FindProjector(kept);
+                                                         return element && library[*element] == kept;
+                                                       });
+  if (saved || !globals_.Leaving) DropKeptDefinitions();
   RebuildTree();
   if (!globals_.LibraryNotice.empty()) ShowStatus(QString::fromStdString(globals_.LibraryNotice));
   OfferNewVersion(globals_, prompts_, this, record_.Projector);
@@ -219,10 +229,10 @@ void ProjectorPanelEditor::Exit() {
   if (!KeepWorkBy([&](const auto& write) { DoBusy(this, slow, write); })) {
     const QString question = tr("What is not saved cannot be kept in %1.");
     const QString folder = QString::fromStdString(PathToUtf8(globals_.DataFolder));
-    if (prompts_.Choose(
-            this,
-            {question.arg(QDir::toNativeSeparators(folder)).toStdString(), "Sorry", MessageIcon::Exclamation},
-            {tr("&Exit anyway"), tr("&Stay")}, 1) == 1) {
+    if (prompts_.Choose(this,
+                        {question.arg(QDir::toNativeSeparators(folder)).toStdString(), "Sorry",
+                         MessageIcon::Exclamation, whyNotKept_},
+                        {tr("&Exit anyway"), tr("&Stay")}, 1) == 1) {
       return;
     }
   }
@@ -234,23 +244,48 @@ bool ProjectorPanelEditor::KeepWork() noexcept {
   return KeepWorkBy([](const auto& write) { write(); });
 }
 
-// What was kept before goes once the new is there.
-bool ProjectorPanelEditor::KeepWorkBy(
-    const std::function<void(const std::function<void()>& write)>& run) noexcept {
+bool ProjectorPanelEditor::KeepWorkBy(const Running& run) noexcept {
   try {
-    const PanelConfiguration shown = RecordAsShown();
-    if (!Modified() || (kept_ == shown && QFileInfo::exists(keptFile_))) return true;
-    std::filesystem::path file;
-    run([&] { file = WriteUnsavedWork(globals_.DataFolder, shown); });
-    DropKeptFile();
-    keptFile_ = QString::fromStdString(PathToUtf8(file));
-    kept_ = shown;
-    NoteKeptWork(keptFile_, settings_);
-    recentFiles_->Add(keptFile_);
-    return true;
+    try {
+      KeepConfiguration(run);
+      KeepDefinitions(run);
+      return true;
+    } catch (const FileError& error) {
+      whyNotKept_ = error.what();
+    }
   } catch (...) {
-    return false;
+    // Not even memory for the reason.
   }
+  return false;
+}
+
+// What was kept before goes once the new is there.
+void ProjectorPanelEditor::KeepConfiguration(const Running& run) {
+  const PanelConfiguration shown = RecordAsShown();
+  if (!Modified() || (kept_ == shown && QFileInfo::exists(keptFile_))) return;
+  std::filesystem::path file;
+  run([&] { file = WriteUnsavedWork(globals_.DataFolder, ".BVC", Encode(shown)); });
+  DropKeptFile();
+  keptFile_ = QString::fromStdString(PathToUtf8(file));
+  kept_ = shown;
+  NoteKeptWork(keptFile_, settings_);
+  recentFiles_->Add(keptFile_);
+}
+
+void ProjectorPanelEditor::KeepDefinitions(const Running& run) {
+  std::vector<ProjectorDefinition> unsaved = UnsavedDefinitions(globals_);
+  if (unsaved.empty() || unsaved == keptDefinitions_) return;
+  std::filesystem::path file;
+  run([&] { file = WriteUnsavedWork(globals_.DataFolder, ".BVD", EncodeDefinitions(unsaved)); });
+  DropKeptDefinitions();
+  keptDefinitionsFile_ = QString::fromStdString(PathToUtf8(file));
+  keptDefinitions_ = std::move(unsaved);
+  NoteKeptWork(keptDefinitionsFile_, settings_);
+}
+
+void ProjectorPanelEditor::DropKeptDefinitions() {
+  keptDefinitions_.clear();
+  if (!keptDefinitionsFile_.isEmpty()) Discard(std::exchange(keptDefinitionsFile_, {}));
 }
 
 // It is saved, or kept as it has become since.
@@ -279,6 +314,11 @@ void ProjectorPanelEditor::OfferKeptWork() {
                             {text.toStdString(), tr("Unsaved Work").toStdString(), MessageIcon::Question},
                             {tr("&Open"), tr("&Later"), tr("&Discard")}, 1)) {
       case 0:
+        if (file.endsWith(QLatin1String(".BVD"))) {
+          ImportProjectors(file);
+          ForgetKeptWork(file, settings_);
+          break;
+        }
         if (!MayDiscard() || !OpenConfiguration(file)) return;
         ForgetKeptWork(file, settings_);
         return;  // the others at the next start: one configuration is open at a time

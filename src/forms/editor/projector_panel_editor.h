@@ -17,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QSettings;
@@ -56,11 +57,14 @@ class ProjectorPanelEditor : public QMainWindow {
   void OpenNamedFile(QString commandLine, const QStringList& others = {});
   // Asks what is to become of work that was kept when the editor ended, until it is opened or discarded.
   void OfferKeptWork();
-  // Keeps what is not saved in a file of its own, once. False, without a word, when that is impossible. Shows
-  // nothing and runs no event.
+  // Keeps what is not saved, the library's changes and the setup dialog's included, in files of their own,
+  // once. False, without a word, when that is impossible. Shows nothing and runs no event.
   bool KeepWork() noexcept;
   // For who ends the program: closing asks nothing from here on.
-  void LeaveUnasked() { exiting_ = true; }
+  void LeaveUnasked() {
+    exiting_ = true;
+    globals_.Leaving = true;
+  }
   // False when the user wants to stay with what is there, or the file cannot be opened.
   bool OpenRoom(const QString& fileName);
   // Shows a configuration that has no file of its own yet.
@@ -112,8 +116,12 @@ class ProjectorPanelEditor : public QMainWindow {
   void ShowProjector();
   void RefreshTitle();
 
-  // `run` runs what writes the file.
-  bool KeepWorkBy(const std::function<void(const std::function<void()>& write)>& run) noexcept;
+  // Runs what writes the file.
+  using Running = std::function<void(const std::function<void()>& write)>;
+  bool KeepWorkBy(const Running& run) noexcept;
+  void KeepConfiguration(const Running& run);
+  void KeepDefinitions(const Running& run);
+  void DropKeptDefinitions();
   // False when the user wants to stay with what is there.
   bool MayDiscard();
   bool OpenConfiguration(const QString& fileName);
@@ -147,6 +155,9 @@ class ProjectorPanelEditor : public QMainWindow {
   QString fileName_;  // empty for a configuration that has never been saved or opened
   QString keptFile_;  // where the work was kept, in case that something happens
   std::optional<PanelConfiguration> kept_;
+  QString keptDefinitionsFile_;
+  std::vector<ProjectorDefinition> keptDefinitions_;
+  std::string whyNotKept_;
   bool showingProjector_ = false;  // the tree is being told, not the user
   bool exiting_ = false;
 };

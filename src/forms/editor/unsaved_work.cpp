@@ -1,6 +1,7 @@
 #include "forms/editor/unsaved_work.h"
 
-#include "config/configuration_file.h"
+#include "base/file_access.h"
+#include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
 
 #include <QCoreApplication>
@@ -18,10 +19,10 @@ namespace {
 const QString kGroup = QStringLiteral("unsavedWork");
 
 // A name that is this program's alone, as an empty file.
-std::filesystem::path TakenName(const std::filesystem::path& folder) {
+std::filesystem::path TakenName(const std::filesystem::path& folder, const std::string& ending) {
   for (int number = 1;; ++number) {
     const std::filesystem::path file =
-        folder / (number == 1 ? "Unsaved.BVC" : "Unsaved " + std::to_string(number) + ".BVC");
+        folder / ("Unsaved" + (number == 1 ? std::string() : " " + std::to_string(number)) + ending);
     FileHandle handle;
     const std::error_code error = file_system::Create(file, file_system::Privacy::AsUsual, handle);
     if (!error) return file;
@@ -31,11 +32,11 @@ std::filesystem::path TakenName(const std::filesystem::path& folder) {
 
 }  // namespace
 
-std::filesystem::path WriteUnsavedWork(const std::filesystem::path& folder,
-                                       const PanelConfiguration& configuration) {
-  std::filesystem::path file = TakenName(folder);
+std::filesystem::path WriteUnsavedWork(const std::filesystem::path& folder, const char* ending,
+                                       const Bytes& bytes) {
+  std::filesystem::path file = TakenName(folder, ending);
   try {
-    WriteConfiguration(file, configuration, OldTail::Dropped);
+    WriteFileSafely(file, bytes);
   } catch (const FileError&) {
     static_cast<void>(file_system::Remove(file));
     throw;
@@ -43,11 +44,22 @@ std::filesystem::path WriteUnsavedWork(const std::filesystem::path& folder,
   return file;
 }
 
+std::vector<ProjectorDefinition> UnsavedDefinitions(const Globals& globals) {
+  std::vector<ProjectorDefinition> unsaved = globals.ProjectorDatabase.ChangedElements();
+  const auto edited = globals.UnstoredProjector ? globals.UnstoredProjector() : std::nullopt;
+  if (!edited) return unsaved;
+  unsaved.push_back(*edited);
+  ProjectorDefinition& named = unsaved.back();
+  if (named.Manufacturer.Trimmed().empty()) named.Manufacturer.Assign(u"UNSAVED");
+  if (named.Model.Trimmed().empty()) named.Model.Assign(u"Unsaved");
+  return unsaved;
+}
+
 void NoteKeptWork(const QString& fileName, QSettings& settings) {
   const QString key = QStringLiteral("%1-%2-%3")
                           .arg(QDateTime::currentMSecsSinceEpoch(), 15, 10, QLatin1Char('0'))
                           .arg(QCoreApplication::applicationPid())
-                          .arg(QFileInfo(fileName).completeBaseName());
+                          .arg(QFileInfo(fileName).fileName());
   settings.setValue(kGroup + QLatin1Char('/') + key, fileName);
   settings.sync();  // nobody knows how long the program still has
 }

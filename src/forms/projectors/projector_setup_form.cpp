@@ -104,10 +104,14 @@ ProjectorSetupForm::ProjectorSetupForm(Globals& globals, UserPrompts& prompts, S
   ConnectUndo();
   OrderTabs();
   FitToScreen(this);
+  globals_.UnstoredProjector = [this] { return HasChanges() ? std::optional(Edited()) : std::nullopt; };
 }
 
 // The focus still moves while the base class takes the window apart.
-ProjectorSetupForm::~ProjectorSetupForm() { disconnect(qApp, nullptr, this, nullptr); }
+ProjectorSetupForm::~ProjectorSetupForm() {
+  globals_.UnstoredProjector = nullptr;
+  disconnect(qApp, nullptr, this, nullptr);
+}
 
 // An option's id is the value that it stands for in the record.
 void ProjectorSetupForm::MakeGroups() {
@@ -275,7 +279,7 @@ bool ProjectorSetupForm::HasChanges() const {
 }
 
 void ProjectorSetupForm::reject() {
-  if (HasChanges() &&
+  if (HasChanges() && !globals_.Leaving &&
       !prompts_.AskYesNo(this,
                          {"The changes to this projector have not been saved. Do you wish to drop them?",
                           "Are you sure?", MessageIcon::Question}))

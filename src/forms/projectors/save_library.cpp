@@ -60,7 +60,8 @@ SaveResult Save(Globals& globals, UserPrompts& prompts, QWidget* parent) {
       const LibrarySaved saved = SaveOrFindConflicts(globals, parent);
       for (const Message& message : saved.Messages) prompts.Show(parent, message);
       if (saved.Conflicts.empty()) return {true, {}};
-      if (!SettleLibraryConflicts(globals.ProjectorDatabase, saved.Conflicts, parent)) return {};
+      if (globals.Leaving || !SettleLibraryConflicts(globals.ProjectorDatabase, saved.Conflicts, parent))
+        return {};
     }
   } catch (const FileError& error) {
     return {false, SorryAbout(error)};
@@ -78,6 +79,7 @@ bool SaveLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent) {
 bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
   globals.LibraryNotice.clear();
   SaveResult result = Save(globals, prompts, window);
+  if (globals.Leaving) return true;
   if (!result.Failure) return result.Saved;
   if (!globals.ProjectorDatabase.Changed()) {
     globals.LibraryNotice = Texts::tr("The data base is unchanged and was not saved: %1")

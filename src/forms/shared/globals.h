@@ -8,6 +8,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace qdm {
@@ -21,6 +23,10 @@ struct Globals {
   std::string LibraryNotice;
   // The definition that the selector, the setup dialog and the replace dialogs pass to one another.
   ProjectorDefinition CurrentProjector;
+  // What the setup dialog holds and has not stored; no function while there is none.
+  std::function<std::optional<ProjectorDefinition>()> UnstoredProjector;
+  // The program ends: what is not saved has been kept, and nobody is there to be asked.
+  bool Leaving = false;
   // The last definition that was copied or cut; blank names until then.
   ProjectorDefinition ClipboardProjector;
 

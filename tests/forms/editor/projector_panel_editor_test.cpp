@@ -611,6 +611,29 @@ TEST_F(Editor, ExitsAtOnceAndKeepsWhatWasNotSaved) {
   }
 }
 
+TEST_F(Editor, KeepsDefinitionsThatAreNotSavedUntilTheyAre) {
+  inSelector_ = [this] {
+    globals_.UnstoredProjector = [] { return Named("", "New", 7); };
+    Put({Named("ACME", "Added", 8)});
+    EXPECT_TRUE(window_->KeepWork() && window_->KeepWork());
+    globals_.UnstoredProjector = nullptr;
+  };
+  Start();
+  Press("EDITPROJECTOR");
+  EXPECT_THAT(KeptWork(settings_), IsEmpty()) << "the user gave them up";
+  globals_.ProjectorDatabase.Clear();
+  Start();
+  window_->LeaveUnasked();
+  Press("EDITPROJECTOR");
+  EXPECT_EQ(KeptWork(settings_), QStringList(Path("Unsaved.BVD")));
+  globals_.ProjectorDatabase.Clear();
+  globals_.Leaving = false;
+  prompts_.Choices = {QStringLiteral("&Open")};
+  Start();
+  EXPECT_THAT(OnDisk(), ElementsAre("ACME / Added = 8", "UNSAVED / New = 7"));
+  EXPECT_THAT(KeptWork(settings_), IsEmpty());
+}
+
 TEST_F(Editor, SaysWhatTakesSoLongWheneverItTouchesAFile) {
   Put({Named("ACME", "X 1", 1)});
   ExportDefinitions(folder_ / "New.BVD", {Named("ACME", "X 1", 1)});

@@ -220,6 +220,15 @@ TEST_F(ProjectorSetup, CancelAsksOnlyWhenSomethingHasChanged) {
   Key(Find<QLineEdit>("Model"), Qt::Key_Escape);
   EXPECT_FALSE(form_->isVisible());
   EXPECT_EQ(Current(), opened);
+
+  form_.reset();
+  Open();
+  EXPECT_EQ(globals_.UnstoredProjector(), std::nullopt);
+  Key(Display(1), Qt::Key_Delete);
+  EXPECT_NE(globals_.UnstoredProjector(), opened) << "kept when the program ends";
+  globals_.Leaving = true;
+  form_->close();
+  EXPECT_FALSE(form_->isVisible()) << "nobody is there to be asked";
 }
 
 TEST_F(ProjectorSetup, AManualFillsWhatItTellsAndLeavesTheRest) {
