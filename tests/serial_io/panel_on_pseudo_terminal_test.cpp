@@ -119,7 +119,7 @@ TEST_F(PanelOnPseudoTerminal, TakesAWholeImageAtTheTrueSpeedOfItsLine) {
 }
 
 TEST_F(PanelOnPseudoTerminal, IsProgrammedThroughPassingFaults) {
-  for (const char* fault : {"lose-ack:5", "lose-ack:%25", "wrong-ack:7", "noise:4", "late-ack:6:700",
+  for (const char* fault : {"lose-ack:5", "lose-ack:%25", "wrong-ack:7", "noise:4", "late-ack:6:1200",
                             "late-ack:%30:1200", "corrupt:3", "corrupt:11:12:128", "drop:20", "drop:1:0"}) {
     Attach({fault});
     const ProgrammingResult result = Program(scaled);
