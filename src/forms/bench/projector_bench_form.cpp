@@ -34,7 +34,7 @@ ProjectorBench::ProjectorBench(ProjectorDefinition& projector, SerialPorts& port
   ConnectControls();
   Form_Load();
   ui_->Pages->tabBar()->setFocus();
-  resize(900, 560);
+  resize(1120, 560);
   FitToScreen(this);
 }
 

@@ -37,6 +37,8 @@ void ProjectorBench::LoadStandIn() {
   ui_->HeardList->setHorizontalHeaderLabels(captions);
   ui_->HeardList->verticalHeader()->hide();
   ui_->HeardList->verticalHeader()->setDefaultSectionSize(ui_->HeardList->fontMetrics().height() + 6);
+  // What is to be said stands beside the name: long commands would push it out of sight.
+  ui_->HeardList->horizontalHeader()->moveSection(kRemarksColumn, kCommandColumn + 1);
   FitColumns(ui_->HeardList);
   ui_->SaveList->setEnabled(false);
   ui_->Checklist->setText(Text(ChecklistText(StandIn(projector_))));
