@@ -150,6 +150,18 @@ TEST_F(ProjectorSetup, EachBoxSetsItsOwnFlagAndTheStringsFollow) {
   EXPECT_FALSE(Find<QCheckBox>("ReplyCheck_6")->isVisible());
 }
 
+TEST_F(ProjectorSetup, MarksStringsThatBreakTheFamilyOfCodes) {
+  Current() = Named("Acme", "A1", 7);
+  for (const std::size_t slot : std::set<std::size_t>{1, 2, 4, 8}) {
+    const std::string text(1, static_cast<char>('A' + slot));
+    Current().Strings[slot] = Characters(slot == 8 ? text : text + "\r");
+  }
+  Open();
+  EXPECT_EQ(Find<QWidget>("Edit_8")->toolTip(),
+            QStringLiteral("Power off: does not end with 0D, as the other three do"));
+  EXPECT_EQ(Find<QWidget>("Edit_4")->toolTip(), Find<QWidget>("Edit_4")->accessibleName());
+}
+
 TEST_F(ProjectorSetup, CountsTheBytesOfWhatIsShown) {
   Current().RequiresReply[1] = kFlagSet;
   Current().Strings[1] = Characters("12345");
