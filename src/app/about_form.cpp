@@ -1,6 +1,7 @@
 #include "app/about_form.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "config/maker.h"
 #include "config/version.h"
 #include "forms/shared/link_colour.h"
@@ -62,7 +63,8 @@ void AboutForm::changeEvent(QEvent* event) {
 void AboutForm::Licence_Click() {
   const std::string name = PathToUtf8(licence_);
   if (QFile::exists(QString::fromStdString(name)) && OpenFile(QString::fromStdString(name))) return;
-  prompts_.Show(this, {"The licence text cannot be opened.\r\n" + name, "Sorry", MessageIcon::Exclamation});
+  prompts_.Show(this, {Say("The licence text cannot be opened.\r\n%1", {name}), Say("Sorry"),
+                       MessageIcon::Exclamation});
 }
 
 }  // namespace qdm

@@ -1,6 +1,7 @@
 #include "app/demonstration.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "forms/shared/qt_text.h"
 
 #include <QCoreApplication>
@@ -16,7 +17,8 @@ QDir FindExamples() {
                                 program.filePath(QStringLiteral("../../../examples"))}) {
     if (QFileInfo::exists(folder + QStringLiteral("/Projectors.DEF"))) return QDir(folder);
   }
-  throw FileError(ToPath(program.filePath(QStringLiteral("examples"))), "find", "the examples are missing");
+  throw FileError(ToPath(program.filePath(QStringLiteral("examples"))), "find",
+                  Say("the examples are missing"));
 }
 
 QString CopyInto(const QTemporaryDir& folder, const QString& file) {

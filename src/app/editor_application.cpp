@@ -1,5 +1,7 @@
 #include "app/editor_application.h"
 
+#include "base/words.h"
+
 #include <exception>
 #include <new>
 
@@ -9,11 +11,11 @@ bool EditorApplication::notify(QObject* receiver, QEvent* event) {
   try {
     return QApplication::notify(receiver, event);
   } catch (const std::bad_alloc&) {
-    Tell("out of memory");
+    Tell(Say("out of memory"));
   } catch (const std::exception& error) {
     Tell(error.what());
   } catch (...) {
-    Tell("unknown error");
+    Tell(Say("unknown error"));
   }
   return false;
 }

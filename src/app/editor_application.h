@@ -10,6 +10,8 @@
 namespace qdm {
 
 class EditorApplication : public QApplication {
+  Q_OBJECT
+
  public:
   using QApplication::QApplication;
 

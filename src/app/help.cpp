@@ -6,6 +6,7 @@
 #include <windows.h>
 #else
 #include "app/help_window.h"
+#include "base/words.h"
 #endif
 
 #include <QApplication>
@@ -46,9 +47,11 @@ constexpr std::array<FormPage, 17> kFormPages = {{
 }};
 
 Message CannotOpen(const std::string& file) {
-  return {"The help file cannot be opened.\r\n" + file +
-              "\r\nIt is installed beside the program; installing the editor again brings it back.",
-          "Sorry", MessageIcon::Exclamation};
+  return {Say("The help file cannot be opened.\r\n%1\r\nIt is installed beside the program; installing the "
+              "editor "
+              "again brings it back.",
+              {file}),
+          Say("Sorry"), MessageIcon::Exclamation};
 }
 
 #ifdef _WIN32

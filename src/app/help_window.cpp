@@ -125,6 +125,7 @@ QWidget* HelpWindow::MakePanes() {
   searchLayout->addWidget(searchText_);
   searchLayout->addWidget(found_);
   auto* const tabs = new QTabWidget;
+  tabs->setAccessibleName(tr("Contents and search"));
   tabs->addTab(contents_, tr("&Contents"));
   tabs->addTab(search, tr("&Search"));
 

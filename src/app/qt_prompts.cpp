@@ -1,5 +1,7 @@
 #include "app/qt_prompts.h"
 
+#include "forms/shared/qt_text.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -48,9 +50,8 @@ struct FileFilter {
 };
 
 FileFilter FilterOf(const char* filter) {
-  const QString text = QString::fromLatin1(filter);
-  const QString pattern = text.section(QLatin1Char('|'), 1);
-  const QString caption = text.section(QLatin1Char('|'), 0, 0).section(QLatin1String(" ("), 0, 0);
+  const QString pattern = QString::fromLatin1(filter).section(QLatin1Char('|'), 1);
+  const QString caption = Said(filter).section(QLatin1String(" ("), 0, 0);
   return {QStringLiteral("%1 (%2 %3)").arg(caption, pattern, pattern.toLower()), pattern.mid(1)};
 }
 
@@ -101,15 +102,17 @@ int QtPrompts::Choose(QWidget* parent, const Message& question, const QStringLis
   return pressed < 0 ? safe : static_cast<int>(pressed);
 }
 
-std::optional<QString> QtPrompts::OpenFile(QWidget* parent, const char* filter, const QString& folder) {
-  const QString name = QFileDialog::getOpenFileName(parent, {}, folder, FilterOf(filter).ForQt);
+std::optional<QString> QtPrompts::OpenFile(QWidget* parent, const QString& title, const char* filter,
+                                           const QString& folder) {
+  const QString name = QFileDialog::getOpenFileName(parent, title, folder, FilterOf(filter).ForQt);
   return name.isEmpty() ? std::nullopt : std::optional(name);
 }
 
 // The dialog's own question about an existing file would come before the name has its ending.
-std::optional<QString> QtPrompts::SaveFile(QWidget* parent, const char* filter, const QString& folder) {
+std::optional<QString> QtPrompts::SaveFile(QWidget* parent, const QString& title, const char* filter,
+                                           const QString& folder) {
   const FileFilter chosen = FilterOf(filter);
-  QFileDialog dialog(parent, {}, folder, chosen.ForQt);
+  QFileDialog dialog(parent, title, folder, chosen.ForQt);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
   while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {

@@ -19,8 +19,10 @@ class QtPrompts : public UserPrompts {
   bool AskYesNo(QWidget* parent, const Message& question) override;
   SaveAnswer AskSave(QWidget* parent, const Message& question) override;
   int Choose(QWidget* parent, const Message& question, const QStringList& answers, int safe) override;
-  std::optional<QString> OpenFile(QWidget* parent, const char* filter, const QString& folder) override;
-  std::optional<QString> SaveFile(QWidget* parent, const char* filter, const QString& folder) override;
+  std::optional<QString> OpenFile(QWidget* parent, const QString& title, const char* filter,
+                                  const QString& folder) override;
+  std::optional<QString> SaveFile(QWidget* parent, const QString& title, const char* filter,
+                                  const QString& folder) override;
 };
 
 // A name as it is saved under: "St. Mary Hall 2.1" is no "1" file but gets the ending, "room.bvc" has it.

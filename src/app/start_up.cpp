@@ -5,9 +5,11 @@
 #include "app/editor_application.h"
 #include "app/end_of_session.h"
 #include "app/help.h"
+#include "app/language.h"
 #include "app/qt_prompts.h"
 #include "app/readable_style.h"
 #include "app/resources.h"
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/version.h"
 #include "forms/bench/projector_bench_form.h"
@@ -35,6 +37,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QTimer>
@@ -89,7 +92,7 @@ std::filesystem::path PreparedDataFolder(const StartArguments& arguments,
   const auto named = arguments.DataFolder ? arguments.DataFolder : DataFolderVariable();
   const DataFolder folder = FindDataFolder(named, programFolder, UserDataFolder());
   try {
-    DoBusy(nullptr, EditorApplication::tr("Still preparing the folder of the projector data base."),
+    DoBusy(nullptr, QString::fromStdString(Say("Still preparing the folder of the projector data base.")),
            [&folder] { PrepareDataFolder(folder); });
   } catch (const FileError& error) {
     prompts.Show(nullptr, SorryAbout(error));
@@ -194,7 +197,7 @@ void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std
       kept ? EditorApplication::tr("What you are working on is kept. The editor goes on.")
            : EditorApplication::tr("What you are working on could not be kept: save it now.");
   prompts.Show(QApplication::activeWindow(),
-               {text.toStdString(), "Sorry", MessageIcon::Exclamation, detail.toStdString()});
+               {text.toStdString(), Say("Sorry"), MessageIcon::Exclamation, detail.toStdString()});
 }
 
 int RunEditor(EditorApplication& application) {
@@ -203,6 +206,8 @@ int RunEditor(EditorApplication& application) {
   MakeReadable(application);
   FollowFocus(application);
   InitialiseResources();
+  Language language;
+  language.Load(QLocale::system(), QApplication::applicationDirPath());
   const StartArguments arguments = ReadArguments(QApplication::arguments());
   QtPrompts prompts;
   const auto demonstration = MakeDemonstration(arguments, prompts);

@@ -1,5 +1,7 @@
 #include "base/file_access.h"
 
+#include "base/words.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,7 +23,30 @@ void Must(std::error_code error, const fs::path& path, std::string_view operatio
 [[noreturn]] void RefuseKind(const fs::path& path, std::string_view operation, PathKind kind) {
   if (kind == PathKind::Directory)
     throw FileError(path, operation, std::make_error_code(std::errc::is_a_directory));
-  throw FileError(path, operation, "it is no file but a device or a pipe");
+  throw FileError(path, operation, Say("it is no file but a device or a pipe"));
+}
+
+constexpr struct {
+  std::string_view Operation;
+  const char* Sentence;
+} kSentences[] = {
+    {"read", Marked("cannot read %1: %2")},
+    {"write", Marked("cannot write %1: %2")},
+    {"replace", Marked("cannot replace %1: %2")},
+    {"delete", Marked("cannot delete %1: %2")},
+    {"lock", Marked("cannot lock %1: %2")},
+    {"create", Marked("cannot create %1: %2")},
+    {"change", Marked("cannot change %1: %2")},
+    {"make the folder", Marked("cannot make the folder %1: %2")},
+    {"find", Marked("cannot find %1: %2")},
+    {"make", Marked("cannot make %1: %2")},
+};
+
+std::string SentenceFor(std::string_view operation) {
+  for (const auto& entry : kSentences) {
+    if (entry.Operation == operation) return entry.Sentence;
+  }
+  return "cannot " + std::string(operation) + " %1: %2";
 }
 
 FileHandle OpenFile(const fs::path& path, FileFacts& facts) {
@@ -32,7 +57,7 @@ FileHandle OpenFile(const fs::path& path, FileFacts& facts) {
 }
 
 void DemandBearable(const fs::path& path, const FileFacts& facts) {
-  if (facts.Size > kMostBytesOfAFile) throw FileError(path, "read", "it is larger than 2 GB");
+  if (facts.Size > kMostBytesOfAFile) throw FileError(path, "read", Say("it is larger than 2 GB"));
 }
 
 // Until `into` is full or the file ends; how much came.
@@ -77,8 +102,7 @@ void CopyTail(const fs::path& from, std::uint64_t behind, Replacement& to) {
 
 FileError::FileError(const fs::path& path, std::string_view operation, std::string_view reason,
                      std::error_code code)
-    : std::runtime_error("cannot " + std::string(operation) + " " + PathToUtf8(path) + ": " +
-                         std::string(reason)),
+    : std::runtime_error(Say(SentenceFor(operation), {PathToUtf8(path), std::string(reason)})),
       path_(path),
       operation_(operation),
       reason_(reason),
@@ -89,8 +113,8 @@ FileError::FileError(const fs::path& path, std::string_view operation, std::erro
 
 Message SorryAbout(const FileError& error) {
   std::string text = error.what();
-  text.front() = 'C';
-  return {text + ".", "Sorry", MessageIcon::Exclamation};
+  if (text.front() >= 'a' && text.front() <= 'z') text.front() = static_cast<char>(text.front() - 'a' + 'A');
+  return {text + ".", Say("Sorry"), MessageIcon::Exclamation};
 }
 
 bool MayPass(std::error_code code) {
@@ -176,11 +200,11 @@ void DemandReplaceable(const fs::path& target) {
   // Renaming over a file needs no right to write to it: a write-protected file has to be refused here.
   if (facts.WriteProtected) {
     const std::error_code denied = std::make_error_code(std::errc::permission_denied);
-    throw FileError(target, "write", ReasonOf(denied) + ": it is write-protected", denied);
+    throw FileError(target, "write", Say("%1: it is write-protected", {ReasonOf(denied)}), denied);
   }
   if (facts.Names > 1) {
     throw FileError(target, "write",
-                    "it has a second name (a hard link), under which the old contents would stay");
+                    Say("it has a second name (a hard link), under which the old contents would stay"));
   }
 }
 

@@ -40,10 +40,10 @@ StandInSwitches SwitchesFor(const StandInOptions& options) {
   return switches;
 }
 
-void Tell(const HeardCommand& heard, Microseconds start, const StandInOptions& options,
-          CommandContext& context) {
+void Tell(const StandIn& standIn, const HeardCommand& heard, Microseconds start,
+          const StandInOptions& options, CommandContext& context) {
   context.Out << ListLine(heard, start) << std::endl;
-  const std::string remarks = RemarksOn(heard);
+  const std::string remarks = standIn.RemarksOn(heard);
   if (options.Remarks && !remarks.empty()) context.Err << NameOf(heard) << ": " << remarks << std::endl;
 }
 
@@ -59,7 +59,8 @@ int Projector(const StandInOptions& options, CommandContext& context) {
   const Microseconds start = context.Time.Now();
   std::size_t told = 0;
   ServeStandIn(standIn, *port, context.Time, context.Stop.get_token(), [&] {
-    for (; told < standIn.Heard().size(); ++told) Tell(standIn.Heard()[told], start, options, context);
+    for (; told < standIn.Heard().size(); ++told)
+      Tell(standIn, standIn.Heard()[told], start, options, context);
   });
   if (options.Remarks) context.Err << ChecklistText(standIn) << std::endl;
   if (!context.Stop.stop_requested()) throw CommandError(kRefused, options.Port, "the port is gone");

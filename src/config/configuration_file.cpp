@@ -1,5 +1,7 @@
 #include "config/configuration_file.h"
 
+#include "base/words.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -19,8 +21,8 @@ PanelConfiguration ReadConfiguration(const std::filesystem::path& file) {
   const Bytes stored = ReadBeginning(file, kStoredConfigurationSize);
   if (stored.size() < kStoredConfigurationSize) {
     throw FileError(file, "read",
-                    "a configuration has " + std::to_string(kStoredConfigurationSize) +
-                        " bytes, this file has " + std::to_string(stored.size()));
+                    Say("a configuration has %1 bytes, this file has %2",
+                        {std::to_string(kStoredConfigurationSize), std::to_string(stored.size())}));
   }
   PanelConfiguration configuration;
   Decode(stored, configuration);
@@ -53,8 +55,8 @@ std::string TitleOfFile(std::string_view fileName) {
 }
 
 std::string ProjectorLabelText(const ProjectorDefinition& projector) {
-  return "Manufacturer = " + projector.Manufacturer.TrimmedUtf8() +
-         "\nModel = " + projector.Model.TrimmedUtf8();
+  return Say("Manufacturer = %1\nModel = %2",
+             {projector.Manufacturer.TrimmedUtf8(), projector.Model.TrimmedUtf8()});
 }
 
 }  // namespace qdm

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "config/panel_configuration.h"
 
 #include <filesystem>
@@ -11,7 +12,7 @@
 
 namespace qdm {
 
-inline constexpr const char* kConfigurationFileFilter = "Brevan QDM Configuration (*.BVC)|*.BVC";
+inline constexpr const char* kConfigurationFileFilter = Marked("Brevan QDM Configuration (*.BVC)|*.BVC");
 
 PanelConfiguration ReadConfiguration(const std::filesystem::path& file);
 

@@ -1,5 +1,7 @@
 #include "config/configuration_rules.h"
 
+#include "base/words.h"
+
 #include <string>
 #include <utility>
 
@@ -12,23 +14,23 @@ struct OptionNeed {
   bool OptionStates::*First = nullptr;  // what that itself depends on
 };
 constexpr OptionNeed kNeeds[] = {
-    {&OptionStates::NoButtonTimeOut, "Turn off after no button presses for"},
-    {&OptionStates::LockNoButton, "Turn off after no button presses for"},
-    {&OptionStates::PowerDownTime, "Audio input turns on amplifier."},
-    {&OptionStates::ScreenTimes, "Use to control screen"},
-    {&OptionStates::ScreenUseVolume, "Use to control screen"},
-    {&OptionStates::LiftTimes, "Use to control projector lift      and screen"},
-    {&OptionStates::PowerAndScreenTimes, "Use to control projector power and screen"},
-    {&OptionStates::AllowVolumeWhenOff, "Use to control volume using ZRB-LX or similar"},
-    {&OptionStates::RoomSensor, "Use as room PIR power down"},
-    {&OptionStates::LockOnRoomEmptyPeriod, "Lock on room empty", &OptionStates::RoomSensor},
-    {&OptionStates::LockOnFrontPanelPeriod, "Lock on front panel off"},
-    {&OptionStates::PC1Audio, "PC 1 (Data 1) in use"},
-    {&OptionStates::PC2Audio, "PC 2 (Data 2) in use"},
-    {&OptionStates::VideoAudio, "Video in use"},
+    {&OptionStates::NoButtonTimeOut, Marked("Turn off after no button presses for")},
+    {&OptionStates::LockNoButton, Marked("Turn off after no button presses for")},
+    {&OptionStates::PowerDownTime, Marked("Audio input turns on amplifier.")},
+    {&OptionStates::ScreenTimes, Marked("Use to control screen")},
+    {&OptionStates::ScreenUseVolume, Marked("Use to control screen")},
+    {&OptionStates::LiftTimes, Marked("Use to control projector lift      and screen")},
+    {&OptionStates::PowerAndScreenTimes, Marked("Use to control projector power and screen")},
+    {&OptionStates::AllowVolumeWhenOff, Marked("Use to control volume using ZRB-LX or similar")},
+    {&OptionStates::RoomSensor, Marked("Use as room PIR power down")},
+    {&OptionStates::LockOnRoomEmptyPeriod, Marked("Lock on room empty"), &OptionStates::RoomSensor},
+    {&OptionStates::LockOnFrontPanelPeriod, Marked("Lock on front panel off")},
+    {&OptionStates::PC1Audio, Marked("PC 1 (Data 1) in use")},
+    {&OptionStates::PC2Audio, Marked("PC 2 (Data 2) in use")},
+    {&OptionStates::VideoAudio, Marked("Video in use")},
 };
 
-Message Sorry(std::string text) { return {std::move(text), "Sorry", MessageIcon::Exclamation}; }
+Message Sorry(std::string text) { return {std::move(text), Say("Sorry"), MessageIcon::Exclamation}; }
 
 }  // namespace
 
@@ -36,17 +38,17 @@ std::optional<Message> CheckConfiguration(PanelConfiguration& configuration) {
   ProjectorDefinition& projector = configuration.Projector;
   projector.Manufacturer.Trim();
   projector.Model.Trim();
-  if (!HasBothNames(projector)) return Sorry("Cannot proceed, no projector has been defined!");
+  if (!HasBothNames(projector)) return Sorry(Say("Cannot proceed, no projector has been defined!"));
 
   if (!IsAmplifier(configuration.ControllerType)) return std::nullopt;
   if (configuration.VolumeMax <= configuration.VolumeMin) {
-    return Sorry("Cannot proceed, Maximum volume is less than or equal to minimum!");
+    return Sorry(Say("Cannot proceed, Maximum volume is less than or equal to minimum!"));
   }
   if (configuration.PowerUpVolume > configuration.VolumeMax) {
-    return Sorry("Cannot proceed, Power up volume is more than maximum!");
+    return Sorry(Say("Cannot proceed, Power up volume is more than maximum!"));
   }
   if (configuration.PowerUpVolume < configuration.VolumeMin) {
-    return Sorry("Cannot proceed, Power up volume is less than minimum!");
+    return Sorry(Say("Cannot proceed, Power up volume is less than minimum!"));
   }
   return std::nullopt;
 }
@@ -92,17 +94,17 @@ std::string_view NeedOf(const OptionStates& states, bool OptionStates::*option) 
 OutputTimeLabels LabelsWhenShown(int outputsOption) {
   switch (outputsOption) {
     case kOutputsLift:
-      return {"Lift/screen raise time", "Lift lower time"};
+      return {Marked("Lift/screen raise time"), Marked("Lift lower time")};
     case kOutputsPowerAndScreen:
-      return {"Screen rise time", "Projector power up time"};
+      return {Marked("Screen rise time"), Marked("Projector power up time")};
     default:
-      return {"Screen rise time", "Sreen lower time"};
+      return {Marked("Screen rise time"), Marked("Sreen lower time")};
   }
 }
 
 OutputTimeLabels LabelsWhenEdited(int outputsOption) {
   OutputTimeLabels labels = LabelsWhenShown(outputsOption);
-  if (outputsOption == kOutputsLift) labels.Up = "Lift/Screen raise time";
+  if (outputsOption == kOutputsLift) labels.Up = Marked("Lift/Screen raise time");
   return labels;
 }
 

@@ -1,5 +1,6 @@
 #include "config/configuration_words.h"
 
+#include "base/words.h"
 #include "config/audio_routing.h"
 #include "config/configuration_rules.h"
 #include "config/option_ranges.h"
@@ -18,18 +19,20 @@
 namespace qdm {
 namespace {
 
-constexpr std::array<std::string_view, 5> kOutputs = {
-    "Disabled", "Use to control screen", "Use to control volume using ZRB-LX or similar",
-    "Use to control projector lift and screen", "Use to control projector power and screen"};
+constexpr std::array<std::string_view, 5> kOutputs = {Marked("Disabled"), Marked("Use to control screen"),
+                                                      Marked("Use to control volume using ZRB-LX or similar"),
+                                                      Marked("Use to control projector lift and screen"),
+                                                      Marked("Use to control projector power and screen")};
 constexpr std::array<std::string_view, 4> kControlInputs = {
-    "Disabled", "Use with enable keyswitch", "Use as external power down", "Use as room PIR power down"};
-constexpr std::array<std::string_view, 3> kAudioSources = {"front audio jack", "rear PC input",
-                                                           "rear Video input"};
+    Marked("Disabled"), Marked("Use with enable keyswitch"), Marked("Use as external power down"),
+    Marked("Use as room PIR power down")};
+constexpr std::array<std::string_view, 3> kAudioSources = {
+    Marked("front audio jack"), Marked("rear PC input"), Marked("rear Video input")};
 
 template <std::size_t N>
 std::string NameIn(const std::array<std::string_view, N>& names, int number) {
   const bool named = number >= 0 && number < static_cast<int>(N);
-  return named ? std::string(names[static_cast<std::size_t>(number)]) : std::to_string(number);
+  return named ? Say(names[static_cast<std::size_t>(number)]) : std::to_string(number);
 }
 
 std::string TypeName(int controllerType) {
@@ -40,18 +43,16 @@ std::string TypeName(int controllerType) {
 // "a QDM 4"
 std::string APanel(int controllerType) {
   const PanelType* type = PanelTypeOf(controllerType);
-  return type != nullptr ? "a " + std::string(type->Caption) : "any panel";
+  return type != nullptr ? Say("a %1", {std::string(type->Caption)}) : Say("any panel");
 }
 
 std::string AudioSources(int routing) {
-  std::string sources;
-  for (const ProjectorInput input : {ProjectorInput::PC1, ProjectorInput::PC2, ProjectorInput::Video}) {
-    constexpr std::array<std::string_view, kProjectorInputs> kInputs = {"PC 1: ", ", PC 2: ", ", Video: "};
-    const int source = AudioSourceOf(static_cast<std::int16_t>(routing), input);
-    sources += kInputs[static_cast<std::size_t>(input)];
-    sources += source == kNoAudioSource ? "none" : NameIn(kAudioSources, source);
-  }
-  return sources;
+  const auto source = [routing](ProjectorInput input) {
+    const int number = AudioSourceOf(static_cast<std::int16_t>(routing), input);
+    return number == kNoAudioSource ? Say("none") : NameIn(kAudioSources, number);
+  };
+  return Say("PC 1: %1, PC 2: %2, Video: %3",
+             {source(ProjectorInput::PC1), source(ProjectorInput::PC2), source(ProjectorInput::Video)});
 }
 
 constexpr struct {
@@ -61,9 +62,9 @@ constexpr struct {
     {"ControllerType", TypeName},
     {"OutputsOption", [](int use) { return NameIn(kOutputs, use); }},
     {"ControlInputOption", [](int use) { return NameIn(kControlInputs, use); }},
-    {"ControlInputActiveHigh", [](int high) { return std::string(high != 0 ? "High" : "Low"); }},
+    {"ControlInputActiveHigh", [](int high) { return high != 0 ? Say("High") : Say("Low"); }},
     {"LockSequence", LockButtonName},
-    {"NoButtonPowerDown", [](int time) { return time != 0 ? std::to_string(time) : std::string("off"); }},
+    {"NoButtonPowerDown", [](int time) { return time != 0 ? std::to_string(time) : Say("off"); }},
     {"AudioRouting", AudioSources},
 };
 
@@ -73,7 +74,7 @@ std::string ValueInWords(std::string_view field, const FieldValue& value) {
   for (const auto& naming : kNamings) {
     if (naming.Field == field) return naming.Name(number);
   }
-  if (flag != nullptr) return number != kFlagClear ? "Yes" : "No";
+  if (flag != nullptr) return number != kFlagClear ? Say("Yes") : Say("No");
   return std::to_string(number);
 }
 
@@ -86,18 +87,18 @@ DifferenceText InWords(const FieldDifference& difference) {
 }
 
 std::string NameOf(const ProjectorDefinition& projector) {
-  if (!HasBothNames(projector)) return "none";
+  if (!HasBothNames(projector)) return Say("none");
   return projector.Manufacturer.TrimmedUtf8() + " " + projector.Model.TrimmedUtf8();
 }
 
 std::vector<DifferenceText> ProjectorsInWords(const ProjectorDefinition& first,
                                               const ProjectorDefinition& second) {
-  if (NameKey(first) != NameKey(second)) return {{"Projector", NameOf(first), NameOf(second)}};
+  if (NameKey(first) != NameKey(second)) return {{Say("Projector"), NameOf(first), NameOf(second)}};
   std::vector<DifferenceText> texts = DifferencesInWords(first, second);
   if (first.Notes != second.Notes) {
-    texts.push_back({"Notes", first.Notes.TrimmedUtf8(), second.Notes.TrimmedUtf8()});
+    texts.push_back({Say("Notes"), first.Notes.TrimmedUtf8(), second.Notes.TrimmedUtf8()});
   }
-  for (DifferenceText& text : texts) text.Field = "Projector, " + text.Field;
+  for (DifferenceText& text : texts) text.Field = Say("Projector, %1", {text.Field});
   return texts;
 }
 
@@ -135,21 +136,21 @@ std::string LineOf(const DifferenceText& difference) {
 
 std::string LockButtonName(int button) {
   const bool named = button >= 0 && button < static_cast<int>(kLockButtons);
-  return named ? NameIn(kLockButtonNames, button) : "button " + std::to_string(button);
+  return named ? NameIn(kLockButtonNames, button) : Say("button %1", {std::to_string(button)});
 }
 
 std::string WhyNotPressed(int button, int controllerType) {
   const LockButtonSet has = LockButtonsOf(controllerType);
   if (button >= 0 && button < static_cast<int>(kLockButtons) && has[static_cast<std::size_t>(button)])
     return {};
-  return LockButtonName(button) + ": not on " + APanel(controllerType);
+  return Say("%1: not on %2", {LockButtonName(button), APanel(controllerType)});
 }
 
 std::vector<std::string> WarningsAbout(const PanelConfiguration& configuration) {
   std::vector<std::string> warnings;
   for (std::size_t step = 0; step < configuration.LockSequence.size(); ++step) {
     const std::string why = WhyNotPressed(configuration.LockSequence[step], configuration.ControllerType);
-    if (!why.empty()) warnings.push_back(std::string(NameOfStep(step)) + " of the unlock sequence: " + why);
+    if (!why.empty()) warnings.push_back(Say("%1 of the unlock sequence: %2", {Say(NameOfStep(step)), why}));
   }
   return warnings;
 }
@@ -159,8 +160,9 @@ std::string WhyNotUnlocked(const PanelConfiguration& configuration) {
   const bool pressable = std::all_of(steps.begin(), steps.end(), [&](int button) {
     return WhyNotPressed(button, configuration.ControllerType).empty();
   });
-  return pressable ? std::string()
-                   : "The unlock sequence cannot be pressed on " + APanel(configuration.ControllerType);
+  return pressable
+             ? std::string()
+             : Say("The unlock sequence cannot be pressed on %1", {APanel(configuration.ControllerType)});
 }
 
 }  // namespace qdm

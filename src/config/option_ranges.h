@@ -2,6 +2,7 @@
 // Records from files may lie outside; what a control enters does not.
 #pragma once
 
+#include "base/words.h"
 #include "config/panel_configuration.h"
 
 #include <array>
@@ -23,17 +24,18 @@ struct OptionRange {
 inline constexpr std::array<OptionRange, 12> kOptionRanges = {{
     {&PanelConfiguration::UpTime, 1, 255, "", "s"},
     {&PanelConfiguration::DownTime, 1, 255, "", "s"},
-    {&PanelConfiguration::RoomTimeout, 1, 255, "Room empty timeout", "min"},
-    {&PanelConfiguration::ThresholdVoltage, 0, 255, "Voltage threshold for PIR sensor", "5 V / 255"},
-    {&PanelConfiguration::LockAfterProjectorOffPeriod, 0, 255, "Lock panel timeout after projector off", ""},
-    {&PanelConfiguration::LockAfterRoomEmptyPeriod, 0, 255, "Lock panel timeout after room empty timeout",
-     ""},
-    {&PanelConfiguration::NoButtonPowerDown, 1, 10, "No button press power down time out", ""},
-    {&PanelConfiguration::VolumeMin, -45, 18, "TL-VOX minimum volume", "dB"},
-    {&PanelConfiguration::VolumeMax, -6, 18, "TL-VOX minimum volume", "dB"},
-    {&PanelConfiguration::VolumeStep, 1, 6, "TL-VOX volume steps", "dB"},
-    {&PanelConfiguration::PowerUpVolume, -6, 18, "TL-VOX powerup level", "dB"},
-    {&PanelConfiguration::TLVOXpowerDownTime, 1, 15, "No audio input power down time out", ""},
+    {&PanelConfiguration::RoomTimeout, 1, 255, Marked("Room empty timeout"), "min"},
+    {&PanelConfiguration::ThresholdVoltage, 0, 255, Marked("Voltage threshold for PIR sensor"), "5 V / 255"},
+    {&PanelConfiguration::LockAfterProjectorOffPeriod, 0, 255,
+     Marked("Lock panel timeout after projector off"), ""},
+    {&PanelConfiguration::LockAfterRoomEmptyPeriod, 0, 255,
+     Marked("Lock panel timeout after room empty timeout"), ""},
+    {&PanelConfiguration::NoButtonPowerDown, 1, 10, Marked("No button press power down time out"), ""},
+    {&PanelConfiguration::VolumeMin, -45, 18, Marked("TL-VOX minimum volume"), "dB"},
+    {&PanelConfiguration::VolumeMax, -6, 18, Marked("TL-VOX minimum volume"), "dB"},
+    {&PanelConfiguration::VolumeStep, 1, 6, Marked("TL-VOX volume steps"), "dB"},
+    {&PanelConfiguration::PowerUpVolume, -6, 18, Marked("TL-VOX powerup level"), "dB"},
+    {&PanelConfiguration::TLVOXpowerDownTime, 1, 15, Marked("No audio input power down time out"), ""},
 }};
 
 constexpr const OptionRange& RangeOf(std::int16_t PanelConfiguration::*field) {

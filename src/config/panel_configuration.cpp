@@ -1,10 +1,12 @@
 #include "config/panel_configuration.h"
 
+#include "base/words.h"
+
 namespace qdm {
 
 std::string_view NameOfStep(std::size_t step) {
-  constexpr std::array<std::string_view, 4> kSteps = {"First button", "Second button", "Third button",
-                                                      "Fourth button"};
+  constexpr std::array<std::string_view, 4> kSteps = {Marked("First button"), Marked("Second button"),
+                                                      Marked("Third button"), Marked("Fourth button")};
   return kSteps[step];
 }
 

@@ -3,6 +3,8 @@
 // has none.
 #pragma once
 
+#include "base/words.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +34,8 @@ enum LockButton : std::uint8_t {
 };
 inline constexpr std::size_t kLockButtons = 6;
 inline constexpr std::array<std::string_view, kLockButtons> kLockButtonNames = {
-    "Volume up", "Volume down", "PC 1", "PC 2", "Video", "Power"};
+    Marked("Volume up"), Marked("Volume down"), Marked("PC 1"),
+    Marked("PC 2"),      Marked("Video"),       Marked("Power")};
 
 // By LockButton.
 using LockButtonSet = std::array<bool, kLockButtons>;

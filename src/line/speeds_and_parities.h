@@ -2,6 +2,8 @@
 // codes that definitions and panels store for them.
 #pragma once
 
+#include "base/words.h"
+
 #include <array>
 #include <cstdint>
 #include <string_view>
@@ -33,9 +35,9 @@ inline constexpr std::array LineSpeeds = {
     LineSpeed{4, 115200, "115200", "115k2", "115K2"},
 };
 inline constexpr std::array LineParities = {
-    ParityChoice{0, LineParity::None, "n", "None", "none"},
-    ParityChoice{1, LineParity::Even, "e", "Even", "even"},
-    ParityChoice{2, LineParity::Odd, "o", "Odd", "odd"},
+    ParityChoice{0, LineParity::None, "n", Marked("None"), Marked("none")},
+    ParityChoice{1, LineParity::Even, "e", Marked("Even"), Marked("even")},
+    ParityChoice{2, LineParity::Odd, "o", Marked("Odd"), Marked("odd")},
 };
 
 // Nothing for a code that stands for none.

@@ -1,6 +1,7 @@
 #include "manuals/choosing.h"
 
 #include "base/code_page.h"
+#include "base/words.h"
 #include "manuals/completing.h"
 #include "manuals/doubts.h"
 
@@ -29,12 +30,14 @@ std::string TextOf(const ManualPage& page, const std::vector<Span>& spans) {
 }
 
 std::string HowRead(const Code& code) {
-  std::string how = code.How == Notation::Hexadecimal ? "hexadecimal" : "characters";
-  if (code.Confirmed) how = "characters and hexadecimal";
-  if (code.Composed) how += ", put together";
-  if (code.Computed) how += ", check sum computed";
-  if (code.Proven && !code.Computed) how += ", check sum right";
-  if (code.Repaired) how += ", letter O read as 0";
+  std::string how = code.Confirmed                      ? Marked("characters and hexadecimal")
+                    : code.How == Notation::Hexadecimal ? Marked("hexadecimal")
+                                                        : Marked("characters");
+  const auto remark = [&how](const char* what) { how.append(", ").append(what); };
+  if (code.Composed) remark(Marked("put together"));
+  if (code.Computed) remark(Marked("check sum computed"));
+  if (code.Proven && !code.Computed) remark(Marked("check sum right"));
+  if (code.Repaired) remark(Marked("letter O read as 0"));
   return how;
 }
 
@@ -131,31 +134,31 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     rival |= other.Rank <= candidates.front().Rank + 1;
   }
   if (rival) {
-    chosen.Doubt = "the page gives more than one command for it";
+    chosen.Doubt = Marked("the page gives more than one command for it");
   } else if (!best.Settled) {
     chosen.Doubt = best.Doubt;
   } else if (!best.What.Framed) {
-    chosen.Doubt = "how the command ends is not said";
+    chosen.Doubt = Marked("how the command ends is not said");
   } else if (TooShort(best.What)) {
-    chosen.Doubt = "it could be a part of the command";
+    chosen.Doubt = Marked("it could be a part of the command");
   } else if (best.What.Wrapped && !best.What.Proven && !best.What.Confirmed) {
-    chosen.Doubt = "the command runs over several lines";
+    chosen.Doubt = Marked("the command runs over several lines");
   } else if (best.What.Assembled) {
-    chosen.Doubt = "it is put together from columns of the page";
+    chosen.Doubt = Marked("it is put together from columns of the page");
   } else if (best.What.Computed) {
-    chosen.Doubt = "its check sum is not printed but computed";
+    chosen.Doubt = Marked("its check sum is not printed but computed");
   } else if (best.What.Beside) {
-    chosen.Doubt = "what stands beside it could belong to it";
+    chosen.Doubt = Marked("what stands beside it could belong to it");
   } else if (best.What.Open) {
-    chosen.Doubt = "it holds the projector's number or another value to choose";
+    chosen.Doubt = Marked("it holds the projector's number or another value to choose");
   } else if (!OfTheFamily(best, findings)) {
-    chosen.Doubt = "it does not look like the other commands of the page";
+    chosen.Doubt = Marked("it does not look like the other commands of the page");
   } else if (!best.For.Plain) {
-    chosen.Doubt = "the label could mean something else";
+    chosen.Doubt = Marked("the label could mean something else");
   } else if (best.For.Confirms) {
-    chosen.Doubt = "it asks before it switches off";
+    chosen.Doubt = Marked("it asks before it switches off");
   } else if (best.What.Repaired && !best.What.Confirmed && !best.What.Proven) {
-    chosen.Doubt = "a letter O was read as 0";
+    chosen.Doubt = Marked("a letter O was read as 0");
   }
   chosen.Sure = chosen.Doubt.empty();
   reading.Slots.push_back(std::move(chosen));
@@ -168,7 +171,7 @@ void DoubtTwins(ManualReading& reading) {
       if (other.Slot == slot.Slot) continue;
       if (reading.Commands[other.Choice].String.Values == reading.Commands[slot.Choice].String.Values) {
         slot.Sure = false;
-        slot.Doubt = "another function has the same command";
+        slot.Doubt = Marked("another function has the same command");
       }
     }
   }
@@ -208,8 +211,8 @@ void HeedStatedValues(const ManualPage& page, int on, int off, ManualReading& re
       States(page, {u"0 is off", u"1 is on", u"0 = off", u"1 = on", u"0=off", u"1=on", u"0: off", u"1: on"});
   if (stated && on == kPowerOnSlot) std::swap(first->Choice, second->Choice);
   first->Sure = second->Sure = false;
-  first->Doubt = second->Doubt = stated ? "the table and the text of the page contradict each other"
-                                        : "on and off could be swapped: 1 is on nearly everywhere";
+  first->Doubt = second->Doubt = stated ? Marked("the table and the text of the page contradict each other")
+                                        : Marked("on and off could be swapped: 1 is on nearly everywhere");
 }
 
 }  // namespace

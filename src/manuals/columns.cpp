@@ -1,11 +1,13 @@
 #include "manuals/columns.h"
 
+#include "base/words.h"
+
 #include <algorithm>
 
 namespace qdm {
 namespace {
 
-constexpr const char* kInColumns = "labels and commands stand in separate columns";
+constexpr const char* kInColumns = Marked("labels and commands stand in separate columns");
 constexpr std::size_t kShortestColumn = 3;
 constexpr std::size_t kShortestCodeColumn = 2;
 

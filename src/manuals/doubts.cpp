@@ -1,5 +1,6 @@
 #include "manuals/doubts.h"
 
+#include "base/words.h"
 #include "manuals/code_sums.h"
 #include "serial_strings/sum_search.h"
 
@@ -166,7 +167,8 @@ void DoubtDecimals(const ManualPage& page, std::vector<Finding>& findings) {
       if (alone) byte.Value = static_cast<std::uint8_t>(digits);
     }
     finding.Settled = false;
-    finding.Doubt = alone ? "the numbers are read as decimal" : "the numbers could be decimal";
+    finding.Doubt =
+        alone ? Marked("the numbers are read as decimal") : Marked("the numbers could be decimal");
   }
 }
 
@@ -184,7 +186,7 @@ void DoubtTornPages(std::vector<Finding>& findings) {
   for (Finding& finding : findings) {
     if (!counts(finding) || finding.What.Confirmed) continue;
     finding.Settled = false;
-    finding.Doubt = "many bytes on the page have no label: it may be only a part of the command";
+    finding.Doubt = Marked("many bytes on the page have no label: it may be only a part of the command");
   }
 }
 

@@ -1,5 +1,6 @@
 #include "manuals/grammar.h"
 
+#include "base/words.h"
 #include "manuals/functions.h"
 #include "manuals/grammar_lists.h"
 
@@ -239,7 +240,7 @@ class Composer {
       constexpr std::size_t kFar = 9;  // behind everything that fits
       findings_[i].Settled = findings_[i].For.Plain = false;
       findings_[i].For.Unknown += kFar;
-      findings_[i].Doubt = "it does not begin as the page says that commands do";
+      findings_[i].Doubt = Marked("it does not begin as the page says that commands do");
     }
   }
 
@@ -313,7 +314,7 @@ class Composer {
     code.Composed = code.Framed = true;
     finding.For = says;
     finding.Label = {value.Label};
-    finding.Doubt = "put together as the page describes its commands";
+    finding.Doubt = Marked("put together as the page describes its commands");
     findings_.push_back(std::move(finding));
   }
 

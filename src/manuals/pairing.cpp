@@ -1,5 +1,6 @@
 #include "manuals/pairing.h"
 
+#include "base/words.h"
 #include "manuals/columns.h"
 #include "manuals/prose.h"
 
@@ -271,7 +272,7 @@ std::vector<Finding> LabelSeeker::Seek() {
     finding.Settled = asRest && finding.Doubt.empty() && !finding.What.LeadsLabel &&
                       (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
     if (!finding.Settled && finding.Doubt.empty())
-      finding.Doubt = "which label belongs to which code is not certain";
+      finding.Doubt = Marked("which label belongs to which code is not certain");
     findings[pieces_[at].Code] = std::move(finding);
   }
   SpreadStackedHeadings(findings);
@@ -288,7 +289,7 @@ void LabelSeeker::HeedRows(std::size_t at, Finding& finding) const {
   const bool input = what == Subject::Computer || what == Subject::Digital || what == Subject::Video ||
                      what == Subject::SVideo;
   if (input && !finding.For.Switches && BelowOtherTitle(at))
-    finding.Doubt = "it stands below a title of something else";
+    finding.Doubt = Marked("it stands below a title of something else");
 }
 
 // Rows of a group: its title stands on a line of its own or left of the label of its first row.
@@ -356,7 +357,7 @@ void LabelSeeker::HeedMarks(std::vector<Finding>& findings) const {
     for (const std::size_t row : rows) {
       if (rows.size() == most) continue;
       findings[row].Settled = false;
-      findings[row].Doubt = "its row is marked unlike the others";
+      findings[row].Doubt = Marked("its row is marked unlike the others");
     }
   }
 }
@@ -376,7 +377,7 @@ std::optional<Finding> LabelSeeker::SecondInRow(std::size_t at) const {
     if (finding.For.What != second.Says.What) return std::nullopt;
     finding.For.Number = 2;
     finding.Label.push_back(second.Where);
-    finding.Doubt = "the table has a column for each input";
+    finding.Doubt = Marked("the table has a column for each input");
     return finding;
   }
   return std::nullopt;
@@ -403,7 +404,7 @@ std::optional<Finding> LabelSeeker::OneOfSeveral(std::size_t at) const {
       SlotOf(pieces_[first - 1].Says) == std::nullopt)
     return std::nullopt;
   Finding finding = Label(at, first - 1, Side::Left);
-  finding.Doubt = "its row has several commands";
+  finding.Doubt = Marked("its row has several commands");
   return finding;
 }
 
@@ -431,7 +432,7 @@ std::optional<Finding> LabelSeeker::StateInRow(std::size_t at) const {
     finding.For = label;
     finding.For.To = state(second ? right : left);
     finding.Label.push_back((second ? right : left).Where);
-    finding.Doubt = "the table has a column for each state";
+    finding.Doubt = Marked("the table has a column for each state");
     return finding;
   }
   return std::nullopt;
@@ -457,7 +458,7 @@ void LabelSeeker::SpreadStackedHeadings(std::vector<Finding>& findings) const {
       finding.For = pieces_[at + i].Says;
       finding.Label = {pieces_[at + i].Where};
       finding.Settled = false;
-      finding.Doubt = "the headings stand apart from their commands";
+      finding.Doubt = Marked("the headings stand apart from their commands");
     }
     at = std::max(end, at + 1);
   }

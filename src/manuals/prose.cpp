@@ -1,5 +1,7 @@
 #include "manuals/prose.h"
 
+#include "base/words.h"
+
 #include <algorithm>
 
 namespace qdm {
@@ -7,7 +9,7 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr const char* kInProse = "it is read from running text";
+constexpr const char* kInProse = Marked("it is read from running text");
 
 // What stands on the page between two places, as one line.
 std::u16string TextBetween(const ManualPage& page, const Span& before, const Span& behind) {

@@ -1,5 +1,6 @@
 #include "manuals/templates.h"
 
+#include "base/words.h"
 #include "manuals/framing.h"
 
 #include <algorithm>
@@ -276,7 +277,7 @@ class Composer {
     ResolveAddress(page_, finding.What);
     finding.For = says;
     finding.Label = {value.Label};
-    finding.Doubt = "put together from a form and a list of values";
+    finding.Doubt = Marked("put together from a form and a list of values");
     findings_.push_back(std::move(finding));
   }
 
@@ -330,7 +331,7 @@ class Composer {
     finding.What.Composed = true;
     finding.For = says;
     finding.Label = {label};
-    finding.Doubt = "put together from a form and a list of values";
+    finding.Doubt = Marked("put together from a form and a list of values");
     findings_.push_back(std::move(finding));
   }
 

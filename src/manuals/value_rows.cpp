@@ -1,5 +1,6 @@
 #include "manuals/value_rows.h"
 
+#include "base/words.h"
 #include "manuals/framing.h"
 #include "manuals/functions.h"
 
@@ -137,7 +138,7 @@ std::vector<Finding> ComposeByValueRows(const ManualPage& page, const std::vecto
     code.Framed = frame.Settled;
     finding.For = row.Says;
     finding.Label = {row.Label};
-    finding.Doubt = "put together from a name and its value";
+    finding.Doubt = Marked("put together from a name and its value");
     findings.push_back(std::move(finding));
   }
   return findings;

@@ -1,5 +1,7 @@
 #include "panels/identification.h"
 
+#include "base/words.h"
+
 #include <initializer_list>
 #include <numeric>
 #include <utility>
@@ -23,32 +25,34 @@ class BuiltText {
   std::size_t size_ = 0;
 };
 
-struct SettingTexts {
-  BuiltText Settings;
-  BuiltText StatusText;
-};
+constexpr const LineSpeed& SpeedAt(std::size_t index) { return LineSpeeds[index / LineParities.size()]; }
+constexpr const ParityChoice& ParityAt(std::size_t index) {
+  return LineParities[index % LineParities.size()];
+}
 
-constexpr SettingTexts TextsOf(std::size_t index) {
-  const LineSpeed& speed = LineSpeeds[index / LineParities.size()];
-  const ParityChoice& parity = LineParities[index % LineParities.size()];
-  return {{speed.Digits, ",", parity.Letter, ",8,2"}, {"Search ", speed.SearchText, ",", parity.SearchText}};
+constexpr BuiltText TextsOf(std::size_t index) {
+  return {SpeedAt(index).Digits, ",", ParityAt(index).Letter, ",8,2"};
 }
 
 template <std::size_t... Index>
-constexpr std::array<SettingTexts, sizeof...(Index)> AllTexts(std::index_sequence<Index...>) {
+constexpr std::array<BuiltText, sizeof...(Index)> AllTexts(std::index_sequence<Index...>) {
   return {TextsOf(Index)...};
 }
 constexpr std::array kTexts = AllTexts(std::make_index_sequence<kLineSettings>());
 
 template <std::size_t... Index>
 constexpr std::array<LineSetting, sizeof...(Index)> ViewsOfTexts(std::index_sequence<Index...>) {
-  return {LineSetting{kTexts[Index].Settings.View(), kTexts[Index].StatusText.View()}...};
+  return {LineSetting{kTexts[Index].View(), SpeedAt(Index), ParityAt(Index)}...};
 }
 
 }  // namespace
 
 constexpr std::array<LineSetting, kLineSettings> LineSettingsTable =
     ViewsOfTexts(std::make_index_sequence<kLineSettings>());
+
+std::string SearchText(const LineSetting& setting) {
+  return Say("Search %1,%2", {std::string(setting.Speed.SearchText), Say(setting.Parity.SearchText)});
+}
 
 constexpr std::array<std::uint8_t, 8> SearchRequest = {'Q', 'D', 'M', 'S', 'E', 'T', 'U', 'P'};
 

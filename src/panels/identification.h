@@ -17,11 +17,14 @@ namespace qdm {
 
 struct LineSetting {
   std::string_view Settings;
-  std::string_view StatusText;
+  const LineSpeed& Speed;
+  const ParityChoice& Parity;
 };
 inline constexpr std::size_t kLineSettings = LineSpeeds.size() * LineParities.size();
-// In the order in which they are tried: "9600,n,8,2" with "Search 9K6,none", each speed with each parity.
+// In the order in which they are tried, each speed with each parity, from "9600,n,8,2" on.
 extern const std::array<LineSetting, kLineSettings> LineSettingsTable;
+// "Search 9K6,none"
+std::string SearchText(const LineSetting& setting);
 
 extern const std::array<std::uint8_t, 8> SearchRequest;
 

@@ -1,5 +1,6 @@
 #include "panels/image_layout.h"
 
+#include "base/words.h"
 #include "panels/image_fields.h"
 
 #include <algorithm>
@@ -19,8 +20,8 @@ std::size_t OffsetOf(ImageLayout layout, std::string_view name) {
 void ThrowOverflow(std::string_view field, int stored, int result) {
   const std::string why =
       stored == result
-          ? "outside 0..255, which is all that its byte in the panel can hold"
-          : "makes " + std::to_string(result) + ", which does not fit its byte in the panel (0..255)";
+          ? Say("outside 0..255, which is all that its byte in the panel can hold")
+          : Say("makes %1, which does not fit its byte in the panel (0..255)", {std::to_string(result)});
   throw ImageError(field, stored, why);
 }
 

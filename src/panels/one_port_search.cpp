@@ -1,5 +1,7 @@
 #include "panels/one_port_search.h"
 
+#include "base/words.h"
+
 #include <utility>
 
 namespace qdm {
@@ -14,7 +16,7 @@ void OnePortSearch::AskAt(std::size_t setting) {
   setting_ = setting;
   if (!AskForIdentification(port_, LineSettingsTable[setting].Settings)) return NotFound();
   deadline_ = time_.Now() + kOnePortReplyTimeout;
-  status_(std::string(LineSettingsTable[setting].StatusText));
+  status_(SearchText(LineSettingsTable[setting]));
 }
 
 void OnePortSearch::Advance() {
@@ -40,7 +42,7 @@ void OnePortSearch::Found(const Identification& panel) {
 void OnePortSearch::NotFound() {
   finished_ = true;
   port_.Close();
-  status_(std::string(kNoPanelText));
+  status_(Say(kNoPanelText));
 }
 
 }  // namespace qdm

@@ -1,5 +1,6 @@
 #include "panels/panel_image.h"
 
+#include "base/words.h"
 #include "config/panel_configuration.h"
 #include "panels/image_fields.h"
 #include "panels/image_layout.h"
@@ -47,9 +48,9 @@ std::string SlotField(std::string_view array, std::size_t slot, std::string_view
 }
 
 [[noreturn]] void ThrowTableTooLong(const ProjectorDefinition& projector, std::size_t slot) {
-  const std::string why =
+  const std::string why = Say(
       "the command strings run past byte 511 of the panel's memory; shorten strings or clear those that are "
-      "not needed";
+      "not needed");
   if (projector.Available[slot] == 0) {
     throw ImageError(SlotField("Available", slot, ""), 0, why);
   }
@@ -57,7 +58,8 @@ std::string SlotField(std::string_view array, std::size_t slot, std::string_view
 }
 
 [[noreturn]] void ThrowCountTooHigh(const SerialString& string, std::size_t slot) {
-  throw ImageError(SlotField("Strings", slot, ".Count"), string.Count, "a string has no more than 32 bytes");
+  throw ImageError(SlotField("Strings", slot, ".Count"), string.Count,
+                   Say("a string has no more than 32 bytes"));
 }
 
 class StringTable {

@@ -1,5 +1,7 @@
 #include "panels/panel_search.h"
 
+#include "base/words.h"
+
 #include <algorithm>
 
 namespace qdm {
@@ -20,15 +22,15 @@ std::optional<Identification> AnswerWaiting(SerialPort& port) {
 std::string StatusText(const SearchSlot& slot) {
   switch (slot.State) {
     case SlotState::Waiting:
-      return "Please Wait";
+      return Say("Please Wait");
     case SlotState::NoPort:
-      return "No Port";
+      return Say("No Port");
     case SlotState::Asking:
-      return std::string(slot.Setting->StatusText);
+      return SearchText(*slot.Setting);
     case SlotState::Asked:
       break;
   }
-  return slot.Panel ? IdentificationText(*slot.Panel) : std::string(kNoPanelText);
+  return slot.Panel ? IdentificationText(*slot.Panel) : Say(kNoPanelText);
 }
 
 namespace {

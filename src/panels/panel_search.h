@@ -2,6 +2,7 @@
 // firmware are they. All ports are asked at once, setting by setting, 500 ms each.
 #pragma once
 
+#include "base/words.h"
 #include "line/serial_port.h"
 #include "line/waiting.h"
 #include "panels/identification.h"
@@ -40,7 +41,7 @@ struct SearchSlot {
   std::string_view Settings() const { return Choosable() ? Setting->Settings : std::string_view(); }
 };
 
-inline constexpr std::string_view kNoPanelText = "No QDM found";
+inline constexpr std::string_view kNoPanelText = Marked("No QDM found");
 // What a slot shows: "Please Wait", "No Port", a search text, "No QDM found" or the identification text.
 std::string StatusText(const SearchSlot& slot);
 

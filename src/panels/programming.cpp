@@ -1,5 +1,6 @@
 #include "panels/programming.h"
 
+#include "base/words.h"
 #include "config/maker.h"
 #include "panels/frame.h"
 #include "panels/panel_in_hand.h"
@@ -16,7 +17,7 @@ constexpr Microseconds kLateReply = std::chrono::milliseconds(2100);
 // A line that never falls silent is given up.
 constexpr Microseconds kSettleLimit = std::chrono::seconds(10);
 
-Message Failure(std::string text) { return {std::move(text), "Error!", MessageIcon::Exclamation}; }
+Message Failure(std::string text) { return {std::move(text), Say("Error!"), MessageIcon::Exclamation}; }
 
 // Sends frames that the panel acknowledges. A frame that had to be repeated leaves acknowledgements behind
 // that may still be on their way; before the next frame the link lets them pass, since a late one would
@@ -134,8 +135,9 @@ ProgrammingResult ProgramConnected(int asked, SerialPort& port, const PanelImage
   PanelLink link(port, time);
   if (asked > 1) link.ExpectLateReplies();
   if (OpenForProgramming(port)) SendRecords(link, image, stop, observer, result);
-  observer.Tell(result.Programmed ? Message{"The QDM panel has been programed", "Done!", MessageIcon::None}
-                                  : Failure("The QDM panel failed to program"));
+  observer.Tell(result.Programmed
+                    ? Message{Say("The QDM panel has been programed"), Say("Done!"), MessageIcon::None}
+                    : Failure(Say("The QDM panel failed to program")));
 
   result.Restarted = inHand.Restarted() || RestartPanel(link, port, time, stop);
   port.Close();
@@ -152,7 +154,7 @@ ProgrammingResult ProgramPanel(SerialPort& port, const std::string& settings, in
   const int asked = Connect(port, settings, controllerType, time, stop);
   if (asked > 0) return ProgramConnected(asked, port, image, time, stop, observer);
   port.Close();
-  observer.Tell(Failure("Could not connect to QDM panel"));
+  observer.Tell(Failure(Say("Could not connect to QDM panel")));
   return {};
 }
 
@@ -184,7 +186,7 @@ std::vector<std::size_t> RestartFoundPanels(std::vector<SearchSlot>& slots, Wait
 }
 
 Message RestartFailure(std::string ports) {
-  Message message = Failure("The QDM panel failed to restart");
+  Message message = Failure(Say("The QDM panel failed to restart"));
   message.Detail = std::move(ports);
   return message;
 }
@@ -193,13 +195,12 @@ std::optional<Message> FirmwareGate(const Identification& panel) {
   // Only the last digit of the major version counts, as it always has: 11.2 is taken for 1.2.
   const bool tooOld = panel.Major % 10 == 1 && panel.Minor <= 2;
   if (!panel.IsOfType(kTlVox) || !tooOld) return std::nullopt;
-  return Message{
-      "This version of the QDM editor can only\r\n"
-      "operate with TL-VOX firmware 1.3 or higher\r\n"
-      "To proceed you will need to update the firmware\r\n"
-      "Please go to " +
-          std::string(kMakerWebAddress) + " to download the latest firmware",
-      "Sorry", MessageIcon::Exclamation};
+  return Message{Say("This version of the QDM editor can only\r\n"
+                     "operate with TL-VOX firmware 1.3 or higher\r\n"
+                     "To proceed you will need to update the firmware\r\n"
+                     "Please go to %1 to download the latest firmware",
+                     {std::string(kMakerWebAddress)}),
+                 Say("Sorry"), MessageIcon::Exclamation};
 }
 
 }  // namespace qdm

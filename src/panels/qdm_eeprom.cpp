@@ -1,4 +1,5 @@
 // The QDM panels' layout of the bytes before the table of strings.
+#include "base/words.h"
 #include "panels/image_fields.h"
 
 namespace qdm {
@@ -77,7 +78,7 @@ std::uint16_t VolumeBytePosition(const ImageField& field, const C& c) {
   const std::int16_t position = c.Projector.VolumeBytePosition;
   if (position == -1) {
     throw ImageError(field.Name, position,
-                     "not yet determined; open the projector in the setup dialog and press Done");
+                     Say("not yet determined; open the projector in the setup dialog and press Done"));
   }
   return FittingByte(field.Name, position, position);
 }

@@ -1,5 +1,6 @@
 #include "projector_bench/code_check.h"
 
+#include "base/words.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/command_pattern.h"
 #include "projector_bench/stand_in.h"
@@ -38,18 +39,35 @@ std::vector<Member> MembersOf(const ProjectorDefinition& projector) {
 }
 
 std::string NumberWord(std::size_t number) {
-  constexpr std::array<std::string_view, 13> kWords = {"no",   "one",    "two",   "three", "four",
-                                                       "five", "six",    "seven", "eight", "nine",
-                                                       "ten",  "eleven", "twelve"};
-  return number < kWords.size() ? std::string(kWords[number]) : std::to_string(number);
+  constexpr std::array<std::string_view, 13> kWords = {
+      Marked("no"),   Marked("one"),    Marked("two"),   Marked("three"), Marked("four"),
+      Marked("five"), Marked("six"),    Marked("seven"), Marked("eight"), Marked("nine"),
+      Marked("ten"),  Marked("eleven"), Marked("twelve")};
+  return number < kWords.size() ? Say(kWords[number]) : std::to_string(number);
 }
 
-std::string OthersWord(std::size_t others) { return "the other " + NumberWord(others); }
+std::string Number(std::size_t number) { return std::to_string(number); }
 
-// "last byte is", "byte 3 is", "bytes 4 to 5 are".
-std::string PlaceText(std::size_t at, std::size_t width, std::size_t length) {
-  if (width > 1) return "bytes " + std::to_string(at + 1) + " to " + std::to_string(at + width) + " are";
-  return at + 1 == length ? "last byte is" : "byte " + std::to_string(at + 1) + " is";
+std::string OddByteText(std::size_t at, ByteView data, std::uint8_t common, std::size_t others) {
+  if (at + 1 == data.size()) {
+    return Say("last byte is %1, the other %2 have %3",
+               {HexByte(data[at]), NumberWord(others), HexByte(common)});
+  }
+  return Say("byte %1 is %2, the other %3 have %4",
+             {Number(at + 1), HexByte(data[at]), NumberWord(others), HexByte(common)});
+}
+
+std::string WrongSumText(std::size_t at, ByteView data, ByteView sum, std::size_t others) {
+  const std::string held = HexText(data.subspan(at, sum.size()));
+  if (sum.size() > 1) {
+    return Say("bytes %1 to %2 are %3, the other %4 make them %5",
+               {Number(at + 1), Number(at + sum.size()), held, NumberWord(others), HexText(sum)});
+  }
+  if (at + 1 == data.size()) {
+    return Say("last byte is %1, the other %2 make it %3", {held, NumberWord(others), HexText(sum)});
+  }
+  return Say("byte %1 is %2, the other %3 make it %4",
+             {Number(at + 1), held, NumberWord(others), HexText(sum)});
 }
 
 SerialString WithBytes(const SerialString& string, std::size_t at, ByteView bytes) {
@@ -83,7 +101,7 @@ class Check {
  private:
   void Add(Slot place, CodeFault fault, const std::string& text,
            const std::optional<SerialString>& corrected = std::nullopt) {
-    result_.Findings.push_back({place, fault, std::string(NameOfSlot(place)) + ": " + text, corrected});
+    result_.Findings.push_back({place, fault, Say("%1: %2", {Say(NameOfSlot(place)), text}), corrected});
   }
   bool IsFlagged(Slot place) const {
     return std::any_of(result_.Findings.begin(), result_.Findings.end(),
@@ -120,7 +138,7 @@ class Check {
       if (with < kFewestOthers || without.size() > std::max<std::size_t>(1, members_.size() / 4)) continue;
       for (const Member* member : without) {
         Add(member->Place, CodeFault::Terminator,
-            "does not end with " + HexText(terminator) + ", as " + OthersWord(with) + " do",
+            Say("does not end with %1, as the other %2 do", {HexText(terminator), NumberWord(with)}),
             Terminated(projector_.Strings[member->Place], terminator));
       }
       return;
@@ -168,7 +186,7 @@ class Check {
     }
     if (blank.size() * 4 > members_.size()) return;
     for (const Member* member : blank) {
-      Add(member->Place, CodeFault::BlankAtEnd, "a blank stands at the end of the text",
+      Add(member->Place, CodeFault::BlankAtEnd, Say("a blank stands at the end of the text"),
           WithoutBlanks(projector_.Strings[member->Place], TextEnd(*member)));
     }
   }
@@ -220,9 +238,7 @@ class Check {
       if (!sum ||
           !std::equal(sum->begin(), sum->end(), repaired.begin() + static_cast<std::ptrdiff_t>(parts->SumAt)))
         continue;
-      Add(fixed[index]->Place, CodeFault::CheckSum,
-          PlaceText(at, 1, data.size()) + " " + HexByte(data[at]) + ", " + OthersWord(fixed.size() - 1) +
-              " have " + HexByte(*common),
+      Add(fixed[index]->Place, CodeFault::CheckSum, OddByteText(at, data, *common, fixed.size() - 1),
           WithBytes(projector_.Strings[fixed[index]->Place], at, {&repaired[at], 1}));
       return true;
     }
@@ -256,14 +272,10 @@ class Check {
     const std::size_t others = result_.Family.Proven;
     if (!sum) {
       return Add(member.Place, CodeFault::CheckSum,
-                 "too short for the check sum that " + OthersWord(others) + " have");
+                 Say("too short for the check sum that the other %1 have", {NumberWord(others)}));
     }
     const std::size_t at = PartsOf(rule, member.Data.size())->SumAt;
-    const std::string them = sum->size() > 1 ? " make them " : " make it ";
-    Add(member.Place, CodeFault::CheckSum,
-        PlaceText(at, sum->size(), member.Data.size()) + " " +
-            HexText(ByteView(member.Data).subspan(at, sum->size())) + ", " + OthersWord(others) + them +
-            HexText(*sum),
+    Add(member.Place, CodeFault::CheckSum, WrongSumText(at, member.Data, *sum, others),
         WithBytes(projector_.Strings[member.Place], at, *sum));
   }
 
@@ -280,7 +292,7 @@ class Check {
       const bool onAndOff = std::find(kOnAndOff.begin(), kOnAndOff.end(),
                                       std::pair(same->Place, later->Place)) != kOnAndOff.end();
       Add(later->Place, onAndOff ? CodeFault::SameOnAndOff : CodeFault::SameCommand,
-          "the same as " + std::string(NameOfSlot(same->Place)));
+          Say("the same as %1", {Say(NameOfSlot(same->Place))}));
     }
   }
 
@@ -291,8 +303,8 @@ class Check {
       const std::size_t length = projector_.Strings[slot.Place].BytesInUse();
       if (length < kMaximumStringBytes) continue;
       Add(slot.Place, CodeFault::LongReply,
-          "a reply of " + std::to_string(length) + " bytes is longer than can be waited for (" +
-              std::to_string(kMaximumStringBytes - 1) + ")");
+          Say("a reply of %1 bytes is longer than can be waited for (%2)",
+              {Number(length), Number(kMaximumStringBytes - 1)}));
     }
   }
 
@@ -301,23 +313,37 @@ class Check {
   CodeCheckResult result_;
 };
 
+// What the sum is over.
 std::string RangeText(const SumRule& rule) {
-  std::string text = rule.InFront ? "the bytes behind it" : "the bytes before it";
-  if (!rule.InFront && rule.Start > 0) text += " from byte " + std::to_string(rule.Start + 1) + " on";
-  if (rule.Uncovered > 0) text += " without the last " + NumberWord(rule.Uncovered);
-  return text;
+  const std::string start = Number(rule.Start + 1);
+  const std::string last = NumberWord(rule.Uncovered);
+  if (rule.InFront) {
+    return rule.Uncovered > 0 ? Say("the bytes behind it without the last %1", {last})
+                              : Say("the bytes behind it");
+  }
+  if (rule.Start > 0) {
+    return rule.Uncovered > 0 ? Say("the bytes before it from byte %1 on without the last %2", {start, last})
+                              : Say("the bytes before it from byte %1 on", {start});
+  }
+  return rule.Uncovered > 0 ? Say("the bytes before it without the last %1", {last})
+                            : Say("the bytes before it");
 }
 
 std::string SumPlaceText(const SumRule& rule) {
   const std::size_t width = rule.Width();
-  const std::string bytes = width == 1 ? "byte" : NumberWord(width) + " bytes";
+  const std::string bytes = NumberWord(width);
+  const std::string behind = NumberWord(rule.Place);
   if (rule.InFront) {
-    return width == 1
-               ? "byte " + std::to_string(rule.Place + 1)
-               : "bytes " + std::to_string(rule.Place + 1) + " to " + std::to_string(rule.Place + width);
+    return width == 1 ? Say("byte %1", {Number(rule.Place + 1)})
+                      : Say("bytes %1 to %2", {Number(rule.Place + 1), Number(rule.Place + width)});
   }
-  if (rule.Place == 0) return "the last " + bytes;
-  return "the " + bytes + " before the last " + (rule.Place == 1 ? "one" : NumberWord(rule.Place));
+  if (rule.Place == 0) return width == 1 ? Say("the last byte") : Say("the last %1 bytes", {bytes});
+  if (rule.Place == 1) {
+    return width == 1 ? Say("the byte before the last one")
+                      : Say("the %1 bytes before the last one", {bytes});
+  }
+  return width == 1 ? Say("the byte before the last %1", {behind})
+                    : Say("the %1 bytes before the last %2", {bytes, behind});
 }
 
 }  // namespace
@@ -326,16 +352,21 @@ CodeCheckResult CheckCodes(const ProjectorDefinition& projector) { return Check(
 
 std::vector<std::string> FamilyText(const CodeFamily& family) {
   std::vector<std::string> sentences;
-  const std::string all = "All " + NumberWord(family.Members.size()) + " commands ";
-  if (!family.Head.empty()) sentences.push_back(all + "begin with " + HexText(family.Head) + ".");
-  if (!family.Tail.empty()) sentences.push_back(all + "end with " + HexText(family.Tail) + ".");
+  const std::string all = NumberWord(family.Members.size());
+  if (!family.Head.empty()) {
+    sentences.push_back(Say("All %1 commands begin with %2.", {all, HexText(family.Head)}));
+  }
+  if (!family.Tail.empty()) {
+    sentences.push_back(Say("All %1 commands end with %2.", {all, HexText(family.Tail)}));
+  }
   if (!family.Sum) return sentences;
   const SumRule& rule = *family.Sum;
-  const std::string form = rule.Form.Name();
-  sentences.push_back("In each command " + SumPlaceText(rule) +
-                      (rule.Width() == 1 ? " is the " : " are the ") + rule.Method.Name() + " of " +
-                      RangeText(rule) + (form.empty() ? "" : ", " + form) + "; " + NumberWord(family.Proven) +
-                      " commands prove it.");
+  std::string covered = RangeText(rule);
+  if (const std::string form = rule.Form.Name(); !form.empty()) covered += ", " + form;
+  sentences.push_back(Say(rule.Width() == 1
+                              ? Marked("In each command %1 is the %2 of %3; %4 commands prove it.")
+                              : Marked("In each command %1 are the %2 of %3; %4 commands prove it."),
+                          {SumPlaceText(rule), rule.Method.Name(), covered, NumberWord(family.Proven)}));
   return sentences;
 }
 

@@ -1,5 +1,6 @@
 #include "projector_bench/command_pattern.h"
 
+#include "base/words.h"
 #include "projectors/projector_volume.h"
 #include "serial_strings/serial_string.h"
 
@@ -54,13 +55,13 @@ class EditTable {
   std::string FirstDifference() {
     std::size_t at = 0;
     while (IsChangedAt(at) && Fits(bytes_[at], pattern_[at])) ++at;
-    const std::string byte = "byte " + std::to_string(at + 1);
+    const std::string place = std::to_string(at + 1);
     if (IsChangedAt(at))
-      return byte + " is " + HexByte(bytes_[at]) + " instead of " + HexByte(pattern_[at].Value);
+      return Say("byte %1 is %2 instead of %3", {place, HexByte(bytes_[at]), HexByte(pattern_[at].Value)});
     const bool missing =
         at == bytes_.size() || (at < pattern_.size() && Cell(at, at) == Cell(at, at + 1) + kChange);
-    if (missing) return byte + " (" + HexByte(pattern_[at].Value) + ") is missing";
-    return byte + " (" + HexByte(bytes_[at]) + ") is one too many";
+    if (missing) return Say("byte %1 (%2) is missing", {place, HexByte(pattern_[at].Value)});
+    return Say("byte %1 (%2) is one too many", {place, HexByte(bytes_[at])});
   }
 
  private:

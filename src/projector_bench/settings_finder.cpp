@@ -1,5 +1,6 @@
 #include "projector_bench/settings_finder.h"
 
+#include "base/words.h"
 #include "projector_bench/bench_line.h"
 
 #include <algorithm>
@@ -64,7 +65,8 @@ void UseSettings(ProjectorDefinition& projector, const ProbeSetting& setting) {
 }
 
 std::string_view NameOf(ProbeVerdict verdict) {
-  constexpr std::array<std::string_view, 4> kNames = {"nothing", "echo", "something", "reply"};
+  constexpr std::array<std::string_view, 4> kNames = {Marked("nothing"), Marked("echo"), Marked("something"),
+                                                      Marked("reply")};
   return kNames.at(static_cast<std::size_t>(verdict));
 }
 
@@ -91,23 +93,23 @@ ProbeQuestion QuestionOf(const ProjectorDefinition& projector, const SerialStrin
 std::string_view EffectOf(Slot command) {
   switch (command) {
     case kSerialEnableSlot:
-      return "makes the projector listen to its serial port";
+      return Marked("makes the projector listen to its serial port");
     case kPowerOnSlot:
-      return "switches the projector on";
+      return Marked("switches the projector on");
     case kBlankSlot:
-      return "blanks the picture";
+      return Marked("blanks the picture");
     case kBlankOffSlot:
-      return "shows the picture again";
+      return Marked("shows the picture again");
     case kVolumeUpSlot:
-      return "turns the sound up";
+      return Marked("turns the sound up");
     case kVolumeDownSlot:
-      return "turns the sound down";
+      return Marked("turns the sound down");
     case kPowerOffSlot:
-      return "switches the projector off";
+      return Marked("switches the projector off");
     case kSerialDisableSlot:
-      return "makes the projector deaf on its serial port";
+      return Marked("makes the projector deaf on its serial port");
     default:
-      return "changes to another input";
+      return Marked("changes to another input");
   }
 }
 
@@ -148,10 +150,11 @@ bool AnyIsOpen(const std::vector<std::unique_ptr<SerialPort>>& ports) {
 }
 
 std::string_view WhatToCheckWhenSilent() {
-  return "The cable: a projector's port may want a null-modem (crossed) or a straight cable, and the panel's "
-         "end and a computer's end are not wired alike.\n"
-         "The power: some projectors listen in standby, some only when they are on.\n"
-         "The projector's menu: its control port may be switched off, or set to another interface.";
+  return Marked(
+      "The cable: a projector's port may want a null-modem (crossed) or a straight cable, and the panel's "
+      "end and a computer's end are not wired alike.\n"
+      "The power: some projectors listen in standby, some only when they are on.\n"
+      "The projector's menu: its control port may be switched off, or set to another interface.");
 }
 
 }  // namespace qdm

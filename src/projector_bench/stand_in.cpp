@@ -1,5 +1,6 @@
 #include "projector_bench/stand_in.h"
 
+#include "base/words.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/wrong_settings.h"
 #include "serial_strings/serial_string.h"
@@ -29,26 +30,14 @@ std::int64_t WholeMilliseconds(Microseconds time) {
 
 std::string NamesOf(const std::vector<Slot>& slots) {
   std::string names;
-  for (const Slot slot : slots) names.append(names.empty() ? "" : ", ").append(NameOfSlot(slot));
+  for (const Slot slot : slots) names.append(names.empty() ? "" : ", ").append(Say(NameOfSlot(slot)));
   return names;
 }
 
 }  // namespace
 
 std::string_view NameOf(const HeardCommand& heard) {
-  return heard.Command ? NameOfSlot(*heard.Command) : std::string_view("unknown");
-}
-
-std::string RemarksOn(const HeardCommand& heard) {
-  std::string remarks;
-  const auto add = [&](const std::string& remark) {
-    remarks.append(remarks.empty() ? "" : "; ").append(remark);
-  };
-  if (heard.Level) add("level " + std::to_string(*heard.Level));
-  if (heard.TooSoon) add("too soon after the command before");
-  if (heard.BytesTooClose) add("bytes too close together");
-  if (!heard.Remark.empty()) add(heard.Remark);
-  return remarks;
+  return heard.Command ? NameOfSlot(*heard.Command) : std::string_view(Marked("unknown"));
 }
 
 std::string HexText(ByteView bytes) {
@@ -114,12 +103,29 @@ void StandIn::Hear(const SpottedBytes& spotted) {
     heard.Command = spotted.Command->Place;
     heard.Level = LevelIn(heard.Data, *spotted.Command, projector_);
     AnswerTo(heard);
-  } else if (const auto wrong = WrongSettingsRemark(heard.Data, commands_, line_)) {
-    heard.Remark = *wrong;
-  } else if (const auto nearest = FindNearest(heard.Data, commands_)) {
-    heard.Remark = "nearest is \"" + std::string(NameOfSlot(nearest->Place)) + "\": " + nearest->Difference;
   }
   heard_.push_back(std::move(heard));
+}
+
+std::string StandIn::RemarksOn(const HeardCommand& heard) const {
+  std::string remarks;
+  const auto add = [&](const std::string& remark) {
+    if (!remark.empty()) remarks.append(remarks.empty() ? "" : "; ").append(remark);
+  };
+  if (heard.Level) add(Say("level %1", {std::to_string(*heard.Level)}));
+  if (heard.TooSoon) add(Say("too soon after the command before"));
+  if (heard.BytesTooClose) add(Say("bytes too close together"));
+  add(Meaning(heard));
+  return remarks;
+}
+
+std::string StandIn::Meaning(const HeardCommand& heard) const {
+  if (heard.Busy) return Say("busy: warming up or cooling down");
+  if (heard.Command) return {};
+  if (const auto wrong = WrongSettingsRemark(heard.Data, commands_, line_)) return *wrong;
+  const auto nearest = FindNearest(heard.Data, commands_);
+  return nearest ? Say("nearest is \"%1\": %2", {Say(NameOfSlot(nearest->Place)), nearest->Difference})
+                 : std::string();
 }
 
 // Single gaps mean little: the whole command must have taken as long as all its delays.
@@ -137,7 +143,7 @@ void StandIn::AnswerTo(HeardCommand& heard) {
   const Slot command = *heard.Command;
   const bool busy = IsPowerCommand(command) && heard.End < busyUntil_;
   if (busy && Switches.Power != WhileBusy::Answer) {
-    heard.Remark = "busy: warming up or cooling down";
+    heard.Busy = true;
     if (Switches.Power == WhileBusy::AnswerBusy) heard.Answer = Switches.BusyReply;
   } else {
     heard.Answer = ReplyTo(command);
@@ -190,10 +196,10 @@ std::vector<Slot> StandIn::Missing() const {
 std::string ChecklistText(const StandIn& standIn) {
   const std::vector<Slot> missing = standIn.Missing();
   const std::size_t expected = standIn.Expected().size();
-  std::string text = "Press each button: " + std::to_string(expected - missing.size()) + " of " +
-                     std::to_string(expected) + " heard";
-  if (!missing.empty()) text += ", still missing: " + NamesOf(missing);
-  return text;
+  const std::string heard = std::to_string(expected - missing.size());
+  if (missing.empty()) return Say("Press each button: %1 of %2 heard", {heard, std::to_string(expected)});
+  return Say("Press each button: %1 of %2 heard, still missing: %3",
+             {heard, std::to_string(expected), NamesOf(missing)});
 }
 
 std::string ListLine(const HeardCommand& heard, Microseconds start) {
@@ -206,7 +212,7 @@ std::string ListText(const StandIn& standIn, Microseconds start) {
   std::string text = "ms\tgap ms\tcommand\tbytes\ttext\tanswer\tremarks\n";
   for (const HeardCommand& heard : standIn.Heard()) {
     text += ListLine(heard, start) + "\t" + ReadableText(heard.Data) + "\t" +
-            (heard.Answer.empty() ? "-" : HexText(heard.Answer)) + "\t" + RemarksOn(heard) + "\n";
+            (heard.Answer.empty() ? "-" : HexText(heard.Answer)) + "\t" + standIn.RemarksOn(heard) + "\n";
   }
   return text + ChecklistText(standIn) + "\n";
 }

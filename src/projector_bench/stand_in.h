@@ -43,14 +43,12 @@ struct HeardCommand {
   std::optional<Slot> Command;      // nothing: no command of the definition
   std::optional<std::int16_t> Level;
   Bytes Data;
-  Bytes Answer;        // empty: none
-  std::string Remark;  // UTF-8; what is to be said of bytes that are no command
+  Bytes Answer;       // empty: none
+  bool Busy = false;  // it came while the projector warms up or cools down, and was not carried out
 };
 
 // "Power on", or "unknown".
 std::string_view NameOf(const HeardCommand& heard);
-// What is to be said of it: what unknown bytes look like, the level, delays that were not kept.
-std::string RemarksOn(const HeardCommand& heard);
 // "50 57 0D".
 std::string HexText(ByteView bytes);
 // Characters as they are, everything else as "<0D>".
@@ -82,8 +80,11 @@ class StandIn {
   const std::vector<LineCommand>& Commands() const { return commands_; }
   std::vector<Slot> Expected() const;
   std::vector<Slot> Missing() const;
+  // What is to be said of it: what unknown bytes look like, the level, delays that were not kept. UTF-8.
+  std::string RemarksOn(const HeardCommand& heard) const;
 
  private:
+  std::string Meaning(const HeardCommand& heard) const;
   struct Answer {
     Microseconds Due;
     Bytes Data;

@@ -1,19 +1,23 @@
 #include "projector_bench/typed_command.h"
 
+#include "base/words.h"
 #include "serial_strings/text_parser.h"
 
 namespace qdm {
 namespace {
 
-std::string Words(const TextReading& reading) { return HexBytes(reading.String) + " (" + reading.As + ")"; }
+std::string Words(const TextReading& reading) {
+  return HexBytes(reading.String) + " (" + SayEach(reading.As) + ")";
+}
 
 std::string WhyRefused(const ParsedText& parsed) {
   if (parsed.Problem) return ProblemText(*parsed.Problem);
   if (parsed.Readings.size() > 1) {
-    return "can be read as " + Words(parsed.Readings[0]) + " or as " + Words(parsed.Readings[1]) +
-           ": write PWR<CR> for characters, 0x50 0x57 0x0D for bytes";
+    return Say("can be read as %1 or as %2: write PWR<CR> for characters, 0x50 0x57 0x0D for bytes",
+               {Words(parsed.Readings[0]), Words(parsed.Readings[1])});
   }
-  return "doubtful: " + (parsed.Notes.empty() ? Words(parsed.Readings.front()) : parsed.Notes.front());
+  return Say("doubtful: %1",
+             {parsed.Notes.empty() ? Words(parsed.Readings.front()) : Say(parsed.Notes.front())});
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "projector_bench/wrong_settings.h"
 
+#include "base/words.h"
 #include "line/speeds_and_parities.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ bool AnyIsStrange(const std::vector<LineCommand>& commands) {
 }
 
 std::string LooksLike(const LineCommand& command, const std::string& settings) {
-  return "looks like \"" + std::string(NameOfSlot(command.Place)) + "\" at " + settings;
+  return Say("looks like \"%1\" at %2", {Say(NameOfSlot(command.Place)), settings});
 }
 
 }  // namespace
@@ -83,12 +84,12 @@ std::optional<std::string> WrongSettingsRemark(ByteView bytes, const std::vector
     }
     Bytes sevenBits(bytes.begin(), bytes.end());
     for (std::uint8_t& byte : sevenBits) byte &= 0x7F;
-    if (Matches(sevenBits, command.Pattern)) return LooksLike(command, "7 data bits with parity");
+    if (Matches(sevenBits, command.Pattern)) return LooksLike(command, Say("7 data bits with parity"));
   }
   const auto strange = std::count_if(bytes.begin(), bytes.end(), IsStrange);
   if (strange * 2 < static_cast<std::ptrdiff_t>(bytes.size()) || bytes.empty() || AnyIsStrange(commands))
     return std::nullopt;
-  return "looks like a wrong speed or parity";
+  return Say("looks like a wrong speed or parity");
 }
 
 }  // namespace qdm

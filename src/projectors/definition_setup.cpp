@@ -1,5 +1,6 @@
 #include "projectors/definition_setup.h"
 
+#include "base/words.h"
 #include "serial_strings/serial_string.h"
 
 #include <algorithm>
@@ -23,9 +24,7 @@ bool IsShown(const ProjectorDefinition& projector, const SlotFacts& slot) {
   return IsRequired(projector, slot.Place) && (!slot.ReplyTo || IsShown(projector, kSlots[*slot.ReplyTo]));
 }
 
-Message Refusal(std::string reason) {
-  return {"Cannot save as " + std::move(reason) + "!", "Sorry!", MessageIcon::Exclamation};
-}
+Message Refusal(std::string text) { return {std::move(text), Say("Sorry!"), MessageIcon::Exclamation}; }
 
 }  // namespace
 
@@ -46,13 +45,15 @@ std::optional<std::size_t> RefusedSlot(const ProjectorDefinition& projector) {
 
 std::optional<Message> CheckDefinition(const ProjectorDefinition& projector) {
   if (SerialBytesUsed(projector, ShownSlots(projector)) > kSerialByteBudget)
-    return Refusal("there are too many serial bytes in this configuration");
+    return Refusal(Say("Cannot save as there are too many serial bytes in this configuration!"));
   if (const auto slot = RefusedSlot(projector))
-    return Refusal(std::string(CommandSlotNames[*slot]) + " string has zero byte length");
-  if (projector.Manufacturer.Trimmed().empty()) return Refusal("no manufacturer name has been defined");
-  if (projector.Model.Trimmed().empty()) return Refusal("no model name has been defined");
-  if (projector.CoolDownTime == 0) return Refusal("cool down time has not been defined");
-  if (projector.WarmUpTime == 0) return Refusal("Warm Up Time has not been defined");
+    return Refusal(Say("Cannot save as %1 string has zero byte length!", {Say(CommandSlotNames[*slot])}));
+  if (projector.Manufacturer.Trimmed().empty())
+    return Refusal(Say("Cannot save as no manufacturer name has been defined!"));
+  if (projector.Model.Trimmed().empty())
+    return Refusal(Say("Cannot save as no model name has been defined!"));
+  if (projector.CoolDownTime == 0) return Refusal(Say("Cannot save as cool down time has not been defined!"));
+  if (projector.WarmUpTime == 0) return Refusal(Say("Cannot save as Warm Up Time has not been defined!"));
   return std::nullopt;
 }
 
@@ -66,9 +67,9 @@ void CompleteDefinition(ProjectorDefinition& projector) {
 std::optional<Message> OverwriteQuestion(const ProjectorLibrary& library,
                                          const ProjectorDefinition& projector) {
   if (!library.FindProjector(projector)) return std::nullopt;
-  return Message{"Projector " + projector.Manufacturer.TrimmedUtf8() + " / " + projector.Model.TrimmedUtf8() +
-                     " already exists do you wish to over-write it?",
-                 "Overwrite", MessageIcon::Question};
+  return Message{Say("Projector %1 / %2 already exists do you wish to over-write it?",
+                     {projector.Manufacturer.TrimmedUtf8(), projector.Model.TrimmedUtf8()}),
+                 Say("Overwrite"), MessageIcon::Question};
 }
 
 void StoreDefinition(ProjectorLibrary& library, const ProjectorDefinition& projector) {

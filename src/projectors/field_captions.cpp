@@ -1,5 +1,6 @@
 #include "projectors/field_captions.h"
 
+#include "base/words.h"
 #include "line/speeds_and_parities.h"
 
 #include <algorithm>
@@ -24,12 +25,15 @@ std::string_view ParityName(int value) {
 std::string_view StopBitsName(int value) { return value == 0 ? "1" : "2"; }
 
 std::string_view MessageFormatName(int value) {
-  return value == 0 ? "HEX in ASCII" : value == 1 ? "Decimal in ASCII" : value == 2 ? "Raw byte(s)" : "";
+  return value == 0   ? Marked("HEX in ASCII")
+         : value == 1 ? Marked("Decimal in ASCII")
+         : value == 2 ? Marked("Raw byte(s)")
+                      : "";
 }
 
-std::string_view ByteOrderName(int value) { return value == 0 ? "Low" : "High"; }
+std::string_view ByteOrderName(int value) { return value == 0 ? Marked("Low") : Marked("High"); }
 
-std::string_view YesOrNo(int value) { return value == kFlagClear ? "No" : "Yes"; }
+std::string_view YesOrNo(int value) { return value == kFlagClear ? Marked("No") : Marked("Yes"); }
 
 constexpr struct {
   std::string_view Field;
@@ -56,7 +60,7 @@ int NumberOf(const FieldValue& value) {
 }
 
 std::string NamedValue(Naming naming, int value, bool tellApart) {
-  const std::string name(naming(value));
+  const std::string name = Say(naming(value));
   if (name.empty()) return std::to_string(value);
   return tellApart ? name : name + " (" + std::to_string(value) + ")";
 }
@@ -78,9 +82,8 @@ DifferenceText InWords(const FieldDifference& difference) {
 
 std::string CaptionOf(const FieldPlace& place) {
   if (place.Field.Caption.empty()) return PathOf(place);
-  std::string caption(place.Field.Caption);
-  if (place.Index) caption.replace(caption.find("%1"), 2, place.Field.Elements(*place.Index));
-  return caption;
+  return place.Index ? Say(place.Field.Caption, {Say(place.Field.Elements(*place.Index))})
+                     : Say(place.Field.Caption);
 }
 
 std::vector<DifferenceText> DifferencesInWords(const ProjectorDefinition& first,

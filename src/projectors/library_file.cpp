@@ -2,6 +2,7 @@
 
 #include "base/byte_hash.h"
 #include "base/file_access.h"
+#include "base/words.h"
 #include "projectors/projector_files.h"
 
 #include <chrono>
@@ -14,12 +15,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
-const Message kRestoringBackup{
-    "Projector configuration file damaged!\r\nRestoring projector configuration backup!",
-    "Configuration damaged!", MessageIcon::Exclamation};
-const Message kAllLost{
-    "Projector configuration file damaged!\r\n all projector configurations have been lost!",
-    "Brevan QDM Editor", MessageIcon::None};
+Message RestoringBackup(std::string detail) {
+  return {Say("Projector configuration file damaged!\r\nRestoring projector configuration backup!"),
+          Say("Configuration damaged!"), MessageIcon::Exclamation, std::move(detail)};
+}
+Message AllLost(std::string detail) {
+  return {Say("Projector configuration file damaged!\r\n all projector configurations have been lost!"),
+          "Brevan QDM Editor", MessageIcon::None, std::move(detail)};
+}
 
 constexpr milliseconds kTriedAgainFor{2000};
 constexpr milliseconds kBetweenTries{100};
@@ -113,15 +116,11 @@ fs::path KeepAside(const fs::path& damaged) {
 
 // "Permission denied: it belongs to root; everything is in Projectors.DAMAGED"
 std::string DamageDetail(const FileError& damage, const std::string& owner, const fs::path& aside) {
-  std::string detail = damage.Reason();
-  if (damage.Code() == std::errc::permission_denied && !owner.empty()) detail += ": it belongs to " + owner;
-  return detail + "; everything is in " + PathToUtf8(aside.filename());
-}
-
-Message Told(const Message& message, std::string detail) {
-  Message told = message;
-  told.Detail = std::move(detail);
-  return told;
+  const std::string kept = PathToUtf8(aside.filename());
+  if (damage.Code() == std::errc::permission_denied && !owner.empty()) {
+    return Say("%1: it belongs to %2; everything is in %3", {damage.Reason(), owner, kept});
+  }
+  return Say("%1; everything is in %2", {damage.Reason(), kept});
 }
 
 // The damaged library is set aside and replaced by its backup, or by nothing when there is none.
@@ -138,10 +137,11 @@ Message GiveUpDamaged(const ProjectorFiles& files, const FileError& damage) {
     if (hasBackup) RenameFile(files.Backup, files.Library);
     if (!hasBackup) RemoveFile(files.Library);
   } catch (const FileError& error) {
-    throw FileError(files.Library, "read", damage.Reason() + "; nor can it be set aside: " + error.what(),
-                    damage.Code());
+    throw FileError(files.Library, "read",
+                    Say("%1; nor can it be set aside: %2", {damage.Reason(), error.what()}), damage.Code());
   }
-  return Told(hasBackup ? kRestoringBackup : kAllLost, DamageDetail(damage, owner, aside));
+  const std::string detail = DamageDetail(damage, owner, aside);
+  return hasBackup ? RestoringBackup(detail) : AllLost(detail);
 }
 
 // Loads the library or its backup; what the user is to be told about it.
@@ -241,7 +241,7 @@ LibrarySaved SaveProjectorDatabase(const LibraryLock&, const fs::path& folder, P
                                    const LibraryPatience& patience) {
   const ProjectorFiles files(folder);
   if (!library.MayBeSaved()) {
-    throw FileError(files.Library, "write", "it could not be read when the program started");
+    throw FileError(files.Library, "write", Say("it could not be read when the program started"));
   }
   LibrarySaved saved;
   CompleteInterruptedSave(files);

@@ -1,6 +1,7 @@
 #include "projectors/library_lock.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 
 #include <thread>
 
@@ -16,7 +17,8 @@ FileLock Acquired(const ProjectorFiles& paths, const LibraryPatience& patience) 
     if (std::optional<FileLock> lock = FileLock::Try(paths.Lock)) return std::move(*lock);
     const std::string owner = FileLock::OwnerOf(paths.Lock);
     if (!patience.KeepWaiting(owner, waited)) {
-      throw InUseError(paths.Library, "write", "in use by " + (owner.empty() ? "another program" : owner));
+      throw InUseError(paths.Library, "write",
+                       owner.empty() ? Say("in use by another program") : Say("in use by %1", {owner}));
     }
     patience.Pause(kBetweenTries);
     waited += kBetweenTries;

@@ -1,5 +1,6 @@
 #include "projectors/manual_draft.h"
 
+#include "base/words.h"
 #include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
 
@@ -92,12 +93,13 @@ bool ManualDraft::AddPiece(std::size_t slot, const Marked& marked, std::string* 
   std::vector<ManualCandidate> candidates;
   const ParsedText parsed = ParseSerialText(marked.Text);
   const std::optional<SerialString> likeThePage = ReadManualPiece(reading_, marked.Text);
-  if (likeThePage) candidates.push_back({*likeThePage, {}, "read as the rest of the page", ranges});
+  if (likeThePage)
+    candidates.push_back({*likeThePage, {}, qdm::Marked("read as the rest of the page"), ranges});
   for (const TextReading& reading : parsed.Readings)
     candidates.push_back({reading.String, {}, reading.As, ranges});
   if (candidates.empty()) {
     if (problem != nullptr)
-      *problem = parsed.Problem ? ProblemText(*parsed.Problem) : "This cannot be read as a command";
+      *problem = parsed.Problem ? ProblemText(*parsed.Problem) : Say("This cannot be read as a command");
     return false;
   }
   ManualRow& row = Row(slot);
@@ -111,7 +113,7 @@ bool ManualDraft::AddPiece(std::size_t slot, const Marked& marked, std::string* 
   row.Marked = true;
   row.Sure = false;
   row.Ticked = likeThePage || !parsed.NeedsChoice();
-  row.Doubt = row.Ticked ? "" : "it can be read in more than one way";
+  row.Doubt = row.Ticked ? "" : qdm::Marked("it can be read in more than one way");
   return true;
 }
 
@@ -150,7 +152,7 @@ void ManualDraft::CollectPieces() {
     if (command.Slot) slot = static_cast<std::size_t>(*command.Slot);
     add(candidate.Ranges, slot, MeaningOf(candidate));
   }
-  add(reading_.Line.Ranges, std::nullopt, "line settings");
+  add(reading_.Line.Ranges, std::nullopt, Say("line settings"));
 }
 
 std::vector<std::size_t> ManualDraft::NotFound() const {

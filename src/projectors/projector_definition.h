@@ -62,9 +62,9 @@ struct ProjectorDefinition {
 template <class Visitor, class... Definition>
 requires RecordsOf<ProjectorDefinition, Definition...>
 constexpr void Fields(Visitor& v, Definition&... d) {
-  v.Text("Manufacturer", d.Manufacturer...);
-  v.Text("Model", d.Model...);
-  v.Text("Notes", d.Notes...);
+  v.Text(FieldName("Manufacturer", "Manufacturer"), d.Manufacturer...);
+  v.Text(FieldName("Model", "Model"), d.Model...);
+  v.Text(FieldName("Notes", "Notes"), d.Notes...);
   v.Flags(FieldName("Available", "%1: available", NameOfSlot), d.Available...);
   v.Flags(FieldName("RequiresReply", "%1: requires reply", NameOfReplysCommand), d.RequiresReply...);
   v.Records(FieldName("Strings", "%1", NameOfSlot), d.Strings...);

@@ -5,6 +5,7 @@
 
 #include "base/file_access.h"
 #include "base/message.h"
+#include "base/words.h"
 #include "projectors/projector_library.h"
 
 #include <cstddef>
@@ -16,7 +17,7 @@
 
 namespace qdm {
 
-inline constexpr const char* kProjectorFileFilter = "Brevan Projector Definition (*.BVD)|*.BVD";
+inline constexpr const char* kProjectorFileFilter = Marked("Brevan Projector Definition (*.BVD)|*.BVD");
 
 // How much of a file of definitions is read and decoded, or encoded and written, at a time: it stays in the
 // processor's cache.

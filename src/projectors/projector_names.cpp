@@ -1,5 +1,7 @@
 #include "projectors/projector_names.h"
 
+#include "base/words.h"
+
 #include <string>
 
 namespace qdm {
@@ -21,9 +23,9 @@ std::optional<Message> PasteUnderNames(ProjectorLibrary& library, ProjectorDefin
                                        const FixedText<32>& manufacturer, const FixedText<32>& model) {
   const FixedText<32> maker(UpperCase(manufacturer.View()));
   if (library.FindProjector(maker, model)) {
-    return Message{"Projector " + maker.TrimmedUtf8() + " / " + model.TrimmedUtf8() +
-                       " already exists cannot paste to this name!",
-                   "Sorry cannot paste", MessageIcon::Exclamation};
+    return Message{Say("Projector %1 / %2 already exists cannot paste to this name!",
+                       {maker.TrimmedUtf8(), model.TrimmedUtf8()}),
+                   Say("Sorry cannot paste"), MessageIcon::Exclamation};
   }
   clipboard.Manufacturer = maker;
   clipboard.Model = model;
@@ -37,9 +39,9 @@ std::optional<Message> RenameElement(ProjectorLibrary& library, std::size_t inde
   renamed.Manufacturer = FixedText<32>(UpperCase(manufacturer.View()));
   renamed.Model = model;
   if (NameKey(renamed) != NameKey(library[index]) && library.FindProjector(renamed)) {
-    return Message{"Projector " + renamed.Manufacturer.TrimmedUtf8() + " / " + renamed.Model.TrimmedUtf8() +
-                       " already exists cannot rename to this name!",
-                   "Sorry cannot rename", MessageIcon::Exclamation};
+    return Message{Say("Projector %1 / %2 already exists cannot rename to this name!",
+                       {renamed.Manufacturer.TrimmedUtf8(), renamed.Model.TrimmedUtf8()}),
+                   Say("Sorry cannot rename"), MessageIcon::Exclamation};
   }
   if (!(renamed == library[index])) library.Replace(index, renamed);
   return std::nullopt;

@@ -4,6 +4,8 @@
 // string's flag stands in `RequiresReply`, at ReceivedIndex.
 #pragma once
 
+#include "base/words.h"
+
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -75,31 +77,31 @@ constexpr SlotFacts External(Slot place, std::string_view name) { return {place,
 }  // namespace slot_table
 
 inline constexpr std::array<SlotFacts, kCommandSlots> kSlots = {
-    slot_table::With(kSerialEnableSlot, kSerialEnableSlot, "Serial enable"),
-    slot_table::Always(kPowerOnSlot, "Power on"),
-    slot_table::Always(kData1Slot, "Data 1"),
-    slot_table::With(kData2Slot, kData2Slot, "Data 2"),
-    slot_table::Always(kVideoSlot, "Video"),
-    slot_table::With(kBlankSlot, kBlankSlot, "Blank"),
-    slot_table::Volume(kVolumeUpSlot, "Volume up"),
-    slot_table::Volume(kVolumeDownSlot, "Volume down"),
-    slot_table::Always(kPowerOffSlot, "Power off"),
-    slot_table::With(kSerialEnableSlot, kSerialDisableSlot, "Serial disable"),
-    slot_table::ReplyTo(kSerialEnableSlot, kSerialEnableReplySlot, "Serial enable reply"),
-    slot_table::ReplyTo(kPowerOnSlot, kPowerOnReplySlot, "Power on reply"),
-    slot_table::ReplyTo(kData1Slot, kData1ReplySlot, "Data 1 reply"),
-    slot_table::ReplyTo(kData2Slot, kData2ReplySlot, "Data 2 reply"),
-    slot_table::ReplyTo(kVideoSlot, kVideoReplySlot, "Video reply"),
-    slot_table::ReplyTo(kBlankSlot, kBlankReplySlot, "Blank reply"),
-    slot_table::ReplyTo(kVolumeUpSlot, kVolumeUpReplySlot, "Volume up reply"),
-    slot_table::ReplyTo(kVolumeDownSlot, kVolumeDownReplySlot, "Volume down reply"),
-    slot_table::ReplyTo(kPowerOffSlot, kPowerOffReplySlot, "Power off reply"),
-    slot_table::ReplyTo(kSerialDisableSlot, kSerialDisableReplySlot, "Serial disable reply"),
-    slot_table::External(kExternalOnSlot, "External on"),
-    slot_table::External(kExternalOffSlot, "External off"),
-    slot_table::ReplyTo(kBlankOffSlot, kBlankOffReplySlot, "Blank Off reply"),
-    slot_table::With(kVideo2Slot, kVideo2Slot, "Video 2"),
-    slot_table::With(kBlankOffSlot, kBlankOffSlot, "Blank Off"),
+    slot_table::With(kSerialEnableSlot, kSerialEnableSlot, Marked("Serial enable")),
+    slot_table::Always(kPowerOnSlot, Marked("Power on")),
+    slot_table::Always(kData1Slot, Marked("Data 1")),
+    slot_table::With(kData2Slot, kData2Slot, Marked("Data 2")),
+    slot_table::Always(kVideoSlot, Marked("Video")),
+    slot_table::With(kBlankSlot, kBlankSlot, Marked("Blank")),
+    slot_table::Volume(kVolumeUpSlot, Marked("Volume up")),
+    slot_table::Volume(kVolumeDownSlot, Marked("Volume down")),
+    slot_table::Always(kPowerOffSlot, Marked("Power off")),
+    slot_table::With(kSerialEnableSlot, kSerialDisableSlot, Marked("Serial disable")),
+    slot_table::ReplyTo(kSerialEnableSlot, kSerialEnableReplySlot, Marked("Serial enable reply")),
+    slot_table::ReplyTo(kPowerOnSlot, kPowerOnReplySlot, Marked("Power on reply")),
+    slot_table::ReplyTo(kData1Slot, kData1ReplySlot, Marked("Data 1 reply")),
+    slot_table::ReplyTo(kData2Slot, kData2ReplySlot, Marked("Data 2 reply")),
+    slot_table::ReplyTo(kVideoSlot, kVideoReplySlot, Marked("Video reply")),
+    slot_table::ReplyTo(kBlankSlot, kBlankReplySlot, Marked("Blank reply")),
+    slot_table::ReplyTo(kVolumeUpSlot, kVolumeUpReplySlot, Marked("Volume up reply")),
+    slot_table::ReplyTo(kVolumeDownSlot, kVolumeDownReplySlot, Marked("Volume down reply")),
+    slot_table::ReplyTo(kPowerOffSlot, kPowerOffReplySlot, Marked("Power off reply")),
+    slot_table::ReplyTo(kSerialDisableSlot, kSerialDisableReplySlot, Marked("Serial disable reply")),
+    slot_table::External(kExternalOnSlot, Marked("External on")),
+    slot_table::External(kExternalOffSlot, Marked("External off")),
+    slot_table::ReplyTo(kBlankOffSlot, kBlankOffReplySlot, Marked("Blank Off reply")),
+    slot_table::With(kVideo2Slot, kVideo2Slot, Marked("Video 2")),
+    slot_table::With(kBlankOffSlot, kBlankOffSlot, Marked("Blank Off")),
 };
 
 // Display names of the slots 0..24.

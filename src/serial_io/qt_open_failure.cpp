@@ -1,5 +1,6 @@
 // Why a device does not open, on systems with device files. Who holds it is told by the lock file that serial
 // programs agree on, or by the open files of the processes, of which only this user's own can be read.
+#include "base/words.h"
 #include "serial_io/port_list.h"
 
 #include <array>
@@ -88,7 +89,7 @@ std::optional<OpenFailure> WhyOpeningFails(const fs::path& device, const struct 
   if (file >= 0) {
     const bool line = ::isatty(file) != 0;
     ::close(file);
-    return line ? std::nullopt : std::optional(OpenFailure{Reason::Refused, "it is no serial port"});
+    return line ? std::nullopt : std::optional(OpenFailure{Reason::Refused, Say("it is no serial port")});
   }
   switch (error) {
     case EBUSY:

@@ -1,5 +1,7 @@
 #include "serial_io/win32_serial_port.h"
 
+#include "base/words.h"
+
 #include <QWinEventNotifier>
 
 #include <windows.h>
@@ -222,7 +224,7 @@ bool Win32SerialPort::Open() {
     return false;
   }
   if (!line->IsSerial()) {
-    failure_ = OpenFailure{OpenFailure::Reason::Refused, "it is no serial port"};
+    failure_ = OpenFailure{OpenFailure::Reason::Refused, Say("it is no serial port")};
     return false;
   }
   line_ = std::move(line);

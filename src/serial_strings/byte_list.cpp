@@ -1,5 +1,6 @@
 #include "serial_strings/byte_list.h"
 
+#include "base/words.h"
 #include "serial_strings/code_notation.h"
 #include "serial_strings/coded_text.h"
 
@@ -41,7 +42,8 @@ class ListReader {
     }
     if (IsComma(c)) {
       // A closing semicolon is a programmer's.
-      if (afterComma_ && !(c == u';' && list_.Items > 0)) list_.Read.Fail(at, "nothing before the comma");
+      if (afterComma_ && !(c == u';' && list_.Items > 0))
+        list_.Read.Fail(at, Say("nothing before the comma"));
       afterComma_ = apart_ = true;
       return at + 1;
     }
@@ -54,7 +56,7 @@ class ListReader {
       return at + 1;
     }
     if (!apart_ && !joined_ && !IsOneOf(c, kOpening) && !IsQuotationMark(c) && c != u'\\' && c != u'#') {
-      list_.Read.Fail(at, "a blank or a comma is missing");
+      list_.Read.Fail(at, Say("a blank or a comma is missing"));
     }
     ++list_.Items;
     afterComma_ = apart_ = false;
@@ -97,7 +99,7 @@ class ListReader {
     if (!AddWord(at, word)) {
       // The item as the user sees it, with what a separator cut off.
       while (end < text_.size() && !IsBlank(text_[end]) && !IsComma(text_[end])) ++end;
-      list_.Read.Fail(at, Quoted(text_.substr(at, end - at)) + " is not a byte");
+      list_.Read.Fail(at, Say("%1 is not a byte", {Quoted(text_.substr(at, end - at))}));
     }
     joined_ = false;
     return end;
@@ -196,7 +198,8 @@ class ListReader {
       ++list_.Items;
       ListReader inner(text_.substr(at + 1, end - at - 1), Unmarked::Hexadecimal);
       const ByteList bytes = inner.Read();
-      if (bytes.Read.Problem || end == text_.size()) list_.Read.Fail(at, "no bytes in the quotation marks");
+      if (bytes.Read.Problem || end == text_.size())
+        list_.Read.Fail(at, Say("no bytes in the quotation marks"));
       for (std::size_t i = 0; i < bytes.Read.String.BytesInUse(); ++i) {
         list_.Read.Add(at, bytes.Read.String.Values[i], ByteKind::HEX);
       }
@@ -206,7 +209,7 @@ class ListReader {
     }
     constexpr Text kStringLetters = u"bBuUrRL@$";
     if (!IsOneOf(prefix, kStringLetters)) {
-      list_.Read.Fail(at - 1, Quoted(Text(&prefix, 1)) + " is not a byte");
+      list_.Read.Fail(at - 1, Say("%1 is not a byte", {Quoted(Text(&prefix, 1))}));
     }
     ++list_.Items;
     return ReadQuotation(at);
@@ -217,7 +220,7 @@ class ListReader {
     std::size_t end = at + 1;
     while (end < text_.size() && text_[end] != text_[at]) end += text_[end] == u'\\' ? 2U : 1U;
     if (end >= text_.size()) {
-      list_.Read.Fail(at, "the quotation mark is not closed");
+      list_.Read.Fail(at, Say("the quotation mark is not closed"));
       return text_.size();
     }
     AddQuotedText(text_.substr(at + 1, end - at - 1), at + 1, list_.Read);
@@ -236,7 +239,7 @@ class ListReader {
   void CheckTightSeparators() {
     if (!list_.Tight || unmarkedLengths_ <= 1U) return;
     if (unmarked_ == Unmarked::Decimal && list_.Items >= 3) return;
-    if (!list_.Packed) list_.Read.Fail(0, "bytes without a blank or comma have two digits");
+    if (!list_.Packed) list_.Read.Fail(0, Say("bytes without a blank or comma have two digits"));
   }
 
   Text text_;

@@ -1,5 +1,6 @@
 #include "serial_strings/check_sums.h"
 
+#include "base/words.h"
 #include "serial_strings/serial_string.h"
 
 #include <map>
@@ -101,24 +102,24 @@ std::string_view DigitsOf(const SumForm& form) {
 }  // namespace
 
 std::string SumMethod::Name() const {
-  const std::string bits = Bits == 16 ? "16-bit " : "";
+  const bool wide = Bits == 16;
   switch (Kind) {
     case SumKind::Sum:
-      return bits + "sum";
+      return wide ? Say("16-bit sum") : Say("sum");
     case SumKind::NegatedSum:
-      return bits + "negated sum";
+      return wide ? Say("16-bit negated sum") : Say("negated sum");
     case SumKind::InvertedSum:
-      return bits + "inverted sum";
+      return wide ? Say("16-bit inverted sum") : Say("inverted sum");
     case SumKind::ExclusiveOr:
-      return "exclusive or";
+      return Say("exclusive or");
     case SumKind::Crc:
       break;
   }
-  std::string name = "CRC-" + std::to_string(Bits) + " (polynomial " + Digits(Polynomial, Bits);
-  if (Reflected) name += ", lowest bit first";
-  if (Start != 0) name += ", start " + Digits(Start, Bits);
-  if (FinalXor != 0) name += ", final " + Digits(FinalXor, Bits);
-  return name + ")";
+  std::string facts = Say("polynomial %1", {Digits(Polynomial, Bits)});
+  if (Reflected) facts += ", " + Say("lowest bit first");
+  if (Start != 0) facts += ", " + Say("start %1", {Digits(Start, Bits)});
+  if (FinalXor != 0) facts += ", " + Say("final %1", {Digits(FinalXor, Bits)});
+  return Say("CRC-%1 (%2)", {std::to_string(Bits), facts});
 }
 
 const std::vector<SumMethod>& SumMethods() {
@@ -136,9 +137,9 @@ std::uint16_t SumOf(const SumMethod& method, ByteView bytes) {
 }
 
 std::string SumForm::Name() const {
-  if (As == Digits::UpperCase) return "as hexadecimal digits";
-  if (As == Digits::LowerCase) return "as hexadecimal digits in lower case";
-  return LowFirst ? "low byte first" : "";
+  if (As == Digits::UpperCase) return Say("as hexadecimal digits");
+  if (As == Digits::LowerCase) return Say("as hexadecimal digits in lower case");
+  return LowFirst ? Say("low byte first") : "";
 }
 
 std::size_t WidthOf(const SumForm& form, int bits) {

@@ -1,6 +1,7 @@
 #include "serial_strings/coded_text.h"
 
 #include "base/code_page.h"
+#include "base/words.h"
 #include "serial_strings/code_notation.h"
 
 #include <algorithm>
@@ -62,9 +63,10 @@ std::optional<NotedCode> ReadBareName(Text text, std::size_t at) {
 
 std::string EscapeProblem(Text text, std::size_t at) {
   const Text escape = text.substr(at, 2);
-  if (escape == u"\\x") return "\"\\x\" needs one or two hexadecimal digits";
+  if (escape == u"\\x") return Say("\"\\x\" needs one or two hexadecimal digits");
   const bool isNumber = escape.size() == 2 && IsDigit(escape[1]);
-  return Quoted(text.substr(at, isNumber ? 4 : 2)) + (isNumber ? " is more than 255" : " is not an escape");
+  return isNumber ? Say("%1 is more than 255", {Quoted(text.substr(at, 4))})
+                  : Say("%1 is not an escape", {Quoted(text.substr(at, 2))});
 }
 
 // Cuts the text at its codes, all or those that are certain.

@@ -1,5 +1,7 @@
 #include "serial_strings/folded_text.h"
 
+#include "base/words.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -15,21 +17,21 @@ struct Fold {
   const char* Note;
 };
 
-constexpr const char* kBlank = "a typographic blank became a blank";
-constexpr const char* kInvisible = "an invisible character was left out";
-constexpr const char* kDash = "a dash became a hyphen";
-constexpr const char* kQuote = "typographic quotation marks became plain ones";
-constexpr const char* kBracket = "typographic brackets became plain ones";
-constexpr const char* kLigature = "a ligature became its letters";
-constexpr const char* kDrawnBlank = "a sign for a blank became a blank";
-constexpr const char* kWide = "wide characters became plain ones";
-constexpr const char* kSign = "a typographic sign became a plain one";
+constexpr const char* kBlank = Marked("a typographic blank became a blank");
+constexpr const char* kInvisible = Marked("an invisible character was left out");
+constexpr const char* kDash = Marked("a dash became a hyphen");
+constexpr const char* kQuote = Marked("typographic quotation marks became plain ones");
+constexpr const char* kBracket = Marked("typographic brackets became plain ones");
+constexpr const char* kLigature = Marked("a ligature became its letters");
+constexpr const char* kDrawnBlank = Marked("a sign for a blank became a blank");
+constexpr const char* kWide = Marked("wide characters became plain ones");
+constexpr const char* kSign = Marked("a typographic sign became a plain one");
 
 // In the order of their codes.
 constexpr Fold kFolds[] = {
-    {0x00A0, 0x00A0, u" ", "a no-break space became a blank"},
+    {0x00A0, 0x00A0, u" ", Marked("a no-break space became a blank")},
     {0x00AB, 0x00AB, u"\"", kQuote},
-    {0x00AD, 0x00AD, u"", "a soft hyphen was left out"},
+    {0x00AD, 0x00AD, u"", Marked("a soft hyphen was left out")},
     {0x00B4, 0x00B4, u"'", kQuote},
     {0x00B7, 0x00B7, u" ", kDrawnBlank},
     {0x00BB, 0x00BB, u"\"", kQuote},
@@ -40,11 +42,11 @@ constexpr Fold kFolds[] = {
     {0x2010, 0x2015, u"-", kDash},
     {0x2018, 0x201B, u"'", kQuote},
     {0x201C, 0x201F, u"\"", kQuote},
-    {0x2022, 0x2023, u" ", "a bullet became a blank"},
+    {0x2022, 0x2023, u" ", Marked("a bullet became a blank")},
     {0x2026, 0x2026, u"...", kSign},
     {0x2027, 0x2027, u" ", kDrawnBlank},
     {0x202A, 0x202E, u"", kInvisible},
-    {0x202F, 0x202F, u" ", "a no-break space became a blank"},
+    {0x202F, 0x202F, u" ", Marked("a no-break space became a blank")},
     {0x2032, 0x2032, u"'", kQuote},
     {0x2033, 0x2033, u"\"", kQuote},
     {0x2039, 0x2039, u"<", kBracket},
@@ -67,7 +69,7 @@ constexpr Fold kFolds[] = {
     {0x2420, 0x2420, u" ", kDrawnBlank},
     {0x2423, 0x2423, u" ", kDrawnBlank},
     {0x25A0, 0x25AB, u" ", kDrawnBlank},
-    {0x25CF, 0x25CF, u" ", "a bullet became a blank"},
+    {0x25CF, 0x25CF, u" ", Marked("a bullet became a blank")},
     {0x27E8, 0x27E8, u"<", kBracket},
     {0x27E9, 0x27E9, u">", kBracket},
     {0x3000, 0x3000, u" ", kBlank},
@@ -114,16 +116,16 @@ struct Folded {
 std::optional<Folded> FoldInContext(Text text, std::size_t at) {
   const char16_t c = text[at];
   if (c == 0xD7 && at > 0 && text[at - 1] == u'0')
-    return Folded{u"x", "a sign of multiplication became an x"};
+    return Folded{u"x", Marked("a sign of multiplication became an x")};
   if (c == 0xA5 || c == 0x20A9) {
     constexpr Text kEscapes = u"xXrn0123";
     const bool isEscape = at + 1 < text.size() && kEscapes.find(text[at + 1]) != Text::npos;
-    if (isEscape) return Folded{u"\\", "a currency sign became a backslash"};
+    if (isEscape) return Folded{u"\\", Marked("a currency sign became a backslash")};
   }
   if (c != u'&') return std::nullopt;
   for (const Entity& entity : kEntities) {
     if (text.substr(at).starts_with(entity.Name)) {
-      return Folded{entity.Plain, "an HTML name became its character", entity.Name.size()};
+      return Folded{entity.Plain, Marked("an HTML name became its character"), entity.Name.size()};
     }
   }
   return std::nullopt;
@@ -136,7 +138,8 @@ std::optional<Folded> FoldCharacter(Text text, std::size_t at) {
       std::find_if(std::begin(kFolds), std::end(kFolds), [c](const Fold& entry) { return c <= entry.Last; });
   if (fold != std::end(kFolds) && c >= fold->First) return Folded{fold->Plain, fold->Note};
   const std::size_t alike = kLookAlikes.find(c);
-  if (alike != Text::npos) return Folded{kLatin.substr(alike, 1), "a foreign letter became the Latin one"};
+  if (alike != Text::npos)
+    return Folded{kLatin.substr(alike, 1), Marked("a foreign letter became the Latin one")};
   return FoldInContext(text, at);
 }
 

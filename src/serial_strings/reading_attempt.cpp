@@ -1,6 +1,7 @@
 #include "serial_strings/reading_attempt.h"
 
 #include "base/code_page.h"
+#include "base/words.h"
 #include "serial_strings/serial_string.h"
 
 namespace qdm {
@@ -13,7 +14,7 @@ void Attempt::Fail(std::size_t at, std::string why) {
 
 void Attempt::Add(std::size_t at, std::uint8_t value, ByteKind kind) {
   if (Problem) return;
-  if (String.BytesInUse() == kMaximumStringBytes) return Fail(at, "more than 32 bytes");
+  if (String.BytesInUse() == kMaximumStringBytes) return Fail(at, Say("more than 32 bytes"));
   const auto place = static_cast<std::size_t>(String.Count++);
   String.Values[place] = value;
   String.Kinds[place] = static_cast<std::uint8_t>(kind);
@@ -22,10 +23,10 @@ void Attempt::Add(std::size_t at, std::uint8_t value, ByteKind kind) {
 void Attempt::AddCharacter(std::size_t at, char16_t character) {
   if (Problem) return;
   if (character < 32) {
-    return Fail(at, "a control character (" + HexByte(static_cast<std::int16_t>(character)) + "h)");
+    return Fail(at, Say("a control character (%1h)", {HexByte(static_cast<std::int16_t>(character))}));
   }
   const auto byte = ByteOf(character);
-  if (!byte) return Fail(at, "the character has no code of one byte");
+  if (!byte) return Fail(at, Say("the character has no code of one byte"));
   Add(at, *byte, ByteKind::ASC);
 }
 

@@ -1,4 +1,5 @@
 #include "base/code_page.h"
+#include "base/words.h"
 #include "serial_strings/code_notation.h"
 #include "serial_strings/reading_attempt.h"
 #include "serial_strings/text_parts.h"
@@ -25,7 +26,7 @@ bool IsPlaceholder(Text word) {
          std::end(kPlaceholders);
 }
 
-std::string StandsFor(Text text) { return Quoted(text) + " seems to stand for something else"; }
+std::string StandsFor(Text text) { return Say("%1 seems to stand for something else", {Quoted(text)}); }
 
 // "XX", "nn", "##", "??" "VOLxx"; not "CONNECT".
 bool IsRepeated(Text text, std::size_t at, std::size_t end) {
@@ -85,10 +86,10 @@ std::optional<std::string> DoubtAtSign(Text text, std::size_t at) {
   constexpr std::size_t kLongestNote = 2;
   const bool atEnd = end == text.size() && at > 0 && IsWordPart(text[at - 1]);
   if (c == u'*' && atEnd && digits && behind.size() <= kLongestNote)
-    return Quoted(text.substr(at)) + " may point to a footnote";
+    return Say("%1 may point to a footnote", {Quoted(text.substr(at))});
   if (c == u'=' && atEnd && behind.size() == 2 && behind[0] == u'0' && IsHexDigit(behind[1]) &&
       IsLetter(behind[1]))
-    return Quoted(text.substr(at)) + " may be a code";
+    return Say("%1 may be a code", {Quoted(text.substr(at))});
   if (c == u'$' && digits && behind.size() == 1) return StandsFor(text.substr(at, 2));
   return std::nullopt;
 }
@@ -108,19 +109,19 @@ std::optional<std::string> DoubtInBrackets(Text text, std::size_t at) {
     return StandsFor(text.substr(at, end + 1 - at));
   }
   if (isWhole || which == 0) return std::nullopt;
-  return "the brackets round " + Quoted(inner) + " may be the writer's";
+  return Say("the brackets round %1 may be the writer's", {Quoted(inner)});
 }
 
 std::optional<std::string> DoubtAtWord(Text text, std::size_t at) {
   const std::size_t end = EndOfWord(text, at);
   const Text word = text.substr(at, end - at);
   if (word.size() > 2 && (word.starts_with(u"0x") || word.starts_with(u"0X")))
-    return Quoted(word) + " is not a byte";
+    return Say("%1 is not a byte", {Quoted(word)});
   if (word.size() > 1 && IsPlaceholder(word)) return StandsFor(word);
   const bool between = at > 0 && end < text.size() && text[at - 1] == u' ' && text[end] == u' ';
   const std::u16string upper = UpperCase(word);
   if (between && (upper == u"OR" || upper == u"TO" || upper == u"AND"))
-    return Quoted(word) + " joins several commands";
+    return Say("%1 joins several commands", {Quoted(word)});
   return std::nullopt;
 }
 
@@ -139,7 +140,7 @@ std::optional<TextProblem> FindSentence(Text text) {
     small += isSmall ? 1U : 0U;
   }
   if (small < 2 && !(label && words > 1)) return std::nullopt;
-  return TextProblem{0, "this reads like a sentence"};
+  return TextProblem{0, Say("this reads like a sentence")};
 }
 
 std::optional<std::string> DoubtAt(Text text, std::size_t at) {
@@ -147,14 +148,14 @@ std::optional<std::string> DoubtAt(Text text, std::size_t at) {
   if (auto doubt = DoubtInBrackets(text, at)) return doubt;
   if (c == u'%' && IsFormat(text, at)) return StandsFor(text.substr(at, 4));
   if (auto doubt = DoubtAtSign(text, at)) return doubt;
-  if (text.substr(at, 2) == u"..") return "\"..\" stands for what is left out";
-  if (IsChoice(text, at)) return Quoted(text.substr(at - 1, 3)) + " may be a choice";
+  if (text.substr(at, 2) == u"..") return Say("\"..\" stands for what is left out");
+  if (IsChoice(text, at)) return Say("%1 may be a choice", {Quoted(text.substr(at - 1, 3))});
   std::size_t end = at;
   while (end < text.size() && text[end] == c) ++end;
   const bool begins = at == 0 || text[at - 1] != c;
   if (begins && IsRepeated(text, at, end)) return StandsFor(text.substr(at, end - at));
   if (IsVariable(text, at)) return StandsFor(text.substr(at, 1));
-  if (c > 0x7F) return "devices do not agree on the code of " + Quoted(text.substr(at, 1));
+  if (c > 0x7F) return Say("devices do not agree on the code of %1", {Quoted(text.substr(at, 1))});
   const bool atWord = IsWordPart(c) && (at == 0 || !IsWordPart(text[at - 1]));
   return atWord ? DoubtAtWord(text, at) : std::nullopt;
 }
@@ -173,7 +174,7 @@ std::optional<TextProblem> FindDoubt(Text text) {
   if (const std::u16string upper = UpperCase(text); upper == u"N.A." || upper == u"N.A" || upper == u"N/A")
     return TextProblem{0, StandsFor(text)};
   const bool hasSign = std::any_of(text.begin(), text.end(), [](char16_t c) { return IsWordPart(c); });
-  if (!hasSign) return TextProblem{0, "there is no letter and no digit"};
+  if (!hasSign) return TextProblem{0, Say("there is no letter and no digit")};
   return FindSentence(text);
 }
 

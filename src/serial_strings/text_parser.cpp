@@ -1,6 +1,7 @@
 #include "serial_strings/text_parser.h"
 
 #include "base/code_page.h"
+#include "base/words.h"
 #include "serial_strings/byte_list.h"
 #include "serial_strings/coded_text.h"
 #include "serial_strings/folded_text.h"
@@ -39,7 +40,7 @@ CompactReading ReadCompact(Text text) {
   std::optional<std::size_t> runStart;
   const auto closeRun = [&](std::size_t end) {
     if (!runStart) return;
-    if (*runStart == end) attempt.Fail(end, "nothing beside the comma");
+    if (*runStart == end) attempt.Fail(end, Say("nothing beside the comma"));
     attempt.AddCharacters(*runStart, text.substr(*runStart, end - *runStart));
     runStart.reset();
   };
@@ -52,7 +53,7 @@ CompactReading ReadCompact(Text text) {
       ++compact.Marks;
     } else {
       if (piece == u"ERRORc") {
-        attempt.Fail(start, "\"ERRORc\" stands for a control code without a name");
+        attempt.Fail(start, Say("\"ERRORc\" stands for a control code without a name"));
         attempt.Meant = true;
       }
       if (!runStart) runStart = start;
@@ -87,13 +88,17 @@ struct Way {
   Unmarked Digits;
   const char* As;
 };
-constexpr Way kListWays[] = {{Unmarked::Hexadecimal, "bytes in hexadecimal"},
-                             {Unmarked::Decimal, "bytes in decimal"},
-                             {Unmarked::HexadecimalAfterNames, "control codes and bytes"},
-                             {Unmarked::Binary, "bytes in binary"}};
-constexpr Way kCodedWays[] = {{Unmarked::HexadecimalAfterNames, "characters and codes"},
-                              {Unmarked::Hexadecimal, "characters and hexadecimal codes"},
-                              {Unmarked::Decimal, "characters and decimal codes"}};
+constexpr Way kListWays[] = {{Unmarked::Hexadecimal, Marked("bytes in hexadecimal")},
+                             {Unmarked::Decimal, Marked("bytes in decimal")},
+                             {Unmarked::HexadecimalAfterNames, Marked("control codes and bytes")},
+                             {Unmarked::Binary, Marked("bytes in binary")}};
+constexpr Way kCodedWays[] = {{Unmarked::HexadecimalAfterNames, Marked("characters and codes")},
+                              {Unmarked::Hexadecimal, Marked("characters and hexadecimal codes")},
+                              {Unmarked::Decimal, Marked("characters and decimal codes")}};
+
+std::string WithRemark(const std::string& as, const char* remark) {
+  return remark == nullptr ? as : as + ", " + remark;
+}
 
 bool IsWordAlone(Text text) { return !text.empty() && EndOfWord(text, 0) == text.size(); }
 
@@ -134,20 +139,20 @@ class Reader {
     const bool compactFirst =
         isCompact && (HasDisplayOnlyMarks(text_) || !HasCharacters(compact.Read.String));
     const Attempt characters = ReadCharacters(text_);
-    if (compactFirst) Offer("compact text", compact.Read);
-    if (!base_ && CharactersComeFirst()) Offer("characters", characters);
+    if (compactFirst) Offer(Marked("compact text"), compact.Read);
+    if (!base_ && CharactersComeFirst()) Offer(Marked("characters"), characters);
     // "C1<CR>" is rather characters, "<STX>50 4F<ETX>" bytes.
     const ByteList list = ReadByteList(text_, Unmarked::Hexadecimal);
     const bool oneUnmarked = list.Marked + 1 == list.Items && list.Marked == list.Certain;
     if (oneUnmarked && list.Marked > 0 && !isCompact && !base_) OfferCoded();
     OfferLists();
-    if (isCompact || compact.Read.Meant) Offer("compact text", compact.Read);
+    if (isCompact || compact.Read.Meant) Offer(Marked("compact text"), compact.Read);
     if (!isCompact) OfferCoded();
     const bool structured = std::any_of(readings_.begin(), readings_.end(), [](const TextReading& reading) {
       return reading.As != "characters";
     });
     if (structured) problem_.reset();
-    Offer("characters", characters);
+    Offer(Marked("characters"), characters);
     OfferWithoutTabs();
     OfferJoinedLetters();
     if (readings_.empty() && !problem_) problem_ = characters.Problem;
@@ -229,8 +234,8 @@ class Reader {
     for (const Way& way : ways) {
       const ByteList list = ReadByteList(text_, way.Digits);
       const bool failed = list.Read.Problem && list.Read.Meant;
-      const char* letters = list.Misread ? ", the letter O or l as a digit" : "";
-      if (IsByteList(list, text_) || failed) Offer(std::string(way.As) + letters, list.Read);
+      const char* letters = list.Misread ? Marked("the letter O or l as a digit") : nullptr;
+      if (IsByteList(list, text_) || failed) Offer(WithRemark(way.As, letters), list.Read);
     }
   }
 
@@ -248,8 +253,8 @@ class Reader {
   void OfferCoded() {
     constexpr std::size_t kMostReadings = 6;
     for (const auto& [as, coded] : coded_) {
-      const char* blanks = coded.Blanks ? ", without what separates them" : "";
-      if (readings_.size() < kMostReadings) Offer(std::string(as) + blanks, coded.Read);
+      const char* blanks = coded.Blanks ? Marked("without what separates them") : nullptr;
+      if (readings_.size() < kMostReadings) Offer(WithRemark(as, blanks), coded.Read);
     }
   }
 
@@ -257,11 +262,12 @@ class Reader {
     if (text_.find(u'\t') == Text::npos) return;
     std::u16string blanks(text_);
     std::replace(blanks.begin(), blanks.end(), u'\t', u' ');
-    Offer("characters, tabs as blanks", ReadCharacters(blanks));
+    Offer(WithRemark("characters", Marked("tabs as blanks")), ReadCharacters(blanks));
   }
 
   void OfferJoinedLetters() {
-    Offer("characters, without what separates them", ReadCharacters(JoinLetters(text_)));
+    Offer(WithRemark("characters", Marked("without what separates them")),
+          ReadCharacters(JoinLetters(text_)));
   }
 
   void MarkDoubtful() {
@@ -331,7 +337,7 @@ ParsedText ReadLine(Text line, const char16_t* origin) {
   }
   for (const TextReading& reading : readings) Append(parsed.Readings, reading, {});
   if (parsed.Readings.size() > 1 || !certain) {
-    parsed.Notes.emplace_back("what stands beside the command was left out");
+    parsed.Notes.emplace_back(Marked("what stands beside the command was left out"));
   }
   return parsed;
 }
@@ -357,12 +363,13 @@ void OfferOuterBlanks(Text line, ParsedText& parsed) {
   // A blank beside a comma is a byte in the compact text.
   const bool besideComma = trimmed.starts_with(u',') || trimmed.ends_with(u',');
   if (!front && !back && !besideComma) return;
-  parsed.Notes.emplace_back("blanks at the ends were left out");
+  parsed.Notes.emplace_back(Marked("blanks at the ends were left out"));
   bool second = parsed.Readings.front().Part.empty();
   for (const TextReading& reading : withBlanks) {
     if (Contains(parsed.Readings, reading.String)) continue;
     const auto place = second ? parsed.Readings.begin() + 1 : parsed.Readings.end();
-    parsed.Readings.insert(place, reading)->As += ", with the blanks at the ends";
+    parsed.Readings.insert(place, reading)->As =
+        WithRemark(reading.As, Marked("with the blanks at the ends"));
     second = false;
   }
 }
@@ -370,7 +377,7 @@ void OfferOuterBlanks(Text line, ParsedText& parsed) {
 // Blanks alone are hardly a command, but a definition may hold them.
 ParsedText ReadBlanks(Text text) {
   ParsedText parsed;
-  parsed.Problem = TextProblem{0, "there is nothing but blanks"};
+  parsed.Problem = TextProblem{0, Say("there is nothing but blanks")};
   const Attempt characters = ReadCharacters(text);
   if (!characters.Problem) parsed.Readings.push_back({"characters", characters.String, {}, true});
   return parsed;
@@ -388,11 +395,12 @@ ParsedText ReadLines(const std::vector<Text>& lines, Text text) {
   const ByteList joined = ReadByteList(text, Unmarked::Hexadecimal);
   if (IsByteList(joined, text) && !Contains(parsed.Readings, joined.Read.String)) {
     const bool column = joined.Items == lines.size();
-    parsed.Readings.insert(column ? parsed.Readings.begin() : parsed.Readings.end(),
-                           {"bytes in hexadecimal, all lines", joined.Read.String, {}, false});
+    parsed.Readings.insert(
+        column ? parsed.Readings.begin() : parsed.Readings.end(),
+        {WithRemark("bytes in hexadecimal", Marked("all lines")), joined.Read.String, {}, false});
   }
   if (!parsed.Readings.empty()) parsed.Problem.reset();
-  parsed.Notes.emplace_back("the text has several lines, and one line is one command");
+  parsed.Notes.emplace_back(Marked("the text has several lines, and one line is one command"));
   return parsed;
 }
 
@@ -419,9 +427,9 @@ bool ParsedText::OnlyDoubtful() const {
 }
 
 ParsedText ParseSerialText(Text text) {
-  if (text.empty()) return {{}, TextProblem{0, "there is no text"}, {}};
+  if (text.empty()) return {{}, TextProblem{0, Say("there is no text")}, {}};
   if (text.size() > kLongestText) {
-    return {{}, TextProblem{kLongestText, "more text than 32 bytes need"}, {}};
+    return {{}, TextProblem{kLongestText, Say("more text than 32 bytes need")}, {}};
   }
   const FoldedText folded = FoldTypography(text);
   const std::vector<Text> lines = SplitLines(folded.Text);
@@ -440,13 +448,13 @@ ParsedText ParseSerialText(Text text) {
     parsed.Problem->Position = folded.Origins[std::min(parsed.Problem->Position, folded.Origins.size() - 1)];
   }
   if (const std::size_t hidden = text.find(u'\x7F'); hidden != Text::npos && !parsed.Problem) {
-    parsed.Problem = {hidden, "the display writes every control character like this one"};
+    parsed.Problem = {hidden, Say("the display writes every control character like this one")};
   }
   return parsed;
 }
 
 std::string ProblemText(const TextProblem& problem) {
-  return "Character " + std::to_string(problem.Position + 1) + ": " + problem.Why + ".";
+  return Say("Character %1: %2.", {std::to_string(problem.Position + 1), problem.Why});
 }
 
 std::string HexBytes(const SerialString& string) {

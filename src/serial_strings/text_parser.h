@@ -18,7 +18,7 @@
 namespace qdm {
 
 struct TextReading {
-  std::string As;  // "bytes in hexadecimal", "characters"
+  std::string As;  // English, remarks behind commas (SayEach): "bytes in hexadecimal, all lines"
   SerialString String;
   std::string Part = {};  // what of the text was read (UTF-8); empty: all of it
   bool Doubtful = false;  // it holds what stands for something else ("XX"), or looks like another notation
@@ -34,7 +34,7 @@ struct ParsedText {
   // Why the text cannot be read as what it looks like, or not be sent as it stands. It can stand beside
   // readings: "02 0G" is no list of bytes, but five characters.
   std::optional<TextProblem> Problem;
-  // What was changed or left out: "a no-break space became a blank".
+  // What was changed or left out, in English: "a no-break space became a blank".
   std::vector<std::string> Notes;
 
   // True when the first reading must not be taken without having been shown.

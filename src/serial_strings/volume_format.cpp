@@ -1,5 +1,6 @@
 #include "serial_strings/volume_format.h"
 
+#include "base/words.h"
 #include "serial_strings/serial_string.h"
 
 #include <algorithm>
@@ -83,14 +84,17 @@ std::string CharactersOf(const VolumeFormat& format, std::int16_t level) {
 
 std::string_view VolumeFormatError(const VolumeFormat& format) {
   const int range = format.MaximumLevel - format.MinimumLevel;
-  if (range == 0) return "Error Max = Min Volume";
-  if (range < 0) return "Error Max < Min Volume";
-  if (format.VolumeStep == 0) return "Error Volume Step = 0";
-  if (range < format.VolumeStep) return "Error Volume Step < Level Range";  // says the opposite, as ever
-  if (!format.UsePowerDown && format.FixedStartLevel > format.MaximumLevel) return "Error Start > Max level";
-  if (!format.UsePowerDown && format.FixedStartLevel < format.MinimumLevel) return "Error Start < Min level";
-  if (format.NumberOfBytes < 1 || format.NumberOfBytes > 4) return "Number Of Byte Not Defined";
-  if (!FitsIntoBytes(format)) return "Error Not Enough Bytes For Message";
+  if (range == 0) return Marked("Error Max = Min Volume");
+  if (range < 0) return Marked("Error Max < Min Volume");
+  if (format.VolumeStep == 0) return Marked("Error Volume Step = 0");
+  if (range < format.VolumeStep)
+    return Marked("Error Volume Step < Level Range");  // says the opposite, as ever
+  if (!format.UsePowerDown && format.FixedStartLevel > format.MaximumLevel)
+    return Marked("Error Start > Max level");
+  if (!format.UsePowerDown && format.FixedStartLevel < format.MinimumLevel)
+    return Marked("Error Start < Min level");
+  if (format.NumberOfBytes < 1 || format.NumberOfBytes > 4) return Marked("Number Of Byte Not Defined");
+  if (!FitsIntoBytes(format)) return Marked("Error Not Enough Bytes For Message");
   return {};
 }
 
@@ -113,9 +117,9 @@ std::int16_t FirstTrialLevel(const VolumeFormat& format) {
 }
 
 VolumePreview PreviewLevel(const VolumeFormat& format, std::int16_t level) {
-  if (!VolumeFormatError(format).empty()) return {"ERROR", ""};
+  if (!VolumeFormatError(format).empty()) return {Say("ERROR"), ""};
   VolumePreview preview;
-  preview.Label4 = "Value = " + std::to_string(level) + " or " + HexWord(level) + " in Hex";
+  preview.Label4 = Say("Value = %1 or %2 in Hex", {std::to_string(level), HexWord(level)});
   if (InAscii(format)) {
     preview.DemoText = '"' + CharactersOf(format, level) + '"';
     return preview;
@@ -126,7 +130,7 @@ VolumePreview PreviewLevel(const VolumeFormat& format, std::int16_t level) {
     decimal += (decimal.empty() ? "" : ",") + std::to_string(byte);
     hexadecimal += (hexadecimal.empty() ? "" : ",") + HexByte(byte);
   }
-  preview.DemoText = decimal + " or " + hexadecimal;
+  preview.DemoText = Say("%1 or %2", {decimal, hexadecimal});
   return preview;
 }
 

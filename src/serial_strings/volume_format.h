@@ -3,6 +3,8 @@
 // come from a file and hold anything; `VolumeFormatError` says what is wrong with them.
 #pragma once
 
+#include "base/words.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,7 +28,7 @@ struct VolumeFormat {
   friend bool operator==(const VolumeFormat&, const VolumeFormat&) = default;
 };
 
-inline constexpr std::string_view kVolumeFormatOk = "Message Format is Ok";
+inline constexpr std::string_view kVolumeFormatOk = Marked("Message Format is Ok");
 
 // The first rule that the settings break, in the rules' order; empty when they are in order.
 std::string_view VolumeFormatError(const VolumeFormat& format);

@@ -2,6 +2,7 @@
 
 #include "base/file_access.h"
 #include "base/record_codec.h"
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/panel_configuration.h"
 
@@ -54,8 +55,8 @@ std::vector<Message> Record(WorkLog& log, const PanelConfiguration& configuratio
   try {
     log.Add(EntryOf(configuration, image, download), Encode(configuration));
   } catch (const FileError& error) {
-    messages.push_back({"The work log could not be written. The download itself is not affected.", "Sorry",
-                        MessageIcon::Exclamation, error.what()});
+    messages.push_back({Say("The work log could not be written. The download itself is not affected."),
+                        Say("Sorry"), MessageIcon::Exclamation, error.what()});
   }
   if (const std::optional<Message> told = log.TakeMessage()) messages.push_back(*told);
   return messages;

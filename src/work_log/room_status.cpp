@@ -1,5 +1,6 @@
 #include "work_log/room_status.h"
 
+#include "base/words.h"
 #include "config/configuration_rules.h"
 #include "panels/panel_image.h"
 
@@ -19,15 +20,15 @@ bool IsImageOf(const PanelConfiguration& configuration, const Sha256Digest& imag
 std::string_view StateText(RoomState state) {
   switch (state) {
     case RoomState::Current:
-      return "current";
+      return Marked("current");
     case RoomState::Changed:
-      return "changed";
+      return Marked("changed");
     case RoomState::Never:
-      return "never";
+      return Marked("never");
     case RoomState::Unfinished:
       break;
   }
-  return "unfinished";
+  return Marked("unfinished");
 }
 
 RoomHistories::RoomHistories(std::span<const WorkLogEntry> entries) {

@@ -1,6 +1,7 @@
 #include "work_log/rooms.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/configuration_words.h"
 #include "projectors/field_captions.h"
@@ -85,7 +86,7 @@ std::vector<OutdatedRoom> OutdatedRooms(const std::vector<Room>& rooms, const Pr
 
 void TakeDefinition(Room& room, const ProjectorDefinition& projector) {
   if (ReadConfiguration(room.File) != room.Configuration) {
-    throw FileError(room.File, "change", "it was changed meanwhile; read the folder again");
+    throw FileError(room.File, "change", Say("it was changed meanwhile; read the folder again"));
   }
   PanelConfiguration changed = room.Configuration;
   changed.Projector = projector;

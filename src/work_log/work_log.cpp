@@ -2,6 +2,7 @@
 
 #include "base/file_access.h"
 #include "base/file_lock.h"
+#include "base/words.h"
 #include "work_log/database.h"
 
 #include <algorithm>
@@ -101,7 +102,7 @@ std::int64_t LayoutOf(const Database& database) {
 
 void DemandKnownLayout(const Database& database, const fs::path& file, const char* operation) {
   if (LayoutOf(database) <= kLayout) return;
-  throw FileError(file, operation, "a later version of the program made it");
+  throw FileError(file, operation, Say("a later version of the program made it"));
 }
 
 // Configurations stand apart from the downloads, each once, so that a list of downloads is read without them.
@@ -178,8 +179,9 @@ void WorkLog::SetAside() {
   RenameFile(file_, aside);
   // What a killed program had begun to write belongs to the damaged file.
   RemoveFile(PathFromUtf8(PathToUtf8(file_) + "-journal"));
-  message_ = Message{"The work log was damaged, and a new one has been begun.", "Sorry",
-                     MessageIcon::Exclamation, "Everything that it held is kept in " + PathToUtf8(aside)};
+  message_ =
+      Message{Say("The work log was damaged, and a new one has been begun."), Say("Sorry"),
+              MessageIcon::Exclamation, Say("Everything that it held is kept in %1", {PathToUtf8(aside)})};
 }
 
 std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {

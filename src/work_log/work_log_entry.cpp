@@ -1,5 +1,7 @@
 #include "work_log/work_log_entry.h"
 
+#include "base/words.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdlib>
@@ -7,10 +9,11 @@
 namespace qdm {
 
 std::string_view OutcomeText(DownloadOutcome outcome) {
-  constexpr std::array<std::string_view, 5> kTexts = {"done", "not restarted", "failed", "not connected",
-                                                      "interrupted"};
+  constexpr std::array<std::string_view, 5> kTexts = {Marked("done"), Marked("not restarted"),
+                                                      Marked("failed"), Marked("not connected"),
+                                                      Marked("interrupted")};
   const auto index = static_cast<std::size_t>(outcome);
-  return index < kTexts.size() ? kTexts[index] : "unknown";
+  return index < kTexts.size() ? kTexts[index] : Marked("unknown");
 }
 
 // Without snprintf: long logs have many of them.

@@ -115,12 +115,12 @@ TEST_F(StandInTest, SaysWhatUnknownBytesAreNearestTo) {
     Say(bytes);
     Silence(500ms);
     EXPECT_FALSE(Last().Command) << bytes;
-    EXPECT_EQ(Last().Remark, remark);
+    EXPECT_EQ(standIn.RemarksOn(Last()), remark);
   }
   const LineSettings sent = ParseLineSettings("9600,n,8,1");
   standIn.Receive(HeardAs(BytesOf("ON\r"), sent, ParseLineSettings("19200,n,8,1")), now += 1s);
   Silence(500ms);
-  EXPECT_THAT(Last().Remark, HasSubstr("looks like \"Power on\" at 9600,"));
+  EXPECT_THAT(standIn.RemarksOn(Last()), HasSubstr("looks like \"Power on\" at 9600,"));
 }
 
 TEST_F(StandInTest, IsBusyLateWrongOrSilentOnRequest) {

@@ -20,6 +20,7 @@ class FakePrompts : public UserPrompts {
   std::deque<SaveAnswer> SaveAnswers;        // to AskSave
   std::deque<QString> Choices;               // to Choose: the pressed button's text
   std::deque<std::optional<QString>> Files;  // to OpenFile and SaveFile
+  std::vector<std::string> FileTitles;       // of the file dialogs, in order
   QString Folder;                            // where the last file dialog began
   std::function<void()> WhileShowing;        // what the user does to other windows while a box is open
 
@@ -42,11 +43,15 @@ class FakePrompts : public UserPrompts {
     EXPECT_TRUE(answers.contains(*choice)) << choice->toStdString();
     return static_cast<int>(answers.indexOf(*choice));
   }
-  std::optional<QString> OpenFile(QWidget*, const char*, const QString& folder) override {
+  std::optional<QString> OpenFile(QWidget*, const QString& title, const char*,
+                                  const QString& folder) override {
+    FileTitles.push_back(title.toStdString());
     Folder = folder;
     return Next(Files, "an open dialog").value_or(std::nullopt);
   }
-  std::optional<QString> SaveFile(QWidget*, const char*, const QString& folder) override {
+  std::optional<QString> SaveFile(QWidget*, const QString& title, const char*,
+                                  const QString& folder) override {
+    FileTitles.push_back(title.toStdString());
     Folder = folder;
     return Next(Files, "a save dialog").value_or(std::nullopt);
   }

@@ -3,6 +3,7 @@
 
 #include "forms/bench/bench_table.h"
 #include "forms/shared/port_words.h"
+#include "forms/shared/qt_text.h"
 #include "forms/strings/kind_colours.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/typed_command.h"
@@ -52,20 +53,25 @@ void Put(QTableWidget* table, int row, int column, const QString& text) {
 
 void ProjectorBench::LoadFinder() {
   for (const LineCommand& command : CommandsOnLine(projector_))
-    ui_->Command->addItem(Text(NameOfSlot(command.Place)), static_cast<int>(command.Place));
+    ui_->Command->addItem(Said(NameOfSlot(command.Place)), static_cast<int>(command.Place));
   QTableWidget* grid = ui_->FinderGrid;
   grid->setSelectionBehavior(QAbstractItemView::SelectItems);
   grid->setColumnCount(static_cast<int>(LineParities.size()) * 2);
   grid->setRowCount(static_cast<int>(LineSpeeds.size()));
   QStringList columns;
   for (const ParityChoice& parity : LineParities) {
-    columns << tr("%1\n1 stop bit").arg(Text(parity.Caption))
-            << tr("%1\n2 stop bits").arg(Text(parity.Caption));
+    columns << tr("%1\n1 stop bit").arg(Said(parity.Caption))
+            << tr("%1\n2 stop bits").arg(Said(parity.Caption));
   }
   grid->setHorizontalHeaderLabels(columns);
   QStringList rows;
   for (const LineSpeed& speed : LineSpeeds) rows << Text(speed.Digits);
   grid->setVerticalHeaderLabels(rows);
+  int widest = 0;
+  for (int column = 0; column < grid->columnCount(); ++column) {
+    widest = std::max(widest, grid->horizontalHeader()->sectionSizeHint(column));
+  }
+  grid->horizontalHeader()->setMinimumSectionSize(widest);
   grid->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   grid->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   grid->verticalHeader()->setMinimumSectionSize(grid->fontMetrics().height() * 2 + 4);
@@ -101,7 +107,7 @@ void ProjectorBench::Question_Change() {
       ui_->FinderHint,
       tr("Sends \"%1\" (%2) at each of the 30 settings: it %3. A query of your own that switches nothing "
          "is best.")
-          .arg(Text(NameOfSlot(slot)), Text(HexText(BytesOnLine(question->Command))), Text(EffectOf(slot))),
+          .arg(Said(NameOfSlot(slot)), Text(HexText(BytesOnLine(question->Command))), Said(EffectOf(slot))),
       false);
 }
 
@@ -169,7 +175,7 @@ void ProjectorBench::ShowProbe(const ProbeResult& result) {
   QTableWidgetItem* cell = CellOf(result.Setting);
   const bool something = result.Verdict != ProbeVerdict::Nothing;
   const int port = askedPorts_[result.Port];
-  const QString verdict = Text(NameOf(result.Verdict));
+  const QString verdict = Said(NameOf(result.Verdict));
   if (something) {
     const QString line = tr("%1 at %2: %3 %4")
                              .arg(PortCaption(ports_, port), Text(result.Setting.Text()), verdict,
@@ -216,7 +222,7 @@ void ProjectorBench::TellFound(const AskedPorts& asked) {
     told = tr("Stopped.");
   } else if (best == static_cast<int>(ProbeVerdict::Nothing)) {
     told = tr("Everything is silent.");
-    ui_->FoundSettings->setText(tr("What to check:\n%1").arg(Text(WhatToCheckWhenSilent())));
+    ui_->FoundSettings->setText(tr("What to check:\n%1").arg(Said(WhatToCheckWhenSilent())));
   } else if (best < static_cast<int>(ProbeVerdict::Reply)) {
     told = tr("Something came back, but not the expected reply.");
   }
@@ -269,7 +275,7 @@ void ProjectorBench::ShowCorrections() {
 void ProjectorBench::Correct(const SerialString& corrected) {
   const Slot slot = codes_.Findings.at(static_cast<std::size_t>(ui_->Findings->currentRow())).Place;
   projector_.Strings[slot] = corrected;
-  SetStatus(tr("\"%1\" is now %2.").arg(Text(NameOfSlot(slot)), Text(HexBytes(corrected))));
+  SetStatus(tr("\"%1\" is now %2.").arg(Said(NameOfSlot(slot)), Text(HexBytes(corrected))));
   ShowCodes();
 }
 
@@ -280,7 +286,7 @@ void ProjectorBench::Correct_Click() {
 void ProjectorBench::ComputeSum_Click() {
   const Slot slot = codes_.Findings.at(static_cast<std::size_t>(ui_->Findings->currentRow())).Place;
   const auto computed = WithSum(projector_.Strings[slot], *codes_.Family.Sum);
-  if (!computed) return SetStatus(tr("\"%1\" is too short for it.").arg(Text(NameOfSlot(slot))));
+  if (!computed) return SetStatus(tr("\"%1\" is too short for it.").arg(Said(NameOfSlot(slot))));
   Correct(*computed);
 }
 
@@ -290,7 +296,7 @@ void ProjectorBench::LoadTiming() {
   for (QComboBox* box : {ui_->Ask, ui_->AskOff}) {
     for (const LineCommand& command : CommandsOnLine(projector_)) {
       if (TimingQuestionOf(projector_, command.Place))
-        box->addItem(Text(NameOfSlot(command.Place)), static_cast<int>(command.Place));
+        box->addItem(Said(NameOfSlot(command.Place)), static_cast<int>(command.Place));
     }
   }
   // What follows the power command; after power off only power on is sure to be answered again.

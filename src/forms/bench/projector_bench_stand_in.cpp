@@ -1,4 +1,5 @@
 // The stand-in's page of the projector bench.
+#include "base/words.h"
 #include "forms/bench/projector_bench_form.h"
 
 #include "base/file_access.h"
@@ -83,11 +84,11 @@ void ProjectorBench::ShowHeard() {
     const HeardCommand& one = heard[static_cast<std::size_t>(row)];
     const QStringList cells = {Milliseconds(one.Begin - listenedFrom_),
                                one.Gap ? Milliseconds(*one.Gap) : QStringLiteral("-"),
-                               Text(NameOf(one)),
+                               Said(NameOf(one)),
                                Text(ReadableText(one.Data)),
                                Text(HexText(one.Data)),
                                Text(HexText(one.Answer)),
-                               Text(RemarksOn(one))};
+                               Text(standIn_->RemarksOn(one))};
     list->insertRow(row);
     for (int column = 0; column < cells.size(); ++column) {
       auto* cell = new QTableWidgetItem(cells[column]);
@@ -108,8 +109,9 @@ void ProjectorBench::ShowHeard() {
 }
 
 void ProjectorBench::SaveList_Click() {
-  const auto file = prompts_.SaveFile(this, "Text (*.TXT)|*.TXT");
+  const auto file = prompts_.SaveFile(this, tr("Save What Was Heard"), Marked("Text (*.TXT)|*.TXT"));
   if (!file) return;
+  const InEnglish asFile;
   const std::string text = ListText(*standIn_, listenedFrom_);
   try {
     DoBusy(this, tr("Still writing %1.").arg(*file),

@@ -4,6 +4,7 @@
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
+#include "forms/shared/qt_text.h"
 #include "forms/strings/kind_colours.h"
 #include "forms/strings/serial_string_display.h"
 #include "forms/strings/string_clipboard.h"
@@ -39,10 +40,7 @@ int Milliseconds(Microseconds time) {
   return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
 }
 
-QString SlotName(std::size_t slot) {
-  const std::string_view name = CommandSlotNames[slot];
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-}
+QString SlotName(std::size_t slot) { return Said(CommandSlotNames[slot]); }
 
 int FirstPresent(const SerialPorts& ports) {
   for (int number = 1; number <= kPortSlots; ++number) {
@@ -218,8 +216,7 @@ bool SerialTestForm::SendsLevel() const {
 void SerialTestForm::Send_Click() {
   const std::string_view error = VolumeFormatError(format_);
   if (SendsLevel() && !error.empty()) {
-    return SetStatus(tr("Not sent, the volume format is wrong: %1.")
-                         .arg(QLatin1String(error.data(), static_cast<qsizetype>(error.size()))));
+    return SetStatus(tr("Not sent, the volume format is wrong: %1.").arg(Said(error)));
   }
   if (!port_->IsOpen()) OpenPort();
   SetBusy(true);
@@ -317,8 +314,7 @@ void SerialTestForm::ShowLevel() {
   const VolumePreview preview = PreviewLevel(format_, level_);
   const std::string_view error = VolumeFormatError(format_);
   ui_->DemoText->setText(QString::fromStdString(preview.DemoText));
-  ui_->Label4->setText(error.empty() ? QString::fromStdString(preview.Label4)
-                                     : QString::fromUtf8(error.data(), static_cast<qsizetype>(error.size())));
+  ui_->Label4->setText(error.empty() ? QString::fromStdString(preview.Label4) : Said(error));
 }
 
 // ---- the reply ----

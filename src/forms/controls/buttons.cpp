@@ -1,6 +1,7 @@
 #include "forms/controls/buttons.h"
 
 #include "config/panel_types.h"
+#include "forms/shared/qt_text.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -22,10 +23,7 @@ constexpr int kPictureSize = 32;
 constexpr std::array<const char*, Buttons::kButtons> kPictures = {
     "button_volume_up", "button_volume_down", "button_pc1", "button_pc2", "button_video", "button_power"};
 
-QString NameOf(std::size_t button) {
-  const std::string_view name = kLockButtonNames[button];
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-}
+QString NameOf(std::size_t button) { return Said(kLockButtonNames[button]); }
 
 // Radio buttons, since they are a choice of one, to a screen reader too, drawn as pictures.
 // Styles tell a pressed picture from a raised one by a shade, which drowns beside the picture: the chosen one

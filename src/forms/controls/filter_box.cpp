@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QToolButton>
 
 namespace qdm {
 
@@ -17,6 +18,9 @@ FilterBox::FilterBox(QWidget* parent) : QLineEdit(parent) {
   connect(clearAction, &QAction::triggered, this, &QLineEdit::clear);
   connect(this, &QLineEdit::textChanged, clearAction,
           [clearAction](const QString& text) { clearAction->setVisible(!text.isEmpty()); });
+  for (auto* button : findChildren<QToolButton*>()) {  // for those who cannot see the pictures
+    button->setAccessibleName(button->defaultAction() == clearAction ? tr("Show all") : tr("Filter"));
+  }
   setPlaceholderText(tr("Filter"));
   setAccessibleName(tr("Filter"));
   setToolTip(tr("Words of the manufacturer's or the model's name (Ctrl+F)"));

@@ -21,10 +21,10 @@ constexpr int kFirstRepeat = 1000;  // ms
 constexpr int kNextRepeats = 100;   // ms
 constexpr int kPageSteps = 10;
 
-QToolButton* MakeStepButton(QWidget* parent, const char* name, Qt::ArrowType arrow) {
+QToolButton* MakeStepButton(QWidget* parent, const char* name, const QString& caption, Qt::ArrowType arrow) {
   auto* button = new QToolButton(parent);
   button->setObjectName(QLatin1String(name));
-  button->setAccessibleName(QLatin1String(name));
+  button->setAccessibleName(caption);
   button->setArrowType(arrow);
   button->setAutoRepeat(false);
   // The arrow keys do what the buttons do: Tab goes from entry to entry.
@@ -40,8 +40,8 @@ bool IsEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 SpinEntry::SpinEntry(QWidget* parent)
     : QWidget(parent),
       Text1(new QLineEdit(this)),
-      Up(MakeStepButton(this, "Up", Qt::UpArrow)),
-      Down(MakeStepButton(this, "Down", Qt::DownArrow)),
+      Up(MakeStepButton(this, "Up", tr("Up"), Qt::UpArrow)),
+      Down(MakeStepButton(this, "Down", tr("Down"), Qt::DownArrow)),
       Timer1(new QTimer(this)) {
   Text1->setObjectName(QStringLiteral("Text1"));
   Text1->setAlignment(Qt::AlignRight);

@@ -1,5 +1,6 @@
 #include "forms/download/download_form.h"
 
+#include "base/words.h"
 #include "config/panel_configuration.h"
 #include "forms/download/find_panel_form.h"
 #include "forms/download/port_row.h"
@@ -138,7 +139,7 @@ void Download::Timer1_Timer() {
     globals_.Image = BuildPanelImage(configuration_);
   } catch (const ImageError& error) {
     ShowStage(Stage::NoImage);
-    Show({error.what(), "Sorry", MessageIcon::Exclamation});
+    Show({error.what(), Say("Sorry"), MessageIcon::Exclamation});
     return;
   }
   Search();
@@ -179,7 +180,7 @@ void Download::FindPanel_Click() {
 
 void Download::Option1_Click(std::size_t slot) {
   if (const std::optional<Message> refusal = FirmwareGate(*work_->Slots[slot].Panel)) {
-    rows_[slot]->Option1->setChecked(false);
+    rows_[slot]->Uncheck();
     Message named = *refusal;
     named.Detail = CaptionOf(slot).toStdString();
     Show(named);
@@ -245,7 +246,7 @@ void Download::BeginWork() {
 
 void Download::EndWork() {
   work_->Running = false;
-  for (const PortRow* row : rows_) row->Option1->setChecked(false);
+  for (PortRow* row : rows_) row->Uncheck();
   ShowStage(Stage::Choice);
   if (closing_) return reject();
   if (const auto next = std::exchange(programNext_, std::nullopt); next && work_->Slots[*next].Choosable())

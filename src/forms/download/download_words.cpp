@@ -13,48 +13,51 @@
 namespace qdm {
 namespace {
 
-QString tr(const char* sentence) { return QCoreApplication::translate("Download", sentence); }
+struct Words {
+  Q_DECLARE_TR_FUNCTIONS(DownloadWords)
+};
 
 // What became of the memory.
 QString MemorySentence(const ProgrammingEnd& end, const QString& port) {
   const ProgrammingResult& result = end.Result;
-  if (result.Programmed) return tr("The panel on %1 has been programmed.").arg(port);
+  if (result.Programmed) return Words::tr("The panel on %1 has been programmed.").arg(port);
   if (result.Connected) {
-    return tr("The panel on %1 is partly written, %2 of %3 records, and will not work until it is programmed "
-              "again.")
-        .arg(port)
-        .arg(result.Records)
-        .arg(kRecords);
+    return Words::Words::
+        tr("The panel on %1 is partly written, %2 of %3 records, and will not work until it is programmed "
+           "again.")
+            .arg(port)
+            .arg(result.Records)
+            .arg(kRecords);
   }
-  return tr("The panel on %1 was not programmed: nothing was written.").arg(port);
+  return Words::tr("The panel on %1 was not programmed: nothing was written.").arg(port);
 }
 
 QString WhySentence(const ProgrammingEnd& end) {
   if (end.Result.Programmed) return {};
-  if (end.Port && end.Result.Connected) return tr("The line went away: %1.").arg(WordsFor(*end.Port));
-  if (end.Port) return tr("The port did not open: %1.").arg(WordsFor(*end.Port));
-  if (end.Stopped) return tr("It was stopped.");
-  return end.Result.Connected ? tr("The panel stopped answering.") : tr("It did not answer.");
+  if (end.Port && end.Result.Connected) return Words::tr("The line went away: %1.").arg(WordsFor(*end.Port));
+  if (end.Port) return Words::tr("The port did not open: %1.").arg(WordsFor(*end.Port));
+  if (end.Stopped) return Words::tr("It was stopped.");
+  return end.Result.Connected ? Words::tr("The panel stopped answering.") : Words::tr("It did not answer.");
 }
 
 QString NextSentence(const ProgrammingEnd& end) {
   if (end.Port && end.Port->Why == OpenFailure::Reason::Gone)
-    return tr("Plug the adapter in, then press Find.");
-  if (end.Port) return tr("Press Find when the port is free.");
-  return end.Result.Programmed ? tr("Press Done, or click on another panel.")
-                               : tr("Click on it to try again.");
+    return Words::tr("Plug the adapter in, then press Find.");
+  if (end.Port) return Words::tr("Press Find when the port is free.");
+  return end.Result.Programmed ? Words::tr("Press Done, or click on another panel.")
+                               : Words::tr("Click on it to try again.");
 }
 
 }  // namespace
 
 QString TypeName(const PanelType* type) {
-  return type != nullptr ? QString(QLatin1String(type->Caption)) : tr("unknown model");
+  return type != nullptr ? QString(QLatin1String(type->Caption)) : Words::tr("unknown model");
 }
 
 QString OutcomeOf(const ProgrammingEnd& end, const QString& port) {
   QStringList sentences = {MemorySentence(end, port), WhySentence(end)};
   if (end.Result.Connected && !end.Result.Restarted) {
-    sentences.append(tr("It failed to restart: switch its power off and on."));
+    sentences.append(Words::tr("It failed to restart: switch its power off and on."));
   }
   sentences.append(NextSentence(end));
   sentences.removeAll(QString());
@@ -63,29 +66,29 @@ QString OutcomeOf(const ProgrammingEnd& end, const QString& port) {
 
 QString NoteOf(const ProgrammingEnd& end, const QString& time) {
   const ProgrammingResult& result = end.Result;
-  if (result.Programmed && result.Restarted) return tr("✓ Programmed at %1").arg(time);
-  if (result.Programmed) return tr("✓ Programmed at %1, failed to restart").arg(time);
-  if (!result.Connected) return tr("Not programmed at %1").arg(time);
-  return tr("Partly written: %1 of %2 records").arg(result.Records).arg(kRecords);
+  if (result.Programmed && result.Restarted) return Words::tr("✓ Programmed at %1").arg(time);
+  if (result.Programmed) return Words::tr("✓ Programmed at %1, failed to restart").arg(time);
+  if (!result.Connected) return Words::tr("Not programmed at %1").arg(time);
+  return Words::tr("Partly written: %1 of %2 records").arg(result.Records).arg(kRecords);
 }
 
 Message StopQuestion() {
-  return {
-      tr("The panel will be partly written and will not work until it is programmed again.").toStdString(),
-      tr("Stop programming?").toStdString(), MessageIcon::Exclamation};
+  return {Words::tr("The panel will be partly written and will not work until it is programmed again.")
+              .toStdString(),
+          Words::tr("Stop programming?").toStdString(), MessageIcon::Exclamation};
 }
 
 QString FailedRestarts(const QStringList& ports) {
   return ports.size() == 1
-             ? tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front())
-             : tr("The panels on %1 failed to restart: switch their power off and on.")
+             ? Words::tr("The panel on %1 failed to restart: switch its power off and on.").arg(ports.front())
+             : Words::tr("The panels on %1 failed to restart: switch their power off and on.")
                    .arg(ports.join(QStringLiteral(", ")));
 }
 
 QString SettingsLeft(int setting) {
   constexpr int kSettings = static_cast<int>(kLineSettings);
   constexpr double kSecondsASetting = 0.5;
-  return tr("Line setting %1 of %2, at most %3 s left")
+  return Words::tr("Line setting %1 of %2, at most %3 s left")
       .arg(setting + 1)
       .arg(kSettings)
       .arg((kSettings - setting) * kSecondsASetting, 0, 'f', 1);
@@ -94,16 +97,16 @@ QString SettingsLeft(int setting) {
 QString WhyNotChoosable(const SearchSlot& slot, int controllerType) {
   if (slot.Choosable()) return {};
   if (slot.Panel) {
-    return tr("This is a %1, the configuration is for a %2.")
+    return Words::tr("This is a %1, the configuration is for a %2.")
         .arg(TypeName(slot.Panel->Type()), TypeName(PanelTypeOf(controllerType)));
   }
-  if (slot.State == SlotState::Waiting) return tr("Not asked: press Find to ask every port.");
-  if (slot.AskedInVain()) return tr("Nobody answered at any line setting.");
+  if (slot.State == SlotState::Waiting) return Words::tr("Not asked: press Find to ask every port.");
+  if (slot.AskedInVain()) return Words::tr("Nobody answered at any line setting.");
   if (slot.Present()) {
-    return tr("Asked at %1 of %2 line settings.").arg(slot.SettingsTried).arg(kLineSettings);
+    return Words::tr("Asked at %1 of %2 line settings.").arg(slot.SettingsTried).arg(kLineSettings);
   }
   if (slot.Device.empty()) return {};
-  return slot.Failure ? WordsFor(*slot.Failure) : tr("It could not be opened.");
+  return slot.Failure ? WordsFor(*slot.Failure) : Words::tr("It could not be opened.");
 }
 
 QString PortHintOf(const std::vector<SearchSlot>& slots) {
@@ -119,33 +122,35 @@ QString ChoiceInstruction(const std::vector<SearchSlot>& slots, int controllerTy
   const QString wanted = TypeName(PanelTypeOf(controllerType));
   const bool choosable = any([](const SearchSlot& slot) { return slot.Choosable(); });
   if (choosable && any([](const SearchSlot& slot) { return slot.State == SlotState::Waiting; })) {
-    return tr(
+    return Words::tr(
         "The panel answered where it did before. Click on it to program, or press Find to ask every "
         "port.");
   }
   if (choosable) {
-    return tr("Click on the panel to program.");
+    return Words::tr("Click on the panel to program.");
   }
   if (!any([](const SearchSlot& slot) { return slot.Present(); })) {
     return any([](const SearchSlot& slot) { return !slot.Device.empty(); })
-               ? tr("No port could be opened. The rows say why.")
-               : tr("This computer has no serial port. Plug the adapter in, then press Find.");
+               ? Words::tr("No port could be opened. The rows say why.")
+               : Words::tr("This computer has no serial port. Plug the adapter in, then press Find.");
   }
   if (any([](const SearchSlot& slot) { return slot.Present() && !slot.Panel && !slot.AskedInVain(); })) {
-    return tr("Stopped before every line setting was tried: a %1 may still be there. Press Find to ask "
-              "again.")
+    return Words::tr(
+               "Stopped before every line setting was tried: a %1 may still be there. Press Find to ask "
+               "again.")
         .arg(wanted);
   }
   if (any([](const SearchSlot& slot) { return slot.Panel.has_value(); })) {
-    return tr("No %1 was found. What answered is of another type than the configuration.").arg(wanted);
+    return Words::tr("No %1 was found. What answered is of another type than the configuration.").arg(wanted);
   }
-  return tr("No %1 was found. Check that it has power and is connected, then press Find.").arg(wanted);
+  return Words::tr("No %1 was found. Check that it has power and is connected, then press Find.").arg(wanted);
 }
 
 QString OfferOf(const KnownPanel& known, const QString& port) {
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
   const QString settings = QString::fromStdString(known.Settings).section(QLatin1Char(','), 0, 1);
-  return tr("%1, %2, answered %3: asking there first...").arg(port, settings, WhenText(known.Answered, now));
+  return Words::tr("%1, %2, answered %3: asking there first...")
+      .arg(port, settings, WhenText(known.Answered, now));
 }
 
 QString WhenText(std::chrono::sys_seconds then, std::chrono::sys_seconds now) {
@@ -156,11 +161,11 @@ QString WhenText(std::chrono::sys_seconds then, std::chrono::sys_seconds now) {
   const QString clock = at.toString(QStringLiteral("h:mm"));
   switch (at.date().daysTo(local(now).date())) {
     case 0:
-      return tr("today at %1").arg(clock);
+      return Words::tr("today at %1").arg(clock);
     case 1:
-      return tr("yesterday at %1").arg(clock);
+      return Words::tr("yesterday at %1").arg(clock);
     default:
-      return tr("on %1").arg(at.date().toString(Qt::ISODate));
+      return Words::tr("on %1").arg(at.date().toString(Qt::ISODate));
   }
 }
 

@@ -1,5 +1,7 @@
 #include "forms/download/my_comm.h"
 
+#include "forms/shared/qt_text.h"
+
 #include <QTimer>
 
 #include <string>
@@ -42,7 +44,7 @@ void MyComm::StopSearch() {
   if (Pending()) {
     Timer1->stop();
     port_->Close();
-    ShowStatus(QLatin1String(kNoPanelText));
+    ShowStatus(Said(kNoPanelText));
   } else if (search_ && !search_->Finished()) {
     search_->Advance();  // a panel that has answered by now is restarted
     search_->Stop();

@@ -52,8 +52,6 @@ PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
       grid_(grid),
       slot_(slot) {
   Option1->setObjectName(QStringLiteral("Option1_%1").arg(slot));
-  // A click programs the panel, so the arrow keys must only move the focus.
-  Option1->setAutoExclusive(false);
   Note->setObjectName(QStringLiteral("Note_%1").arg(slot));
   Label1->setMargin(2);
   Label1->setMinimumWidth(Label1->fontMetrics().horizontalAdvance(QStringLiteral("Search 115K2,none ")));
@@ -88,6 +86,13 @@ void PortRow::ShowNote(const QString& note, bool panel) {
   }
 }
 
+// One of a choice stays checked by itself.
+void PortRow::Uncheck() {
+  Option1->setAutoExclusive(false);
+  Option1->setChecked(false);
+  Option1->setAutoExclusive(true);
+}
+
 // Enter on the option button is a click on it, and so is a click on the panel's name.
 bool PortRow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == Option1 && event->type() == QEvent::KeyPress) {
@@ -105,9 +110,14 @@ bool PortRow::KeyPressed(int key) {
     case Qt::Key_Enter:
       Option1->click();
       return true;
+    // A click programs the panel, so the arrow keys must only move the focus.
     case Qt::Key_Up:
+    case Qt::Key_Left:
+      Q_EMIT Moved(-1);
+      return true;
     case Qt::Key_Down:
-      Q_EMIT Moved(key == Qt::Key_Down ? 1 : -1);
+    case Qt::Key_Right:
+      Q_EMIT Moved(1);
       return true;
     default:
       return false;

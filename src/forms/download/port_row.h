@@ -25,6 +25,8 @@ class PortRow : public QObject {
   // A note on a port without a panel has the room of what only panels have.
   void ShowNote(const QString& note, bool panel);
 
+  void Uncheck();
+
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   QRadioButton* Option1;

@@ -7,6 +7,7 @@
 #include "config/panel_types.h"
 #include "config/version.h"
 #include "forms/controls/option_keys.h"
+#include "forms/shared/qt_text.h"
 #include "ui_option_controls.h"
 
 #include <QButtonGroup>
@@ -56,12 +57,8 @@ void Select(QButtonGroup* group, int id) {
 
 std::int16_t Word(int value) { return static_cast<std::int16_t>(value); }
 
-QString TextOf(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void Bind(IntegerEntry* entry, int value, const OptionRange& range, std::string_view label) {
-  entry->Bind(value, range.Low, range.High, TextOf(label));
+  entry->Bind(value, range.Low, range.High, Said(label));
 }
 
 // To the eye and to a screen reader; nothing when the reason is empty.
@@ -138,7 +135,7 @@ void OptionControls::PlaceFrames() {
 void OptionControls::MakeTypeButtons() {
   Option2->setObjectName(QStringLiteral("Option2"));
   for (auto type = PanelTypes.rbegin(); type != PanelTypes.rend(); ++type) {
-    auto* button = new QRadioButton(TextOf(type->Caption), this);
+    auto* button = new QRadioButton(QLatin1String(type->Caption), this);
     button->setObjectName(QStringLiteral("Option2_%1").arg(int{type->Code}));
     Option2->addButton(button, type->Code);
   }
@@ -211,7 +208,7 @@ void OptionControls::NameControls() {
     if (auto* entry = qobject_cast<SpinEntry*>(label->buddy())) entry->SetCaption(Plain(label->text()));
   }
   ui_->NoButtonTimeOut->SetCaption(Plain(ui_->TurnOffNoButtonCheck->text()));
-  ui_->integer5v1->SetLabel(TextOf(RangeOf(&PanelConfiguration::ThresholdVoltage).Label));
+  ui_->integer5v1->SetLabel(Said(RangeOf(&PanelConfiguration::ThresholdVoltage).Label));
   const QString asThePanelCounts = tr("as the panel counts");
   ui_->NoButtonTimeOut->SetMeaning(asThePanelCounts);
   for (const Entry& entry : entries_) {
@@ -223,7 +220,7 @@ void OptionControls::NameControls() {
   NameButtons(ui_->ControlInputOptionLowHighOption, ui_->OccupiedLabel->text());
   NameButtons(ui_->OutputsOption, ui_->OutputsFrame->title());
   NameButtons(ui_->ControlInputOption, ui_->ControlInputFrame->title());
-  for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetLabel(TextOf(NameOfStep(i)));
+  for (std::size_t i = 0; i < sequence_.size(); ++i) sequence_[i]->SetLabel(Said(NameOfStep(i)));
 }
 
 void OptionControls::ConnectControls() {
@@ -369,7 +366,7 @@ void OptionControls::UpdateOptionStates() {
   ApplyLayout(states);
   for (const Dependent& dependent : dependents_) {
     dependent.Control->setEnabled(states.*dependent.State);
-    const QString need = TextOf(NeedOf(states, dependent.State)).simplified();
+    const QString need = Said(NeedOf(states, dependent.State)).simplified();
     SayWhy(dependent.Control, need.isEmpty() ? QString() : tr("Needs “%1”").arg(need));
   }
   MarkSequence();

@@ -1,5 +1,6 @@
 #include "forms/editor/projector_panel_editor.h"
 
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/configuration_rules.h"
 #include "config/configuration_words.h"
@@ -33,8 +34,6 @@ namespace qdm {
 namespace {
 
 const QString kFolderKey = QStringLiteral("lastFolder");
-
-const Message kSaved{"QDM configuration saved", "File Saved.", MessageIcon::None};
 
 QString StartTitle() { return QStringLiteral("Brevan QDM Editor ") + QString::fromStdString(VersionText()); }
 
@@ -84,7 +83,7 @@ void ProjectorPanelEditor::New() {
 void ProjectorPanelEditor::Open() {
   if (!MayDiscard()) return;
   if (const std::optional<QString> chosen =
-          prompts_.OpenFile(this, kConfigurationFileFilter, StartFolder())) {
+          prompts_.OpenFile(this, tr("Open Configuration"), kConfigurationFileFilter, StartFolder())) {
     OpenConfiguration(*chosen);
   }
 }
@@ -111,7 +110,8 @@ bool ProjectorPanelEditor::Save() {
 bool ProjectorPanelEditor::SaveAs() {
   if (!CheckConfiguration()) return false;
   StoreControlsToRecord();
-  const std::optional<QString> chosen = prompts_.SaveFile(this, kConfigurationFileFilter, StartFolder());
+  const std::optional<QString> chosen =
+      prompts_.SaveFile(this, tr("Save Configuration As"), kConfigurationFileFilter, StartFolder());
   return chosen && WriteRecord(*chosen, OldTail::Kept);
 }
 
@@ -133,7 +133,7 @@ bool ProjectorPanelEditor::WriteRecord(const QString& fileName, OldTail tail) {
   for (const std::string& warning : WarningsAbout(record_)) told << QString::fromStdString(warning);
   told << tr("Saved %1").arg(NameAndFolder(fileName));
   ShowStatus(told.join(QLatin1String(". ")));
-  prompts_.Show(this, kSaved);
+  prompts_.Show(this, Message{Say("QDM configuration saved"), Say("File Saved."), MessageIcon::None});
   RefreshTitle();
   return true;
 }
@@ -230,7 +230,7 @@ void ProjectorPanelEditor::Exit() {
     const QString question = tr("What is not saved cannot be kept in %1.");
     const QString folder = QString::fromStdString(PathToUtf8(globals_.DataFolder));
     if (prompts_.Choose(this,
-                        {question.arg(QDir::toNativeSeparators(folder)).toStdString(), "Sorry",
+                        {question.arg(QDir::toNativeSeparators(folder)).toStdString(), Say("Sorry"),
                          MessageIcon::Exclamation, whyNotKept_},
                         {tr("&Exit anyway"), tr("&Stay")}, 1) == 1) {
       return;

@@ -1,5 +1,6 @@
 #include "forms/editor/projector_reconciliation.h"
 
+#include "base/words.h"
 #include "forms/projectors/projector_replace_form.h"
 #include "forms/projectors/save_library.h"
 #include "forms/shared/globals.h"
@@ -12,10 +13,11 @@
 namespace qdm {
 namespace {
 
-const Message kProjectorChanged{
-    "The projector included in this configuration has been edited!\r\n"
-    "Do you wish to change it to the new version?",
-    "Projector Changed!", MessageIcon::Question};
+Message ProjectorChanged() {
+  return {Say("The projector included in this configuration has been edited!\r\n"
+              "Do you wish to change it to the new version?"),
+          Say("Projector Changed!"), MessageIcon::Question};
+}
 
 }  // namespace
 
@@ -43,7 +45,7 @@ void OfferNewVersion(const Globals& globals, UserPrompts& prompts, QWidget* pare
   const ProjectorLibrary& library = globals.ProjectorDatabase;
   const std::optional<std::size_t> found = library.FindProjector(cleaned);
   if (!found || ProjectorsEqual(cleaned, library[*found])) return;
-  if (prompts.AskYesNo(parent, kProjectorChanged)) projector = library[*found];
+  if (prompts.AskYesNo(parent, ProjectorChanged())) projector = library[*found];
 }
 
 }  // namespace qdm

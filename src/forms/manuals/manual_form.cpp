@@ -1,7 +1,9 @@
 #include "forms/manuals/manual_form.h"
 
+#include "base/words.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/manuals/page_reader.h"
+#include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "ui_manual_form.h"
 
@@ -18,14 +20,11 @@
 namespace qdm {
 namespace {
 
-constexpr const char* kManualFileFilter = "Manual (*.PDF *.TXT)|*.PDF *.TXT";
+constexpr const char* kManualFileFilter = Marked("Manual (*.PDF *.TXT)|*.PDF *.TXT");
 // Shorter than the pause between two words, longer than the one between two letters.
 constexpr int kRestMilliseconds = 300;
 
-QString NameOf(std::size_t slot) {
-  const std::string_view name = CommandSlotNames.at(slot);
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-}
+QString NameOf(std::size_t slot) { return Said(CommandSlotNames.at(slot)); }
 
 }  // namespace
 
@@ -195,7 +194,7 @@ void ManualForm::MarkAs(std::size_t slot) {
   if (!selected) return;
   ReadNow();
   if (const auto problem = draft_.Mark(slot, selected->From, selected->Length)) {
-    prompts_.Show(this, {*problem, "Sorry", MessageIcon::Exclamation});
+    prompts_.Show(this, {*problem, qdm::Say("Sorry"), MessageIcon::Exclamation});
     return;
   }
   ShowDraft();
@@ -212,7 +211,9 @@ void ManualForm::AddPage_Click() {
 }
 
 void ManualForm::OpenFile_Click() {
-  if (const std::optional<QString> file = prompts_.OpenFile(this, kManualFileFilter)) ReadFiles({*file});
+  if (const std::optional<QString> file =
+          prompts_.OpenFile(this, tr("Add a Page of a Manual"), kManualFileFilter))
+    ReadFiles({*file});
 }
 
 void ManualForm::ReadFiles(const QStringList& files) {

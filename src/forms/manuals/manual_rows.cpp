@@ -1,6 +1,7 @@
 #include "forms/manuals/manual_rows.h"
 
 #include "forms/manuals/slot_colours.h"
+#include "forms/shared/qt_text.h"
 #include "forms/strings/kind_colours.h"
 #include "serial_strings/serial_string.h"
 #include "serial_strings/text_parser.h"
@@ -14,10 +15,7 @@
 namespace qdm {
 namespace {
 
-QString NameOf(std::size_t slot) {
-  const std::string_view name = CommandSlotNames.at(slot);
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-}
+QString NameOf(std::size_t slot) { return Said(CommandSlotNames.at(slot)); }
 
 QString TextOf(const ManualCandidate& candidate) {
   const QString text = QString::fromStdString(CompactText(candidate.String));
@@ -111,8 +109,8 @@ void ManualRows::ShowRow(const Cells& cells, const ManualRow& row) {
 }
 
 QString ManualRows::VerdictOf(const ManualRow& row) const {
-  const QString readAs = QString::fromStdString(row.Candidate().ReadAs);
-  const QString doubt = QString::fromStdString(row.Doubt);
+  const QString readAs = SaidEach(row.Candidate().ReadAs);
+  const QString doubt = Said(row.Doubt);
   if (row.Chosen != 0) return readAs.isEmpty() ? tr("please check") : tr("please check: %1").arg(readAs);
   if (row.Marked) {
     return doubt.isEmpty() ? tr("marked by you: %1").arg(readAs) : tr("please check: %1").arg(doubt);

@@ -2,6 +2,7 @@
 
 #include "base/code_page.h"
 #include "base/file_access.h"
+#include "base/words.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
 #include "projectors/manual_draft.h"
@@ -94,7 +95,7 @@ QString PageReader::Name() const { return QFileInfo(file_).fileName(); }
 
 void PageReader::Fail(const QString& text) {
   Stop();
-  Q_EMIT Failed({text.toStdString(), "Sorry", MessageIcon::Exclamation});
+  Q_EMIT Failed({text.toStdString(), Say("Sorry"), MessageIcon::Exclamation});
 }
 
 void PageReader::Read(const QString& fileName) {

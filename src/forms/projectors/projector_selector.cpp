@@ -1,5 +1,6 @@
 #include "forms/projectors/projector_selector.h"
 
+#include "base/words.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/controls/undo_actions.h"
 #include "forms/manuals/manual_form.h"
@@ -246,7 +247,8 @@ void ProjectorSelector::Copy() {
 }
 
 void ProjectorSelector::Cut() {
-  if (!Confirm("Are you sure you want to cut(delete) " + NameOf(SelectedProjector()) + " projector?")) return;
+  if (!Confirm(Say("Are you sure you want to cut(delete) %1 projector?", {NameOf(SelectedProjector())})))
+    return;
   Copy();
   RemoveSelected();
 }
@@ -260,7 +262,7 @@ void ProjectorSelector::Paste() {
 void ProjectorSelector::Delete() {
   const std::vector<std::size_t> elements = ui_->TreeView1->SelectedElements();
   if (elements.size() == 1) {
-    if (Confirm("Are you sure you want to delete " + NameOf(SelectedProjector()) + " projector?"))
+    if (Confirm(Say("Are you sure you want to delete %1 projector?", {NameOf(SelectedProjector())})))
       RemoveSelected();
   } else if (Confirm(tr("Are you sure you want to delete these %n projectors?", "",
                         static_cast<int>(elements.size()))
@@ -281,7 +283,7 @@ void ProjectorSelector::Rename() {
 }
 
 void ProjectorSelector::Import() {
-  const std::optional<QString> file = prompts_.OpenFile(this, kProjectorFileFilter);
+  const std::optional<QString> file = prompts_.OpenFile(this, tr("Import Projectors"), kProjectorFileFilter);
   if (!file) return;
   const ImportedFile imported = ImportProjectorFile(globals_, prompts_, this, ToPath(*file));
   if (imported.LastTaken) {
@@ -294,7 +296,9 @@ void ProjectorSelector::Import() {
 
 void ProjectorSelector::Export() {
   const std::vector<std::size_t> elements = ui_->TreeView1->SelectedElements();
-  const std::optional<QString> file = prompts_.SaveFile(this, kProjectorFileFilter);
+  const auto count = static_cast<int>(elements.size());
+  const QString title = count == 1 ? tr("Export 1 Projector") : tr("Export %n Projectors", "", count);
+  const std::optional<QString> file = prompts_.SaveFile(this, title, kProjectorFileFilter);
   if (!file) return;
   std::vector<ProjectorDefinition> definitions;
   definitions.reserve(elements.size());
@@ -306,7 +310,7 @@ void ProjectorSelector::Export() {
     prompts_.Show(this, SorryAbout(error));
     return;
   }
-  prompts_.Show(this, {"Projector definition saved", "File Saved.", MessageIcon::None});
+  prompts_.Show(this, {Say("Projector definition saved"), Say("File Saved."), MessageIcon::None});
 }
 
 void ProjectorSelector::Exit() { close(); }
@@ -321,7 +325,7 @@ void ProjectorSelector::SetUpCurrentProjector() {
 }
 
 bool ProjectorSelector::Confirm(const std::string& question) {
-  return prompts_.AskYesNo(this, {question, "Are you sure?", MessageIcon::Question});
+  return prompts_.AskYesNo(this, {question, Say("Are you sure?"), MessageIcon::Question});
 }
 
 // In the tree's order, which is not the library's.

@@ -1,5 +1,6 @@
 #include "forms/projectors/projector_setup_form.h"
 
+#include "base/words.h"
 #include "forms/controls/entry_note.h"
 #include "forms/controls/option_keys.h"
 #include "forms/controls/screen_fit.h"
@@ -67,7 +68,7 @@ template <class Row, std::size_t N>
 void AddChoices(QButtonGroup* group, const QString& name, const std::array<QRadioButton*, N>& buttons,
                 const std::array<Row, N>& rows) {
   for (std::size_t i = 0; i < N; ++i) {
-    const QString caption = QLatin1String(rows[i].Caption);
+    const QString caption = Said(rows[i].Caption);
     buttons[i]->setText(caption);
     buttons[i]->setAccessibleName(name.arg(caption));
     group->addButton(buttons[i], rows[i].Code);
@@ -98,6 +99,7 @@ ProjectorSetupForm::ProjectorSetupForm(Globals& globals, UserPrompts& prompts, S
     connect(box, &QLineEdit::inputRejected, this, [box] { ExplainRefusal(box); });
   }
   // A maker that begins like another one must not become that one.
+  ui_->Manufacturer->lineEdit()->setAccessibleName(ui_->Manufacturer->accessibleName());
   ui_->Manufacturer->completer()->setCompletionMode(QCompleter::PopupCompletion);
   ConnectControls();
   Load();
@@ -281,8 +283,8 @@ bool ProjectorSetupForm::HasChanges() const {
 void ProjectorSetupForm::reject() {
   if (HasChanges() && !globals_.Leaving &&
       !prompts_.AskYesNo(this,
-                         {"The changes to this projector have not been saved. Do you wish to drop them?",
-                          "Are you sure?", MessageIcon::Question}))
+                         {Say("The changes to this projector have not been saved. Do you wish to drop them?"),
+                          Say("Are you sure?"), MessageIcon::Question}))
     return;
   globals_.CurrentProjector = opened_;
   QDialog::reject();

@@ -1,5 +1,6 @@
 #include "forms/projectors/projector_tree_model.h"
 
+#include "forms/shared/qt_text.h"
 #include "projectors/definition_summary.h"
 #include "projectors/projector_library.h"
 
@@ -46,8 +47,7 @@ QString SummaryText(const ProjectorDefinition& projector) {
   QStringList lines = {ProjectorTreeModel::tr("Line %1").arg(QString::fromStdString(summary.Line))};
   for (const DefinitionSummary::Row& row : summary.Strings) {
     lines << ProjectorTreeModel::tr("%1: %2", "a command and its bytes")
-                 .arg(QString::fromUtf8(row.Name.data(), static_cast<qsizetype>(row.Name.size())),
-                      QString::fromStdString(row.Text));
+                 .arg(Said(row.Name), QString::fromStdString(row.Text));
   }
   return lines.join(QLatin1Char('\n'));
 }

@@ -1,6 +1,7 @@
 #include "forms/projectors/save_library.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "forms/projectors/library_conflict_form.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/globals.h"
@@ -87,9 +88,10 @@ bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
                                 .toStdString();
     return true;
   }
-  result.Failure->Text +=
-      "\r\n\r\nThe projector data base has not been saved. Do you wish to close this window all the "
-      "same?\r\nWith No it stays open, and you can close it again to try once more.";
+  result.Failure->Text =
+      Say("%1\r\n\r\nThe projector data base has not been saved. Do you wish to close this window all the "
+          "same?\r\nWith No it stays open, and you can close it again to try once more.",
+          {result.Failure->Text});
   return prompts.AskYesNo(window, *result.Failure);
 }
 

@@ -30,10 +30,7 @@ QString PortCaption(const SerialPorts& ports, int number) {
   return PortCaption(ports.DeviceName(number), number);
 }
 
-QString WordsFor(const OpenFailure& failure) {
-  const QString sentence = QCoreApplication::translate("OpenFailure", TextOf(failure));
-  return failure.Detail.empty() ? sentence : sentence.arg(QString::fromStdString(failure.Detail));
-}
+QString WordsFor(const OpenFailure& failure) { return QString::fromStdString(SentenceOf(failure)); }
 
 QString HintOnClosedPorts(const std::vector<ClosedPort>& closed) {
   std::map<std::string, QStringList> devicesOfGroup;

@@ -1,6 +1,8 @@
 // Record texts, paths and messages to Qt's strings and back.
 #pragma once
 
+#include "base/words.h"
+
 #include <QString>
 
 #include <filesystem>
@@ -12,6 +14,11 @@ namespace qdm {
 inline QString ToQString(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
+
+// A word or a sentence of the core's tables in the user's language.
+inline QString Said(std::string_view english) { return QString::fromStdString(Say(english)); }
+
+inline QString SaidEach(std::string_view english) { return QString::fromStdString(SayEach(english)); }
 
 inline std::filesystem::path ToPath(const QString& fileName) {
   return std::filesystem::path(fileName.toStdU16String());

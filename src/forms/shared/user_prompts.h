@@ -27,12 +27,12 @@ class UserPrompts {
   // A button for each answer; gives the number of the one that was pressed. `safe` is the default and what
   // closing the box means.
   virtual int Choose(QWidget* parent, const Message& question, const QStringList& answers, int safe) = 0;
-  // Nothing when the user cancelled. `filter` is in the form "Caption (*.EXT)|*.EXT"; an empty `folder` is
-  // the one that the system proposes.
-  virtual std::optional<QString> OpenFile(QWidget* parent, const char* filter,
+  // Nothing when the user cancelled. `title` says what for; `filter` is a marked text in the form
+  // "Caption (*.EXT)|*.EXT"; an empty `folder` is the one that the system proposes.
+  virtual std::optional<QString> OpenFile(QWidget* parent, const QString& title, const char* filter,
                                           const QString& folder = {}) = 0;
   // Asks before an existing file is chosen; a name that does not end in the filter's ending gets it before.
-  virtual std::optional<QString> SaveFile(QWidget* parent, const char* filter,
+  virtual std::optional<QString> SaveFile(QWidget* parent, const QString& title, const char* filter,
                                           const QString& folder = {}) = 0;
 };
 

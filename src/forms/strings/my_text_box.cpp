@@ -1,7 +1,6 @@
 #include "forms/strings/my_text_box.h"
 
 #include "forms/strings/kind_colours.h"
-#include "serial_strings/serial_string.h"
 
 #include <QApplication>
 #include <QFontDatabase>

@@ -3,6 +3,7 @@
 // of its kind is kept and shown as an error.
 #pragma once
 
+#include "serial_strings/serial_string.h"
 #include "serial_strings/typed_text.h"
 
 #include <QWidget>
@@ -12,8 +13,6 @@
 class QTimer;
 
 namespace qdm {
-
-enum class ByteKind : std::uint8_t;
 
 class MyTextBox : public QWidget {
   Q_OBJECT

@@ -1,6 +1,7 @@
 #include "forms/strings/serial_editor.h"
 
 #include "forms/shared/globals.h"
+#include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/byte_mode_form.h"
 #include "forms/strings/byte_value_control.h"
@@ -163,9 +164,8 @@ void SerialEditor::ConnectCell(ByteValueControl& cell) {
 }
 
 void SerialEditor::Form_Load() {
-  const std::string_view name = CommandSlotNames.at(static_cast<std::size_t>(globals_.CurrentSlot));
-  setWindowTitle(windowTitle() + QStringLiteral(" - ") +
-                 QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+  setWindowTitle(tr("Serial String Editor - %1")
+                     .arg(Said(CommandSlotNames.at(static_cast<std::size_t>(globals_.CurrentSlot)))));
   ui_->NumberOfBytes1->Bind(0, 0, static_cast<int>(kMaximumStringBytes),
                             tr("Number of bytes in this message"));
   PaintRed(*ui_->ErrorNote);
@@ -269,7 +269,7 @@ void SerialEditor::ShowReading() {
   const QString problem = CommandProblem();
   QStringList others;
   for (std::size_t i = 1; i < reading_.Readings.size(); ++i) {
-    others << QString::fromStdString(reading_.Readings[i].As);
+    others << SaidEach(reading_.Readings[i].As);
   }
   others.removeDuplicates();
   ui_->OtherReadings->setEnabled(reading_.Readings.size() > 1);
@@ -277,7 +277,7 @@ void SerialEditor::ShowReading() {
   if (!problem.isEmpty()) return ui_->CommandNote->setText(problem);
   QStringList notes;
   if (!others.isEmpty()) {
-    const QString as = QString::fromStdString(reading_.Readings[0].As);
+    const QString as = SaidEach(reading_.Readings[0].As);
     notes << tr("Read as %1; it could also be %2.").arg(as, others.join(QStringLiteral(", ")));
   }
   if (reading_.Problem) notes << QString::fromStdString(ProblemText(*reading_.Problem));

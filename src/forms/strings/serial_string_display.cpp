@@ -65,14 +65,15 @@ QAction* SerialStringDisplay::MakeCommand(const char* name, const char* caption,
 
 void SerialStringDisplay::MakeMenu() {
   using Self = SerialStringDisplay;
-  menuEdit = MakeCommand("menuEdit", "&Edit", {Qt::Key_Return, Qt::Key_Enter}, &Self::menuEdit_Click);
+  menuEdit =
+      MakeCommand("menuEdit", QT_TR_NOOP("&Edit"), {Qt::Key_Return, Qt::Key_Enter}, &Self::menuEdit_Click);
   menuHidden->addSeparator()->setObjectName(QStringLiteral("menuSpace"));
-  menCopy = MakeCommand("menCopy", "&Copy", {QKeySequence::Copy}, &Self::menCopy_Click);
-  menCut = MakeCommand("menCut", "C&ut", {QKeySequence::Cut}, &Self::menCut_Click);
-  menuPaste = MakeCommand("menuPaste", "&Paste", {QKeySequence::Paste}, &Self::menuPaste_Click);
-  menuDelete = MakeCommand("menuDelete", "&Delete", {Qt::Key_Delete}, &Self::menuDelete_Click);
+  menCopy = MakeCommand("menCopy", QT_TR_NOOP("&Copy"), {QKeySequence::Copy}, &Self::menCopy_Click);
+  menCut = MakeCommand("menCut", QT_TR_NOOP("C&ut"), {QKeySequence::Cut}, &Self::menCut_Click);
+  menuPaste = MakeCommand("menuPaste", QT_TR_NOOP("&Paste"), {QKeySequence::Paste}, &Self::menuPaste_Click);
+  menuDelete = MakeCommand("menuDelete", QT_TR_NOOP("&Delete"), {Qt::Key_Delete}, &Self::menuDelete_Click);
   menuHidden->addSeparator()->setObjectName(QStringLiteral("menuSpace2"));
-  menuTest = MakeCommand("menuTest", "&Test", {Qt::Key_F5, QKeySequence(Qt::CTRL | Qt::Key_T)},
+  menuTest = MakeCommand("menuTest", QT_TR_NOOP("&Test"), {Qt::Key_F5, QKeySequence(Qt::CTRL | Qt::Key_T)},
                          &Self::menuTest_Click);
 }
 

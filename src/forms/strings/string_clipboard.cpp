@@ -1,5 +1,6 @@
 #include "forms/strings/string_clipboard.h"
 
+#include "base/words.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/text_reading_form.h"
@@ -18,9 +19,9 @@ namespace {
 std::optional<SerialString> ReadText(QWidget* parent, UserPrompts& prompts, const QString& text) {
   const ParsedText parsed = ParseSerialText(text.toStdU16String());
   if (parsed.Readings.empty()) {
-    prompts.Show(parent, {"Sorry cannot read the text on the clipboard as a serial string!\r\n" +
-                              ProblemText(parsed.Problem.value_or(TextProblem{})),
-                          "Sorry!", MessageIcon::Exclamation});
+    prompts.Show(parent, {Say("Sorry cannot read the text on the clipboard as a serial string!\r\n%1",
+                              {ProblemText(parsed.Problem.value_or(TextProblem{}))}),
+                          Say("Sorry!"), MessageIcon::Exclamation});
     return std::nullopt;
   }
   if (!parsed.NeedsChoice()) return parsed.Readings.front().String;

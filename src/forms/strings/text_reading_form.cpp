@@ -1,6 +1,7 @@
 #include "forms/strings/text_reading_form.h"
 
 #include "forms/controls/screen_fit.h"
+#include "forms/shared/qt_text.h"
 #include "forms/strings/kind_colours.h"
 #include "forms/strings/string_picture.h"
 
@@ -44,7 +45,7 @@ void TextReadingForm::Load(const QString& text) {
     ui_->Problem->setText(QString::fromStdString(ProblemText(*parsed_.Problem)));
   }
   QStringList notes;
-  for (const std::string& note : parsed_.Notes) notes += QString::fromStdString(note);
+  for (const std::string& note : parsed_.Notes) notes += Said(note);
   ui_->Notes->setVisible(!notes.isEmpty());
   ui_->Notes->setText(tr("Please note: %1.").arg(notes.join(QStringLiteral("; "))));
   for (const TextReading& reading : parsed_.Readings) {
@@ -64,7 +65,7 @@ void TextReadingForm::Load(const QString& text) {
 }
 
 QString TextReadingForm::ReadAs(const TextReading& reading) const {
-  QString as = QString::fromStdString(reading.As);
+  QString as = SaidEach(reading.As);
   if (!reading.Part.empty()) as = tr("\"%1\" as %2").arg(QString::fromStdString(reading.Part), as);
   return reading.Doubtful ? tr("doubtful: %1").arg(as) : as;
 }

@@ -1,9 +1,11 @@
 #include "forms/strings/volume_editor_form.h"
 
+#include "base/words.h"
 #include "forms/controls/hex_entry.h"
 #include "forms/controls/integer_entry.h"
 #include "forms/controls/option_keys.h"
 #include "forms/shared/fit_to_screen.h"
+#include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
 #include "forms/strings/kind_colours.h"
 #include "projectors/projector_volume.h"
@@ -53,13 +55,14 @@ VolumeEditorForm::VolumeEditorForm(ProjectorDefinition& projector, UserPrompts& 
       projector_(projector),
       prompts_(prompts) {
   ui_->setupUi(this);
-  levels_ = {{{ui_->MaximumLevel, ui_->MaximumLevelInHex, &VolumeFormat::MaximumLevel, kLowestLevel,
-               "Maximum volume level"},
-              {ui_->MinimumLevel, ui_->MinimumLevelInHex, &VolumeFormat::MinimumLevel, kLowestLevel,
-               "Minimum volume level"},
-              {ui_->VolumeStep, ui_->VolumeStepInHex, &VolumeFormat::VolumeStep, 0, "Volume Step"},
-              {ui_->FixedStartLevel, ui_->FixedStartLevelInHex, &VolumeFormat::FixedStartLevel, kLowestLevel,
-               "Power up Volume"}}};
+  levels_ = {
+      {{ui_->MaximumLevel, ui_->MaximumLevelInHex, &VolumeFormat::MaximumLevel, kLowestLevel,
+        QT_TR_NOOP("Maximum volume level")},
+       {ui_->MinimumLevel, ui_->MinimumLevelInHex, &VolumeFormat::MinimumLevel, kLowestLevel,
+        QT_TR_NOOP("Minimum volume level")},
+       {ui_->VolumeStep, ui_->VolumeStepInHex, &VolumeFormat::VolumeStep, 0, QT_TR_NOOP("Volume Step")},
+       {ui_->FixedStartLevel, ui_->FixedStartLevelInHex, &VolumeFormat::FixedStartLevel, kLowestLevel,
+        QT_TR_NOOP("Power up Volume")}}};
   NumberOfBytes = MakeGroup(
       this, {ui_->NumberOfBytes_0, ui_->NumberOfBytes_1, ui_->NumberOfBytes_2, ui_->NumberOfBytes_3});
   MessageFormat = MakeGroup(this, {ui_->MessageFormat_0, ui_->MessageFormat_1, ui_->MessageFormat_2});
@@ -140,7 +143,7 @@ void VolumeEditorForm::Refresh() {
 void VolumeEditorForm::ShowVerdict(const VolumeFormat& format) {
   const std::string_view error = VolumeFormatError(format);
   const std::string_view verdict = error.empty() ? kVolumeFormatOk : error;
-  ui_->ErrorLabel->setText(QString::fromLatin1(verdict.data(), static_cast<qsizetype>(verdict.size())));
+  ui_->ErrorLabel->setText(Said(verdict));
   QPalette colours = palette();
   if (!error.empty()) {
     colours.setColor(QPalette::WindowText, ErrorColourOn(colours.color(QPalette::Window)));
@@ -171,8 +174,8 @@ void VolumeEditorForm::Done_Click() {
   ui_->Done->setFocus();  // an entry that is still being typed into is taken and checked
   const VolumeFormat format = Settings();
   if (!VolumeFormatError(format).empty()) {
-    prompts_.Show(this,
-                  {"Cannot exit there is an error in the configuration", "Error!", MessageIcon::Exclamation});
+    prompts_.Show(this, {Say("Cannot exit there is an error in the configuration"), Say("Error!"),
+                         MessageIcon::Exclamation});
     return;
   }
   StoreVolumeFormat(projector_, format);

@@ -1,6 +1,7 @@
 #include "forms/work_log/rooms_form.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/configuration_sentences.h"
 #include "forms/controls/screen_fit.h"
@@ -157,7 +158,8 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
 RoomsForm::~RoomsForm() { stop_.request_stop(); }
 
 void RoomsForm::Folder_Click() {
-  const std::optional<QString> file = tools_.Prompts.OpenFile(this, kConfigurationFileFilter, folder_);
+  const std::optional<QString> file = tools_.Prompts.OpenFile(
+      this, tr("Choose a Configuration of the Folder"), kConfigurationFileFilter, folder_);
   if (!file) return;
   folder_ = QFileInfo(*file).absolutePath();
   tools_.Settings.setValue(kFolderKey, folder_);
@@ -287,7 +289,7 @@ void RoomsForm::ProgramNext_Click() {
     const RoomToProgram room{rooms_[current].File, rooms_[current].Configuration};
     programmed = ProgramRoom(room, tools_.Ports, tools_.Log, tools_.Time, stop_.get_token(), progress);
   } catch (const ImageError& error) {
-    if (self) tools_.Prompts.Show(this, {error.what(), "Sorry", MessageIcon::Exclamation});
+    if (self) tools_.Prompts.Show(this, {error.what(), qdm::Say("Sorry"), MessageIcon::Exclamation});
   }
   if (!self) return;
   running_ = false;

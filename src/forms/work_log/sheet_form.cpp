@@ -1,6 +1,7 @@
 #include "forms/work_log/sheet_form.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/qt_text.h"
@@ -21,8 +22,8 @@ namespace qdm {
 namespace {
 
 constexpr QSize kFirstSize(820, 680);
-constexpr const char* kPdfFilter = "PDF (*.PDF)|*.PDF";
-constexpr const char* kHtmlFilter = "Web page (*.HTML)|*.HTML";
+constexpr const char* kPdfFilter = Marked("PDF (*.PDF)|*.PDF");
+constexpr const char* kHtmlFilter = Marked("Web page (*.HTML)|*.HTML");
 
 QString FolderOf(const std::filesystem::path& file) {
   return QString::fromStdString(PathToUtf8(file.parent_path()));
@@ -56,6 +57,9 @@ SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesys
   label->setBuddy(By);
   By->setObjectName(QStringLiteral("By"));
   By->setAccessibleName(tr("Commissioned by"));
+  for (auto* view : preview_->findChildren<QGraphicsView*>())
+    view->setAccessibleName(tr("The sheet's pages"));
+  preview_->setAccessibleName(tr("Preview of the sheet"));
   By->setPlaceholderText(tr("Your name and company; kept for the next sheet"));
   byRow->addWidget(label);
   byRow->addWidget(By);
@@ -98,7 +102,8 @@ void SheetForm::Print_Click() {
 
 void SheetForm::Save_Click(const char* filter) {
   By_Change();
-  const std::optional<QString> chosen = prompts_.SaveFile(this, filter, FolderOf(file_));
+  const std::optional<QString> chosen =
+      prompts_.SaveFile(this, tr("Save the Commissioning Sheet"), filter, FolderOf(file_));
   if (!chosen) return;
   try {
     const std::filesystem::path file = ToPath(*chosen);

@@ -1,6 +1,7 @@
 #include "forms/work_log/sheet_pages.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "forms/shared/qt_text.h"
 #include "work_log/commissioning_sheet.h"
 
@@ -76,9 +77,10 @@ Bytes PdfOf(const QString& html) {
 
 QString SheetHtml(const PanelConfiguration& configuration, const std::filesystem::path& file, WorkLog& log,
                   const QString& by) {
+  const InEnglish asFile;
   SheetFacts facts;
   facts.Configuration = configuration;
-  facts.Room = file.empty() ? QObject::tr("not saved").toStdString() : PathToUtf8(file.stem());
+  facts.Room = file.empty() ? Say("not saved") : PathToUtf8(file.stem());
   facts.Date = QLocale().toString(QDate::currentDate(), QLocale::LongFormat).toStdString();
   facts.By = by.toStdString();
   facts.Downloads = DownloadsOf(file, log);
@@ -105,7 +107,7 @@ Bytes SheetFor(const QString& html, const std::filesystem::path& file) {
     return Bytes(text.begin(), text.end());
   }
   if (ending == QLatin1String(".pdf")) return PdfOf(html);
-  throw FileError(file, "write", "a sheet ends in .pdf or .html");
+  throw FileError(file, "write", Say("a sheet ends in .pdf or .html"));
 }
 
 QString CommissionedBy(const QSettings& settings) { return settings.value(kByKey).toString(); }

@@ -1,6 +1,7 @@
 #include "forms/work_log/work_log_form.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/configuration_words.h"
 #include "forms/controls/screen_fit.h"
@@ -27,10 +28,10 @@ constexpr QSize kFirstSize(1000, 620);
 constexpr int kFirstEntries = 500;
 constexpr int kRestAfter = 100;  // ms: by then the window has been painted
 constexpr std::size_t kAllEntries = std::numeric_limits<std::size_t>::max();
-constexpr const char* kCsvFilter = "Comma-separated values (*.CSV)|*.CSV";
+constexpr const char* kCsvFilter = Marked("Comma-separated values (*.CSV)|*.CSV");
 constexpr std::array<int, WorkLogModel::kColumns> kWidthsInCharacters = {22, 28, 13, 9, 15, 11, 10, 15, 14};
 
-Message Sorry(const QString& text) { return {text.toStdString(), "Sorry", MessageIcon::Exclamation}; }
+Message Sorry(const QString& text) { return {text.toStdString(), Say("Sorry"), MessageIcon::Exclamation}; }
 
 QString Lines(const std::vector<DifferenceText>& differences) {
   QString text;
@@ -54,7 +55,9 @@ WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationComman
   ui_->Entries->sortByColumn(WorkLogModel::Time, Qt::DescendingOrder);
   const int character = fontMetrics().averageCharWidth();
   for (std::size_t column = 0; column < kWidthsInCharacters.size(); ++column) {
-    ui_->Entries->setColumnWidth(static_cast<int>(column), kWidthsInCharacters[column] * character);
+    const int number = static_cast<int>(column);
+    const int caption = ui_->Entries->horizontalHeader()->sectionSizeHint(number);
+    ui_->Entries->setColumnWidth(number, std::max(caption, kWidthsInCharacters[column] * character));
   }
   ui_->Entries->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
@@ -146,8 +149,7 @@ void WorkLogForm::Entries_Select() {
                QString::fromStdString(entry->Settings), QString::number(entry->Records),
                QString::number(entry->Retries),
                QString::number(static_cast<double>(entry->Duration.count()) / 1000, 'f', 1),
-               QString::fromLatin1(OutcomeText(entry->Outcome).data()),
-               QString::fromStdString(HexDigits(entry->Image))));
+               Said(OutcomeText(entry->Outcome)), QString::fromStdString(HexDigits(entry->Image))));
 }
 
 std::optional<PanelConfiguration> WorkLogForm::SelectedConfiguration() {
@@ -198,7 +200,7 @@ void WorkLogForm::SendAgain_Click() {
 
 void WorkLogForm::Export_Click() {
   LoadRest();
-  const std::optional<QString> file = prompts_.SaveFile(this, kCsvFilter);
+  const std::optional<QString> file = prompts_.SaveFile(this, tr("Export the Work Log"), kCsvFilter);
   if (!file) return;
   try {
     const QByteArray text = model_->AsCsv().toUtf8();

@@ -1,5 +1,8 @@
 #include "forms/work_log/work_log_model.h"
 
+#include "base/words.h"
+#include "forms/shared/qt_text.h"
+
 #include <QDateTime>
 #include <QTimer>
 
@@ -75,7 +78,7 @@ QString CellText(const WorkLogEntry& e, int column) {
     case WorkLogModel::Retries:
       return QString::number(e.Retries);
     case WorkLogModel::Outcome:
-      return ToText(OutcomeText(e.Outcome));
+      return Said(OutcomeText(e.Outcome));
     default:
       return ToText(HexDigits(e.Image).substr(0, 12));
   }
@@ -142,8 +145,9 @@ void WorkLogModel::MakeTexts() {
   for (const WorkLogEntry& entry : entries_) {
     texts_ += times.Text(entry.Began);
     const std::string panel = IdentificationText(entry.Panel);
+    const std::string outcome = Say(OutcomeText(entry.Outcome));
     const std::array<std::string_view, 6> parts = {entry.Title,  panel,          entry.Port,
-                                                   entry.Device, entry.Settings, OutcomeText(entry.Outcome)};
+                                                   entry.Device, entry.Settings, outcome};
     for (const std::string_view part : parts) {
       texts_ += '\n';
       AppendLowerCase(texts_, part);
@@ -209,6 +213,7 @@ void WorkLogModel::sort(int column, Qt::SortOrder order) {
 }
 
 QString WorkLogModel::AsCsv() const {
+  const InEnglish asFile;
   QString text;
   const auto addLine = [&text](auto cell) {
     for (int column = 0; column < kColumns; ++column) {
@@ -238,10 +243,10 @@ QVariant WorkLogModel::data(const QModelIndex& index, int role) const {
 
 QVariant WorkLogModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-  const std::array<QString, kColumns> captions = {tr("Time"),    tr("Configuration"), tr("Panel"),
-                                                  tr("Port"),    tr("Settings"),      tr("Records"),
-                                                  tr("Retries"), tr("Outcome"),       tr("Image")};
-  return captions.at(static_cast<std::size_t>(section));
+  constexpr std::array<const char*, kColumns> kCaptions = {
+      Marked("Time"),    Marked("Configuration"), Marked("Panel"),   Marked("Port"), Marked("Settings"),
+      Marked("Records"), Marked("Retries"),       Marked("Outcome"), Marked("Image")};
+  return Said(kCaptions.at(static_cast<std::size_t>(section)));
 }
 
 }  // namespace qdm
