@@ -160,10 +160,11 @@ std::string Downloads(const SheetFacts& facts) {
 }
 
 std::string Signatures(const SheetFacts& facts) {
-  const std::string line = "<br/><br/>" + std::string(kBlank) + "<br/><small>Date, signature</small>";
+  const std::string line = "<br/>" + std::string(kBlank) + "<br/><small>Date, signature</small>";
   const std::string by = facts.By.empty() ? kBlank : Escaped(facts.By);
   return Heading("Handed over") +
-         Table(Cells({"Commissioned by: " + by + line, "Accepted by: " + std::string(kBlank) + line}));
+         Table(Cells({"Commissioned by: " + by, "Accepted by: " + std::string(kBlank)}) +
+               Cells({line, line}));
 }
 
 }  // namespace
