@@ -147,6 +147,8 @@ void ChooseFor(int slot, const std::vector<Finding>& findings, ManualReading& re
     chosen.Doubt = Marked("it is put together from columns of the page");
   } else if (best.What.Computed) {
     chosen.Doubt = Marked("its check sum is not printed but computed");
+  } else if (best.What.Gapped && !best.What.Proven && !best.What.Confirmed) {
+    chosen.Doubt = Marked("its bytes stand in several columns");
   } else if (best.What.Beside) {
     chosen.Doubt = Marked("what stands beside it could belong to it");
   } else if (best.What.Open) {

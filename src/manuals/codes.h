@@ -39,6 +39,7 @@ struct Code {
   bool LeadsLabel = false;          // its label has run into it from the right
   bool Assembled = false;           // of columns that only their check sums join
   bool Computed = false;            // its check sum is not printed, only how it is made
+  bool Gapped = false;              // its bytes stand in several columns
   bool Beside = false;              // what stands beside it could belong to it
 
   const Span& Begin() const { return Where.front(); }

@@ -51,6 +51,7 @@ bool ValueFollows(Text line, const Code& code) {
 
 void TakeLeads(const ManualPage& page, std::vector<Code>& codes) {
   constexpr std::size_t kOften = 3;
+  constexpr std::size_t kShortest = 3;  // with the terminator
   std::map<std::u16string, std::vector<std::pair<Code*, Span>>> leads;
   std::size_t line = 0;
   std::size_t from = 0;  // behind the code before on the line
@@ -65,7 +66,15 @@ void TakeLeads(const ManualPage& page, std::vector<Code>& codes) {
     from = code.End().To;
   }
   for (const auto& [text, places] : leads) {
-    if (places.size() < kOften) continue;
+    // "SRC A<CR>", "SRC D<CR>": a name in capitals, what is left of the commands would be no more than its
+    // value.
+    const bool name = text.size() > 1 && std::all_of(text.begin(), text.end(), IsUpper);
+    if (name) {
+      for (const auto& [code, lead] : places) code->Beside = true;
+    }
+    if (places.size() < kOften &&
+        !(name && places.size() > 1 && places.front().first->Bytes.size() <= kShortest))
+      continue;
     for (const auto& [code, lead] : places) {
       CodeBytes bytes = Characters(page.Lines[lead.Line].substr(lead.From, code->Begin().From - lead.From));
       // What stands before an STX is no part of the command.

@@ -229,13 +229,15 @@ namespace {
 // "PW=1", "ON!": capitals and digits round one sign; the key is the sign and whether it ends the token.
 std::u16string FamilyBySign(Text token) {
   constexpr Text kSigns = u"=!#%*~^_+:";
+  constexpr std::ptrdiff_t kMost = 2;
   const std::size_t sign = token.find_first_of(kSigns);
   if (token.size() < 3 || token.size() > 16 || sign == Text::npos || sign < 2 || !IsLetter(token[0]))
     return {};
   if (sign + 1 == token.size() && (token[sign] == u':' || token[sign] == u'*')) return {};
-  if (token.find_first_of(kSigns, sign + 1) != Text::npos) return {};
+  const auto isSign = [kSigns](char16_t c) { return kSigns.find(c) != Text::npos; };
+  if (std::count_if(token.begin(), token.end(), isSign) > kMost) return {};
   const auto plain = [](Text part) {
-    return All(part, [](char16_t c) { return IsUpper(c) || IsDigit(c) || c == u'-'; });
+    return All(part, [](char16_t c) { return IsUpper(c) || IsDigit(c) || c == u'-' || c == u'='; });
   };
   if (!plain(token.substr(0, sign)) || !plain(token.substr(sign + 1))) return {};
   return {u'?', token[sign], sign + 1 == token.size() ? u'.' : u'v'};

@@ -188,6 +188,9 @@ bool BeginsAnother(Text line, std::size_t end, std::size_t next, const CodeBytes
   constexpr std::size_t kGap = 3;
   constexpr std::size_t kShortest = 3;
   if (next - end < kGap || before.size() < kShortest) return false;
+  // Behind a terminator begins the column of the answers.
+  const std::uint8_t last = before.back().Value;
+  if (last == 0x0D || last == 0x0A || last == 0x03) return true;
   const auto number = NumberAt(line, next);
   return number && number->Byte.Value == before.front().Value;
 }
@@ -323,6 +326,8 @@ void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
       Close(run, line, number, codes);
       continue;
     }
+    constexpr std::size_t kColumnGap = 4;
+    run.Made.Gapped |= at - byte->End >= kColumnGap && run.Made.Bytes.size() > 1;
     while (const auto hole = HoleAt(line, at, run.Made)) {
       run.Made.Broken = true;
       run.Made.Bytes.push_back({hole->Sign, ByteKind::VAR});
