@@ -82,7 +82,20 @@ Frame FrameOfText(const ManualPage& page) {
   return frame;
 }
 
-Frame FrameOfExamples(const std::vector<Code>& codes) {
+namespace {
+
+// Behind another list of numbers on its row: rather what the projector answers to it.
+bool IsBesideAnother(const ManualPage& page, const Code& before, const Code& code) {
+  const Span& end = before.End();
+  const Span& begin = code.Begin();
+  if (before.How != code.How || end.Line != begin.Line || begin.From < end.To) return false;
+  const Text between = Text(page.Lines[end.Line]).substr(end.To, begin.From - end.To);
+  return between.find_first_not_of(u" \t|") == Text::npos;
+}
+
+}  // namespace
+
+Frame FrameOfExamples(const ManualPage& page, const std::vector<Code>& codes) {
   constexpr std::size_t kMost = 300;
   using Bytes = std::u16string;  // one a byte: compares well
   const auto textOf = [](const Code& code) {
@@ -90,7 +103,9 @@ Frame FrameOfExamples(const std::vector<Code>& codes) {
     return Bytes(values.begin(), values.end());
   };
   std::set<Bytes> all;
-  for (const Code& code : codes) {
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const Code& code = codes[i];
+    if (i > 0 && IsBesideAnother(page, codes[i - 1], code)) continue;
     if (!code.Broken && code.Bytes.size() <= kLongestCode && all.size() < kMost) all.insert(textOf(code));
   }
   std::map<std::pair<Bytes, Bytes>, std::set<Bytes>> frames;
@@ -181,7 +196,7 @@ bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
 
 void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
   if (PutDrawnForm(page, codes)) return;
-  const Frame examples = FrameOfExamples(codes);
+  const Frame examples = FrameOfExamples(page, codes);
   const Frame text = FrameOfText(page);
   const bool bare = std::all_of(codes.begin(), codes.end(), [](const Code& code) {
     return code.How == Notation::Characters || code.Bytes.size() < 2 || OnlyCharacters(code);

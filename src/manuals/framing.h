@@ -21,7 +21,7 @@ struct Frame {
 Frame FrameOfText(const ManualPage& page);
 
 // What longer examples have in common round the short codes; empty where fewer than two agree.
-Frame FrameOfExamples(const std::vector<Code>& codes);
+Frame FrameOfExamples(const ManualPage& page, const std::vector<Code>& codes);
 
 // Completes codes that have no frame of their own.
 void PutFrames(const ManualPage& page, std::vector<Code>& codes);

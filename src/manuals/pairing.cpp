@@ -239,6 +239,11 @@ std::vector<Finding> LabelSeeker::Seek() {
       continue;
     }
     const bool onRow = OnRow(at);
+    // Right behind another code it is no cell of its own.
+    if (!onRow && at > 0 && !pieces_[at - 1].IsText() && SameLine(at - 1, at)) {
+      findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
+      continue;
+    }
     std::optional<Side> ofChain = chainSides_[at];
     const auto above = TextAt(at, Side::Above, false);
     const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
@@ -400,9 +405,13 @@ std::optional<Finding> LabelSeeker::OneOfSeveral(std::size_t at) const {
     return std::nullopt;
   const Code& one = codes_[pieces_[first].Code];
   const Code& other = codes_[pieces_[first + 1].Code];
-  if (one.How != other.How || one.Bytes.size() != other.Bytes.size() ||
-      SlotOf(pieces_[first - 1].Says) == std::nullopt)
-    return std::nullopt;
+  const bool alike = one.How == other.How && one.Bytes.size() == other.Bytes.size();
+  if (!SlotOf(pieces_[first - 1].Says) || (!alike && first == at)) return std::nullopt;
+  if (!alike) {  // the answer, or another form of the first: it has no label of its own
+    Finding answer;
+    answer.What = codes_[pieces_[at].Code];
+    return answer;
+  }
   Finding finding = Label(at, first - 1, Side::Left);
   finding.Doubt = Marked("its row has several commands");
   return finding;

@@ -95,6 +95,23 @@ const Page kDoubts[] = {
      "Freeze      FREZ\n"
      "A carriage return ends each.\n",
      {"1 50 57 4F 4E 0D sure", "4 56 49 44 45 0D sure", "5 42 4C 4E 4B 0D", "8 50 57 4F 46 0D sure"}},
+    {"answers in a column of their own",
+     "Function   Command        Response\n"
+     "Power on   4B 31 0D       4F 4B 31 0D\n"
+     "Power off  4B 30 0D       4F 4B 30 0D\n"
+     "RGB        4C 31 0D       4F 4C 31 0D\n",
+     {"1 4B 31 0D", "2 4C 31 0D", "8 4B 30 0D"}},
+    {"a name before a value that is closed",
+     "SRC A<CR>   RGB\n"
+     "SRC D<CR>   DVI\n"
+     "PWR ON<CR>  Power on\n",
+     {"1 50 57 52 20 4F 4E 0D sure", "2 53 52 43 20 41 0D", "3 53 52 43 20 44 0D"}},
+    {"a key that is called like a verb",
+     "ENTER   7E 01 12 91\n"
+     "VOL+    7E 01 16 95\n"
+     "VOL-    7E 01 17 96\n"
+     "VIDEO   7E 01 21 A0\n",
+     {"4 7E 01 21 A0 sure", "6 7E 01 16 95 sure", "7 7E 01 17 96 sure"}},
     {"queries",
      "Power on   PWR1<CR>\n"
      "Power      GET PWR<CR>\n"
