@@ -116,6 +116,8 @@ Frame FrameOfExamples(const ManualPage& page, const std::vector<Code>& codes) {
       if (found == longer.end()) continue;
       const Bytes before(longer.begin(), found);
       const Bytes behind(found + static_cast<std::ptrdiff_t>(shorter.size()), longer.end());
+      // What is sent back closed by a line feed is an answer, not an example.
+      if (before.empty() && behind == u"\n" && shorter.back() == u'\r') continue;
       frames[{before, behind}].insert(shorter);
     }
   }

@@ -147,6 +147,67 @@ bool SaysEcho(const ManualPage& page) {
   return false;
 }
 
+// "ACKCR": the two names have run together.
+std::optional<Answer> AcknowledgeGlued(const ManualPage& page) {
+  constexpr Text kGlued = u"ACKCR";
+  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+    const std::size_t at = page.Lines[line].find(kGlued);
+    if (at == Text::npos) continue;
+    return Answer{{{6, ByteKind::CNT}, {13, ByteKind::CNT}}, {line, at, at + kGlued.size()}, true};
+  }
+  return std::nullopt;
+}
+
+// "Response" and below it "06".
+std::optional<Answer> AcknowledgeBelow(const ManualPage& page) {
+  for (std::size_t line = 0; line + 1 < page.Lines.size(); ++line) {
+    const std::u16string title = FoldLetters(TrimSpace(page.Lines[line]));
+    const Span below = Trim(page, {line + 1, 0, page.Lines[line + 1].size()});
+    if ((title == u"response" || title == u"reply" || title == u"answer") && page.At(below) == u"06")
+      return Answer{{{6, ByteKind::HEX}}, below, true};
+  }
+  return std::nullopt;
+}
+
+std::vector<std::uint8_t> BytesOf(const ManualCommand& command) {
+  const auto begin = command.String.Values.begin();
+  return {begin, begin + static_cast<std::ptrdiff_t>(command.String.BytesInUse())};
+}
+
+// "Receive successfully" with the characters of a command below it.
+bool EchoesByExample(const ManualPage& page, const ManualReading& reading) {
+  for (std::size_t line = 0; line + 1 < page.Lines.size(); ++line) {
+    const std::u16string folded = FoldLetters(Text(page.Lines[line]).substr(0, 300));
+    if (folded.find(u"successful") == Text::npos || folded.find(u"unsuccess") != Text::npos) continue;
+    Text below = TrimSpace(page.Lines[line + 1]);
+    constexpr std::size_t kShortest = 4;
+    if (below.size() < kShortest || below.front() != u'"' || below.back() != u'"') continue;
+    const std::vector<std::uint8_t> inside = Values(Characters(below.substr(1, below.size() - 2)));
+    for (const ManualCommand& command : reading.Commands) {
+      const std::vector<std::uint8_t> bytes = BytesOf(command);
+      if (bytes.size() > inside.size() && std::equal(inside.begin(), inside.end(), bytes.begin()))
+        return true;
+    }
+  }
+  return false;
+}
+
+// What answers that are echoes have behind the command: "*NXT<CR>" and below it "*NXT<CR><LF>".
+std::vector<std::uint8_t> EchoSuffix(const ManualReading& reading) {
+  constexpr std::size_t kFewest = 2;
+  std::size_t pairs = 0;
+  std::vector<std::uint8_t> suffix;
+  for (std::size_t i = 0; i + 1 < reading.Commands.size(); ++i) {
+    const std::vector<std::uint8_t> sent = BytesOf(reading.Commands[i]);
+    const std::vector<std::uint8_t> answer = BytesOf(reading.Commands[i + 1]);
+    if (answer.size() != sent.size() + 1 || !std::equal(sent.begin(), sent.end(), answer.begin())) continue;
+    if (answer.back() != 0x0A) continue;
+    suffix = {0x0A};
+    ++pairs;
+  }
+  return pairs >= kFewest ? suffix : std::vector<std::uint8_t>();
+}
+
 std::optional<int> ReplySlot(int slot) {
   constexpr int kReplyOf = 10;
   constexpr int kBlankOffReply = 22;
@@ -157,11 +218,14 @@ std::optional<int> ReplySlot(int slot) {
 }  // namespace
 
 void FindReplies(const ManualPage& page, ManualReading& reading) {
-  const bool echo = SaysEcho(page);
+  const bool echo = SaysEcho(page) || EchoesByExample(page, reading);
+  const std::vector<std::uint8_t> suffix = echo ? EchoSuffix(reading) : std::vector<std::uint8_t>();
   std::optional<Answer> answer;
   if (!echo) {
     answer = AcknowledgeText(page);
+    if (!answer) answer = AcknowledgeGlued(page);
     if (!answer) answer = AcknowledgeCode(page);
+    if (!answer) answer = AcknowledgeBelow(page);
     if (!answer) return;
     const std::u16string around = Around(page, answer->Where.Line);
     answer->Sure = Has(Text(around), kAnswerWords);
@@ -173,7 +237,11 @@ void FindReplies(const ManualPage& page, ManualReading& reading) {
     reply.Slot = *to;
     if (echo) {
       const ManualCommand& command = reading.Commands[slot.Choice];
-      reply.String = command.String;
+      CodeBytes bytes;
+      for (std::size_t i = 0; i < command.String.BytesInUse(); ++i)
+        bytes.push_back({command.String.Values[i], static_cast<ByteKind>(command.String.Kinds[i])});
+      for (const std::uint8_t value : suffix) bytes.push_back({value, ByteKind::CNT});
+      reply.String = SerialStringOf(bytes);
       reply.Ranges = command.CodeRanges;
       reply.Sure = slot.Sure;
     } else {

@@ -24,6 +24,10 @@ TEST(Replies, AreWhatThePageFixes) {
       {"After a command the projector sends \":\" and is ready.", {"11 3A", "22 3A"}},
       {"Normal response\nO K\nReturn code (0DH)", {"11 4F 4B 0D", "22 4F 4B 0D"}},
       {"The command is echoed back.", {"11 02 50 4F 4E 03", "22 02 50 4D 30 03"}},
+      {"接收成功時ACKCR不成功時", {"11 06 0D unsure", "22 06 0D unsure"}},
+      {"Response\n06", {"11 06", "22 06"}},
+      {"Every request is echoed.\nRequest: *NX<CR>\nEcho: *NX<CR><LF>\nRequest: *PR<CR>\nEcho: *PR<CR><LF>",
+       {"11 02 50 4F 4E 03 0A", "22 02 50 4D 30 03 0A"}},
       {"The projector may answer something.", {}},
       {"In case of an error it sends \"E\" and stops.", {}},
   };
