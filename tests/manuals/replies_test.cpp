@@ -27,7 +27,7 @@ TEST(Replies, AreWhatThePageFixes) {
       {"接收成功時ACKCR不成功時", {"11 06 0D unsure", "22 06 0D unsure"}},
       {"Response\n06", {"11 06", "22 06"}},
       {"Every request is echoed.\nRequest: *NX<CR>\nEcho: *NX<CR><LF>\nRequest: *PR<CR>\nEcho: *PR<CR><LF>",
-       {"11 02 50 4F 4E 03 0A", "22 02 50 4D 30 03 0A"}},
+       {"11 02 50 4F 4E 03 0A unsure", "22 02 50 4D 30 03 0A unsure"}},
       {"The projector may answer something.", {}},
       {"In case of an error it sends \"E\" and stops.", {}},
   };
