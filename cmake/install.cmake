@@ -8,7 +8,7 @@ else()
   set(program_folder lib/qdm-editor)
 endif()
 
-install(TARGETS qdm-editor qdm RUNTIME DESTINATION ${program_folder})
+install(TARGETS qdm-editor qdm qdm-line RUNTIME DESTINATION ${program_folder})
 if(TARGET help_file)
   install(FILES ${PROJECT_BINARY_DIR}/bin/qdm.chm DESTINATION ${program_folder})
 endif()

@@ -2,7 +2,7 @@
 // commands.h runs it. One function for each group of commands, in the order in which the help lists them.
 #pragma once
 
-#include "command_line/command_context.h"
+#include "command_line/commands.h"
 
 #include <CLI/App.hpp>
 
@@ -34,10 +34,24 @@ Options& Runs(CLI::App* command, CommandToRun& chosen, int (*run)(const Options&
   return *options;
 }
 
-void AddFileCommands(CLI::App& app, CommandToRun& chosen);        // export, import, check, compare, image
-void AddProjectorsCommands(CLI::App& app, CommandToRun& chosen);  // projectors list, add, ...
-void AddPanelCommands(CLI::App& app, CommandToRun& chosen);       // find, download, simulate
-void AddRoomCommands(CLI::App& app, CommandToRun& chosen);        // log, status, describe, sheet
-void AddProjectorCommands(CLI::App& app, CommandToRun& chosen);   // manual, projector, probe
+// What needs a port is run as `ports` says, which must outlive the command.
+template <class Options>
+Options& Runs(CLI::App* command, CommandToRun& chosen, const std::function<int(const Options&)>& run) {
+  const auto options = std::make_shared<Options>();
+  command->callback(
+      [&chosen, &run, options] { chosen = [&run, options](CommandContext&) { return run(*options); }; });
+  return *options;
+}
+
+// export, import, check, compare, image
+void AddFileCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports);
+// projectors list, add, ...
+void AddProjectorsCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports);
+// find, download, simulate
+void AddPanelCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports);
+// log, status, describe, sheet
+void AddRoomCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports);
+// manual, projector, probe
+void AddProjectorCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports);
 
 }  // namespace qdm

@@ -1,18 +1,12 @@
-// What a command gets from outside: streams, folders, ports, time. The program gives it the real ones, tests
-// their own. And how a command fails: with a CommandError (or a FileError, a JsonError, ...), which RunQdm
+// What a command gets from outside: streams and folders. The program gives it the real ones, tests their own.
+// And how a command fails: with a CommandError (or a FileError, a JsonError, ...), which RunQdm
 // turns into one line on the error stream and the exit status.
 #pragma once
 
-#include "line/serial_port.h"
-#include "line/waiting.h"
-
 #include <filesystem>
-#include <functional>
 #include <iosfwd>
-#include <memory>
 #include <optional>
 #include <stdexcept>
-#include <stop_token>
 #include <string>
 
 namespace qdm {
@@ -32,11 +26,6 @@ struct CommandContext {
   std::optional<std::filesystem::path> DataVariable;  // QDM_DATA
   std::filesystem::path ProgramFolder;
   std::filesystem::path UserFolder;
-
-  SerialPorts& Ports;
-  std::function<std::unique_ptr<SerialPort>(const std::string& device)> PortAt;
-  Waiting& Time;
-  std::stop_source& Stop;  // asked when the user interrupts a procedure on the line
 };
 
 // `what()` is the line without "qdm: ": what failed (a file, as the user named it) and why.

@@ -1,11 +1,13 @@
-// The commands of `qdm`: what the command line says of each, and the function that does it. Each answers the
-// exit status; trouble with files and other reasons to give up are exceptions that RunQdm reports.
+// The commands of `qdm`: what the command line says of each, and the function that does it, where that needs
+// neither port nor pages. Each answers the exit status; trouble with files and other reasons to give up are
+// exceptions that RunQdm reports.
 #pragma once
 
 #include "command_line/command_context.h"
 #include "config/panel_types.h"
 #include "panels/panel_image.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -80,13 +82,11 @@ struct FindOptions {
   std::optional<ControllerTypeValue> ControllerType;
   std::vector<std::string> Ports;  // empty: all
 };
-int Find(const FindOptions& options, CommandContext& context);
 
 struct DownloadOptions {
   std::string File;
   std::string Port;  // empty: whichever has the panel
 };
-int Download(const DownloadOptions& options, CommandContext& context);
 
 struct LogOptions {
   std::vector<std::string> Files;  // empty: of all configurations
@@ -110,7 +110,6 @@ struct SheetOptions {
   std::string File;
   std::string Output;
 };
-int Sheet(const SheetOptions& options, CommandContext& context);
 
 struct SimulateOptions {
   ControllerTypeValue ControllerType = kQdm7;
@@ -121,7 +120,6 @@ struct SimulateOptions {
   std::vector<std::string> Faults;
   std::vector<std::string> Press;  // names of slots
 };
-int Simulate(const SimulateOptions& options, CommandContext& context);
 
 struct ManualOptions {
   std::string Page;
@@ -148,13 +146,21 @@ struct StandInOptions : ProjectorChoice {
       Busy;  // what power commands get while busy: "ignore", or text as it is pasted; empty: their reply
   bool Remarks = false;
 };
-int Projector(const StandInOptions& options, CommandContext& context);
 
 struct ProbeOptions : ProjectorChoice {
   std::string Slot;  // or
   std::string Send;  // text as it is pasted
   std::string Port;  // empty: every port that is there
 };
-int Probe(const ProbeOptions& options, CommandContext& context);
+
+// What needs a port, or the editor's pages: the program decides how it is done.
+struct PortCommands {
+  std::function<int(const FindOptions&)> Find;
+  std::function<int(const DownloadOptions&)> Download;
+  std::function<int(const SheetOptions&)> Sheet;
+  std::function<int(const SimulateOptions&)> Simulate;
+  std::function<int(const StandInOptions&)> Projector;
+  std::function<int(const ProbeOptions&)> Probe;
+};
 
 }  // namespace qdm

@@ -89,7 +89,7 @@ void AddImageCommand(CLI::App& app, CommandToRun& chosen) {
 
 }  // namespace
 
-void AddFileCommands(CLI::App& app, CommandToRun& chosen) {
+void AddFileCommands(CLI::App& app, CommandToRun& chosen, const PortCommands&) {
   AddExportCommand(app, chosen);
   AddImportCommand(app, chosen);
   AddCheckCommand(app, chosen);

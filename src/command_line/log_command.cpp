@@ -1,8 +1,8 @@
 #include "command_line/commands.h"
-#include "command_line/download_log.h"
 #include "command_line/json_writer.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
+#include "command_line/work_log_access.h"
 
 #include <algorithm>
 #include <ostream>

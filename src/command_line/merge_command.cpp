@@ -3,11 +3,11 @@
 #include "base/code_page.h"
 #include "base/file_access.h"
 #include "command_line/commands.h"
+#include "command_line/held_signals.h"
 #include "command_line/json_reader.h"
 #include "command_line/json_writer.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
-#include "command_line/signals.h"
 #include "projectors/library_merge.h"
 #include "projectors/projector_files.h"
 

@@ -17,7 +17,7 @@ ControllerTypeValue ControllerTypeOf(const std::string& text) {
   throw CLI::ValidationError("--type", "\"" + text + "\" is none of " + CaptionsOfPanelTypes());
 }
 
-void AddFindCommand(CLI::App& app, CommandToRun& chosen) {
+void AddFindCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "find", "Search the serial ports for panels",
       kAboutPorts + std::string("A line a port: port, panel with its firmware, line settings. Panels "
@@ -26,7 +26,7 @@ void AddFindCommand(CLI::App& app, CommandToRun& chosen) {
                                 "Examples:\n"
                                 "  qdm find\n"
                                 "  qdm find --type \"QDM 7\" --port COM3 --port /dev/ttyUSB1"));
-  auto& options = Runs(command, chosen, Find);
+  auto& options = Runs(command, chosen, ports.Find);
   command
       ->add_option_function<std::string>(
           "--type", [&options](const std::string& type) { options.ControllerType = ControllerTypeOf(type); },
@@ -37,7 +37,7 @@ void AddFindCommand(CLI::App& app, CommandToRun& chosen) {
       ->type_name("PORT");
 }
 
-void AddDownloadCommand(CLI::App& app, CommandToRun& chosen) {
+void AddDownloadCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "download", "Program a configuration into a panel",
       kAboutPorts + std::string("Checks the configuration, finds the panel, programs its memory in 64 "
@@ -46,7 +46,7 @@ void AddDownloadCommand(CLI::App& app, CommandToRun& chosen) {
                                 "Examples:\n"
                                 "  qdm download \"Room 101.BVC\"\n"
                                 "  qdm download \"Room 101.BVC\" --port COM3"));
-  auto& options = Runs(command, chosen, Download);
+  auto& options = Runs(command, chosen, ports.Download);
   command->add_option("FILE.BVC", options.File, "the configuration")->required();
   command
       ->add_option("--port", options.Port,
@@ -54,7 +54,7 @@ void AddDownloadCommand(CLI::App& app, CommandToRun& chosen) {
       ->type_name("PORT");
 }
 
-void AddSimulateCommand(CLI::App& app, CommandToRun& chosen) {
+void AddSimulateCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "simulate", "Be a panel, for practice and tests",
       "Prints the path of a pseudo-terminal and answers there like a panel, until it is interrupted.\n"
@@ -67,7 +67,7 @@ void AddSimulateCommand(CLI::App& app, CommandToRun& chosen) {
       "Examples:\n"
       "  qdm simulate --type TL-VOX --settings 19200,n,8,2\n"
       "  qdm simulate --fault lose-ack:%3     # then, elsewhere: QDM_PORTS=/dev/pts/7 qdm download room.BVC");
-  auto& options = Runs(command, chosen, Simulate);
+  auto& options = Runs(command, chosen, ports.Simulate);
   command
       ->add_option_function<std::string>(
           "--type", [&options](const std::string& type) { options.ControllerType = ControllerTypeOf(type); },
@@ -91,10 +91,10 @@ void AddSimulateCommand(CLI::App& app, CommandToRun& chosen) {
 
 }  // namespace
 
-void AddPanelCommands(CLI::App& app, CommandToRun& chosen) {
-  AddFindCommand(app, chosen);
-  AddDownloadCommand(app, chosen);
-  AddSimulateCommand(app, chosen);
+void AddPanelCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
+  AddFindCommand(app, chosen, ports);
+  AddDownloadCommand(app, chosen, ports);
+  AddSimulateCommand(app, chosen, ports);
 }
 
 }  // namespace qdm

@@ -42,7 +42,7 @@ void AddManualCommand(CLI::App& app, CommandToRun& chosen) {
       ->needs(output);
 }
 
-void AddStandInCommand(CLI::App& app, CommandToRun& chosen) {
+void AddStandInCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "projector", "Stand in for a projector on the panel's cable",
       "Listens at the projector's line settings and answers each command with its expected reply, until it "
@@ -61,7 +61,7 @@ void AddStandInCommand(CLI::App& app, CommandToRun& chosen) {
       "Examples:\n"
       "  qdm projector \"Room 101.BVC\" --port COM3\n"
       "  qdm projector Visora.BVD --delay 300 | tee heard.txt");
-  auto& options = Runs(command, chosen, Projector);
+  auto& options = Runs(command, chosen, ports.Projector);
   AddProjectorChoice(command, options);
   command->add_option("--port", options.Port, "the port on the panel's cable")->type_name("PORT");
   command->add_option("--delay", options.Delay, "answer so many milliseconds late")
@@ -77,7 +77,7 @@ void AddStandInCommand(CLI::App& app, CommandToRun& chosen) {
   command->add_flag("--remarks", options.Remarks, "tell more on standard error");
 }
 
-void AddProbeCommand(CLI::App& app, CommandToRun& chosen) {
+void AddProbeCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "probe", "Find the line settings of a projector",
       "Sends a command at each of the 30 settings that a definition can have, the likely ones first, and "
@@ -90,7 +90,7 @@ void AddProbeCommand(CLI::App& app, CommandToRun& chosen) {
       "Examples:\n"
       "  qdm probe Visora.BVD --slot \"Power on\" --port COM3\n"
       "  qdm probe \"Room 101.BVC\" --send \"PWR?<CR>\"     # or \"0x02 0x50 0x03\"");
-  auto& options = Runs(command, chosen, Probe);
+  auto& options = Runs(command, chosen, ports.Probe);
   AddProjectorChoice(command, options);
   CLI::Option* slot =
       command->add_option("--slot", options.Slot, "send this command of the projector: \"Power on\"")
@@ -104,10 +104,10 @@ void AddProbeCommand(CLI::App& app, CommandToRun& chosen) {
 
 }  // namespace
 
-void AddProjectorCommands(CLI::App& app, CommandToRun& chosen) {
+void AddProjectorCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   AddManualCommand(app, chosen);
-  AddStandInCommand(app, chosen);
-  AddProbeCommand(app, chosen);
+  AddStandInCommand(app, chosen, ports);
+  AddProbeCommand(app, chosen, ports);
 }
 
 }  // namespace qdm

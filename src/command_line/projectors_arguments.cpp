@@ -98,7 +98,7 @@ void AddMergeCommand(CLI::App& projectors, CommandToRun& chosen) {
 
 }  // namespace
 
-void AddProjectorsCommands(CLI::App& app, CommandToRun& chosen) {
+void AddProjectorsCommands(CLI::App& app, CommandToRun& chosen, const PortCommands&) {
   CLI::App* projectors =
       AddCommand(app, "projectors", "Look at the projector library and change it",
                  "The library is the editor's; --data or the variable QDM_DATA names the folder of another.\n"

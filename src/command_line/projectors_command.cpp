@@ -1,8 +1,8 @@
 // The library's commands: list, add, extract, remove.
 #include "command_line/commands.h"
+#include "command_line/held_signals.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
-#include "command_line/signals.h"
 #include "projectors/data_folder.h"
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"

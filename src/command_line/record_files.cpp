@@ -1,6 +1,6 @@
 #include "command_line/record_files.h"
 
-#include "command_line/signals.h"
+#include "command_line/held_signals.h"
 #include "config/configuration_file.h"
 #include "projectors/projector_files.h"
 

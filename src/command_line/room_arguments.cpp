@@ -50,7 +50,7 @@ void AddDescribeCommand(CLI::App& app, CommandToRun& chosen) {
   command->add_option("FILE.BVC", options.File, "the configuration")->required();
 }
 
-void AddSheetCommand(CLI::App& app, CommandToRun& chosen) {
+void AddSheetCommand(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   CLI::App* command = AddCommand(
       app, "sheet", "Write the commissioning sheet of a room",
       "One or two pages to hand over: panel, projector, options in words, lock code, strings and "
@@ -58,7 +58,7 @@ void AddSheetCommand(CLI::App& app, CommandToRun& chosen) {
       "Examples:\n"
       "  qdm sheet \"Room 101.BVC\" -o room-101.pdf\n"
       "  qdm sheet \"Room 101.BVC\" -o room-101.html");
-  auto& options = Runs(command, chosen, Sheet);
+  auto& options = Runs(command, chosen, ports.Sheet);
   command->add_option("FILE.BVC", options.File, "the configuration")->required();
   command->add_option("-o,--output", options.Output, "the file to write (.pdf or .html)")
       ->required()
@@ -67,11 +67,11 @@ void AddSheetCommand(CLI::App& app, CommandToRun& chosen) {
 
 }  // namespace
 
-void AddRoomCommands(CLI::App& app, CommandToRun& chosen) {
+void AddRoomCommands(CLI::App& app, CommandToRun& chosen, const PortCommands& ports) {
   AddLogCommand(app, chosen);
   AddStatusCommand(app, chosen);
   AddDescribeCommand(app, chosen);
-  AddSheetCommand(app, chosen);
+  AddSheetCommand(app, chosen, ports);
 }
 
 }  // namespace qdm

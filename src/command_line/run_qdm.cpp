@@ -54,6 +54,11 @@ std::string NamedCommand(const CLI::App& app) {
   return name;
 }
 
+bool HasCommand(const CLI::App& app, const std::string& name) {
+  return !app.get_subcommands([&name](const CLI::App* command) { return command->get_name() == name; })
+              .empty();
+}
+
 int RunCommand(const CommandToRun& chosen, CommandContext& context) {
   try {
     return chosen(context);
@@ -68,15 +73,16 @@ int RunCommand(const CommandToRun& chosen, CommandContext& context) {
 
 }  // namespace
 
-int RunQdm(std::vector<std::string> arguments, CommandContext& context) {
+int RunQdm(std::vector<std::string> arguments, CommandContext& context, const PortCommands& ports) {
   CommandToRun chosen;
   CLI::App app;
   Describe(app);
-  AddFileCommands(app, chosen);
-  AddProjectorsCommands(app, chosen);
-  AddPanelCommands(app, chosen);
-  AddRoomCommands(app, chosen);
-  AddProjectorCommands(app, chosen);
+  // In the order of the help; no more of them than are asked for: describing all takes longer than most run.
+  for (const auto add :
+       {AddFileCommands, AddProjectorsCommands, AddPanelCommands, AddRoomCommands, AddProjectorCommands}) {
+    add(app, chosen, ports);
+    if (!arguments.empty() && HasCommand(app, arguments.front())) break;
+  }
 
   std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
   try {

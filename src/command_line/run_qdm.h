@@ -2,7 +2,7 @@
 // one line and answers the exit status (command_context.h).
 #pragma once
 
-#include "command_line/command_context.h"
+#include "command_line/commands.h"
 
 #include <string>
 #include <vector>
@@ -10,6 +10,6 @@
 namespace qdm {
 
 // `arguments` in UTF-8, without the program's name.
-int RunQdm(std::vector<std::string> arguments, CommandContext& context);
+int RunQdm(std::vector<std::string> arguments, CommandContext& context, const PortCommands& ports);
 
 }  // namespace qdm

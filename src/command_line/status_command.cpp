@@ -1,8 +1,8 @@
 #include "base/file_access.h"
 #include "command_line/commands.h"
-#include "command_line/download_log.h"
 #include "command_line/message_text.h"
 #include "command_line/record_files.h"
+#include "command_line/work_log_access.h"
 #include "work_log/room_status.h"
 
 #include <algorithm>

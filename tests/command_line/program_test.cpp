@@ -23,12 +23,12 @@ class Program {
  public:
   // `ports` as in QDM_PORTS: none when left out. (An empty variable counts as not set on Windows.)
   explicit Program(const std::vector<std::string>& arguments, const std::string& ports = ",",
-                   const QString& output = {}) {
+                   const QString& output = {}, const std::filesystem::path& program = QDM_PROGRAM) {
     qputenv("QDM_PORTS", QByteArray::fromStdString(ports));
     if (!output.isEmpty()) process_.setStandardOutputFile(output);
     QStringList list;
     for (const std::string& argument : arguments) list << QString::fromStdString(argument);
-    process_.start(QDM_PROGRAM, list);
+    process_.start(QString::fromStdString(PathToUtf8(program)), list);
   }
   ~Program() {
     process_.kill();
@@ -138,6 +138,20 @@ TEST_F(QdmProgram, WritesTheCommissioningSheet) {
               Answers(2, "", SaysInOneLine("a sheet ends in .pdf or .html")));
   EXPECT_THAT(Program({"sheet", files.Path("none.BVC"), "-o", files.Path("x.pdf")}).Finish(),
               Answers(2, "", SaysInOneLine("none.BVC: cannot read: ")));
+}
+
+// The libraries of Qt take longer to load than most files take to check.
+TEST_F(QdmProgram, NeedsNoQtForFilesAndSaysWhenItsOtherHalfIsMissing) {
+  const std::filesystem::path program = PathFromUtf8(QDM_PROGRAM);
+  const Bytes code = ReadWholeFile(program);
+  EXPECT_THAT(std::string(code.begin(), code.end()), testing::Not(HasSubstr("QCoreApplication")));
+
+  const std::filesystem::path alone = files.Folder / PathToUtf8(program.filename());
+  std::filesystem::copy_file(program, alone);
+  const std::string room = files.Write("room.BVC", UsableConfiguration());
+  EXPECT_THAT(Program({"check", room}, ",", {}, alone).Finish(), Answers(0, "ok\n", ""));
+  EXPECT_THAT(Program({"find"}, ",", {}, alone).Finish(),
+              Answers(2, "", SaysInOneLine("cannot be started: ")));
 }
 
 #ifndef _WIN32

@@ -3,6 +3,7 @@
 
 #include "command_line/run_qdm.h"
 #include "config/configuration_file.h"
+#include "port_commands/port_commands.h"
 #include "projectors/projector_files.h"
 #include "simulation/simulated_line.h"
 #include "support/distinct_projector.h"
@@ -54,18 +55,18 @@ class QdmRunner {
     std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
-    CommandContext context{.In = in,
-                           .Out = out,
-                           .Err = err,
-                           .ErrIsTerminal = OnTerminal,
-                           .DataVariable = Folder.Path(),
-                           .ProgramFolder = Folder.Path(),
-                           .UserFolder = Folder / "user",
-                           .Ports = Ports,
-                           .PortAt = PortAt,
-                           .Time = Time,
-                           .Stop = Stop};
-    const int status = RunQdm(std::move(arguments), context);
+    PortContext context{{.In = in,
+                         .Out = out,
+                         .Err = err,
+                         .ErrIsTerminal = OnTerminal,
+                         .DataVariable = Folder.Path(),
+                         .ProgramFolder = Folder.Path(),
+                         .UserFolder = Folder / "user"},
+                        Ports,
+                        PortAt,
+                        Time,
+                        Stop};
+    const int status = RunQdm(std::move(arguments), context, PortCommandsIn(context));
     return {status, out.str(), err.str()};
   }
 

@@ -1,9 +1,9 @@
-#include "command_line/download_log.h"
+#include "port_commands/download_log.h"
 
 #include "base/file_access.h"
-#include "command_line/message_text.h"
+#include "command_line/held_signals.h"
 #include "command_line/record_files.h"
-#include "command_line/signals.h"
+#include "command_line/work_log_access.h"
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
@@ -21,20 +21,7 @@ std::string DeviceOf(const std::string& port, const SerialPorts& ports) {
 
 }  // namespace
 
-WorkLog OpenWorkLog(const std::string& data, const CommandContext& context) {
-  std::optional<std::filesystem::path> named = context.DataVariable;
-  if (!data.empty()) named = PathOf(data);
-  return WorkLog(WorkLogFolder(named, context.UserFolder));
-}
-
-void TellWorkLog(const std::vector<Message>& messages, CommandContext& context) {
-  for (const Message& message : messages) {
-    context.Err << "qdm: " << OneLine(TextOf(message)) << (message.Detail.empty() ? "" : " ")
-                << OneLine(message.Detail) << "\n";
-  }
-}
-
-DownloadLog::DownloadLog(CommandContext& context) : context_(context), log_(OpenWorkLog({}, context)) {}
+DownloadLog::DownloadLog(PortContext& context) : context_(context), log_(OpenWorkLog({}, context)) {}
 
 std::optional<PanelSearch> DownloadLog::AskKnownPanel(const std::string& file, int controllerType,
                                                       const std::vector<std::string>& ports) {

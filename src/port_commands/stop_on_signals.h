@@ -1,25 +1,11 @@
 // Ctrl-C and its kin (SIGINT, SIGTERM, SIGHUP; the console's events on Windows), which by themselves end the
-// program at once. Two exceptions: nothing ends it while a file is being written, and a procedure on the line
-// is asked to stop instead and leaves the panels running.
+// program at once: a procedure on the line is asked to stop instead and leaves the panels running.
 #pragma once
 
 #include <memory>
 #include <stop_token>
 
 namespace qdm {
-
-// Signals that come while this lives take effect when it is gone.
-class HeldSignals {
- public:
-  HeldSignals();
-  ~HeldSignals();
-  HeldSignals(const HeldSignals&) = delete;
-  HeldSignals& operator=(const HeldSignals&) = delete;
-
- private:
-  struct Before;
-  std::unique_ptr<Before> before_;
-};
 
 // While this lives, signals ask `stop` to stop, from within the thread's event loop, and end its wait. One
 // at a time.

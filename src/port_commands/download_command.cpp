@@ -1,12 +1,12 @@
-#include "command_line/commands.h"
-#include "command_line/download_log.h"
 #include "command_line/message_text.h"
-#include "command_line/panel_ports.h"
 #include "command_line/record_files.h"
-#include "command_line/signals.h"
 #include "config/configuration_rules.h"
 #include "panels/frame.h"
 #include "panels/programming.h"
+#include "port_commands/download_log.h"
+#include "port_commands/panel_ports.h"
+#include "port_commands/port_commands.h"
+#include "port_commands/stop_on_signals.h"
 
 #include <chrono>
 #include <cstddef>
@@ -23,7 +23,7 @@ namespace {
 
 class ConsoleObserver : public ProgrammingObserver {
  public:
-  explicit ConsoleObserver(CommandContext& context) : context_(context), progress_(context) {}
+  explicit ConsoleObserver(PortContext& context) : context_(context), progress_(context) {}
 
   void Connecting() override { progress_.Show("Connecting"); }
   void RecordsAcknowledged(int records) override {
@@ -37,13 +37,13 @@ class ConsoleObserver : public ProgrammingObserver {
   }
 
  private:
-  CommandContext& context_;
+  PortContext& context_;
   ProgressLine progress_;
 };
 
 class DownloadRun {
  public:
-  DownloadRun(const DownloadOptions& options, CommandContext& context)
+  DownloadRun(const DownloadOptions& options, PortContext& context)
       : options_(options),
         context_(context),
         configuration_(ReadConfigurationFile(options.File)),
@@ -146,14 +146,14 @@ class DownloadRun {
   [[noreturn]] void Fail(const std::string& why) const { throw CommandError(kRefused, options_.File, why); }
 
   const DownloadOptions& options_;
-  CommandContext& context_;
+  PortContext& context_;
   PanelConfiguration configuration_;
   DownloadLog log_;
 };
 
 }  // namespace
 
-int Download(const DownloadOptions& options, CommandContext& context) {
+int Download(const DownloadOptions& options, PortContext& context) {
   return DownloadRun(options, context).Run();
 }
 

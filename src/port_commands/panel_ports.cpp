@@ -1,4 +1,4 @@
-#include "command_line/panel_ports.h"
+#include "port_commands/panel_ports.h"
 
 #include "command_line/message_text.h"
 #include "panels/programming.h"
@@ -40,7 +40,7 @@ void AddSlot(PanelSearch& search, std::string name, std::string device, std::uni
   slot.Port = std::move(port);
 }
 
-void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, CommandContext& context) {
+void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, PortContext& context) {
   for (const std::string& port : ports) {
     const std::optional<int> number = PortNumber(port);
     const std::string name = number ? "COM" + std::to_string(*number) : port;
@@ -55,14 +55,14 @@ void AddPorts(PanelSearch& search, const std::vector<std::string>& ports, Comman
   }
 }
 
-void TellClosedPorts(const PanelSearch& search, CommandContext& context) {
+void TellClosedPorts(const PanelSearch& search, PortContext& context) {
   for (std::size_t i = 0; i < search.Slots.size(); ++i) {
     if (const std::string why = search.WhyClosed(i); !why.empty()) context.Err << "qdm: " << why << "\n";
   }
 }
 
 void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t>& failed,
-                        CommandContext& context, std::ostream& told) {
+                        PortContext& context, std::ostream& told) {
   if (failed.empty()) return;
   std::string names;
   for (const std::size_t slot : failed) names += (names.empty() ? "" : ", ") + search.Names[slot];
@@ -72,13 +72,13 @@ void TellFailedRestarts(const PanelSearch& search, const std::vector<std::size_t
 
 }  // namespace
 
-std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context) {
+std::unique_ptr<SerialPort> PortNamed(const std::string& name, PortContext& context) {
   const std::optional<int> number = PortNumber(name);
   return number ? context.Ports.Port(*number) : context.PortAt(name);
 }
 
 std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
-                                          CommandContext& context) {
+                                          PortContext& context) {
   std::unique_ptr<SerialPort> port = PortNamed(name, context);
   port->SetSettings(settings);
   if (port->Open()) return port;
@@ -110,14 +110,14 @@ std::string PanelSearch::WhyClosed(std::size_t slot) const {
          (device.empty() ? "there is no such port" : SentenceOf(*searched.Failure));
 }
 
-PanelSearch PortsToAsk(const std::vector<std::string>& ports, CommandContext& context) {
+PanelSearch PortsToAsk(const std::vector<std::string>& ports, PortContext& context) {
   PanelSearch search;
   AddPorts(search, ports, context);
   return search;
 }
 
 PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
-                         CommandContext& context, std::ostream& told) {
+                         PortContext& context, std::ostream& told) {
   PanelSearch search = PortsToAsk(ports, context);
   ProgressLine progress(context);
   const auto show = [&](std::size_t slot) { progress.Show(StatusText(search.Slots[slot])); };

@@ -1,10 +1,10 @@
-#include "command_line/commands.h"
+#include "port_commands/port_commands.h"
 
 #ifdef _WIN32
 
 namespace qdm {
 
-int Simulate(const SimulateOptions&, CommandContext&) {
+int Simulate(const SimulateOptions&, PortContext&) {
   throw CommandError(kRefused, "simulate", "this system has no pseudo-terminals");
 }
 
@@ -13,9 +13,9 @@ int Simulate(const SimulateOptions&, CommandContext&) {
 #else
 
 #include "base/file_access.h"
-#include "command_line/bench_projector.h"
 #include "command_line/record_files.h"
-#include "command_line/signals.h"
+#include "port_commands/bench_projector.h"
+#include "port_commands/stop_on_signals.h"
 #include "serial_io/pseudo_device_opening.h"
 #include "serial_io/pseudo_terminal_panel.h"
 #include "serial_io/pseudo_terminal_port.h"
@@ -116,7 +116,7 @@ class MemoryFile {
 // programming, when somebody listens.
 class ProjectorPort {
  public:
-  ProjectorPort(std::vector<Slot> slots, int controllerType, CommandContext& context)
+  ProjectorPort(std::vector<Slot> slots, int controllerType, PortContext& context)
       : slots_(std::move(slots)), controllerType_(controllerType), context_(context) {}
 
   const std::string& Device() const { return port_.Device(); }
@@ -145,7 +145,7 @@ class ProjectorPort {
 
   const std::vector<Slot> slots_;
   const int controllerType_;
-  CommandContext& context_;
+  PortContext& context_;
   PseudoTerminalPort port_{kProgrammingSettings};
   DeviceOpening opening_{port_.Device()};
   int restarts_ = 0;
@@ -162,7 +162,7 @@ std::vector<Slot> SlotsToPress(const std::vector<std::string>& names) {
 
 }  // namespace
 
-int Simulate(const SimulateOptions& options, CommandContext& context) {
+int Simulate(const SimulateOptions& options, PortContext& context) {
   const Identification identification = IdentificationFor(options);
   DemandLineSetting(options.Settings);
   const PanelFaults faults = FaultsFrom(options.Faults);

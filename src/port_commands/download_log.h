@@ -2,10 +2,10 @@
 // down what it did.
 #pragma once
 
-#include "command_line/command_context.h"
-#include "command_line/panel_ports.h"
 #include "panels/panel_image.h"
 #include "panels/programming.h"
+#include "port_commands/panel_ports.h"
+#include "port_commands/port_commands.h"
 #include "work_log/work_log.h"
 
 #include <chrono>
@@ -17,14 +17,9 @@ namespace qdm {
 
 struct PanelConfiguration;
 
-// `--data DIR`, else QDM_DATA, else the user's own folder.
-WorkLog OpenWorkLog(const std::string& data, const CommandContext& context);
-// What `log` had to say of its file, on the error stream.
-void TellWorkLog(const std::vector<Message>& messages, CommandContext& context);
-
 class DownloadLog {
  public:
-  explicit DownloadLog(CommandContext& context);
+  explicit DownloadLog(PortContext& context);
 
   // The panel that waits to be programmed where the log knows it. Nothing when there is more than one port to
   // choose from (a panel on another one may be the right one as well), or nobody answered there.
@@ -36,7 +31,7 @@ class DownloadLog {
               std::chrono::system_clock::time_point began);
 
  private:
-  CommandContext& context_;
+  PortContext& context_;
   WorkLog log_;
 };
 

@@ -1,6 +1,6 @@
-#include "command_line/bench_projector.h"
-#include "command_line/panel_ports.h"
-#include "command_line/signals.h"
+#include "port_commands/bench_projector.h"
+#include "port_commands/panel_ports.h"
+#include "port_commands/stop_on_signals.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/stand_in.h"
 #ifndef _WIN32
@@ -16,7 +16,7 @@ namespace {
 
 // Without a port that is named: a device that others can open, told on the first line.
 std::unique_ptr<SerialPort> StandInPort(const StandInOptions& options, const std::string& settings,
-                                        CommandContext& context) {
+                                        PortContext& context) {
   if (!options.Port.empty()) return OpenPortNamed(options.Port, settings, context);
 #ifdef _WIN32
   throw CommandError(kUnusable, "projector", "this system has no pseudo-terminals; name a port with --port");
@@ -41,7 +41,7 @@ StandInSwitches SwitchesFor(const StandInOptions& options) {
 }
 
 void Tell(const StandIn& standIn, const HeardCommand& heard, Microseconds start,
-          const StandInOptions& options, CommandContext& context) {
+          const StandInOptions& options, PortContext& context) {
   context.Out << ListLine(heard, start) << std::endl;
   const std::string remarks = standIn.RemarksOn(heard);
   if (options.Remarks && !remarks.empty()) context.Err << NameOf(heard) << ": " << remarks << std::endl;
@@ -49,7 +49,7 @@ void Tell(const StandIn& standIn, const HeardCommand& heard, Microseconds start,
 
 }  // namespace
 
-int Projector(const StandInOptions& options, CommandContext& context) {
+int Projector(const StandInOptions& options, PortContext& context) {
   const ProjectorDefinition projector = ReadProjector(options, context);
   const StandInSwitches switches = SwitchesFor(options);
   const StopOnSignals interruptible(context.Stop);

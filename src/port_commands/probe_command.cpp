@@ -1,6 +1,6 @@
-#include "command_line/bench_projector.h"
-#include "command_line/panel_ports.h"
-#include "command_line/signals.h"
+#include "port_commands/bench_projector.h"
+#include "port_commands/panel_ports.h"
+#include "port_commands/stop_on_signals.h"
 #include "projector_bench/settings_finder.h"
 #include "projector_bench/stand_in.h"
 
@@ -27,13 +27,13 @@ struct NamedPorts {
 };
 
 // One of several: the others are asked all the same.
-void TellClosedPort(int number, const SerialPort& port, CommandContext& context) {
+void TellClosedPort(int number, const SerialPort& port, PortContext& context) {
   const auto failure = port.WhyClosed();
   context.Err << "qdm: COM" << number << " (" << context.Ports.DeviceName(number)
               << "): " << (failure ? SentenceOf(*failure) : "there is no such port") << std::endl;
 }
 
-NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings, CommandContext& context) {
+NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings, PortContext& context) {
   NamedPorts ports;
   if (!options.Port.empty()) {
     ports.Names.push_back(options.Port);
@@ -57,7 +57,7 @@ NamedPorts PortsToProbe(const ProbeOptions& options, const std::string& settings
 
 }  // namespace
 
-int Probe(const ProbeOptions& options, CommandContext& context) {
+int Probe(const ProbeOptions& options, PortContext& context) {
   const ProjectorDefinition projector = ReadProjector(options, context);
   const ProbeQuestion question = QuestionFor(options, projector);
   const std::vector<ProbeSetting> settings = SettingsToProbe(projector);

@@ -1,11 +1,10 @@
-#include "command_line/signals.h"
+#include "port_commands/stop_on_signals.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
 #include <array>
 #include <atomic>
-#include <mutex>
 #include <system_error>
 
 #ifdef _WIN32
@@ -22,7 +21,6 @@ namespace qdm {
 
 namespace {
 
-std::recursive_mutex consoleEvents;      // held by whoever must not be interrupted, and by what it calls
 std::atomic<std::stop_source*> asked{};  // the procedure that is asked to stop
 std::atomic<bool> ended{};
 
@@ -30,10 +28,7 @@ std::atomic<bool> ended{};
 // Ctrl-C and Ctrl-Break also when it returns TRUE.
 BOOL WINAPI OnConsoleEvent(DWORD event) {
   std::stop_source* const stop = asked;
-  if (stop == nullptr) {
-    const std::lock_guard wait(consoleEvents);
-    return FALSE;
-  }
+  if (stop == nullptr) return FALSE;
   QMetaObject::invokeMethod(
       QCoreApplication::instance(), [stop] { stop->request_stop(); }, Qt::QueuedConnection);
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
@@ -43,17 +38,6 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
 }
 
 }  // namespace
-
-struct HeldSignals::Before {
-  std::unique_lock<std::recursive_mutex> Held{consoleEvents};
-};
-
-HeldSignals::HeldSignals() {
-  static const bool listening = SetConsoleCtrlHandler(OnConsoleEvent, TRUE) != 0;
-  static_cast<void>(listening);
-  before_ = std::make_unique<Before>();
-}
-HeldSignals::~HeldSignals() = default;
 
 struct StopOnSignals::Line {};
 
@@ -86,19 +70,6 @@ void OnSignal(int) {
 }
 
 }  // namespace
-
-struct HeldSignals::Before {
-  sigset_t Mask;
-};
-
-HeldSignals::HeldSignals() : before_(std::make_unique<Before>()) {
-  sigset_t held;
-  sigemptyset(&held);
-  for (const int signal : kSignals) sigaddset(&held, signal);
-  pthread_sigmask(SIG_BLOCK, &held, &before_->Mask);
-}
-
-HeldSignals::~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_->Mask, nullptr); }
 
 struct StopOnSignals::Line {
   std::array<int, 2> Pipe{};

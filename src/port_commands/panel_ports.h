@@ -1,8 +1,8 @@
 // What find and download share: ports as the command line names them, the search, its lines, its progress.
 #pragma once
 
-#include "command_line/command_context.h"
 #include "panels/panel_search.h"
+#include "port_commands/port_commands.h"
 
 #include <memory>
 #include <optional>
@@ -16,7 +16,7 @@ namespace qdm {
 // error stream is no terminal.
 class ProgressLine {
  public:
-  explicit ProgressLine(CommandContext& context) : context_(context) {}
+  explicit ProgressLine(PortContext& context) : context_(context) {}
   ~ProgressLine() { Show(""); }
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
@@ -25,7 +25,7 @@ class ProgressLine {
   void Show(const std::string& text);
 
  private:
-  CommandContext& context_;
+  PortContext& context_;
   std::string shown_;
 };
 
@@ -42,17 +42,17 @@ struct PanelSearch {
 
 // A closed port, as the command line names it: "COM3", or a device's path. A name that can be no port is a
 // CommandError.
-std::unique_ptr<SerialPort> PortNamed(const std::string& name, CommandContext& context);
+std::unique_ptr<SerialPort> PortNamed(const std::string& name, PortContext& context);
 // The same, open at those settings; a CommandError that says why when it does not open.
 std::unique_ptr<SerialPort> OpenPortNamed(const std::string& name, const std::string& settings,
-                                          CommandContext& context);
+                                          PortContext& context);
 // The ports that are there among COM1..COM16, or those named, there or not. Nothing has been asked yet.
-PanelSearch PortsToAsk(const std::vector<std::string>& ports, CommandContext& context);
+PanelSearch PortsToAsk(const std::vector<std::string>& ports, PortContext& context);
 
 // Searches the ports that are there among COM1..COM16, or those named, there or not, and restarts what
 // answered. `context.Stop` ends it early. Restarts that failed are told on `told`, which they were and why
 // ports did not open on the error stream. A name that can be no port is a CommandError.
 PanelSearch SearchPanels(const std::vector<std::string>& ports, std::optional<int> controllerType,
-                         CommandContext& context, std::ostream& told);
+                         PortContext& context, std::ostream& told);
 
 }  // namespace qdm

@@ -1,4 +1,4 @@
-#include "command_line/bench_projector.h"
+#include "port_commands/bench_projector.h"
 
 #include "base/code_page.h"
 #include "command_line/record_files.h"
@@ -30,7 +30,7 @@ bool IsNamed(const ProjectorDefinition& projector, const ProjectorChoice& choice
 
 }  // namespace
 
-ProjectorDefinition ReadProjector(const ProjectorChoice& choice, CommandContext& context) {
+ProjectorDefinition ReadProjector(const ProjectorChoice& choice, PortContext& context) {
   const RecordFile file = ReadRecordFile(choice.File, context);
   std::vector<ProjectorDefinition> projectors;
   if (const auto* configuration = std::get_if<PanelConfiguration>(&file)) {

@@ -1,6 +1,6 @@
-#include "command_line/commands.h"
-#include "command_line/panel_ports.h"
-#include "command_line/signals.h"
+#include "port_commands/panel_ports.h"
+#include "port_commands/port_commands.h"
+#include "port_commands/stop_on_signals.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace qdm {
 
-int Find(const FindOptions& options, CommandContext& context) {
+int Find(const FindOptions& options, PortContext& context) {
   const StopOnSignals interruptible(context.Stop);
   const PanelSearch search = SearchPanels(options.Ports, std::nullopt, context, context.Err);
   for (std::size_t slot = 0; slot < search.Slots.size(); ++slot) context.Out << search.Line(slot) << "\n";

@@ -1,8 +1,8 @@
 // The commissioning sheet needs fonts and pages, which the editor has: it writes the sheet, without a window.
 #include "base/file_access.h"
-#include "command_line/commands.h"
 #include "command_line/record_files.h"
 #include "config/configuration_file.h"
+#include "port_commands/port_commands.h"
 
 #include <QProcess>
 
@@ -23,7 +23,7 @@ std::filesystem::path EditorBeside(const std::filesystem::path& programFolder) {
 
 }  // namespace
 
-int Sheet(const SheetOptions& options, CommandContext& context) {
+int Sheet(const SheetOptions& options, PortContext& context) {
   ReadConfigurationFile(options.File);
   const std::filesystem::path editor = EditorBeside(context.ProgramFolder);
   QStringList arguments = {QStringLiteral("--sheet"), ToQString(PathOf(options.Output))};
