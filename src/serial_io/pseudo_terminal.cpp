@@ -1,11 +1,12 @@
 #include "serial_io/pseudo_terminal.h"
 
+#include "serial_io/terminal_speeds.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <system_error>
-#include <utility>
 
 #include <fcntl.h>
 #include <termios.h>
@@ -14,16 +15,6 @@
 namespace qdm {
 
 namespace {
-
-constexpr std::array<std::pair<speed_t, int>, 9> kSpeeds = {{{B1200, 1200},
-                                                             {B2400, 2400},
-                                                             {B4800, 4800},
-                                                             {B9600, 9600},
-                                                             {B19200, 19200},
-                                                             {B38400, 38400},
-                                                             {B57600, 57600},
-                                                             {B115200, 115200},
-                                                             {B230400, 230400}}};
 
 std::system_error Failure(const char* operation) {
   return std::system_error(errno, std::generic_category(), std::string("pseudo-terminal: ") + operation);
@@ -87,7 +78,7 @@ LineSettings PseudoTerminal::Settings() const {
   termios line{};
   LineSettings settings;
   if (::tcgetattr(deviceHeld_, &line) != 0) return settings;
-  for (const auto& [code, baud] : kSpeeds) {
+  for (const auto& [code, baud] : kTerminalSpeeds) {
     if (code == ::cfgetospeed(&line)) settings.Speed = baud;
   }
   settings.StopBits = (line.c_cflag & CSTOPB) != 0 ? 2 : 1;
@@ -97,7 +88,7 @@ LineSettings PseudoTerminal::Settings() const {
 void PseudoTerminal::SetSpeed(int bitsPerSecond) {
   termios line{};
   if (::tcgetattr(deviceHeld_, &line) != 0) return;
-  for (const auto& [code, baud] : kSpeeds) {
+  for (const auto& [code, baud] : kTerminalSpeeds) {
     if (baud != bitsPerSecond) continue;
     ::cfsetispeed(&line, code);
     ::cfsetospeed(&line, code);

@@ -1,7 +1,9 @@
 #include "serial_io/port_list.h"
-#include "serial_io/qt_serial_port.h"
+#include "serial_io/posix_serial_port.h"
 
+#ifndef __linux__
 #include <QSerialPortInfo>
+#endif
 
 #include <algorithm>
 #include <cstddef>
@@ -75,7 +77,7 @@ bool DeviceExists(const std::string& device) {
 }
 
 std::unique_ptr<SerialPort> PortAt(const std::string& device) {
-  return std::make_unique<QtSerialPort>(device);
+  return std::make_unique<PosixSerialPort>(device);
 }
 
 }  // namespace qdm

@@ -1,15 +1,17 @@
-#include "serial_io/qt_serial_port.h"
+#include "serial_io/posix_serial_port.h"
 #include "serial_io/pseudo_terminal.h"
 #include "support/event_loop.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QFile>
+#include <QLockFile>
 #include <QSocketNotifier>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
+#include <fstream>
 #include <functional>
 #include <numeric>
 
@@ -35,7 +37,7 @@ bool Readable(int descriptor) {
 }
 
 // A port with the raw other end of its line.
-struct QtSerialPortTest : testing::Test {
+struct PosixSerialPortTest : testing::Test {
   bool OtherEndReceives(const Bytes& expected) {
     Bytes received;
     while (received.size() < expected.size() && Readable(otherEnd->Descriptor())) {
@@ -51,10 +53,10 @@ struct QtSerialPortTest : testing::Test {
 
   EventLoopWaiting time;
   std::unique_ptr<PseudoTerminal> otherEnd = std::make_unique<PseudoTerminal>();
-  QtSerialPort port{otherEnd->Device()};
+  PosixSerialPort port{otherEnd->Device()};
 };
 
-TEST_F(QtSerialPortTest, CarriesEveryByteBothWaysUntouched) {
+TEST_F(PosixSerialPortTest, CarriesEveryByteBothWaysUntouched) {
   port.SetSettings("9600,n,8,2");
   ASSERT_TRUE(port.Open());
   // Written at once: no event loop has run.
@@ -68,7 +70,7 @@ TEST_F(QtSerialPortTest, CarriesEveryByteBothWaysUntouched) {
   EXPECT_THAT(otherEnd->Read(), IsEmpty()) << "an echo";
 }
 
-TEST_F(QtSerialPortTest, AppliesWhatTheDeviceAcceptsOfTheSettings) {
+TEST_F(PosixSerialPortTest, AppliesWhatTheDeviceAcceptsOfTheSettings) {
   const struct {
     const char* Settings;
     int Speed;
@@ -104,19 +106,19 @@ TEST_F(QtSerialPortTest, AppliesWhatTheDeviceAcceptsOfTheSettings) {
   EXPECT_THAT(port.RefusedSettings(), IsEmpty());
 }
 
-TEST_F(QtSerialPortTest, ReadsAsClosedWhenTheDeviceGoesAway) {
-  using Notices = std::function<bool(QtSerialPort&)>;
+TEST_F(PosixSerialPortTest, ReadsAsClosedWhenTheDeviceGoesAway) {
+  using Notices = std::function<bool(PosixSerialPort&)>;
   const Notices ways[] = {
-      [](QtSerialPort& gone) {
+      [](PosixSerialPort& gone) {
         return !gone.Write(Bytes{1, 2, 3});
       },
-      [](QtSerialPort& gone) { return gone.BytesWaiting() == 0; },
-      [](QtSerialPort& gone) { return gone.ReadAll().empty(); },
-      [this](QtSerialPort& gone) { return Eventually(time, [&] { return !gone.IsOpen(); }); },
+      [](PosixSerialPort& gone) { return gone.BytesWaiting() == 0; },
+      [](PosixSerialPort& gone) { return gone.ReadAll().empty(); },
+      [this](PosixSerialPort& gone) { return Eventually(time, [&] { return !gone.IsOpen(); }); },
   };
   for (const Notices& notices : ways) {
     otherEnd = std::make_unique<PseudoTerminal>();
-    QtSerialPort unplugged(otherEnd->Device());
+    PosixSerialPort unplugged(otherEnd->Device());
     ASSERT_TRUE(unplugged.Open());
     otherEnd.reset();
     EXPECT_TRUE(notices(unplugged));
@@ -129,7 +131,7 @@ TEST_F(QtSerialPortTest, ReadsAsClosedWhenTheDeviceGoesAway) {
   }
 }
 
-TEST_F(QtSerialPortTest, OpensQuietlyOrNotAtAll) {
+TEST_F(PosixSerialPortTest, OpensQuietlyOrNotAtAll) {
   ASSERT_TRUE(port.Open());
   EXPECT_TRUE(port.Open()) << "again";
 
@@ -140,29 +142,60 @@ TEST_F(QtSerialPortTest, OpensQuietlyOrNotAtAll) {
   const std::string absent[] = {"", "/dev/missing", "missing", "/dev/null", folder.path().toStdString()};
   const std::string holder = "serial_io_tests (" + std::to_string(::getpid()) + ")";
   for (const std::string& device : busy) {
-    QtSerialPort second(device);
+    PosixSerialPort second(device);
     EXPECT_FALSE(second.Open()) << device;
     EXPECT_EQ(second.WhyClosed(), (OpenFailure{OpenFailure::Reason::Held, holder})) << device;
   }
   for (const std::string& device : absent) {
-    QtSerialPort none(device);
+    PosixSerialPort none(device);
     EXPECT_FALSE(none.Open()) << device;
     EXPECT_TRUE(none.WhyClosed()) << device;
   }
   EXPECT_TRUE(port.IsOpen());
   port.Close();
-  for (const std::string& device : busy) EXPECT_TRUE(QtSerialPort(device).Open()) << device;
+  for (const std::string& device : busy) EXPECT_TRUE(PosixSerialPort(device).Open()) << device;
+}
+
+// Programs that use Qt for their lines, and those that only write a number, as minicom.
+TEST_F(PosixSerialPortTest, AgreesWithOtherProgramsOnWhoHasTheDevice) {
+  if (::access("/var/lock", W_OK) != 0) GTEST_SKIP() << "lock files are elsewhere";
+  const std::string number = otherEnd->Device().substr(otherEnd->Device().rfind('/') + 1);
+  const QString file = QStringLiteral("/var/lock/LCK..pts_") + QString::fromStdString(number);
+  const std::string self = std::to_string(::getpid());
+  const struct {
+    std::string Content;
+    bool Held;
+  } cases[] = {{"         " + std::to_string(::getppid()) + "\n", true},
+               {"999999999\n", false},
+               {self + "\nanother program that bore this number\n", false},
+               {"", false}};
+  for (const auto& [content, held] : cases) {
+    std::ofstream(file.toStdString()) << content;
+    EXPECT_EQ(port.Open(), !held) << content;
+    EXPECT_EQ(port.WhyClosed().has_value(), held) << content;
+    port.Close();
+    QFile::remove(file);
+  }
+  QLockFile others(file);
+  ASSERT_TRUE(others.tryLock(0));
+  EXPECT_FALSE(port.Open());
+  others.unlock();
+  ASSERT_TRUE(port.Open());
+  EXPECT_FALSE(others.tryLock(0));
+  EXPECT_FALSE(others.removeStaleLockFile());
+  port.Close();
+  EXPECT_FALSE(QFile::exists(file));
 }
 
 // Two lines become readable in one turn of the event loop, and what the one brings makes somebody read the
 // other: what was to be told of that one is then out of date.
-TEST_F(QtSerialPortTest, GoesOnListeningWhenItIsToldOfInputThatHasBeenRead) {
+TEST_F(PosixSerialPortTest, GoesOnListeningWhenItIsToldOfInputThatHasBeenRead) {
   const int watched = ::open(otherEnd->Device().c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
   ASSERT_GE(watched, 0);
   // In which order the event loop looks at the two is its own affair.
   for (const bool otherLineFirst : {true, false}) {
     PseudoTerminal otherLine;
-    QtSerialPort sender(otherLine.Device());
+    PosixSerialPort sender(otherLine.Device());
     ASSERT_TRUE(sender.Open());
     std::unique_ptr<QSocketNotifier> reader;
     const auto readWithTheOtherLine = [&] {

@@ -2,10 +2,9 @@
 // programs agree on, or by the open files of the processes, of which only this user's own can be read.
 #include "base/words.h"
 #include "serial_io/port_list.h"
+#include "serial_io/posix_port_lock.h"
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -41,23 +40,6 @@ std::string ProcessName(const std::string& process) {
   std::string name;
   if (!std::getline(std::ifstream("/proc/" + process + "/comm"), name)) return {};
   return name + " (" + process + ")";
-}
-
-// A lock file begins with the number of the process that made it; it may be left over from one that has
-// ended.
-std::string HolderOfLock(const fs::path& device) {
-  constexpr std::array kLockFolders = {"/var/lock", "/etc/locks", "/var/spool/locks",  "/var/spool/uucp",
-                                       "/tmp",      "/var/tmp",   "/var/lock/lockdev", "/run/lock"};
-  std::string name = device.lexically_relative("/dev").string();
-  for (char& character : name) {
-    if (character == '/') character = '_';
-  }
-  for (const char* folder : kLockFolders) {
-    pid_t process = 0;
-    if (!(std::ifstream(fs::path(folder) / ("LCK.." + name)) >> process) || process <= 0) continue;
-    if (::kill(process, 0) == 0 || errno == EPERM) return ProcessName(std::to_string(process));
-  }
-  return {};
 }
 
 bool HasOpen(const fs::path& process, const fs::path& device) {
@@ -115,8 +97,8 @@ std::optional<OpenFailure> WhyDeviceIsClosed(const std::string& device) {
   struct stat found {};
   if (device.empty() || missing || ::stat(file.c_str(), &found) != 0) return OpenFailure{Reason::Gone};
   if (::faccessat(AT_FDCWD, file.c_str(), R_OK | W_OK, AT_EACCESS) != 0) return NotAllowed(found);
-  if (const std::string holder = HolderOfLock(file); !holder.empty())
-    return OpenFailure{Reason::Held, holder};
+  if (const pid_t holder = PortLock::HolderOf(file); holder != 0)
+    return OpenFailure{Reason::Held, ProcessName(std::to_string(holder))};
   return WhyOpeningFails(file, found);
 }
 
