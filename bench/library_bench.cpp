@@ -1,164 +1,127 @@
-// The library at 10,000 definitions (20.8 MB): files against the bare reading and writing of as many bytes,
-// names, and the import of as many again. Ratios are in the counters; each is of two medians of one run.
-
+// The library's file: loading against reading and copying it, saving against writing and flushing as many
+// bytes; and what else grows with the library.
+#include "config/panel_configuration.h"
+#include "library_of.h"
+#include "measure.h"
+#include "panels/panel_image.h"
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "support/temp_folder.h"
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <cstring>
-#include <functional>
+#include <fstream>
+#include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
-namespace qdm {
+namespace qdm::bench {
 namespace {
 
-constexpr std::size_t kDefinitions = 10'000;
-
-ProjectorDefinition Definition(std::size_t number) {
-  ProjectorDefinition projector;
-  projector.Manufacturer.AssignUtf8("MANUFACTURER " + std::to_string(number % 100));
-  projector.Model.AssignUtf8("Model " + std::to_string(number));
-  projector.Notes.AssignUtf8("Lens shift and zoom by hand; the lamp cools for two minutes.");
-  for (SerialString& string : projector.Strings) {
-    string.Count = 8;
-    string.Values.fill(static_cast<std::uint8_t>(number));
-  }
-  return projector;
-}
-
-std::vector<ProjectorDefinition> Definitions(std::size_t first, std::size_t count) {
-  std::vector<ProjectorDefinition> definitions;
-  definitions.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) definitions.push_back(Definition(first + i));
-  return definitions;
-}
-
-ProjectorLibrary LibraryOf(std::size_t count) {
-  ProjectorLibrary library;
-  library.Reserve(count);
-  for (std::size_t i = 0; i < count; ++i) library.Append(Definition(i));
-  return library;
-}
-
-double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-// Measures both in turns, so that what else the machine does meets them alike.
-class Comparison {
- public:
-  void Measure(benchmark::State& state, const std::function<void()>& ours,
-               const std::function<void()>& theirs) {
-    theirs_.push_back(Seconds(theirs));
-    ours_.push_back(Seconds(ours));
-    state.SetIterationTime(ours_.back());
-  }
-  void Report(benchmark::State& state) {
-    state.counters["ratio"] = Median(ours_) / Median(theirs_);
-    state.counters["base_ms"] = Median(theirs_) * 1000;
-  }
-
- private:
-  static double Median(std::vector<double>& times) {
-    std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
-                     times.end());
-    return times[times.size() / 2];
-  }
-
-  std::vector<double> ours_;
-  std::vector<double> theirs_;
-};
-
-void ReadAndCopyOnce(const std::filesystem::path& file) {
-  std::FILE* opened = std::fopen(file.string().c_str(), "rb");
-  const std::size_t size = std::filesystem::file_size(file);
-  const std::unique_ptr<char[]> bytes(new char[size]);
-  if (std::fread(bytes.get(), 1, size, opened) != size) std::abort();
-  std::fclose(opened);
-  const std::unique_ptr<char[]> copy(new char[size]);
-  std::memcpy(copy.get(), bytes.get(), size);
-  benchmark::DoNotOptimize(copy.get());
-  benchmark::ClobberMemory();
-}
-
-void LoadLibrary(benchmark::State& state) {
-  const TempFolder folder;
-  WriteProjectorDatabase(folder.Path(), LibraryOf(kDefinitions));
-  const ProjectorFiles files(folder.Path());
-  Comparison comparison;
-  for ([[maybe_unused]] auto _ : state) {
-    comparison.Measure(
-        state,
-        [&] {
-          ProjectorLibrary library;
-          LoadProjectorDatabase(folder.Path(), library);
-          benchmark::DoNotOptimize(library);
-        },
-        [&] { ReadAndCopyOnce(files.Library); });
-  }
-  comparison.Report(state);
-}
-BENCHMARK(LoadLibrary)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-
-void SaveLibrary(benchmark::State& state) {
-  const TempFolder folder;
-  const ProjectorLibrary library = LibraryOf(kDefinitions);
-  const Bytes stored = EncodeDefinitions(library.Elements());
-  Comparison comparison;
-  for ([[maybe_unused]] auto _ : state) {
-    comparison.Measure(
-        state, [&] { WriteProjectorDatabase(folder.Path(), library); },
-        [&] { WriteAndFlush(folder / "plain", stored); });
-  }
-  comparison.Report(state);
-}
-BENCHMARK(SaveLibrary)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-
-void FindByName(benchmark::State& state) {
-  const ProjectorLibrary library = LibraryOf(kDefinitions);
-  const std::vector<ProjectorDefinition> wanted = Definitions(0, kDefinitions);
-  std::size_t i = 0;
-  for ([[maybe_unused]] auto _ : state) {
-    benchmark::DoNotOptimize(library.FindProjector(wanted[i]));
-    i = (i + 7919) % wanted.size();
-  }
-}
-BENCHMARK(FindByName);
-
-// As many definitions as the library holds, the first of them with the number `first`.
-double ImportTime(std::size_t count, std::size_t first) {
-  ProjectorLibrary library = LibraryOf(count);
-  std::vector<ProjectorDefinition> incoming = Definitions(first, count);
-  return Seconds([&] {
-    ImportDefinitions(std::move(incoming), library, [](const ProjectorDefinition&, std::size_t) {});
-    benchmark::DoNotOptimize(library);
+// In pieces that stay warm, as the library reads them; each is copied to where nobody has been.
+void ReadAndCopy(const std::filesystem::path& file) {
+  const std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[SizeToRead(file)]);
+  std::uint8_t* to = copy.get();
+  ReadInPieces(file, kDefinitionsPiece, [&to](ByteView piece) {
+    std::memcpy(to, piece.data(), piece.size());
+    to += piece.size();
   });
 }
 
-// The counter is the time per definition against the same with a tenth of them: 1 is linear.
-void Import(benchmark::State& state, bool allNew) {
-  std::vector<double> tenth;
-  double whole = 0;
-  for ([[maybe_unused]] auto _ : state) {
-    tenth.push_back(ImportTime(kDefinitions / 10, allNew ? kDefinitions : 0));
-    const double time = ImportTime(kDefinitions, allNew ? kDefinitions : 0);
-    whole += time;
-    state.SetIterationTime(time);
-  }
-  double tenths = 0;
-  for (const double time : tenth) tenths += time;
-  state.counters["per_definition_against_a_tenth"] = whole / tenths / 10;
+Turns Loading(const TempFolder& folder, int turns) {
+  return TakeTurns(
+      turns,
+      [&] {
+        return WallSeconds([&] {
+          ProjectorLibrary library;
+          LoadProjectorDatabase(folder.Path(), library);
+        });
+      },
+      [&] { return WallSeconds([&] { ReadAndCopy(ProjectorFiles(folder.Path()).Library); }); });
 }
-BENCHMARK_CAPTURE(Import, Equal, false)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
-BENCHMARK_CAPTURE(Import, AllNew, true)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
+
+Turns Saving(const TempFolder& folder, const ProjectorLibrary& library, int turns) {
+  const Bytes stored = EncodeDefinitions(library.Elements());
+  return TakeTurns(
+      turns, [&] { return WallSeconds([&] { WriteProjectorDatabase(folder.Path(), library); }); },
+      [&] { return WallSeconds([&] { WriteAndFlush(folder / "plain", stored); }); });
+}
+
+// Of this process, in bytes.
+double MemoryFigure(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    double kilobytes = 0;
+    if (word == name + ":" && status >> kilobytes) return kilobytes * 1024;
+  }
+  return 0;
+}
+
+// The most memory that is in use while `work` runs, against the library alone.
+double PeakOver(const ProjectorLibrary& library, const std::function<void()>& work) {
+  std::ofstream("/proc/self/clear_refs") << "5";  // the peak is counted from here
+  const double before = MemoryFigure("VmRSS");
+  work();
+  const double held = static_cast<double>(library.Size() * sizeof(ProjectorDefinition));
+  return (held + MemoryFigure("VmHWM") - before) / held;
+}
+
+double ImportTime(std::size_t count, std::size_t first) {
+  ProjectorLibrary library = LibraryOf(count);
+  std::vector<ProjectorDefinition> incoming = Definitions(first, count, 100);
+  return ProcessorSeconds([&] {
+    ImportDefinitions(std::move(incoming), library, [](const ProjectorDefinition&, std::size_t) {});
+  });
+}
+
+PanelConfiguration FullRoom() {
+  PanelConfiguration room;
+  room.ControllerType = kQdm7;
+  room.Projector.VolumeBytePosition = 0;
+  room.Projector.Available.fill(kFlagSet);
+  for (SerialString& string : room.Projector.Strings) string.Count = 16;
+  for (std::size_t slot = 0; slot < 2; ++slot) room.Projector.Strings[slot].Count = 0;
+  return room;
+}
 
 }  // namespace
-}  // namespace qdm
+
+void MeasureLibrary(Table& table) {
+  const struct {
+    std::size_t Size;
+    const char* Text;
+    int Turns;
+    double LoadLimit;
+    double SaveLimit;
+  } libraries[] = {{10'000, "10,000", 21, 2, 1.5}, {100'000, "100,000", 9, 2, 2}};
+  for (const auto& [size, text, turns, loadLimit, saveLimit] : libraries) {
+    const TempFolder folder;
+    const ProjectorLibrary library = LibraryOf(size);
+    table.Ratio("saving " + std::string(text) + " definitions", "writing and flushing the bytes",
+                Saving(folder, library, turns), saveLimit);
+    table.Ratio("loading " + std::string(text) + " definitions", "reading and copying",
+                Loading(folder, turns), loadLimit);
+    if (size == 100'000) {
+      table.Value("peak memory while saving 100,000, of the library's",
+                  PeakOver(library, [&] { WriteProjectorDatabase(folder.Path(), library); }), "x", 1.2);
+    }
+  }
+  for (const auto& [figure, first] : {std::pair("importing as many equal ones, a definition", 0U),
+                                      std::pair("importing as many new ones, a definition", 10'000U)}) {
+    const auto a = [first = first] { return ImportTime(10'000, first); };
+    const auto b = [first = first] { return ImportTime(1'000, first) * 10; };
+    table.Ratio(figure, "of a tenth of the library, x 10", TakeTurns(11, a, b), 1.5);
+  }
+  const PanelConfiguration room = FullRoom();
+  const Turns images = TakeTurns(
+      11,
+      [&] {
+        return ProcessorSeconds([&] {
+          for (int i = 0; i < 10'000; ++i) BuildPanelImage(room);
+        });
+      },
+      [] { return 1.0; });
+  table.Value("a memory image", Median(images.Ours) * 100, "us", 1);
+}
+
+}  // namespace qdm::bench
