@@ -76,13 +76,11 @@ void ProjectorTree::KeepingNodes(Change change) {
     }
   }
   change();
-  if (!model_->Filter().isEmpty()) {
-    expandToDepth(0);  // expandAll remembers every model by itself, which takes 100 ms for 10,000
-  } else {
-    for (int row = 0; row < model_->rowCount(); ++row) {
-      const QModelIndex top = model_->index(row, 0);
-      if (openKeys_.contains(top.data(ProjectorTreeModel::KeyRole).toString())) expand(top);
-    }
+  // The layout that the reset has left for later takes all of them at once.
+  const bool all = !model_->Filter().isEmpty();
+  for (int row = 0; (all || !openKeys_.isEmpty()) && row < model_->rowCount(); ++row) {
+    const QModelIndex top = model_->index(row, 0);
+    if (all || openKeys_.contains(top.data(ProjectorTreeModel::KeyRole).toString())) expand(top);
   }
   if (const QModelIndex index = model_->IndexOfKey(selected); index.isValid()) {
     setCurrentIndex(index);

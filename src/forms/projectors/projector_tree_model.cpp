@@ -4,11 +4,13 @@
 #include "projectors/definition_summary.h"
 #include "projectors/projector_library.h"
 
-#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace qdm {
@@ -21,15 +23,52 @@ QString TextOf(std::u16string_view text) {
 // Upper case of the stored code page: a name keeps its length.
 QString UpperTextOf(std::u16string_view text) { return TextOf(UpperCase(text)); }
 
-QString KeyOf(const QString& manufacturer) { return QLatin1Char('M') + manufacturer; }
-QString KeyOf(const QString& manufacturer, const FixedText<32>& model) {
-  return QLatin1Char('S') + manufacturer + QLatin1Char('#') + UpperTextOf(model.Trimmed());
+QString KeyOfNames(const FixedText<32>& manufacturer) {
+  return QLatin1Char('M') + UpperTextOf(manufacturer.Trimmed());
+}
+QString KeyOfNames(const FixedText<32>& manufacturer, const FixedText<32>& model) {
+  return QLatin1Char('S') + UpperTextOf(manufacturer.Trimmed()) + QLatin1Char('#') +
+         UpperTextOf(model.Trimmed());
 }
 
-QStringList MissingIn(const QString& text, const QStringList& words) {
-  QStringList missing;
-  for (const QString& word : words) {
-    if (!text.contains(word, Qt::CaseInsensitive)) missing << word;
+char16_t Folded(char16_t character) {
+  if (character < 0x80) return character >= u'A' && character <= u'Z' ? character | 0x20 : character;
+  return QChar(character).toCaseFolded().unicode();
+}
+
+// A name without regard to case, for comparing and searching.
+class FoldedName {
+ public:
+  explicit FoldedName(const FixedText<32>& name) {
+    const std::u16string_view text = name.Trimmed();
+    length_ = text.size();
+    std::transform(text.begin(), text.end(), characters_.begin(),
+                   [](char16_t character) { return Folded(character); });
+  }
+  std::u16string_view View() const { return {characters_.data(), length_}; }
+
+ private:
+  std::array<char16_t, FixedText<32>::kLength> characters_;
+  std::size_t length_;
+};
+
+using Words = std::vector<std::u16string>;
+
+Words WordsOf(const QString& filter) {
+  Words words;
+  for (const QString& word : filter.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    words.push_back(word.toStdU16String());
+    std::transform(words.back().begin(), words.back().end(), words.back().begin(),
+                   [](char16_t character) { return Folded(character); });
+  }
+  return words;
+}
+
+Words MissingIn(const FixedText<32>& name, const Words& words) {
+  Words missing;
+  const FoldedName folded(name);
+  for (const std::u16string& word : words) {
+    if (folded.View().find(word) == std::u16string_view::npos) missing.push_back(word);
   }
   return missing;
 }
@@ -82,44 +121,64 @@ void ProjectorTreeModel::SortManufacturers(bool sort) {
 }
 
 void ProjectorTreeModel::ReadLibrary() {
+  names_.clear();
+  names_.reserve(library_.Size());
   manufacturers_.clear();
-  QHash<QString, std::size_t> placeOf;
-  QSet<QString> modelKeys;
-  modelKeys.reserve(static_cast<qsizetype>(library_.Size()));
+  std::unordered_map<std::u16string, std::size_t> places;
+  const std::size_t* place = nullptr;  // of the element before: a manufacturer's are often neighbours
   for (std::size_t element = 0; element < library_.Size(); ++element) {
-    const ProjectorDefinition& projector = library_[element];
-    const QString name = UpperTextOf(projector.Manufacturer.Trimmed());
-    const auto place = placeOf.constFind(name);
-    const std::size_t at = place != placeOf.constEnd() ? *place : manufacturers_.size();
-    if (at == manufacturers_.size()) {
-      placeOf.insert(name, at);
-      manufacturers_.push_back({name, KeyOf(name), {}});
+    names_.push_back({library_[element].Manufacturer, library_[element].Model});
+    if (element == 0 || names_[element].Manufacturer != names_[element - 1].Manufacturer) {
+      const FoldedName name(names_[element].Manufacturer);
+      place = &places.try_emplace(std::u16string(name.View()), manufacturers_.size()).first->second;
+      if (*place == manufacturers_.size()) manufacturers_.emplace_back();
     }
-    const QString key = KeyOf(name, projector.Model);
-    if (modelKeys.contains(key)) continue;  // the first element of a name is the one that counts
-    modelKeys.insert(key);
-    manufacturers_[at].Models.push_back({TextOf(projector.Model.Trimmed()), key, element});
+    manufacturers_[*place].Models.push_back(element);
   }
-  if (sorted_) {
-    std::sort(manufacturers_.begin(), manufacturers_.end(),
-              [](const Manufacturer& a, const Manufacturer& b) { return a.Text < b.Text; });
-  }
+  if (!sorted_) return;
+  std::vector<std::pair<QString, Manufacturer>> byName;
   for (Manufacturer& manufacturer : manufacturers_) {
-    std::sort(manufacturer.Models.begin(), manufacturer.Models.end(),
-              [](const Model& a, const Model& b) { return a.Text.compare(b.Text, Qt::CaseInsensitive) < 0; });
+    const FixedText<32>& name = names_[manufacturer.Models.front()].Manufacturer;
+    byName.emplace_back(UpperTextOf(name.Trimmed()), std::move(manufacturer));
   }
+  std::sort(byName.begin(), byName.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (std::size_t at = 0; at < byName.size(); ++at) manufacturers_[at] = std::move(byName[at].second);
+}
+
+// By text; of one name the first element is the one that counts.
+const ProjectorTreeModel::Elements& ProjectorTreeModel::ModelsOf(std::size_t at) const {
+  Manufacturer& manufacturer = manufacturers_[at];
+  if (std::exchange(manufacturer.Sorted, true)) return manufacturer.Models;
+  std::vector<std::pair<FoldedName, std::size_t>> models;
+  models.reserve(manufacturer.Models.size());
+  for (const std::size_t element : manufacturer.Models) {
+    models.emplace_back(FoldedName(names_[element].Model), element);
+  }
+  const auto name = [](const auto& model) { return model.first.View(); };
+  std::sort(models.begin(), models.end(), [&](const auto& a, const auto& b) {
+    const int order = name(a).compare(name(b));
+    return order != 0 ? order < 0 : a.second < b.second;
+  });
+  manufacturer.Models.clear();
+  for (std::size_t i = 0; i < models.size(); ++i) {
+    if (i == 0 || name(models[i]) != name(models[i - 1])) manufacturer.Models.push_back(models[i].second);
+  }
+  return manufacturer.Models;
 }
 
 void ProjectorTreeModel::ApplyFilter() {
   shown_.clear();
-  const QStringList words = filter_.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+  shown_.reserve(manufacturers_.size());
+  const Words words = WordsOf(filter_);
   for (std::size_t at = 0; at < manufacturers_.size(); ++at) {
-    const Manufacturer& manufacturer = manufacturers_[at];
-    const QStringList missing = MissingIn(manufacturer.Text, words);
+    if (words.empty()) {
+      shown_.push_back({at, {}});
+      continue;
+    }
+    const Words missing = MissingIn(NamesOf(at).Manufacturer, words);
     Shown shown{at, {}};
-    for (std::size_t model = 0; model < manufacturer.Models.size(); ++model) {
-      if (missing.isEmpty() || MissingIn(manufacturer.Models[model].Text, missing).isEmpty())
-        shown.Models.push_back(model);
+    for (const std::size_t model : ModelsOf(at)) {
+      if (missing.empty() || MissingIn(names_[model].Model, missing).empty()) shown.Models.push_back(model);
     }
     if (!shown.Models.empty()) shown_.push_back(std::move(shown));
   }
@@ -127,20 +186,17 @@ void ProjectorTreeModel::ApplyFilter() {
 
 std::optional<std::size_t> ProjectorTreeModel::ElementOf(const QModelIndex& index) const {
   if (!IsModel(index)) return std::nullopt;
-  return ModelOf(index).Element;
+  return ShownModelsOf(index)[static_cast<std::size_t>(index.row())];
 }
 
 std::vector<std::size_t> ProjectorTreeModel::ElementsOf(const QModelIndex& index) const {
   if (!index.isValid()) return {};
-  if (IsModel(index)) return {ModelOf(index).Element};
-  std::vector<std::size_t> elements;
-  for (const Model& model : ManufacturerOf(index).Models) elements.push_back(model.Element);
-  return elements;
+  if (const std::optional<std::size_t> element = ElementOf(index)) return {*element};
+  return ModelsOf(shown_[ShownRowOf(index)].Manufacturer);
 }
 
 QModelIndex ProjectorTreeModel::IndexOf(const FixedText<32>& manufacturer, const FixedText<32>& model) const {
-  const QString name = UpperTextOf(manufacturer.Trimmed());
-  return IndexOfKey(model.Trimmed().empty() ? KeyOf(name) : KeyOf(name, model));
+  return IndexOfKey(model.Trimmed().empty() ? KeyOfNames(manufacturer) : KeyOfNames(manufacturer, model));
 }
 
 QModelIndex ProjectorTreeModel::IndexOf(const ProjectorDefinition& projector) const {
@@ -148,15 +204,17 @@ QModelIndex ProjectorTreeModel::IndexOf(const ProjectorDefinition& projector) co
 }
 
 QModelIndex ProjectorTreeModel::IndexOfKey(const QString& key) const {
+  if (key.isEmpty()) return {};
+  const bool model = key.startsWith(QLatin1Char('S'));
+  const QStringView names = QStringView(key).mid(1);
   for (int row = 0; row < rowCount(); ++row) {
     const QModelIndex top = index(row, 0);
-    const Manufacturer& manufacturer = ManufacturerOf(top);
-    if (manufacturer.Key == key) return top;
-    if (QStringView(key).mid(1).startsWith(manufacturer.Text)) {
-      for (int child = 0; child < rowCount(top); ++child) {
-        const QModelIndex found = index(child, 0, top);
-        if (ModelOf(found).Key == key) return found;
-      }
+    const QString manufacturer = UpperTextOf(NamesOf(top).Manufacturer.Trimmed());
+    if (!names.startsWith(manufacturer)) continue;
+    if (!model && names == manufacturer) return top;
+    for (int child = 0; model && child < rowCount(top); ++child) {
+      const QModelIndex found = index(child, 0, top);
+      if (KeyOf(found) == key) return found;
     }
   }
   return {};
@@ -174,7 +232,12 @@ QModelIndex ProjectorTreeModel::parent(const QModelIndex& child) const {
 
 int ProjectorTreeModel::rowCount(const QModelIndex& parent) const {
   if (!parent.isValid()) return static_cast<int>(shown_.size());
-  return IsModel(parent) ? 0 : static_cast<int>(shown_[ShownRowOf(parent)].Models.size());
+  return IsModel(parent) ? 0 : static_cast<int>(ShownModelsOf(parent).size());
+}
+
+// Asked of every manufacturer, seen or not.
+bool ProjectorTreeModel::hasChildren(const QModelIndex& parent) const {
+  return parent.isValid() ? !IsModel(parent) : !shown_.empty();
 }
 
 int ProjectorTreeModel::columnCount(const QModelIndex&) const { return 1; }
@@ -184,28 +247,40 @@ QVariant ProjectorTreeModel::data(const QModelIndex& index, int role) const {
   const bool model = IsModel(index);
   switch (role) {
     case Qt::DisplayRole:
-      return model ? ModelOf(index).Text : ManufacturerOf(index).Text;
+      return model ? TextOf(NamesOf(index).Model.Trimmed())
+                   : UpperTextOf(NamesOf(index).Manufacturer.Trimmed());
     case Qt::DecorationRole:
       return model ? modelIcon_ : manufacturerIcon_;
     case Qt::ToolTipRole:
-      return model ? SummaryText(library_[ModelOf(index).Element])
+      return model ? SummaryText(library_[*ElementOf(index)])
                          .toHtmlEscaped()
                          .replace(QLatin1Char('\n'), QLatin1String("<br>"))
                    : QVariant();
     case KeyRole:
-      return model ? ModelOf(index).Key : ManufacturerOf(index).Key;
+      return KeyOf(index);
     default:
       return {};
   }
 }
 
-const ProjectorTreeModel::Manufacturer& ProjectorTreeModel::ManufacturerOf(const QModelIndex& index) const {
-  return manufacturers_[shown_[ShownRowOf(index)].Manufacturer];
+// Of a manufacturer node or of the one above a model node.
+const ProjectorTreeModel::Elements& ProjectorTreeModel::ShownModelsOf(const QModelIndex& index) const {
+  const Shown& shown = shown_[ShownRowOf(index)];
+  return filter_.isEmpty() ? ModelsOf(shown.Manufacturer) : shown.Models;
 }
 
-const ProjectorTreeModel::Model& ProjectorTreeModel::ModelOf(const QModelIndex& index) const {
-  const Shown& shown = shown_[ShownRowOf(index)];
-  return manufacturers_[shown.Manufacturer].Models[shown.Models[static_cast<std::size_t>(index.row())]];
+const ProjectorTreeModel::Names& ProjectorTreeModel::NamesOf(const QModelIndex& index) const {
+  if (const std::optional<std::size_t> element = ElementOf(index)) return names_[*element];
+  return NamesOf(shown_[ShownRowOf(index)].Manufacturer);
+}
+
+const ProjectorTreeModel::Names& ProjectorTreeModel::NamesOf(std::size_t manufacturer) const {
+  return names_[manufacturers_[manufacturer].Models.front()];
+}
+
+QString ProjectorTreeModel::KeyOf(const QModelIndex& index) const {
+  const Names& names = NamesOf(index);
+  return IsModel(index) ? KeyOfNames(names.Manufacturer, names.Model) : KeyOfNames(names.Manufacturer);
 }
 
 }  // namespace qdm

@@ -1,8 +1,8 @@
 // The library as two levels of tree: manufacturers in upper case in the order of the library, their models
 // below them sorted by text. A node stands for all elements with its names without regard to case and leads
-// to the first of them. Holds texts and element numbers, not definitions: whoever changes the library calls
-// Rebuild before the next look. A filter hides every model of which not all its words stand in one of the two
-// names.
+// to the first of them. Holds names and element numbers, not definitions: whoever changes the library calls
+// Rebuild before the next look. A manufacturer's models are sorted when somebody first looks at them. A
+// filter hides every model of which not all its words stand in one of the two names.
 #pragma once
 
 #include "base/fixed_text.h"
@@ -52,35 +52,39 @@ class ProjectorTreeModel : public QAbstractItemModel {
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;
   int rowCount(const QModelIndex& parent = {}) const override;
+  bool hasChildren(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
  private:
-  struct Model {
-    QString Text;
-    QString Key;
-    std::size_t Element;
+  struct Names {
+    FixedText<32> Manufacturer;
+    FixedText<32> Model;
   };
+  using Elements = std::vector<std::size_t>;
   struct Manufacturer {
-    QString Text;
-    QString Key;
-    std::vector<Model> Models;
+    // Of one manufacturer: as the library has them, then its models as the tree shows them.
+    Elements Models;
+    bool Sorted = false;
   };
-  // What the filter lets through: places in manufacturers_ and in their Models.
   struct Shown {
     std::size_t Manufacturer;
-    std::vector<std::size_t> Models;
+    Elements Models;  // that the filter lets through; unused while there is none
   };
 
   void ReadLibrary();
   void ApplyFilter();
-  const Manufacturer& ManufacturerOf(const QModelIndex& index) const;
-  const Model& ModelOf(const QModelIndex& index) const;
+  const Elements& ModelsOf(std::size_t manufacturer) const;
+  const Elements& ShownModelsOf(const QModelIndex& index) const;
+  const Names& NamesOf(const QModelIndex& index) const;
+  const Names& NamesOf(std::size_t manufacturer) const;
+  QString KeyOf(const QModelIndex& index) const;
 
   const ProjectorLibrary& library_;
   QString filter_;
   bool sorted_ = false;
-  std::vector<Manufacturer> manufacturers_;
+  std::vector<Names> names_;  // of the library's elements
+  mutable std::vector<Manufacturer> manufacturers_;
   std::vector<Shown> shown_;
   QIcon manufacturerIcon_;
   QIcon modelIcon_;
