@@ -5,6 +5,7 @@
 int main(int argc, char** argv) {
   const QApplication application(argc, argv);
   QLabel label(QStringLiteral("A label"));
+  label.resize(1366, 730);  // as large as the editor: as much is drawn and sent
   label.show();
   return QApplication::exec();
 }

@@ -10,7 +10,7 @@
 #include "projectors/projector_files.h"
 #include "support/temp_folder.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <algorithm>
 #include <string>
@@ -26,6 +26,7 @@ class OpenSelector {
  public:
   explicit OpenSelector(Globals& globals) : form_(globals, prompts_, nullptr) {
     form_.show();
+    QApplication::setActiveWindow(&form_);  // as a window manager does
     Paint();
   }
   double KeyTyped(const QString& text) {

@@ -30,6 +30,7 @@
 #include "forms/work_log/sheet_pages.h"
 #include "forms/work_log/work_log_form.h"
 #include "projectors/data_folder.h"
+#include "projectors/library_file.h"
 #include "serial_io/event_loop_waiting.h"
 #include "serial_io/port_list.h"
 #include "simulation/simulated_line.h"
@@ -43,9 +44,11 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <future>
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -70,7 +73,8 @@ void ShowAs(QApplication& application) {
   QApplication::setApplicationDisplayName({});
   QApplication::setDesktopFileName(QStringLiteral("qdm-editor"));
   QIcon icon;
-  for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+  // No window manager shows larger ones, and all of them are decoded and sent before the window is.
+  for (const int size : {16, 32, 48, 64}) {
     icon.addFile(QStringLiteral(":/icons/qdm-editor-%1.png").arg(size), QSize(size, size));
   }
   application.setWindowIcon(icon);
@@ -218,6 +222,9 @@ int RunEditor(EditorApplication& application) {
   globals.ProgramFolder = ToPath(QApplication::applicationDirPath());
   globals.DataFolder =
       demonstration ? demonstration->Folder() : PreparedDataFolder(arguments, globals.ProgramFolder, prompts);
+  // Read while the windows are made.
+  auto library =
+      std::async(std::launch::async, [folder = globals.DataFolder] { return ReadProjectorDatabase(folder); });
   EventLoopWaiting time;
   std::unique_ptr<SerialPorts> ports = MakeSystemPorts();
   if (demonstration) ports = DemonstrationPorts(time);
@@ -304,7 +311,7 @@ int RunEditor(EditorApplication& application) {
   shown = &editor;
   application.SetOnException([&](const std::string& what) { TellException(editor, prompts, what); });
   const EndOfSession end([&] { editor.KeepWork(); }, [&] { editor.LeaveUnasked(); });
-  editor.Form_Load();
+  editor.Form_Load(std::move(library));
   editor.show();
   editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File, arguments.Others);
   if (demonstration) {

@@ -6,6 +6,7 @@
 #include "projectors/projector_files.h"
 
 #include <chrono>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -26,8 +27,11 @@ Message AllLost(std::string detail) {
 
 constexpr milliseconds kTriedAgainFor{2000};
 constexpr milliseconds kBetweenTries{100};
-// How finely file systems tell times: two states of a file can bear the same time when they are that close.
-constexpr std::int64_t kTimeGrain = 2'000'000'000;
+// How finely file systems tell times, in nanoseconds: two states of a file can bear the same time when they
+// are that close. A time with a fraction of a second is told as finely as the system's clock ticks.
+constexpr std::int64_t kSecond = 1'000'000'000;
+constexpr std::int64_t kCoarseGrain = 2 * kSecond;
+constexpr std::int64_t kFineGrain = kSecond / 20;
 
 std::int64_t Now() {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(
@@ -54,14 +58,19 @@ std::uint64_t HashOfFile(const fs::path& file) {
   return hash;
 }
 
-bool IsStill(const fs::path& file, const LibraryFileState& known) {
-  const LibraryFileState now = StateOf(file, 0);
+// A file that had to be read to tell is known by its times from then on.
+bool IsStill(const fs::path& file, ProjectorLibrary& library) {
+  const LibraryFileState& known = library.FileState();
+  LibraryFileState now = StateOf(file, known.Hash);
   if (now.Exists != known.Exists) return false;
   if (!now.Exists) return true;
   if (now.Size != known.Size) return false;
   const bool sameTime = now.Modified == known.Modified && now.Number == known.Number;
-  if (sameTime && known.LookedAt - known.Modified > kTimeGrain) return true;
-  return HashOfFile(file) == known.Hash;
+  const std::int64_t grain = known.Modified % kSecond == 0 ? kCoarseGrain : kFineGrain;
+  if (sameTime && known.LookedAt - known.Modified > grain) return true;
+  if (HashOfFile(file) != known.Hash) return false;
+  library.SetFileState(now);
+  return true;
 }
 
 // Calls `read` until it works, for as long as its trouble may pass.
@@ -231,6 +240,12 @@ std::vector<Message> LoadProjectorDatabase(const LibraryLock&, const fs::path& f
   return messages;
 }
 
+std::optional<ProjectorLibrary> ReadProjectorDatabase(const fs::path& folder) {
+  ProjectorLibrary library;
+  if (!LoadUndisturbed(ProjectorFiles(folder), library)) return std::nullopt;
+  return library;
+}
+
 LibrarySaved SaveProjectorDatabase(const fs::path& folder, ProjectorLibrary& library,
                                    const LibraryPatience& patience) {
   const LibraryLock lock(ProjectorFiles(folder), patience);
@@ -245,16 +260,16 @@ LibrarySaved SaveProjectorDatabase(const LibraryLock&, const fs::path& folder, P
   }
   LibrarySaved saved;
   CompleteInterruptedSave(files);
-  if (!IsStill(files.Library, library.FileState())) TakeWhatOthersSaved(files, library, patience, saved);
+  if (!IsStill(files.Library, library)) TakeWhatOthersSaved(files, library, patience, saved);
   if (saved.Conflicts.empty()) library.MarkUnchanged(WriteProjectorDatabase(folder, library));
   return saved;
 }
 
-bool ChangedOnDisk(const fs::path& folder, const ProjectorLibrary& library) {
+bool ChangedOnDisk(const fs::path& folder, ProjectorLibrary& library) {
   try {
     const ProjectorFiles files(folder);
     // Between the two renames of a save there is no library; a moment later there is.
-    return !IsCutOff(files) && !IsStill(files.Library, library.FileState());
+    return !IsCutOff(files) && !IsStill(files.Library, library);
   } catch (const FileError&) {
     return false;
   }

@@ -12,6 +12,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace qdm {
@@ -28,6 +29,9 @@ std::vector<Message> LoadProjectorDatabase(const std::filesystem::path& folder, 
 std::vector<Message> LoadProjectorDatabase(const LibraryLock& lock, const std::filesystem::path& folder,
                                            ProjectorLibrary& library, const LibraryPatience& patience = {});
 
+// Nothing but reading: nothing when the library is not simply there, which the others deal with.
+std::optional<ProjectorLibrary> ReadProjectorDatabase(const std::filesystem::path& folder);
+
 struct LibrarySaved {
   // What others and this library changed differently. Nothing was written then: whoever decides makes the
   // library what it is to be, and saves again. As it stands, ours would replace theirs.
@@ -42,7 +46,7 @@ LibrarySaved SaveProjectorDatabase(const LibraryLock& lock, const std::filesyste
 
 // Whether the file is another one than the library was loaded from or saved to. False where that cannot be
 // told now.
-bool ChangedOnDisk(const std::filesystem::path& folder, const ProjectorLibrary& library);
+bool ChangedOnDisk(const std::filesystem::path& folder, ProjectorLibrary& library);
 
 // The steps of a save, for who holds the lock; they know nothing of others. An empty library removes
 // Projectors.DEF and leaves the backup.

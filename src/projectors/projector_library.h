@@ -74,6 +74,8 @@ class ProjectorLibrary {
 
   // The file that the elements came from or were last written to.
   const LibraryFileState& FileState() const { return fileState_; }
+  // The same bytes, looked at again.
+  void SetFileState(const LibraryFileState& file) { fileState_ = file; }
   // The elements are what `file` holds: changes count from here on. Until then they count from an empty
   // library.
   void MarkUnchanged(const LibraryFileState& file);

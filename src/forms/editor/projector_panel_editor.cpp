@@ -45,9 +45,9 @@ QString NameAndFolder(const QString& fileName) {
 
 }  // namespace
 
-void ProjectorPanelEditor::Form_Load() {
+void ProjectorPanelEditor::Form_Load(LibraryComing coming) {
   RefreshTitle();
-  LoadLibrary(globals_, prompts_, this);
+  LoadLibrary(globals_, prompts_, this, std::move(coming));
   RebuildTree();
   ShowRecordInControls();
 }

@@ -7,6 +7,7 @@
 #include "base/file_access.h"
 #include "forms/editor/configuration_history.h"
 #include "forms/editor/work_commands.h"
+#include "forms/projectors/save_library.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/user_prompts.h"
 #include "projectors/difference_text.h"
@@ -50,8 +51,8 @@ class ProjectorPanelEditor : public QMainWindow {
   ProjectorPanelEditor(Globals& globals, UserPrompts& prompts, QSettings& settings, EditorWindows windows);
   ~ProjectorPanelEditor() override;
 
-  // Loads the library and shows a new configuration.
-  void Form_Load();
+  // Shows a new configuration and the library: the one that is on its way, or what the data folder holds now.
+  void Form_Load(LibraryComing coming = {});
   // What stands on the command line, perhaps in double quotes: a *.BVC is opened, a *.BVD imported. Endings
   // in lower case and files that do not exist are left alone. `others` are only named in the status line.
   void OpenNamedFile(QString commandLine, const QStringList& others = {});

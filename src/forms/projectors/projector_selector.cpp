@@ -369,9 +369,9 @@ void ProjectorSelector::ShowProjector(const ProjectorDefinition& projector) {
 // A merge that was not followed by closing has moved elements: steps from before it have lost their places.
 void ProjectorSelector::done(int result) {
   const QScopedValueRollback busy(busy_, true);
-  const auto readAt = globals_.ProjectorDatabase.FileState().LookedAt;
+  const auto held = globals_.ProjectorDatabase.FileState().Hash;
   if (SaveLibraryOrAsk(globals_, prompts_, this)) return QDialog::done(result);
-  if (globals_.ProjectorDatabase.FileState().LookedAt == readAt) return;
+  if (globals_.ProjectorDatabase.FileState().Hash == held) return;
   undo_.clear();
   ui_->TreeView1->Rebuild();
 }

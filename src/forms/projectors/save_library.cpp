@@ -95,7 +95,15 @@ bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window) {
   return prompts.AskYesNo(window, *result.Failure);
 }
 
-void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent) {
+void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent, LibraryComing coming) {
+  if (coming.valid()) {
+    std::optional<ProjectorLibrary> read =
+        DoBusy(parent, Texts::tr("Still reading the projector data base."), [&] { return coming.get(); });
+    if (read) {
+      globals.ProjectorDatabase = *std::move(read);
+      return;
+    }
+  }
   try {
     const std::vector<Message> messages = LoadInto(globals.ProjectorDatabase, globals, parent);
     for (const Message& message : messages) prompts.Show(parent, message);

@@ -3,6 +3,11 @@
 // for.
 #pragma once
 
+#include "projectors/projector_library.h"
+
+#include <future>
+#include <optional>
+
 class QWidget;
 
 namespace qdm {
@@ -19,8 +24,11 @@ bool SaveLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent);
 // may close.
 bool SaveLibraryOrAsk(Globals& globals, UserPrompts& prompts, QWidget* window);
 
-// At the start. Failures are told and leave an empty library.
-void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent);
+// A thread that reads the library while the windows are made.
+using LibraryComing = std::future<std::optional<ProjectorLibrary>>;
+
+// At the start: what is coming, or what the data folder holds. Failures are told and leave an empty library.
+void LoadLibrary(Globals& globals, UserPrompts& prompts, QWidget* parent, LibraryComing coming = {});
 
 // Takes what others saved, as long as nothing was changed here. True when the library is another one now.
 bool ReadLibraryAgain(Globals& globals, UserPrompts& prompts, QWidget* parent);
