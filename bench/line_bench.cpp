@@ -15,8 +15,8 @@
 #include "work_log/download_record.h"
 
 #include <QApplication>
+#include <QRadioButton>
 #include <QTimer>
-#include <QToolButton>
 
 #include <array>
 #include <cstdlib>
@@ -43,7 +43,7 @@ PanelConfiguration FullRoom() {
   return room;
 }
 
-// Programs the panel at its port as soon as the search has found it.
+// Programs the panel as soon as the search has found it.
 void DownloadFromTheEditor(const PanelConfiguration& room, const std::string& device) {
   ::setenv("QDM_PORTS", device.c_str(), 1);
   const std::unique_ptr<SerialPorts> ports = MakeSystemPorts();
@@ -57,12 +57,10 @@ void DownloadFromTheEditor(const PanelConfiguration& room, const std::string& de
   });
   QTimer look;
   QObject::connect(&look, &QTimer::timeout, &form, [&] {
-    for (QToolButton* button : form.findChildren<QToolButton*>()) {
-      if (!button->objectName().startsWith(QLatin1String("ProgramNow")) || !button->isVisible()) continue;
-      look.stop();
-      button->click();
-      return;
-    }
+    auto* panel = form.findChild<QRadioButton*>(QStringLiteral("Option1_0"));
+    if (!panel->isEnabled()) return;
+    look.stop();
+    panel->click();
   });
   look.start(50);
   form.exec();

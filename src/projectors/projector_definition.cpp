@@ -6,6 +6,17 @@
 
 namespace qdm {
 
+namespace {
+
+// As nearly every name is: printable ASCII that does not begin with a blank.
+bool IsPlain(const FixedText<32>& name) {
+  bool plain = name.Characters.front() != u' ';
+  for (const char16_t character : name.Characters) plain = plain && character >= 0x20 && character < 0x7F;
+  return plain;
+}
+
+}  // namespace
+
 void ClearProjector(ProjectorDefinition& projector) {
   ProjectorDefinition cleared;
   cleared.Baudrate = projector.Baudrate;
@@ -14,6 +25,7 @@ void ClearProjector(ProjectorDefinition& projector) {
 }
 
 void CleanName(FixedText<32>& name) {
+  if (IsPlain(name)) return;
   std::u16string kept(name.View());
   std::erase_if(kept, [](char16_t character) { return !IsNameCharacter(character); });
   name = FixedText<32>(TrimBlanks(kept));

@@ -124,16 +124,20 @@ void ProjectorTreeModel::ReadLibrary() {
   names_.clear();
   names_.reserve(library_.Size());
   manufacturers_.clear();
-  std::unordered_map<std::u16string, std::size_t> places;
-  const std::size_t* place = nullptr;  // of the element before: a manufacturer's are often neighbours
+  // By the names as they stand, then without regard to case: nearly all of a manufacturer's stand alike.
+  std::unordered_map<std::u16string_view, std::size_t> places;
+  std::unordered_map<std::u16string, std::size_t> foldedPlaces;
   for (std::size_t element = 0; element < library_.Size(); ++element) {
     names_.push_back({library_[element].Manufacturer, library_[element].Model});
-    if (element == 0 || names_[element].Manufacturer != names_[element - 1].Manufacturer) {
-      const FoldedName name(names_[element].Manufacturer);
-      place = &places.try_emplace(std::u16string(name.View()), manufacturers_.size()).first->second;
-      if (*place == manufacturers_.size()) manufacturers_.emplace_back();
+    const FixedText<32>& name = names_.back().Manufacturer;
+    const auto [place, first] = places.try_emplace(name.View());
+    if (first) {
+      const FoldedName folded(name);
+      place->second =
+          foldedPlaces.try_emplace(std::u16string(folded.View()), manufacturers_.size()).first->second;
+      if (place->second == manufacturers_.size()) manufacturers_.emplace_back();
     }
-    manufacturers_[*place].Models.push_back(element);
+    manufacturers_[place->second].Models.push_back(element);
   }
   if (!sorted_) return;
   std::vector<std::pair<QString, Manufacturer>> byName;
