@@ -43,12 +43,18 @@ PanelConfiguration FullRoom() {
   return room;
 }
 
+// Nobody is there to close a box.
+class NoBoxes : public QtPrompts {
+ public:
+  void Show(QWidget*, const Message&) override {}
+};
+
 // Programs the panel as soon as the search has found it.
 void DownloadFromTheEditor(const PanelConfiguration& room, const std::string& device) {
   ::setenv("QDM_PORTS", device.c_str(), 1);
   const std::unique_ptr<SerialPorts> ports = MakeSystemPorts();
   EventLoopWaiting time;
-  QtPrompts prompts;
+  NoBoxes prompts;
   Globals globals;
   Download form(globals, room, *ports, time, prompts);
   form.TellFinished([&](const FinishedDownload& finished) {

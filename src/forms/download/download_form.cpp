@@ -15,6 +15,7 @@
 #include "work_log/known_panel.h"
 
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QRadioButton>
@@ -52,12 +53,15 @@ class Download::Progress : public ProgrammingObserver {
   void Connecting() override {
     if (form_) form_->ShowStage(Stage::Connecting);
   }
-  // Nothing is painted before the next record is on its way.
+  // Nothing is painted before the next record is on its way, and then at once: it keeps the line busy for
+  // longer than that takes.
   void RecordsAcknowledged(int records) override {
     if (!form_) return;
     form_->records_ = records;
     if (form_->stage_ != Stage::Programming) form_->ShowStage(Stage::Programming);
-    if (!form_->paintRecords_->isActive()) form_->paintRecords_->start(kPaintInterval);
+    if (painted_.isValid() && !painted_.hasExpired(kPaintInterval) && records < kRecords) return;
+    painted_.start();
+    form_->paintRecords_->start(0);
   }
   // Who stopped it waits for the panel to run again, not for an answer to a box.
   void Tell(const Message& message) override {
@@ -79,6 +83,7 @@ class Download::Progress : public ProgrammingObserver {
  private:
   QPointer<Download> form_;
   QString port_;
+  QElapsedTimer painted_;
   std::vector<Message> held_;
 };
 
