@@ -18,8 +18,8 @@ int main(int argc, char** argv) {
     const char* Name;
     void (*Measure)(Table& table);
   } groups[] = {{"start", MeasureStart},       {"library", MeasureLibrary}, {"names", MeasureNames},
-                {"selector", MeasureSelector}, {"qdm", MeasureQdm},         {"records", MeasureRecords},
-                {"search", MeasureSearch}};
+                {"selector", MeasureSelector}, {"log", MeasureWorkLog},     {"qdm", MeasureQdm},
+                {"records", MeasureRecords},   {"search", MeasureSearch}};
   const qdm::TempFolder home;  // nobody's settings, here and in what is started
   for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"})
     ::setenv(variable, home.Path().c_str(), 1);

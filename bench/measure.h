@@ -55,6 +55,7 @@ void MeasureStart(Table& table);
 void MeasureLibrary(Table& table);
 void MeasureNames(Table& table);
 void MeasureSelector(Table& table);
+void MeasureWorkLog(Table& table);
 void MeasureQdm(Table& table);
 void MeasureSearch(Table& table);
 void MeasureRecords(Table& table);

@@ -58,19 +58,23 @@ std::uint64_t HashOfFile(const fs::path& file) {
   return hash;
 }
 
-// A file that had to be read to tell is known by its times from then on.
-bool IsStill(const fs::path& file, ProjectorLibrary& library) {
-  const LibraryFileState& known = library.FileState();
-  LibraryFileState now = StateOf(file, known.Hash);
-  if (now.Exists != known.Exists) return false;
-  if (!now.Exists) return true;
-  if (now.Size != known.Size) return false;
+// Nothing when the file is not what it was; else its state now.
+std::optional<LibraryFileState> StillThere(const fs::path& file, const LibraryFileState& known) {
+  const LibraryFileState now = StateOf(file, known.Hash);
+  if (now.Exists != known.Exists || now.Size != known.Size) return std::nullopt;
+  if (!now.Exists) return now;
   const bool sameTime = now.Modified == known.Modified && now.Number == known.Number;
   const std::int64_t grain = known.Modified % kSecond == 0 ? kCoarseGrain : kFineGrain;
-  if (sameTime && known.LookedAt - known.Modified > grain) return true;
-  if (HashOfFile(file) != known.Hash) return false;
-  library.SetFileState(now);
-  return true;
+  if (sameTime && known.LookedAt - known.Modified > grain) return known;
+  if (HashOfFile(file) != known.Hash) return std::nullopt;
+  return now;
+}
+
+// A file that had to be read to tell is known by its times from then on.
+bool IsStill(const fs::path& file, ProjectorLibrary& library) {
+  const std::optional<LibraryFileState> now = StillThere(file, library.FileState());
+  if (now) library.SetFileState(*now);
+  return now.has_value();
 }
 
 // Calls `read` until it works, for as long as its trouble may pass.
@@ -263,6 +267,27 @@ LibrarySaved SaveProjectorDatabase(const LibraryLock&, const fs::path& folder, P
   if (!IsStill(files.Library, library)) TakeWhatOthersSaved(files, library, patience, saved);
   if (saved.Conflicts.empty()) library.MarkUnchanged(WriteProjectorDatabase(folder, library));
   return saved;
+}
+
+LibrarySaved SaveProjectorDatabase(const fs::path& folder, const ProjectorLibrary& library,
+                                   LibraryAfterSave& after, const LibraryPatience& patience) {
+  const ProjectorFiles files(folder);
+  const LibraryLock lock(files, patience);
+  CompleteInterruptedSave(files);
+  if (library.MayBeSaved() && StillThere(files.Library, library.FileState())) {
+    after.File = WriteProjectorDatabase(folder, library);
+    return {};
+  }
+  after.Merged = library;
+  return SaveProjectorDatabase(lock, folder, *after.Merged, patience);
+}
+
+void LibraryAfterSave::TakePlaceOf(ProjectorLibrary& library) {
+  if (Merged) {
+    library = *std::move(Merged);
+  } else {
+    library.MarkUnchanged(File);
+  }
 }
 
 bool ChangedOnDisk(const fs::path& folder, ProjectorLibrary& library) {

@@ -44,6 +44,18 @@ LibrarySaved SaveProjectorDatabase(const std::filesystem::path& folder, Projecto
 LibrarySaved SaveProjectorDatabase(const LibraryLock& lock, const std::filesystem::path& folder,
                                    ProjectorLibrary& library, const LibraryPatience& patience = {});
 
+// What a library is once it has been saved: where nobody else saved, all that is new is the file's state.
+struct LibraryAfterSave {
+  std::optional<ProjectorLibrary> Merged;
+  LibraryFileState File;
+
+  void TakePlaceOf(ProjectorLibrary& library);
+};
+// The same for a library that is shown meanwhile: it stays as it is, and no copy of it is made unless others
+// have saved.
+LibrarySaved SaveProjectorDatabase(const std::filesystem::path& folder, const ProjectorLibrary& library,
+                                   LibraryAfterSave& after, const LibraryPatience& patience = {});
+
 // Whether the file is another one than the library was loaded from or saved to. False where that cannot be
 // told now.
 bool ChangedOnDisk(const std::filesystem::path& folder, ProjectorLibrary& library);

@@ -38,13 +38,14 @@ LibraryPatience PatienceOf(BusyWork& busy) {
   return patience;
 }
 
-// The windows show the library meanwhile: a copy is worked on.
+// The windows show the library meanwhile.
 LibrarySaved SaveOrFindConflicts(Globals& globals, QWidget* parent) {
   BusyWork busy(parent, Texts::tr("Still saving the projector data base."));
-  ProjectorLibrary library = globals.ProjectorDatabase;
+  const ProjectorLibrary& library = globals.ProjectorDatabase;
   LibrarySaved saved;
-  busy.Do([&] { saved = SaveProjectorDatabase(globals.DataFolder, library, PatienceOf(busy)); });
-  globals.ProjectorDatabase = std::move(library);
+  LibraryAfterSave after;
+  busy.Do([&] { saved = SaveProjectorDatabase(globals.DataFolder, library, after, PatienceOf(busy)); });
+  after.TakePlaceOf(globals.ProjectorDatabase);
   return saved;
 }
 
