@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QUrl>
 
+#include <string>
 #include <string_view>
 
 namespace qdm {

@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 

@@ -6,6 +6,9 @@
 #include <QCoreApplication>
 #include <QLibraryInfo>
 
+#include <string>
+#include <string_view>
+
 namespace qdm {
 namespace {
 

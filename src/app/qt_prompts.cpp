@@ -9,6 +9,7 @@
 #include <QPushButton>
 
 #include <optional>
+#include <string>
 
 namespace qdm {
 namespace {

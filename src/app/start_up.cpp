@@ -1,34 +1,23 @@
 #include "app/start_up.h"
 
-#include "app/about_form.h"
 #include "app/demonstration.h"
 #include "app/editor_application.h"
 #include "app/end_of_session.h"
 #include "app/help.h"
 #include "app/language.h"
+#include "app/program_windows.h"
 #include "app/qt_prompts.h"
 #include "app/readable_style.h"
 #include "app/resources.h"
 #include "base/words.h"
 #include "config/configuration_file.h"
 #include "config/version.h"
-#include "forms/bench/projector_bench_form.h"
-#include "forms/bench/serial_test_form.h"
-#include "forms/download/download_form.h"
-#include "forms/download/find_panel_form.h"
 #include "forms/editor/projector_panel_editor.h"
-#include "forms/projectors/projector_selector.h"
-#include "forms/projectors/projector_setup_form.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/qt_text.h"
-#include "forms/strings/serial_editor.h"
-#include "forms/work_log/download_recorder.h"
-#include "forms/work_log/rooms_form.h"
-#include "forms/work_log/sheet_form.h"
 #include "forms/work_log/sheet_pages.h"
-#include "forms/work_log/work_log_form.h"
 #include "projectors/data_folder.h"
 #include "projectors/library_file.h"
 #include "serial_io/event_loop_waiting.h"
@@ -231,84 +220,13 @@ int RunEditor(EditorApplication& application) {
   Help help(globals.ProgramFolder, prompts);
   application.installEventFilter(&help);
 
-  const auto openBench = [&](QWidget* parent, ProjectorDefinition& projector) {
-    ProjectorBench(projector, *ports, time, prompts, *settings, parent).exec();
-  };
-  const auto openBenchOnCurrent = [&](QWidget* parent) { openBench(parent, globals.CurrentProjector); };
-  const auto openConsole = [&](QWidget* parent) {
-    SerialTestForm console(globals, *ports, time, prompts, *settings, parent);
-    console.SetBench(openBenchOnCurrent);
-    console.exec();
-  };
-  const SlotWindows slotWindows{
-      .Edit =
-          [&](QWidget* parent, int firstByte) {
-            SerialEditor editor(globals, prompts, openConsole, parent);
-            editor.FocusByte(firstByte);
-            editor.exec();
-          },
-      .Test = openConsole,
-      .Bench = openBenchOnCurrent,
-  };
-  const auto setUpProjector = [&](QWidget* parent) {
-    ProjectorSetupForm(globals, prompts, slotWindows, parent).exec();
-  };
   WorkLog log(demonstration
                   ? demonstration->Folder()
                   : WorkLogFolder(arguments.DataFolder ? arguments.DataFolder : DataFolderVariable(),
                                   UserDataFolder()));
-  DownloadRecorder recorder(log, prompts);
-  ProjectorPanelEditor* shown = nullptr;
-  const auto download = [&](QWidget* parent, const PanelConfiguration& configuration, const QString& file) {
-    Download form(globals, configuration, *ports, time, prompts, parent);
-    if (const auto known = recorder.Known(configuration.ControllerType, ToPath(file), *ports))
-      form.Offer(*known);
-    form.TellFinished([&](FinishedDownload finished) {
-      finished.File = ToPath(file);
-      recorder.Write(&form, configuration, globals.Image, finished);
-    });
-    form.exec();
-  };
-  const EditorWindows windows{
-      .Selector =
-          [&](QWidget* parent) {
-            ProjectorSelector selector(globals, prompts, setUpProjector, parent);
-            selector.RememberIn(*settings);
-            selector.exec();
-          },
-      .Download =
-          [&](QWidget* parent, const PanelConfiguration& configuration) {
-            download(parent, configuration, shown->FileName());
-          },
-      .FindPanel = [&](QWidget* parent) { FindPanel(*ports, time, parent).exec(); },
-      .Bench = openBench,
-      .Help = [&](QWidget* parent) { help.Show(parent, {}); },
-      .About = [&](QWidget* parent) { AboutForm(globals.ProgramFolder, prompts, parent).exec(); },
-      .Work =
-          {
-              .WorkLog =
-                  [&](QWidget* parent) {
-                    const auto open = [&](QWidget*, const PanelConfiguration& configuration) {
-                      return shown->ShowUnsaved(configuration);
-                    };
-                    WorkLogForm(log, prompts, {open, download}, parent).exec();
-                  },
-              .Rooms =
-                  [&](QWidget* parent) {
-                    const auto open = [&](QWidget*, const QString& file) { return shown->OpenRoom(file); };
-                    RoomsForm({globals.ProjectorDatabase, *ports, time, log, prompts, *settings, open},
-                              parent)
-                        .exec();
-                  },
-              .Sheet =
-                  [&](QWidget* parent, const PanelConfiguration& configuration) {
-                    SheetForm(configuration, ToPath(shown->FileName()), log, prompts, *settings, parent)
-                        .exec();
-                  },
-          },
-  };
-  ProjectorPanelEditor editor(globals, prompts, *settings, windows);
-  shown = &editor;
+  ProgramWindows windows({globals, *ports, time, prompts, *settings, log, help});
+  ProjectorPanelEditor editor(globals, prompts, *settings, windows.ForEditor());
+  windows.SetEditor(editor);
   application.SetOnException([&](const std::string& what) { TellException(editor, prompts, what); });
   const EndOfSession end([&] { editor.KeepWork(); }, [&] { editor.LeaveUnasked(); });
   editor.Form_Load(std::move(library));

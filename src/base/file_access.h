@@ -12,6 +12,7 @@
 #include "base/message.h"
 #include "base/record_codec.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>

@@ -2,7 +2,10 @@
 
 #include "base/file_access.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <system_error>
 #include <utility>
 
 #ifdef _WIN32

@@ -3,6 +3,7 @@
 #include "base/native_files.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <utility>
 
 namespace qdm {

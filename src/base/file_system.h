@@ -4,6 +4,7 @@
 // program uses.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>

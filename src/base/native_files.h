@@ -4,6 +4,8 @@
 
 #include "base/file_system.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string>

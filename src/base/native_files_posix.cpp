@@ -1,8 +1,14 @@
 #include "base/native_files.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <ctime>
+#include <span>
+#include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>

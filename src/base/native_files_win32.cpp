@@ -1,7 +1,13 @@
 #include "base/native_files.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <span>
+#include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <windows.h>

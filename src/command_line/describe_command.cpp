@@ -5,6 +5,7 @@
 #include "projector_bench/code_check.h"
 
 #include <ostream>
+#include <string>
 
 namespace qdm {
 

@@ -5,6 +5,8 @@
 #include "command_line/work_log_access.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>

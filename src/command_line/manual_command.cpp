@@ -11,10 +11,16 @@
 #include "serial_strings/text_parser.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <iterator>
+#include <optional>
 #include <ostream>
 #include <set>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -12,9 +12,11 @@
 #include "projectors/projector_files.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <ostream>
 #include <span>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 

@@ -3,6 +3,7 @@
 
 #include "command_line/command_context.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 

@@ -9,6 +9,7 @@
 #include "projectors/projector_names.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <ostream>

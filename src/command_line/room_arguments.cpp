@@ -3,6 +3,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <string>
+
 namespace qdm {
 namespace {
 

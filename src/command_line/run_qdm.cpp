@@ -8,7 +8,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <exception>
+#include <memory>
 #include <ostream>
+#include <utility>
 
 namespace qdm {
 namespace {

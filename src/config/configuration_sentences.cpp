@@ -8,8 +8,11 @@
 #include "line/speeds_and_parities.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -11,9 +11,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace qdm {

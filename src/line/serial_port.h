@@ -5,6 +5,7 @@
 
 #include "base/record_codec.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>

@@ -2,7 +2,10 @@
 #include "manuals/drawn_form.h"
 #include "manuals/functions.h"
 
+#include <cstddef>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace qdm::characters {
 namespace {

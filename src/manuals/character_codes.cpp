@@ -2,8 +2,14 @@
 #include "manuals/codes.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace characters {

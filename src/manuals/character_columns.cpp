@@ -3,6 +3,9 @@
 #include "manuals/columns.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,9 @@
 #include "manuals/codes.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <vector>
 
 namespace qdm::characters {
 

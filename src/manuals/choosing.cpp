@@ -6,9 +6,13 @@
 #include "manuals/doubts.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -1,6 +1,7 @@
 #include "manuals/code_sums.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
 
 namespace qdm {

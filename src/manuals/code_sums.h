@@ -1,6 +1,7 @@
 // Check sums as projectors use them: the last byte over those before it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>

@@ -5,6 +5,7 @@
 #include "manuals/page.h"
 #include "serial_strings/string_record.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -3,6 +3,8 @@
 #include "base/words.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
 
 namespace qdm {
 namespace {

@@ -1,9 +1,12 @@
 #include "manuals/completing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
 
 namespace qdm {
 namespace {

@@ -5,7 +5,10 @@
 #include "serial_strings/sum_search.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace qdm {

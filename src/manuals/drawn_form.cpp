@@ -1,6 +1,10 @@
 #include "manuals/drawn_form.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace qdm {
 namespace {

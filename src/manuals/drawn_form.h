@@ -5,6 +5,7 @@
 #include "manuals/codes.h"
 #include "manuals/page.h"
 
+#include <cstddef>
 #include <optional>
 
 namespace qdm {

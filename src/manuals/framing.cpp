@@ -3,8 +3,13 @@
 #include "manuals/drawn_form.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

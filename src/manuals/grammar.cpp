@@ -5,8 +5,14 @@
 #include "manuals/grammar_lists.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

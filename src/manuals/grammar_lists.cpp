@@ -3,7 +3,13 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm::grammar {
 namespace {

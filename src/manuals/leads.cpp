@@ -2,7 +2,12 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -2,8 +2,12 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace qdm::characters {
 namespace {

@@ -16,6 +16,7 @@
 #include <iterator>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -5,8 +5,12 @@
 #include "manuals/prose.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
 #include <map>
+#include <optional>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -5,6 +5,7 @@
 #include "manuals/functions.h"
 #include "manuals/page.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

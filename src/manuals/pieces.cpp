@@ -1,8 +1,13 @@
 #include "manuals/pairing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -3,6 +3,9 @@
 #include "base/words.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,13 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -1,7 +1,11 @@
 #include "manuals/character_readers.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace qdm::characters {
 namespace {

@@ -2,7 +2,13 @@
 #include "serial_strings/check_sums.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <set>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -4,7 +4,12 @@
 #include "manuals/framing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

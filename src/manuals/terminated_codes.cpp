@@ -2,8 +2,14 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace qdm::characters {
 namespace {

@@ -5,7 +5,11 @@
 #include "manuals/functions.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <set>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

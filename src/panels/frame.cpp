@@ -1,6 +1,7 @@
 #include "panels/frame.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
 
 namespace qdm {

@@ -2,6 +2,7 @@
 
 #include "base/words.h"
 
+#include <cstddef>
 #include <initializer_list>
 #include <numeric>
 #include <utility>

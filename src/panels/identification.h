@@ -8,6 +8,7 @@
 #include "line/speeds_and_parities.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

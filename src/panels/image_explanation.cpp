@@ -4,7 +4,9 @@
 #include "serial_strings/serial_string.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <span>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "panels/panel_image.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

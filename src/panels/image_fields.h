@@ -6,6 +6,9 @@
 #include "panels/panel_image.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 #include <type_traits>
 
 namespace qdm {

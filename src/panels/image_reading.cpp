@@ -5,6 +5,9 @@
 #include "panels/image_layout.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace qdm {
 namespace {

@@ -2,6 +2,9 @@
 
 #include "base/words.h"
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace qdm {

@@ -5,6 +5,11 @@
 
 #include "panels/panel_search.h"
 
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+
 namespace qdm {
 
 inline constexpr Microseconds kOnePortReplyTimeout = std::chrono::milliseconds(1000);

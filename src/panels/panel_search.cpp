@@ -3,6 +3,7 @@
 #include "base/words.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace qdm {
 

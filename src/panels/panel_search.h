@@ -7,6 +7,8 @@
 #include "line/waiting.h"
 #include "panels/identification.h"
 
+#include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>

@@ -6,6 +6,8 @@
 #include "panels/panel_in_hand.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
 #include <utility>
 
 namespace qdm {

@@ -7,6 +7,7 @@
 #include "panels/panel_restart.h"
 #include "panels/panel_search.h"
 
+#include <cstddef>
 #include <optional>
 #include <stop_token>
 #include <string>

@@ -2,6 +2,8 @@
 #include "base/words.h"
 #include "panels/image_fields.h"
 
+#include <cstdint>
+
 namespace qdm {
 namespace {
 

@@ -3,6 +3,7 @@
 
 #include "config/panel_configuration.h"
 
+#include <cstdint>
 #include <cstdlib>
 
 namespace qdm {

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>

@@ -4,6 +4,8 @@
 #include "port_commands/port_commands.h"
 #include "projectors/projector_definition.h"
 
+#include <string>
+
 namespace qdm {
 
 // A CommandError when the file has several and none is named, or none of those names.

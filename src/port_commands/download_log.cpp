@@ -7,6 +7,7 @@
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
+#include <cstddef>
 #include <ostream>
 #include <utility>
 

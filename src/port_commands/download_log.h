@@ -9,6 +9,7 @@
 #include "work_log/work_log.h"
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>

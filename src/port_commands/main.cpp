@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <stop_token>
+#include <string>
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);

@@ -4,6 +4,7 @@
 #include "panels/panel_search.h"
 #include "port_commands/port_commands.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <ostream>

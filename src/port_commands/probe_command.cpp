@@ -5,8 +5,11 @@
 #include "projector_bench/stand_in.h"
 
 #include <algorithm>
+#include <memory>
 #include <ostream>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -3,6 +3,9 @@
 #include "port_commands/stop_on_signals.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/stand_in.h"
+
+#include <memory>
+#include <string>
 #ifndef _WIN32
 #include "serial_io/pseudo_terminal_port.h"
 #endif

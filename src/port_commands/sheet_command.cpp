@@ -6,6 +6,8 @@
 
 #include <QProcess>
 
+#include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace qdm {

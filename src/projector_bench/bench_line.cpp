@@ -4,6 +4,7 @@
 #include "projectors/projector_volume.h"
 #include "serial_strings/serial_string.h"
 
+#include <chrono>
 #include <cstddef>
 
 namespace qdm {

@@ -1,6 +1,7 @@
 #include "projector_bench/command_spotter.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace qdm {
 

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <utility>
 
 namespace qdm {
 namespace {

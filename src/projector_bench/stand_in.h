@@ -12,6 +12,7 @@
 #include "projector_bench/command_spotter.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>

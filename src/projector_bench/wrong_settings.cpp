@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
+#include <cstdint>
 
 namespace qdm {
 namespace {

@@ -5,9 +5,13 @@
 #include "base/words.h"
 #include "projectors/projector_files.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace qdm {

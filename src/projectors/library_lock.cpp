@@ -3,7 +3,9 @@
 #include "base/file_access.h"
 #include "base/words.h"
 
+#include <optional>
 #include <thread>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -3,6 +3,7 @@
 #include "line/speeds_and_parities.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 
 namespace qdm {

@@ -9,6 +9,7 @@
 #include "projectors/projector_library.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>

@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string_view>
 

@@ -2,6 +2,7 @@
 
 #include "projector_bench/wrong_settings.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace qdm {

@@ -9,6 +9,7 @@
 
 #include <QSocketNotifier>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 

@@ -6,6 +6,7 @@
 #include "line/line_settings.h"
 #include "line/serial_port.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>

@@ -5,6 +5,10 @@
 #include "serial_strings/coded_text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,9 @@
 
 #include "serial_strings/reading_attempt.h"
 
+#include <cstddef>
+#include <string_view>
+
 namespace qdm {
 
 struct ByteList {

@@ -4,6 +4,10 @@
 #include "serial_strings/reading_attempt.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace qdm {
 namespace {

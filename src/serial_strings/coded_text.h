@@ -5,6 +5,9 @@
 
 #include "serial_strings/reading_attempt.h"
 
+#include <cstddef>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace qdm {

@@ -4,6 +4,12 @@
 #include "base/words.h"
 #include "serial_strings/serial_string.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace qdm {
 
 using Text = std::u16string_view;

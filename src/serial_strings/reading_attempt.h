@@ -5,6 +5,12 @@
 #include "serial_strings/byte_notation.h"
 #include "serial_strings/text_parser.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace qdm {
 
 struct Attempt {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <set>
 
@@ -144,9 +145,9 @@ class Search {
     best_ = FoundSum{rule, keeps_};
   }
 
-  // Of the members that keep the rule. The same covered bytes have the same sum: they prove nothing twice. The
-  // low byte of a wide sum counts where only the high one is wrong, or else the rule would lose against that
-  // of the low byte alone; only where the high byte varies at all, and is no byte of the frame.
+  // Of the members that keep the rule. The same covered bytes have the same sum: they prove nothing twice.
+  // The low byte of a wide sum counts where only the high one is wrong, or else the rule would lose against
+  // that of the low byte alone; only where the high byte varies at all, and is no byte of the frame.
   std::optional<double> Evidence(const SumMethod& method) const {
     std::set<Bytes> proofs;
     std::vector<std::uint8_t> low;

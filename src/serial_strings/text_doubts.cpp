@@ -5,6 +5,11 @@
 #include "serial_strings/text_parts.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -6,6 +6,9 @@
 #include "serial_strings/coded_text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 namespace qdm {
 namespace {

@@ -4,6 +4,7 @@
 #include "serial_strings/serial_string.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <optional>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 namespace qdm {

@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
+#include <cstddef>
 #include <optional>
+#include <system_error>
 
 namespace qdm {
 namespace {

@@ -4,7 +4,10 @@
 #include "simulation/pressed_buttons_port.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 namespace qdm {
 

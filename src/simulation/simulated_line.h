@@ -8,11 +8,14 @@
 #include "simulation/simulated_panel.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace qdm {
 

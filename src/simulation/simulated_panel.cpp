@@ -3,6 +3,9 @@
 #include "panels/image_layout.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 namespace qdm {

@@ -18,6 +18,8 @@
 #include "simulation/panel_faults.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 

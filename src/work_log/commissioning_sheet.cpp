@@ -8,6 +8,8 @@
 #include "work_log/room_status.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 

@@ -4,6 +4,8 @@
 
 #include <sqlite3.h>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

@@ -6,6 +6,9 @@
 #include "config/configuration_file.h"
 #include "config/panel_configuration.h"
 
+#include <chrono>
+#include <vector>
+
 namespace qdm {
 namespace {
 

@@ -6,9 +6,11 @@
 #include "panels/programming.h"
 #include "work_log/work_log.h"
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qdm {
 

@@ -5,7 +5,11 @@
 #include "work_log/known_panel.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace qdm {

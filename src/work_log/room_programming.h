@@ -5,6 +5,7 @@
 #include "panels/programming.h"
 #include "work_log/work_log.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <stop_token>
 #include <string>

@@ -8,6 +8,7 @@
 #include "projectors/record_difference.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <system_error>
 
 namespace qdm {

@@ -6,6 +6,7 @@
 #include "work_log/room_status.h"
 #include "work_log/work_log.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>

@@ -6,6 +6,7 @@
 #include "work_log/database.h"
 
 #include <algorithm>
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <system_error>

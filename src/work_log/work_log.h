@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <limits>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qdm {

@@ -307,7 +307,7 @@ TEST_F(UnwritableLibrary, ThatCannotBeLoadedIsNotOverwritten) {
 TEST_F(UnwritableLibrary, AWriteProtectedExportFileIsRefused) {
   fs::permissions(exported_, fs::perms::owner_read);
   EXPECT_EQ(FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); }),
-            "cannot write " + PathToUtf8(exported_) + ": Permission denied");
+            "cannot write " + PathToUtf8(exported_) + ": Permission denied: it is write-protected");
   EXPECT_TRUE(Contents() == before_);
 }
 

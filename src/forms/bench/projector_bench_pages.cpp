@@ -11,7 +11,13 @@
 #include "ui_projector_bench_form.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace qdm {
 namespace {

@@ -14,6 +14,9 @@
 #include "ui_projector_bench_form.h"
 
 #include <chrono>
+#include <cstddef>
+#include <memory>
+#include <string>
 
 namespace qdm {
 namespace {

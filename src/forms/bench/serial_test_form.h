@@ -12,9 +12,12 @@
 #include <QDialog>
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <stop_token>
+#include <string>
 
 class QButtonGroup;
 class QSettings;

@@ -25,6 +25,8 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
 #include <stop_token>
 #include <utility>
 #include <vector>

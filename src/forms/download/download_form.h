@@ -13,12 +13,14 @@
 #include <QDialog>
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 class QTimer;
 

@@ -9,6 +9,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <chrono>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -8,7 +8,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
+#include <vector>
 
 namespace qdm {
 

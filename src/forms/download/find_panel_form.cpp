@@ -13,6 +13,7 @@
 #include <QTreeWidgetItem>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 #include <vector>

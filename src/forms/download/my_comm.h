@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <stop_token>

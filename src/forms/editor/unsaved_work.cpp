@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#include <optional>
 #include <string>
 #include <system_error>
 

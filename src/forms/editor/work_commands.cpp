@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <utility>
+
 namespace qdm {
 namespace {
 

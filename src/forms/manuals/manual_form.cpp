@@ -17,6 +17,8 @@
 #include <QShortcut>
 #include <QTimer>
 
+#include <cstddef>
+
 namespace qdm {
 namespace {
 

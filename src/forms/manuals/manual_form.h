@@ -8,6 +8,7 @@
 #include <QDialog>
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <optional>
 

@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <memory>
 
 namespace qdm {
 

@@ -13,6 +13,7 @@
 #include <QStringDecoder>
 #include <QTimer>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 

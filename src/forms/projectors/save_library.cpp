@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 
 namespace qdm {
 namespace {

@@ -9,7 +9,10 @@
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
+#include <cstddef>
+#include <filesystem>
 #include <optional>
+#include <string>
 
 #include <QCoreApplication>
 

@@ -23,6 +23,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace qdm {
 namespace {

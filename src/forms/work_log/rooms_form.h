@@ -11,6 +11,7 @@
 
 #include <QDialog>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>

@@ -18,6 +18,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <string>
+#include <vector>
 
 namespace qdm {
 namespace {

@@ -2,6 +2,9 @@
 
 #include <QScrollBar>
 
+#include <string>
+#include <utility>
+
 namespace qdm {
 
 WordsPage::WordsPage(QWidget* parent) : QTextBrowser(parent) {

@@ -17,9 +17,12 @@
 #include <QShortcut>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {

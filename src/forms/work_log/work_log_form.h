@@ -8,6 +8,7 @@
 
 #include <QDialog>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>

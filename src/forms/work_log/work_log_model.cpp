@@ -7,10 +7,14 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
 #include <numeric>
 #include <optional>
 #include <string_view>
 #include <tuple>
+#include <utility>
 
 namespace qdm {
 namespace {

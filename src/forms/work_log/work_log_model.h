@@ -6,6 +6,8 @@
 
 #include <QAbstractTableModel>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
