@@ -39,6 +39,12 @@ void Database::Run(const std::string& sql) {
   Must(Get(), sqlite3_exec(Get(), sql.c_str(), nullptr, nullptr, nullptr));
 }
 
+void Database::DemandSound() const {
+  Statement check(*this, "PRAGMA integrity_check(1)");
+  check.Step();
+  if (const std::string found = check.Text(); found != "ok") throw DatabaseError(SQLITE_CORRUPT, found);
+}
+
 std::int64_t Database::LastInserted() const { return sqlite3_last_insert_rowid(Get()); }
 
 void Statement::Finalizer::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }

@@ -35,6 +35,8 @@ class Database {
   Database(const std::filesystem::path& file, Access access);
 
   void Run(const std::string& sql);
+  // DatabaseError where the file is not in order, whether or not anything failed so far.
+  void DemandSound() const;
   // The number that the last inserted row was given.
   std::int64_t LastInserted() const;
   sqlite3* Get() const { return connection_.get(); }

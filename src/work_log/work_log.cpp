@@ -121,7 +121,10 @@ void MakeTables(Database& database) {
 
 std::int64_t IdOfConfiguration(const Database& database, ByteView configuration) {
   const Sha256Digest hash = Sha256(configuration);
-  Statement insert(database, "INSERT OR IGNORE INTO configuration(hash, bytes) VALUES(?, ?)");
+  // One whose bytes are no longer those of its hash is put right.
+  Statement insert(database,
+                   "INSERT INTO configuration(hash, bytes) VALUES(?, ?) "
+                   "ON CONFLICT(hash) DO UPDATE SET bytes = excluded.bytes WHERE bytes <> excluded.bytes");
   insert.Bind(ByteView(hash));
   insert.Bind(configuration);
   insert.Step();
@@ -201,6 +204,8 @@ std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {
     Columns(Writer{insert}, entry);
     insert.Step();
     const std::int64_t number = database.LastInserted();
+    // In a damaged file the row may hang where nobody finds it.
+    database.DemandSound();
     transaction.Commit();
     return number;
   });

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <map>
 #include <thread>
 
@@ -105,8 +106,10 @@ TEST_F(WorkLogs, DamagedOnesAreSetAsideWholeAndBegunAnew) {
   Bytes otherLayout = whole;
   std::string text(otherLayout.begin(), otherLayout.end());
   for (std::size_t at = 0; (at = text.find("retries", at)) != std::string::npos; ++at) otherLayout[at] = 'X';
+  Bytes lost = whole;
+  lost[4096 + 4] = 0;  // the number of rows of the table that comes first
   int asides = 0;
-  for (const Bytes& damaged : {Bytes(5000, 'x'), cut(4096, whole.size()), zeroed, otherLayout}) {
+  for (const Bytes& damaged : {Bytes(5000, 'x'), cut(4096, whole.size()), zeroed, otherLayout, lost}) {
     WriteFileSafely(Log.File(), damaged);
     Log.Add(EntryFor("102"), ConfigurationNumbered(2));
     EXPECT_THAT(Titles(), ElementsAre("102")) << asides;
@@ -117,6 +120,20 @@ TEST_F(WorkLogs, DamagedOnesAreSetAsideWholeAndBegunAnew) {
     EXPECT_EQ(ReadWholeFile(Folder / name), damaged);
   }
   EXPECT_EQ(Log.TakeMessage(), std::nullopt) << "told once";
+}
+
+TEST_F(WorkLogs, AConfigurationThatHasRottenIsPutRightWhenItIsSentAgain) {
+  const std::int64_t first = Log.Add(EntryFor("101"), ConfigurationNumbered(1));
+  Bytes rotten = ReadWholeFile(Log.File());
+  const Bytes configuration = ConfigurationNumbered(1);
+  const auto place =
+      std::search(rotten.begin(), rotten.end(), configuration.begin(), configuration.begin() + 64);
+  ASSERT_NE(place, rotten.end());
+  *place ^= 1;
+  WriteFileSafely(Log.File(), rotten);
+  EXPECT_FALSE(Log.ConfigurationOf(first));
+  Log.Add(EntryFor("101"), configuration);
+  EXPECT_EQ(Log.ConfigurationOf(first), configuration);
 }
 
 TEST_F(WorkLogs, OfALaterProgramAreLeftAlone) {
