@@ -101,7 +101,7 @@ bool ProgramRoom(const RoomToProgram& room, SerialPorts& ports, WorkLog& log, Wa
     std::vector<SearchSlot> slots(1);
     slots.front().Port = std::move(found->Port);
     slots.front().Panel = found->Panel;
-    RestartFoundPanels(slots, time, {});
+    RestartFoundPanels(slots, time, stop);
     observer.Tell(*refusal);
     return false;
   }
