@@ -3,6 +3,7 @@
 
 #include "base/record_codec.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

@@ -1,12 +1,15 @@
-// Any bytes as libraries: loading, searching, importing, renaming, and merging three ways. In memory: the
-// disk has its own tests.
+// Any bytes as libraries: searching, importing, renaming, merging three ways, and whatever may be found in a
+// library's three files: loading, recovering, saving. The files lie in memory where TMPDIR says so.
 #include "fuzz/fuzzing.h"
+#include "projectors/library_file.h"
 #include "projectors/library_merge.h"
 #include "projectors/projector_files.h"
 #include "projectors/projector_library.h"
 #include "projectors/projector_names.h"
+#include "support/temp_folder.h"
 
 #include <algorithm>
+#include <set>
 #include <vector>
 
 namespace qdm {
@@ -32,18 +35,23 @@ Definitions SideOf(ByteView& input) {
   return side;
 }
 
-bool Has(const Definitions& elements, const ProjectorDefinition& named) {
-  return std::any_of(elements.begin(), elements.end(),
-                     [&](const ProjectorDefinition& element) { return NameKey(element) == NameKey(named); });
+using Names = std::set<std::u16string>;
+
+Names NamesOf(const Definitions& elements) {
+  Names names;
+  for (const ProjectorDefinition& element : elements) names.insert(NameKey(element));
+  return names;
 }
 
 void Merge(const Definitions& base, const Definitions& ours, const Definitions& theirs) {
   const LibraryMerge merge = MergeLibraries(base, ours, theirs);
-  for (const Definitions* side : {&ours, &theirs}) {
-    const Definitions& other = side == &ours ? theirs : ours;
-    for (const ProjectorDefinition& element : *side) {
-      const bool deleted = Has(base, element) && !Has(other, element);
-      Demand(deleted || Has(merge.Elements, element), "a merge loses nothing that neither side deleted");
+  const Names before = NamesOf(base);
+  const Names merged = NamesOf(merge.Elements);
+  const Names sides[] = {NamesOf(ours), NamesOf(theirs)};
+  for (const int side : {0, 1}) {
+    for (const std::u16string& name : sides[side]) {
+      const bool deleted = before.contains(name) && !sides[1 - side].contains(name);
+      Demand(deleted || merged.contains(name), "a merge loses nothing that neither side deleted");
     }
   }
   for (const ProjectorDefinition& element : merge.Elements) {
@@ -83,10 +91,67 @@ void Import(Definitions incoming, const Definitions& present) {
   }
 }
 
+LibraryPatience NoPatience() {
+  LibraryPatience patience;
+  patience.Pause = [](LibraryPatience::Milliseconds) {};
+  patience.KeepWaiting = [](const std::string&, LibraryPatience::Milliseconds) { return false; };
+  return patience;
+}
+
+ProjectorLibrary LibraryIn(const std::filesystem::path& folder) {
+  ProjectorLibrary library;
+  Demand(LoadProjectorDatabase(folder, library, NoPatience()).empty(), "no readable file is damaged");
+  return library;
+}
+
+// As a program loads it: names cleaned, blank ones dropped.
+Definitions Cleaned(Definitions elements) {
+  const auto blank = [](ProjectorDefinition& element) { return !CleanNames(element); };
+  elements.erase(std::remove_if(elements.begin(), elements.end(), blank), elements.end());
+  return elements;
+}
+
+// Which of the three files are there, a bit each, and what they hold; `fragment` hangs on the library. Two
+// programs load that; the second saves between the loading and the saving of the first.
+void OnDisk(unsigned found, const Definitions (&held)[3], ByteView fragment) {
+  static const TempFolder folder;
+  const ProjectorFiles files(folder.Path());
+  const std::filesystem::path paths[] = {files.Library, files.Backup, files.Temporary};
+  for (const unsigned i : {0U, 1U, 2U}) {
+    RemoveFile(paths[i]);
+    if ((found >> i & 1) == 0) continue;
+    Bytes stored = EncodeDefinitions(held[i]);
+    if (i == 0) stored.insert(stored.end(), fragment.begin(), fragment.end());
+    WriteAndFlush(paths[i], stored);
+  }
+  ProjectorLibrary first = LibraryIn(folder.Path());
+  const Definitions nothing;
+  const bool cutOff = found == 6;  // between the two renames of a save
+  const Definitions start = Cleaned((found & 1) != 0 ? held[0] : cutOff ? held[2] : nothing);
+  Demand(first.Elements() == start, "a library is loaded as it stands in its files");
+
+  ProjectorLibrary second = LibraryIn(folder.Path());
+  for (const ProjectorDefinition& element : held[1]) second.Append(element);
+  if (second.Loaded()) second.Remove(0);
+  SaveProjectorDatabase(folder.Path(), second, NoPatience());
+  Demand(LibraryIn(folder.Path()).Elements() == Cleaned(second.Elements()), "what was saved is loaded again");
+  for (const ProjectorDefinition& element : held[2]) first.Append(element);
+  const LibraryMerge merge =
+      MergeLibraries(first.ChangedGroups(), first.Elements(), Cleaned(second.Elements()));
+  const LibrarySaved saved = SaveProjectorDatabase(folder.Path(), first, NoPatience());
+  Demand(saved.Conflicts.size() == merge.Conflicts.size(), "a conflict is handed over");
+  if (!saved.Conflicts.empty()) SaveProjectorDatabase(folder.Path(), first, NoPatience());
+  Demand(LibraryIn(folder.Path()).Elements() == Cleaned(merge.Elements), "what two programs saved is merged");
+}
+
+// The first byte says whether it goes through the files, and which are there: that takes ten times as long.
 void Look(ByteView input) {
-  const Definitions base = SideOf(input);
-  const Definitions ours = SideOf(input);
-  const Definitions theirs = SideOf(input);
+  const std::uint8_t way = input.empty() ? 0 : input[0];
+  if (!input.empty()) input = input.subspan(1);
+  const Definitions sides[] = {SideOf(input), SideOf(input), SideOf(input)};
+  const auto& [base, ours, theirs] = sides;
+  if (way % 4 == 1)
+    return OnDisk(way >> 2 & 7, sides, input.first(std::min<std::size_t>(input.size(), 2083)));
   Merge(base, ours, theirs);
   Journal(base, ours, theirs);
   Definitions any = {RecordFrom<ProjectorDefinition>(input), RecordFrom<ProjectorDefinition>(input)};
