@@ -4,6 +4,7 @@
 
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
+#include "support/random_seed.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -151,9 +152,8 @@ static_assert(std::atomic<int>::is_always_lock_free);
 
 TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
   constexpr int kKills = 100;
-  const unsigned seed = std::random_device{}();
-  RecordProperty("seed", std::to_string(seed));
-  std::mt19937 random(seed);
+  const RandomSeed seed;
+  std::mt19937 random(seed.Value());
   const TempFolder folder;
   void* shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   ASSERT_NE(shared, MAP_FAILED);
@@ -181,9 +181,9 @@ TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
     killedInASave += started != finished ? 1 : 0;
     generation = GenerationIn(folder.Path());
     ASSERT_TRUE(generation == finished || generation == started)
-        << "kill " << kill << " of seed " << seed << ": loaded " << generation << ", last finished "
+        << "kill " << kill << " of " << seed.Text() << ": loaded " << generation << ", last finished "
         << finished << ", last started " << started;
-    ASSERT_FALSE(HasFailure()) << "kill " << kill << " of seed " << seed;
+    ASSERT_FALSE(HasFailure()) << "kill " << kill << " of " << seed.Text();
   }
   munmap(shared, sizeof(Progress));
   EXPECT_GT(killedInASave, kKills / 2) << "the kills miss the saves";
