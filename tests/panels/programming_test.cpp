@@ -107,6 +107,7 @@ TEST_F(Download, RepeatsWhatGoesWrongOnTheWay) {
     EXPECT_THAT(user.told, ElementsAre(kDone));
     EXPECT_TRUE(MemoryIsImage());
     EXPECT_EQ(result.Retries, panel->RecordsSeen() - kRecords);
+    EXPECT_LT(took, seconds(7) + result.Retries * milliseconds(3200)) << "late replies are waited for once";
   }
 }
 

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
+
 namespace qdm {
 namespace {
 
@@ -43,6 +46,28 @@ TEST_F(DataFolderRule, TheUsersFolderBeginsAsACopyOfTheProgramsLibrary) {
     WriteFileSafely(user / left, Bytes{1});
     EXPECT_EQ(FindDataFolder({}, program, user, Never).ReadingFolder(), user) << "in use: never seeded again";
   }
+}
+
+#ifndef _WIN32
+TEST_F(DataFolderRule, TheUsersFolderIsTheDesktops) {
+  const auto folderWith = [](const char* data, const char* home) {
+    setenv("XDG_DATA_HOME", data, 1);
+    setenv("HOME", home, 1);
+    return UserDataFolder().parent_path();
+  };
+  const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
+  EXPECT_EQ(folderWith("/data", "/home/anna"), "/data");
+  EXPECT_EQ(folderWith("relative", "/home/anna"), "/home/anna/.local/share");
+  EXPECT_EQ(folderWith("", ""), "");
+  unsetenv("XDG_DATA_HOME");
+  setenv("HOME", home.c_str(), 1);
+}
+#endif
+
+TEST_F(DataFolderRule, OnlyAFolderCanBeWrittenTo) {
+  EXPECT_TRUE(CanWriteTo(program));
+  EXPECT_FALSE(CanWriteTo(program / "Projectors.DEF"));
+  EXPECT_FALSE(CanWriteTo(user));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "simulation/simulated_panel.h"
 
 #include "config/panel_configuration.h"
+#include "line/speeds_and_parities.h"
+#include "panels/image_layout.h"
 #include "panels/panel_search.h"
 #include "simulation/simulated_line.h"
 #include "support/panel_descriptions.h"
@@ -66,6 +68,25 @@ TEST(SimulatedPanel, WaitsInSetUpModeFromItsIdentificationToItsRestart) {
   EXPECT_TRUE(panel.InSetUpMode());
   EXPECT_THAT(Say(panel, RestartCommand), ElementsAre(kAcknowledge));
   EXPECT_FALSE(panel.InSetUpMode());
+}
+
+TEST(SimulatedPanel, ListensAfterARestartWhereItsMemorySaysUnlessThatIsNoSetting) {
+  const std::size_t place = OffsetOf(kQdmLayout, kProjectorLine);
+  const auto listensAt = [place](int code) {
+    PanelImage memory = Counting();
+    memory[place] = static_cast<std::uint8_t>(code);
+    SimulatedPanel panel(Described(kQdm7, "9600,e,8,2"), memory);
+    Say(panel, RestartCommand);
+    return panel.OwnSettings();
+  };
+  for (const LineSpeed& speed : LineSpeeds) {
+    for (const ParityChoice& parity : LineParities) {
+      const LineSettings own = listensAt(speed.Code | parity.Code << 4);
+      EXPECT_EQ(own.Speed, speed.BitsPerSecond);
+      EXPECT_EQ(own.Parity, parity.Parity);
+    }
+  }
+  for (const int none : {5, 0x30, 0x80}) EXPECT_EQ(listensAt(none).Parity, LineParity::Even) << none;
 }
 
 TEST(PanelFaults, ABadTextIsRefused) {
