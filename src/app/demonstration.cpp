@@ -10,11 +10,10 @@
 namespace qdm {
 namespace {
 
-// Installed beside the program; a development build is build/PRESET/bin in the source tree.
+// Installed beside the program; a build that is not installed knows the source tree's.
 QDir FindExamples() {
   const QDir program(QCoreApplication::applicationDirPath());
-  for (const QString& folder : {program.filePath(QStringLiteral("examples")),
-                                program.filePath(QStringLiteral("../../../examples"))}) {
+  for (const QString& folder : {program.filePath(QStringLiteral("examples")), QStringLiteral(QDM_EXAMPLES)}) {
     if (QFileInfo::exists(folder + QStringLiteral("/Projectors.DEF"))) return QDir(folder);
   }
   throw FileError(ToPath(program.filePath(QStringLiteral("examples"))), "find",
