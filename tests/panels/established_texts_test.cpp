@@ -1,6 +1,6 @@
 // The texts that installers know, all of them in one list: tests/panels/golden/texts.txt.
 #include "base/file_access.h"
-#include "line/line_settings.h"
+#include "panels/identification.h"
 #include "panels/image_layout.h"
 #include "panels/programming.h"
 #include "projectors/record_difference.h"
@@ -35,7 +35,7 @@ void AddLayout(std::ostream& out, ImageLayout layout) {
 TEST(EstablishedTexts, StandAsTheyAlwaysHave) {
   std::ostringstream out;
   for (const LineSetting& setting : LineSettingsTable)
-    out << setting.Settings << " " << setting.StatusText << "\n";
+    out << setting.Settings << " " << SearchText(setting) << "\n";
   for (const std::string_view name : ControlCodeNames) out << name << "\n";
   for (const std::string_view name : CommandSlotNames) out << name << "\n";
   AddCaptions<ProjectorDefinition>(out);
