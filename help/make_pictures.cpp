@@ -72,8 +72,12 @@ class NoPrompts : public UserPrompts {
   bool AskYesNo(QWidget*, const Message& question) override { Fail(question.Text); }
   SaveAnswer AskSave(QWidget*, const Message& question) override { Fail(question.Text); }
   int Choose(QWidget*, const Message& question, const QStringList&, int) override { Fail(question.Text); }
-  std::optional<QString> OpenFile(QWidget*, const char*, const QString&) override { Fail("Open?"); }
-  std::optional<QString> SaveFile(QWidget*, const char*, const QString&) override { Fail("Save?"); }
+  std::optional<QString> OpenFile(QWidget*, const QString&, const char*, const QString&) override {
+    Fail("Open?");
+  }
+  std::optional<QString> SaveFile(QWidget*, const QString&, const char*, const QString&) override {
+    Fail("Save?");
+  }
 };
 
 // A projector that answers the command of the picture, whose bytes come one by one.
