@@ -12,6 +12,7 @@
 #include <QSettings>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,7 @@ struct FormState {
   // Brings the window into the state, shows it, and looks.
   std::function<void(FormWorld& world, const LookAt& look)> Show;
 };
+inline void PrintTo(const FormState& state, std::ostream* out) { *out << state.Name; }
 const std::vector<FormState>& EveryForm();
 
 }  // namespace qdm

@@ -173,8 +173,8 @@ TEST_F(Selector, ExportsAModelOrAllOfAManufacturerAndTellsWhy) {
   EXPECT_THAT(LinesOf(ReadDefinitions(another)), ElementsAre("ACME / A = 3", "ACME / B = 1"));
   Press("EXPORT");
   EXPECT_THAT(prompts_.LastText(), testing::StartsWith("Cannot write " + PathToUtf8(file)));
-  EXPECT_THAT(prompts_.FileTitles,
-              ElementsAre("Export 3 Projectors", "Export 1 Projector", "Export 1 Projector"));
+  EXPECT_THAT(prompts_.FileTitles, ElementsAre("Export 3 Projectors", "Export 1 Projector",
+                                               "Export 2 Projectors", "Export 2 Projectors"));
 }
 
 TEST_F(Selector, SavesAnImportOnClosingOrLetsTheUserDecide) {
