@@ -138,7 +138,9 @@ void WorkLogForm::Entries_Select() {
   ui_->Compare->setToolTip(entry != nullptr && entry->File.empty() ? tr("The configuration was never saved")
                                                                    : QString());
   if (entry == nullptr) {
-    ui_->Details->setPlainText(model_->rowCount() == 0 ? tr("There is no such download.") : QString());
+    ui_->Details->setPlainText(model_->rowCount() > 0          ? QString()
+                               : ui_->Filter->text().isEmpty() ? tr("Nothing has been sent to a panel yet.")
+                                                               : tr("There is no such download."));
     return;
   }
   const QString device = QString::fromStdString(entry->Device);
