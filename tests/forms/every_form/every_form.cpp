@@ -92,7 +92,8 @@ std::function<void(FormWorld&, const LookAt&)> Editor(int controllerType,
 
 std::function<void(FormWorld&, const LookAt&)> Searched(const std::function<void(QWidget&)>& work = {}) {
   return [=](FormWorld& world, const LookAt& look) {
-    Download form(world.Shared, world.Configuration(kQdm7), world.Ports, world.Time, world.Prompts);
+    const PanelConfiguration configuration = world.Configuration(kQdm7);
+    Download form(world.Shared, configuration, world.Ports, world.Time, world.Prompts);
     form.show();
     form.Timer1_Timer();
     if (work) work(form);
