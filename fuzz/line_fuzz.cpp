@@ -212,11 +212,12 @@ void FindSettings(FuzzedDataProvider& input) {
   ports.push_back(std::make_unique<FuzzedPeer>(input, time));
   ports.front()->Open();
   std::size_t told = 0;
-  ProbeSettings(ports, question, settings, time, std::stop_token(), [&](const ProbeResult& result) {
+  const auto check = [&](const ProbeResult& result) {
     Demand(result.Setting == settings.at(told), "the settings are asked in their order");
     Demand((result.Verdict == ProbeVerdict::Nothing) == result.Received.empty(), "silence is silence");
     ++told;
-  });
+  };
+  ProbeSettings(ports, question, settings, time, std::stop_token(), {.Told = check});
 }
 
 void Look(FuzzedDataProvider input) {
