@@ -252,7 +252,7 @@ struct Pictures {
     const QModelIndex manufacturer = tree->model()->index(1, 0);
     tree->expand(manufacturer);
     tree->setCurrentIndex(tree->model()->index(1, 0, manufacturer));
-    selector.resize(640, 400);
+    selector.resize(860, 420);
     selector.show();
     Save(selector, Help.filePath(QStringLiteral("projector-selector.png")));
   }
