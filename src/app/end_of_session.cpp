@@ -8,6 +8,7 @@
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
+#include <QWidget>
 
 #include <cstdlib>
 #include <utility>

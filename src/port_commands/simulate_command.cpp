@@ -156,6 +156,7 @@ class ProjectorPort {
 
 std::vector<Slot> SlotsToPress(const std::vector<std::string>& names) {
   std::vector<Slot> slots;
+  slots.reserve(names.size());
   for (const std::string& name : names) slots.push_back(CommandSlotNamed("--press", name));
   return slots;
 }

@@ -90,7 +90,7 @@ bool WouldBlock(int error) { return error == EAGAIN || error == EINTR; }
 
 PosixSerialPort::PosixSerialPort(std::string device) : device_(std::move(device)) {}
 
-PosixSerialPort::~PosixSerialPort() { Close(); }
+PosixSerialPort::~PosixSerialPort() { CloseLine(); }
 
 void PosixSerialPort::SetSettings(std::string_view settings) {
   const LineSettings asked = ParseLineSettings(settings);

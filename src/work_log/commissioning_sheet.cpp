@@ -147,7 +147,7 @@ std::string StateSentence(const SheetFacts& facts) {
 }
 
 std::string Downloads(const SheetFacts& facts) {
-  const std::string heading = Heading("Downloads") + "<p>" + StateSentence(facts) + "</p>\n";
+  std::string heading = Heading("Downloads") + "<p>" + StateSentence(facts) + "</p>\n";
   if (facts.Downloads.empty()) return heading;
   std::string rows = Cells({"Time", "Panel", "Port", "Records", "Outcome", "Image"}, "th");
   const std::size_t shown = std::min(kDownloadsShown, facts.Downloads.size());

@@ -41,7 +41,7 @@ bool HasSuffix(const QString& fileName, const char* suffix) {
 
 QString DroppedFile(const QMimeData* data) {
   for (const QUrl& url : data->urls()) {
-    const QString fileName = url.toLocalFile();
+    QString fileName = url.toLocalFile();
     if (HasSuffix(fileName, ".BVC") || HasSuffix(fileName, ".BVD")) return fileName;
   }
   return {};

@@ -22,7 +22,7 @@ const QString kGroup = QStringLiteral("unsavedWork");
 // A name that is this program's alone, as an empty file.
 std::filesystem::path TakenName(const std::filesystem::path& folder, const std::string& ending) {
   for (int number = 1;; ++number) {
-    const std::filesystem::path file =
+    std::filesystem::path file =
         folder / ("Unsaved" + (number == 1 ? std::string() : " " + std::to_string(number)) + ending);
     FileHandle handle;
     const std::error_code error = file_system::Create(file, file_system::Privacy::AsUsual, handle);

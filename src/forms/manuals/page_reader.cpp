@@ -28,7 +28,7 @@ constexpr qsizetype kWholeManual = 12;
 // UTF-16 and UTF-8 tell by their bytes; what is neither is in the code page.
 QString Decoded(const QByteArray& bytes) {
   QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Encoding::Utf8));
-  const QString text = decoder(bytes);
+  QString text = decoder(bytes);
   if (!decoder.hasError()) return text;
   std::u16string characters;
   for (const char byte : bytes) characters += CharacterOf(static_cast<std::uint8_t>(byte));

@@ -102,7 +102,7 @@ std::optional<std::size_t> ProjectorTree::SelectedElement() const {
 
 std::vector<std::size_t> ProjectorTree::SelectedElements() const {
   std::vector<std::size_t> elements;
-  for (const QModelIndex& index : SelectedIndexes()) {
+  for (const QModelIndex& index : SelectedRows()) {
     if (selectionModel()->isSelected(index.parent())) continue;  // its manufacturer brings it along
     const std::vector<std::size_t> some = model_->ElementsOf(index);
     elements.insert(elements.end(), some.begin(), some.end());
@@ -125,7 +125,7 @@ QModelIndex ProjectorTree::SelectedIndex() const {
   return selected.isEmpty() ? QModelIndex() : selected.constFirst();
 }
 
-QModelIndexList ProjectorTree::SelectedIndexes() const {
+QModelIndexList ProjectorTree::SelectedRows() const {
   QModelIndexList selected = selectionModel()->selectedIndexes();
   const auto place = [](const QModelIndex& index) {
     return index.parent().isValid() ? std::pair(index.parent().row(), index.row())

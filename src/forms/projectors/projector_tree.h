@@ -66,7 +66,7 @@ class ProjectorTree : public QTreeView {
   // A view that gets the focus makes its first node current; the user has chosen nothing with that.
   QModelIndex SelectedIndex() const;
   // In the tree's order.
-  QModelIndexList SelectedIndexes() const;
+  QModelIndexList SelectedRows() const;
   void SortManufacturers(bool sort);
 
   ProjectorTreeModel* model_ = nullptr;
