@@ -115,7 +115,8 @@ std::optional<NotedByte> ReadControlKey(Text text) {
 // "0D0A", "0x0D 0x0A", "0D,0A".
 std::optional<NotedCode> ReadTwoNumbers(Text inner, Unmarked unmarked) {
   const bool isPair = inner.size() == 4 && std::all_of(inner.begin(), inner.end(), IsHexDigit);
-  if (isPair && unmarked != Unmarked::Decimal) {
+  const bool isHexadecimal = unmarked == Unmarked::Hexadecimal || unmarked == Unmarked::HexadecimalAfterNames;
+  if (isPair && isHexadecimal) {
     NotedCode pair = Coded(*ReadNumber(inner.substr(0, 2), unmarked), 0, false);
     pair.Append(*ReadNumber(inner.substr(2), unmarked));
     return pair;
