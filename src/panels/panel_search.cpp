@@ -20,6 +20,13 @@ std::optional<Identification> AnswerWaiting(SerialPort& port) {
   return ParseIdentReply(port.ReadAll());
 }
 
+bool HasTwin(const std::vector<SearchSlot>& slots, std::size_t slot) {
+  if (!slots[slot].Panel) return false;
+  return std::count_if(slots.begin(), slots.end(), [&](const SearchSlot& other) {
+           return other.Panel && other.Panel->Model == slots[slot].Panel->Model;
+         }) > 1;
+}
+
 std::string StatusText(const SearchSlot& slot) {
   switch (slot.State) {
     case SlotState::Waiting:

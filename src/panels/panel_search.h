@@ -58,6 +58,8 @@ void SearchAllPorts(std::vector<SearchSlot>& slots, std::optional<int> controlle
 
 // One slot for each of COM1..COM16.
 std::vector<SearchSlot> AllSlots(SerialPorts& ports);
+// Another panel of the same model was found.
+bool HasTwin(const std::vector<SearchSlot>& slots, std::size_t slot);
 
 // What a search on one port found; `Settings` is where it answered.
 struct OnePortResult {

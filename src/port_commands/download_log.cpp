@@ -1,6 +1,5 @@
 #include "port_commands/download_log.h"
 
-#include "base/file_access.h"
 #include "command_line/held_signals.h"
 #include "command_line/record_files.h"
 #include "command_line/work_log_access.h"
@@ -28,13 +27,9 @@ std::optional<PanelSearch> DownloadLog::AskKnownPanel(const std::string& file, i
                                                       const std::vector<std::string>& ports) {
   PanelSearch search = PortsToAsk(ports, context_);
   if (search.Slots.size() != 1) return std::nullopt;
-  std::optional<KnownPanel> known;
-  try {
-    known = KnownPanelFor(log_.Entries(), controllerType, RoomOfFile(PathOf(file)),
-                          [&search](const std::string& port) { return port == search.Names.front(); });
-  } catch (const FileError&) {
-    return std::nullopt;  // told when this download is to be written
-  }
+  const std::optional<KnownPanel> known =
+      KnownPanelFor(RecentEntries(log_), controllerType, RoomOfFile(PathOf(file)),
+                    [&search](const std::string& port) { return port == search.Names.front(); });
   if (!known) return std::nullopt;
   ProgressLine progress(context_);
   progress.Show("Asking at " + known->Settings);

@@ -88,7 +88,7 @@ class ListReader {
                                     : unmarked_;
     if (const auto code = ReadCode(text_, at, inBrackets, true); code && EndsItem(code->End)) {
       for (std::size_t i = 0; i < code->Count; ++i) list_.Read.Add(at, code->Bytes[i]);
-      Count(true, code->Certain);
+      Count(code->Certain ? Notation::Certain : Notation::Marked);
       joined_ = true;
       return code->End;
     }
@@ -124,12 +124,12 @@ class ListReader {
     if (const auto byte = ReadByte(word, unmarked_)) {
       list_.Read.Add(at, *byte);
       if (!byte->Marked) unmarkedLengths_ |= word.size() == 2 ? 1U : 2U;
-      Count(byte->Marked, false);
+      Count(byte->Marked ? Notation::Marked : Notation::Plain);
       return true;
     }
     if (const auto names = ReadCodeNames(word)) {
       for (std::size_t i = 0; i < names->Count; ++i) list_.Read.Add(at, names->Bytes[i]);
-      Count(false, false);
+      Count(Notation::Plain);
       return true;
     }
     return unmarked_ == Unmarked::Hexadecimal &&
@@ -142,7 +142,7 @@ class ListReader {
     const auto byte = lettered ? ReadNumber(word.substr(1), Unmarked::Hexadecimal) : std::nullopt;
     if (!byte) return false;
     list_.Read.Add(at, *byte);
-    Count(true, false);
+    Count(Notation::Marked);
     return true;
   }
 
@@ -157,7 +157,7 @@ class ListReader {
     for (std::size_t i = 0; i < word.size(); i += kLength) {
       list_.Read.Add(at + i, *ReadNumber(word.substr(i, 2), Unmarked::Hexadecimal));
     }
-    Count(true, false);
+    Count(Notation::Marked);
     return true;
   }
 
@@ -173,7 +173,7 @@ class ListReader {
     if (!byte) return false;
     list_.Read.Add(at, *byte);
     list_.Misread = true;
-    Count(false, false);
+    Count(Notation::Plain);
     return true;
   }
 
@@ -190,7 +190,7 @@ class ListReader {
       list_.Read.Add(at + i, *ReadNumber(word.substr(i, 2), Unmarked::Hexadecimal));
     }
     list_.Packed = true;
-    Count(prefix || suffix, false);
+    Count(prefix || suffix ? Notation::Marked : Notation::Plain);
     return true;
   }
 
@@ -207,7 +207,7 @@ class ListReader {
       for (std::size_t i = 0; i < bytes.Read.String.BytesInUse(); ++i) {
         list_.Read.Add(at, bytes.Read.String.Values[i], ByteKind::HEX);
       }
-      Count(true, true);
+      Count(Notation::Certain);
       joined_ = true;
       return std::min(end + 1, text_.size());
     }
@@ -228,15 +228,17 @@ class ListReader {
       return text_.size();
     }
     AddQuotedText(text_.substr(at + 1, end - at - 1), at + 1, list_.Read);
-    Count(true, false);
+    Count(Notation::Marked);
     joined_ = true;
     return end + 1;
   }
 
-  void Count(bool marked, bool certain) {
+  // How far an item says itself that it is a byte: "10" could be text, "0x10" hardly, "<CR>" not at all.
+  enum class Notation { Plain, Marked, Certain };
+  void Count(Notation notation) {
     ++list_.Bytes;
-    list_.Marked += marked ? 1U : 0U;
-    list_.Certain += certain ? 1U : 0U;
+    list_.Marked += notation != Notation::Plain ? 1U : 0U;
+    list_.Certain += notation == Notation::Certain ? 1U : 0U;
   }
 
   // "3A-52" is a list, "1-8" a range, "VOL 1.5" a number.

@@ -9,8 +9,6 @@
 namespace qdm {
 namespace {
 
-constexpr int kBusyMilliseconds = 5000;
-
 void Must(sqlite3* connection, int result) {
   if (result == SQLITE_OK) return;
   throw DatabaseError(result, connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(result));
@@ -26,13 +24,13 @@ bool DatabaseError::IsDamage() const {
 
 void Database::Closer::operator()(sqlite3* connection) const { sqlite3_close(connection); }
 
-Database::Database(const std::filesystem::path& file, Access access) {
+Database::Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience) {
   const int flags = SQLITE_OPEN_READWRITE | (access == Access::MayCreate ? SQLITE_OPEN_CREATE : 0);
   sqlite3* connection = nullptr;
   const int result = sqlite3_open_v2(PathToUtf8(file).c_str(), &connection, flags, nullptr);
   connection_.reset(connection);
   Must(connection, result);
-  sqlite3_busy_timeout(connection, kBusyMilliseconds);
+  sqlite3_busy_timeout(connection, static_cast<int>(patience.count()));
 }
 
 void Database::Run(const std::string& sql) {

@@ -4,6 +4,7 @@
 
 #include "base/record_codec.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -31,8 +32,8 @@ class DatabaseError : public std::runtime_error {
 class Database {
  public:
   enum class Access { Existing, MayCreate };
-  // Others that hold the file are waited for, 5 s for each statement. Nothing is read yet.
-  Database(const std::filesystem::path& file, Access access);
+  // Others that hold the file are waited for so long, at each statement. Nothing is read yet.
+  Database(const std::filesystem::path& file, Access access, std::chrono::milliseconds patience);
 
   void Run(const std::string& sql);
   // DatabaseError where the file is not in order, whether or not anything failed so far.

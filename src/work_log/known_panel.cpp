@@ -1,15 +1,32 @@
 #include "work_log/known_panel.h"
 
+#include "base/file_access.h"
+
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 
 namespace qdm {
+namespace {
+
+constexpr std::size_t kRecent = 2000;  // older ones tell little
+constexpr std::chrono::milliseconds kBriefly{200};
+
+}  // namespace
 
 int PortNumberOf(std::string_view port) {
   constexpr std::string_view kName = "COM";
   int number = 0;
   if (port.starts_with(kName)) std::from_chars(port.data() + kName.size(), port.data() + port.size(), number);
   return number >= 1 && number <= kPortSlots ? number : 0;
+}
+
+std::vector<WorkLogEntry> RecentEntries(WorkLog& log) {
+  try {
+    return log.Entries(kRecent, kBriefly);
+  } catch (const FileError&) {
+    return {};
+  }
 }
 
 std::optional<KnownPanel> KnownPanelFor(std::span<const WorkLogEntry> entries, int controllerType,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "panels/panel_search.h"
+#include "work_log/work_log.h"
 #include "work_log/work_log_entry.h"
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qdm {
 
@@ -22,6 +24,10 @@ struct KnownPanel {
 
 // 3 for "COM3"; 0 for a port that was named by its device.
 int PortNumberOf(std::string_view port);
+
+// The newest of them, read without waiting long for another program. None where the log cannot be read: the
+// search goes on without it, and the trouble is told when the download is written.
+std::vector<WorkLogEntry> RecentEntries(WorkLog& log);
 
 // Where a panel of that type was last, of the ports for which `present` holds: this room's own panel before
 // others. `entries` come newest first; nothing when none fits.

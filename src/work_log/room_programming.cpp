@@ -1,6 +1,5 @@
 #include "work_log/room_programming.h"
 
-#include "base/file_access.h"
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
@@ -80,20 +79,12 @@ class PanelWait {
   const std::stop_token& stop_;
 };
 
-std::vector<WorkLogEntry> EntriesOf(WorkLog& log) {
-  try {
-    return log.Entries();
-  } catch (const FileError&) {
-    return {};  // told when this download is written
-  }
-}
-
 }  // namespace
 
 bool ProgramRoom(const RoomToProgram& room, SerialPorts& ports, WorkLog& log, Waiting& time,
                  const std::stop_token& stop, RoomObserver& observer) {
   const PanelImage image = BuildPanelImage(room.Configuration);
-  std::optional<FoundPanel> found = PanelWait(room, ports, time, stop).Wait(EntriesOf(log), observer);
+  std::optional<FoundPanel> found = PanelWait(room, ports, time, stop).Wait(RecentEntries(log), observer);
   if (!found) return false;
   const std::string port = "COM" + std::to_string(found->Number);
   observer.Found(found->Panel, port);

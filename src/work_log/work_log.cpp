@@ -193,7 +193,7 @@ std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {
   fs::create_directories(file_.parent_path(), error);
   if (error) throw FileError(file_.parent_path(), "make the folder", error);
   return With("write", [&] {
-    Database database(file_, Database::Access::MayCreate);
+    Database database(file_, Database::Access::MayCreate, kPatience);
     if (LayoutOf(database) == 0) MakeTables(database);
     DemandKnownLayout(database, file_, "write");
     Transaction transaction(database);
@@ -211,13 +211,13 @@ std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {
   });
 }
 
-std::vector<WorkLogEntry> WorkLog::Entries(std::size_t atMost) {
+std::vector<WorkLogEntry> WorkLog::Entries(std::size_t atMost, std::chrono::milliseconds patience) {
   std::vector<WorkLogEntry> entries;
   if (!FileExists(file_)) return entries;
   return With("read", [&] {
     entries.clear();
     if (!FileExists(file_)) return entries;
-    const Database database(file_, Database::Access::Existing);
+    const Database database(file_, Database::Access::Existing, patience);
     if (LayoutOf(database) == 0) return entries;  // its maker was killed
     DemandKnownLayout(database, file_, "read");
     Statement select(database, "SELECT number" + Table().Names + " FROM download ORDER BY number DESC");
@@ -234,7 +234,7 @@ std::optional<Bytes> WorkLog::ConfigurationOf(std::int64_t number) {
   if (!FileExists(file_)) return std::nullopt;
   return With("read", [&]() -> std::optional<Bytes> {
     if (!FileExists(file_)) return std::nullopt;
-    const Database database(file_, Database::Access::Existing);
+    const Database database(file_, Database::Access::Existing, kPatience);
     DemandKnownLayout(database, file_, "read");
     Statement select(database,
                      "SELECT hash, bytes FROM configuration WHERE id = "

@@ -9,6 +9,7 @@
 #include "base/message.h"
 #include "work_log/work_log_entry.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -30,6 +31,9 @@ std::string RoomOfFile(const std::filesystem::path& file);
 
 class WorkLog {
  public:
+  // How long a program that holds the file is waited for.
+  static constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(5);
+
   explicit WorkLog(const std::filesystem::path& folder);
 
   const std::filesystem::path& File() const { return file_; }
@@ -37,7 +41,8 @@ class WorkLog {
   // `configuration` in its stored form. `entry.Number` is given by the log and answered.
   std::int64_t Add(const WorkLogEntry& entry, ByteView configuration);
   // Newest first, all or that many of them; none when there is no log yet.
-  std::vector<WorkLogEntry> Entries(std::size_t atMost = std::numeric_limits<std::size_t>::max());
+  std::vector<WorkLogEntry> Entries(std::size_t atMost = std::numeric_limits<std::size_t>::max(),
+                                    std::chrono::milliseconds patience = kPatience);
   // The configuration that was sent, in its stored form; nothing when the log has none such, or only bytes
   // that are no longer what was written.
   std::optional<Bytes> ConfigurationOf(std::int64_t number);

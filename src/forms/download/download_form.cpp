@@ -5,7 +5,6 @@
 #include "forms/download/find_panel_form.h"
 #include "forms/download/port_row.h"
 #include "forms/download/window_size.h"
-#include "forms/shared/elided_label.h"
 #include "forms/shared/globals.h"
 #include "forms/shared/port_words.h"
 #include "forms/shared/user_prompts.h"
@@ -36,6 +35,7 @@ namespace {
 
 constexpr int kStartDelay = 500;    // ms; lets the window be seen first
 constexpr int kPaintInterval = 34;  // ms; at most 30 pictures a second
+constexpr Microseconds kReactionTime = std::chrono::milliseconds(700);
 
 }  // namespace
 
@@ -107,6 +107,7 @@ Download::Download(Globals& globals, const PanelConfiguration& configuration, Se
   paintRecords_->setSingleShot(true);
   for (std::size_t slot = 0; slot < rows_.size(); ++slot) {
     rows_[slot] = new PortRow(static_cast<int>(slot), *ui_->SlotGrid, ui_->Rows);
+    rows_[slot]->Option1->installEventFilter(this);
     connect(rows_[slot]->Option1, &QRadioButton::clicked, this, [this, slot] { Option1_Click(slot); });
     connect(rows_[slot], &PortRow::Moved, this, [this, slot](int direction) { MoveFocus(slot, direction); });
     connect(rows_[slot]->ProgramNow, &QToolButton::clicked, this, [this, slot] { ProgramNow_Click(slot); });
@@ -264,6 +265,7 @@ void Download::EndWork() {
                   : choosable != rows_.end() ? static_cast<QWidget*>((*choosable)->Option1)
                                              : ui_->Find;
   next->setFocus(Qt::TabFocusReason);
+  focused_ = time_.Now();
   if (outcome_.isEmpty() && choosable != rows_.end())
     ui_->RowsArea->ensureWidgetVisible((*choosable)->Option1);
 }
@@ -446,31 +448,24 @@ void Download::ShowSlots() {
 
 void Download::ShowSlot(std::size_t index) {
   const SearchSlot& slot = work_->Slots[index];
-  PortRow& row = *rows_[index];
-  const bool searching = IsFinding() || stage_ == Stage::Restarting;
-  const auto done = notes_.find(slot.Device);
-  const QString why = WhyNotChoosable(slot, configuration_.ControllerType);
-  const bool over = stage_ != Stage::Loading && (!searching || slot.Panel || !slot.Present());
   if (stage_ == Stage::Searching && slot.State == SlotState::Asking) ShowSearchProgress(slot);
-  row.Device->ShowText(OwnName(slot.Device, static_cast<int>(index) + 1));
-  const bool left = slot.State == SlotState::Waiting && stage_ != Stage::Loading && !IsFinding();
-  row.Label1->setText(left ? QString() : QString::fromStdString(StatusText(slot)));
-  row.Setting->setText(slot.Panel ? QString(QLatin1String(slot.Setting->Settings)) : QString());
-  row.ShowNote(slot.Panel && done != notes_.end() ? done->second
-               : over                             ? why
-                                                  : QString(),
-               slot.Panel.has_value());
-  row.Option1->setEnabled(slot.Choosable() && !searching);
-  row.Option1->setAccessibleName(tr("%1, %2").arg(PortName(static_cast<int>(index) + 1), row.Label1->text()));
-  row.Option1->setAccessibleDescription(row.Note->text());
-  row.ProgramNow->setVisible(OfferedSlot() == index || (stage_ == Stage::Searching && slot.Choosable()));
-  row.ProgramNow->setEnabled(!programNext_ && !work_->StopFinding.stop_requested());
-  row.Identify->setVisible(stage_ == Stage::Choice && HasTwin(index));
-  row.Label1->setAutoFillBackground(slot.Choosable());
-  row.Label1->setBackgroundRole(QPalette::Highlight);
-  row.Label1->setForegroundRole(slot.Choosable() ? QPalette::HighlightedText : QPalette::WindowText);
-  row.Label1->setEnabled(slot.Present());
-  if (stage_ == Stage::Searching && slot.Choosable()) ui_->RowsArea->ensureWidgetVisible(row.Option1);
+  const bool searching = IsFinding() || stage_ == Stage::Restarting;
+  const bool foundNow = stage_ == Stage::Searching && slot.Choosable();
+  rows_[index]->Show(slot, {.Note = RowNoteOf(slot, searching),
+                            .Ended = stage_ != Stage::Loading && !IsFinding(),
+                            .Enabled = slot.Choosable() && !searching,
+                            .ProgramNow = OfferedSlot() == index || foundNow,
+                            .MayProgramNow = !programNext_ && !work_->StopFinding.stop_requested(),
+                            .Identify = stage_ == Stage::Choice && HasTwin(work_->Slots, index)});
+  if (foundNow) ui_->RowsArea->ensureWidgetVisible(rows_[index]->Option1);
+}
+
+// What was done with the panel in this window, else why it cannot be chosen, once that is known.
+QString Download::RowNoteOf(const SearchSlot& slot, bool searching) const {
+  const auto done = notes_.find(slot.Device);
+  if (slot.Panel && done != notes_.end()) return done->second;
+  const bool known = stage_ != Stage::Loading && (!searching || slot.Panel || !slot.Present());
+  return known ? WhyNotChoosable(slot, configuration_.ControllerType) : QString();
 }
 
 // To the next panel that can be chosen.
@@ -484,17 +479,16 @@ void Download::MoveFocus(std::size_t from, int direction) {
   }
 }
 
-// Another panel of the same model was found.
-bool Download::HasTwin(std::size_t slot) const {
-  const std::vector<SearchSlot>& slots = work_->Slots;
-  if (!slots[slot].Panel) return false;
-  return std::count_if(slots.begin(), slots.end(), [&](const SearchSlot& other) {
-           return other.Panel && other.Panel->Model == slots[slot].Panel->Model;
-         }) > 1;
-}
-
 QString Download::CaptionOf(std::size_t slot) const {
   return PortCaption(work_->Slots[slot].Device, static_cast<int>(slot) + 1);
+}
+
+// A key that was meant for "Stop Finding" and comes when the search has just ended must not program a panel.
+bool Download::eventFilter(QObject* watched, QEvent* event) {
+  const bool soon = event->type() == QEvent::KeyPress && time_.Now() < focused_ + kReactionTime;
+  if (!soon) return QDialog::eventFilter(watched, event);
+  const int key = static_cast<QKeyEvent*>(event)->key();
+  return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 // Escape stops what is under way, and is Done when nothing is.

@@ -53,6 +53,7 @@ class Download : public QDialog {
 
   void Timer1_Timer();
   void reject() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -87,11 +88,11 @@ class Download : public QDialog {
   void ShowSearchProgress(const SearchSlot& slot);
   void ShowSlots();
   void ShowSlot(std::size_t slot);
+  QString RowNoteOf(const SearchSlot& slot, bool searching) const;
   void MoveFocus(std::size_t from, int direction);
   bool IsFinding() const { return stage_ == Stage::Asking || stage_ == Stage::Searching; }
   // Where the log knows a panel that has not been asked yet.
   std::optional<std::size_t> OfferedSlot() const;
-  bool HasTwin(std::size_t slot) const;
   QString CaptionOf(std::size_t slot) const;
 
   std::unique_ptr<Ui::Download> ui_;
@@ -111,6 +112,7 @@ class Download : public QDialog {
   std::map<std::string, QString> notes_;    // what was done in this window, by device
   std::optional<std::size_t> programNext_;  // once the search has ended
   std::unique_ptr<KnownPanel> known_;       // until it has been asked
+  Microseconds focused_{};                  // when the end of a search moved the focus to a panel
   bool closing_ = false;
   bool unattended_ = false;  // closed by the program: nobody would answer a box
   std::function<void(const FinishedDownload&)> finished_;

@@ -2,6 +2,7 @@
 
 #include "forms/shared/elided_label.h"
 #include "forms/shared/port_words.h"
+#include "panels/panel_search.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -74,6 +75,26 @@ PortRow::PortRow(int slot, QGridLayout& grid, QWidget* parent)
   grid.setRowMinimumHeight(slot, ProgramNow->sizeHint().height());  // no jump when it appears
 }
 
+void PortRow::Show(const SearchSlot& slot, const PortRowState& state) {
+  const bool choosable = slot.Choosable();
+  Device->ShowText(OwnName(slot.Device, slot_ + 1));
+  const bool left = state.Ended && slot.State == SlotState::Waiting;
+  Label1->setText(left ? QString() : QString::fromStdString(StatusText(slot)));
+  Label1->setAutoFillBackground(choosable);
+  Label1->setBackgroundRole(QPalette::Highlight);
+  Label1->setForegroundRole(choosable ? QPalette::HighlightedText : QPalette::WindowText);
+  Label1->setEnabled(slot.Present());
+  Setting->setText(slot.Panel ? QString(QLatin1String(slot.Setting->Settings)) : QString());
+  ShowNote(state.Note, slot.Panel.has_value());
+  Option1->setEnabled(state.Enabled);
+  Option1->setAccessibleName(tr("%1, %2").arg(PortName(slot_ + 1), Label1->text()));
+  Option1->setAccessibleDescription(Note->text());
+  ProgramNow->setVisible(state.ProgramNow);
+  ProgramNow->setEnabled(state.MayProgramNow);
+  Identify->setVisible(state.Identify);
+}
+
+// A note on a port without a panel has the room of what only panels have.
 void PortRow::ShowNote(const QString& note, bool panel) {
   Note->ShowText(note);
   if (Setting->isHidden() == !panel) return;

@@ -14,6 +14,17 @@ class QToolButton;
 namespace qdm {
 
 class ElidedLabel;
+struct SearchSlot;
+
+// What the window adds to what is known of the port.
+struct PortRowState {
+  QString Note;
+  bool Ended = false;    // the search: a port that was not asked has no status any more
+  bool Enabled = false;  // a panel here can be chosen now
+  bool ProgramNow = false;
+  bool MayProgramNow = false;
+  bool Identify = false;
+};
 
 class PortRow : public QObject {
   Q_OBJECT
@@ -22,9 +33,7 @@ class PortRow : public QObject {
   // Adds the controls of slot 0..15 to that line of the grid.
   PortRow(int slot, QGridLayout& grid, QWidget* parent);
 
-  // A note on a port without a panel has the room of what only panels have.
-  void ShowNote(const QString& note, bool panel);
-
+  void Show(const SearchSlot& slot, const PortRowState& state);
   void Uncheck();
 
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -41,6 +50,7 @@ class PortRow : public QObject {
   void Moved(int direction);  // an arrow key on the option button: -1 or 1
 
  private:
+  void ShowNote(const QString& note, bool panel);
   bool KeyPressed(int key);
 
   QGridLayout& grid_;

@@ -2,14 +2,12 @@
 // was done. Trouble with the log is told once, not at every download, and only behind it.
 #pragma once
 
-#include "base/file_access.h"
 #include "forms/shared/busy_work.h"
 #include "forms/shared/user_prompts.h"
 #include "line/serial_port.h"
 #include "work_log/download_record.h"
 #include "work_log/known_panel.h"
 
-#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -29,12 +27,8 @@ class DownloadRecorder {
       const int number = PortNumberOf(port);
       return number > 0 && !ports.DeviceName(number).empty();
     };
-    try {
-      return KnownPanelFor(log_.Entries(kRecent), controllerType,
-                           file.empty() ? std::string() : RoomOfFile(file), present);
-    } catch (const FileError&) {
-      return std::nullopt;
-    }
+    return KnownPanelFor(RecentEntries(log_), controllerType, file.empty() ? std::string() : RoomOfFile(file),
+                         present);
   }
 
   void Write(QWidget* parent, const PanelConfiguration& configuration, const PanelImage& image,
@@ -49,8 +43,6 @@ class DownloadRecorder {
   }
 
  private:
-  static constexpr std::size_t kRecent = 2000;  // older ones tell little, and the window must not wait
-
   WorkLog& log_;
   UserPrompts& prompts_;
   bool told_ = false;

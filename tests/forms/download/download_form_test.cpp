@@ -174,11 +174,14 @@ TEST(DownloadForm, StopAsksAndRestartsThePanelBeforeItTellsAnything) {
   }
 }
 
-TEST(DownloadForm, ProgramsThePanelThatIsClickedOrChosenByKeys) {
+TEST(DownloadForm, ProgramsThePanelThatIsClickedOrChosenByKeysButNotByOneMeantForStopFinding) {
   Session session;
   session.Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "9600,n,8,2"));
   session.Ports.AttachPanel(3, "ttyUSB1", PanelWith({1, 1, 4}, "9600,n,8,2"));
   session.Search();
+  QTest::keyClick(session.Option1(0), Qt::Key_Space);
+  EXPECT_EQ(session.Prompts.Shown.size(), 0U) << "it came too soon";
+  WaitUntil(session.Time, std::chrono::seconds(1), [] { return false; });
   QTest::keyClick(session.Option1(0), Qt::Key_Down);
   QTest::keyClick(session.Option1(2), Qt::Key_Return);
   EXPECT_EQ(session.Ports.PanelAt(3)->Memory(), BuildPanelImage(session.Configuration));
