@@ -18,11 +18,11 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QStyle>
 #include <QToolButton>
 #include <QUndoStack>
 
@@ -77,12 +77,26 @@ SerialEditor::SerialEditor(Globals& globals, UserPrompts& prompts, ConsoleOpener
   SetTabOrder();
   ConnectControls();
   Form_Load();
+  KeepWithDefinition();
 }
 
 // The focus still moves while the base class takes the window apart.
 SerialEditor::~SerialEditor() {
   disconnect(UndoStack, nullptr, this, nullptr);
   disconnect(qApp, nullptr, this, nullptr);
+  globals_.UnstoredProjector = unstoredOutside_;
+}
+
+// When the program ends, the definition is kept as if the string had been taken over.
+void SerialEditor::KeepWithDefinition() {
+  unstoredOutside_ = globals_.UnstoredProjector;
+  if (!unstoredOutside_) return;
+  globals_.UnstoredProjector = [this] {
+    const SerialString stored = std::exchange(Slot(), EditedString());
+    auto unstored = unstoredOutside_();
+    Slot() = stored;
+    return unstored;
+  };
 }
 
 void SerialEditor::MakeCells() {
@@ -108,8 +122,8 @@ void SerialEditor::MakeCommands() {
   make("DeleteByte", tr("&Delete this byte"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
        &SerialEditor::DeleteByte_Click);
   for (QWidget* entry : {CountText, ui_->Command}) entry->installEventFilter(this);
-  ui_->Undo->setIcon(style()->standardIcon(QStyle::SP_ArrowBack));
-  ui_->Redo->setIcon(style()->standardIcon(QStyle::SP_ArrowForward));
+  ui_->Undo->setIcon(QIcon(QStringLiteral(":/icons/undo.png")));
+  ui_->Redo->setIcon(QIcon(QStringLiteral(":/icons/redo.png")));
   new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this, [this] { Undo_Click(); });
   for (const QKeyCombination key : {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}) {
     new QShortcut(QKeySequence(key), this, [this] { UndoStack->redo(); });

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QLineEdit;
@@ -25,6 +26,7 @@ namespace qdm {
 
 class ByteValueControl;
 struct Globals;
+struct ProjectorDefinition;
 struct SerialString;
 class UserPrompts;
 
@@ -51,6 +53,7 @@ class SerialEditor : public QDialog {
   void ConnectControls();
   void ConnectCell(ByteValueControl& cell);
   void Form_Load();
+  void KeepWithDefinition();
 
   void NumberOfBytes1_Change();
   void ByteValueControl1_VariableChanged(const ByteValueControl& cell);
@@ -99,6 +102,7 @@ class SerialEditor : public QDialog {
   QLineEdit* CountText;
   QUndoStack* UndoStack;
 
+  std::function<std::optional<ProjectorDefinition>()> unstoredOutside_;
   StringEdit edit_;
   ParsedText reading_;         // of what was typed into `Command`
   bool commandTyped_ = false;  // the text in `Command` is the user's own

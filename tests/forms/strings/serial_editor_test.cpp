@@ -41,6 +41,7 @@ class SerialEditorTest : public testing::Test {
   void Open(int slot, const SerialString& string) {
     Shared.CurrentSlot = static_cast<std::int16_t>(slot);
     Slot() = string;
+    Editor.reset();
     Editor = std::make_unique<SerialEditor>(Shared, Prompts, [this](QWidget* parent) { Console(parent); });
     Editor->show();
     Activate();
@@ -89,6 +90,7 @@ class SerialEditorTest : public testing::Test {
 
 TEST_F(SerialEditorTest, TypedBytesAreTestedStoredOnDoneAndDroppedOnCancel) {
   const SerialString before = String({{'A'}, {0, HEX}, {0, DEC}, {0, BIN}});
+  Shared.UnstoredProjector = [this] { return std::optional(Shared.CurrentProjector); };
   for (const bool done : {false, true}) {
     Open(1, before);
     Type(0, "P");
@@ -98,6 +100,8 @@ TEST_F(SerialEditorTest, TypedBytesAreTestedStoredOnDoneAndDroppedOnCancel) {
     Type(2, "205");
     Type(3, "101");
     const SerialString typed = String({{'P'}, {0x1D, HEX}, {205, DEC}, {5, BIN}});
+    EXPECT_EQ(Shared.UnstoredProjector()->Strings[1], typed) << "kept when the program ends";
+    EXPECT_EQ(Slot(), before);
     SerialString tested;
     Console = [&](QWidget*) { tested = std::exchange(Slot(), Characters("changed")); };
     Press("Test");
