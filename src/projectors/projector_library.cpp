@@ -1,31 +1,52 @@
 #include "projectors/projector_library.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace qdm {
 namespace {
 
+// Four characters at once, in upper case.
+std::uint64_t UpperFour(const char16_t* characters) {
+  constexpr std::uint64_t kEach = 0x0001000100010001U;
+  std::uint64_t four = 0;
+  std::memcpy(&four, characters, sizeof four);
+  if ((four & kEach * 0xFF80U) ==
+      0) {  // ASCII: bit 7 of each tells whether it is "a" or above, and above "z"
+    const std::uint64_t fromA = four + kEach * (0x80U - u'a');
+    const std::uint64_t aboveZ = four + kEach * (0x7FU - u'z');
+    return four - ((fromA & ~aboveZ & kEach * 0x80U) >> 2U);
+  }
+  std::array<char16_t, 4> upper{};
+  std::transform(characters, characters + upper.size(), upper.begin(),
+                 [](char16_t c) { return UpperCase(c); });
+  std::memcpy(&four, upper.data(), sizeof four);
+  return four;
+}
+
 std::uint64_t Mix(std::uint64_t hash, const FixedText<32>& name) {
-  for (const char16_t c : name.Characters) hash = (hash ^ UpperCase(c)) * 0x100000001B3U;  // FNV-1a
+  for (std::size_t at = 0; at < name.kLength; at += 4) {
+    hash = (hash ^ UpperFour(&name.Characters[at])) * 0x9E3779B97F4A7C15U;
+    hash ^= hash >> 29U;
+  }
   return hash;
 }
 
 std::uint64_t HashOf(const FixedText<32>& manufacturer, const FixedText<32>& model) {
-  const std::uint64_t hash = Mix(Mix(0xCBF29CE484222325U, manufacturer), model);
-  return hash ^ hash >> 32;
+  return Mix(Mix(0, manufacturer), model);
 }
 
 }  // namespace
 
 bool SameName(const FixedText<32>& first, const FixedText<32>& second) {
-  for (std::size_t i = 0; i < first.Characters.size(); ++i) {
-    if (first.Characters[i] != second.Characters[i] &&
-        UpperCase(first.Characters[i]) != UpperCase(second.Characters[i])) {
-      return false;
-    }
+  if (first == second) return true;
+  for (std::size_t at = 0; at < first.kLength; at += 4) {
+    if (UpperFour(&first.Characters[at]) != UpperFour(&second.Characters[at])) return false;
   }
   return true;
 }
