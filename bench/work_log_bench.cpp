@@ -32,7 +32,7 @@ struct LargeLog {
     first.Records = 64;
     Log.Add(first, Bytes(3161, 0));
     // Every half an hour, in 40 buildings with 25 rooms each. The entry is copied with everything else.
-    Database database(Log.File(), Database::Access::Existing);
+    Database database(Log.File(), Database::Access::Existing, WorkLog::kPatience);
     Transaction transaction(database);
     database.Run(
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 49999) "

@@ -22,8 +22,9 @@ const QString kGroup = QStringLiteral("unsavedWork");
 // A name that is this program's alone, as an empty file.
 std::filesystem::path TakenName(const std::filesystem::path& folder, const std::string& ending) {
   for (int number = 1;; ++number) {
-    std::filesystem::path file =
-        folder / ("Unsaved" + (number == 1 ? std::string() : " " + std::to_string(number)) + ending);
+    std::string name = "Unsaved";
+    if (number > 1) name.append(" ").append(std::to_string(number));
+    std::filesystem::path file = folder / name.append(ending);
     FileHandle handle;
     const std::error_code error = file_system::Create(file, file_system::Privacy::AsUsual, handle);
     if (!error) return file;

@@ -74,14 +74,16 @@ std::optional<Message> Doubt(const std::filesystem::path& file, std::size_t size
 }
 
 QString TextOf(const ImportResult& result, bool stopped) {
+  const auto unchanged = static_cast<int>(result.Unchanged);
+  const QString there =
+      unchanged == 1 ? Import::tr("1 was there already") : Import::tr("%n were there already", "", unchanged);
   const struct {
     std::size_t Count;
     QString Text;
-  } parts[] = {
-      {result.Added, Import::tr("%n added", "", static_cast<int>(result.Added))},
-      {result.Replaced, Import::tr("%n replaced", "", static_cast<int>(result.Replaced))},
-      {result.Kept, Import::tr("%n kept", "", static_cast<int>(result.Kept))},
-      {result.Unchanged, Import::tr("%n were there already", "", static_cast<int>(result.Unchanged))}};
+  } parts[] = {{result.Added, Import::tr("%n added", "", static_cast<int>(result.Added))},
+               {result.Replaced, Import::tr("%n replaced", "", static_cast<int>(result.Replaced))},
+               {result.Kept, Import::tr("%n kept", "", static_cast<int>(result.Kept))},
+               {result.Unchanged, there}};
   QStringList told;
   for (const auto& part : parts) {
     if (part.Count > 0) told << part.Text;

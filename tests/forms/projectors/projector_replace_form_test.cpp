@@ -142,7 +142,7 @@ TEST_F(Conflict, OfAnImportIsAskedAboutOneByOneOrForAllAndNotSaved) {
     EXPECT_EQ(InMemory(), answer.InMemory);
     EXPECT_EQ(OnDisk(), unchanged_);
   }
-  EXPECT_EQ(told_, "1 added, 3 replaced, 1 were there already");
+  EXPECT_EQ(told_, "1 added, 3 replaced, 1 was there already");
   WriteFileSafely(file_, Bytes(3161));
   prompts_.Answers = {false};
   EXPECT_EQ(Import({}), "nothing");
