@@ -22,6 +22,8 @@
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <cstddef>
@@ -48,9 +50,22 @@ QString NameAndFolder(const QString& fileName) {
 
 void ProjectorPanelEditor::Form_Load(LibraryComing coming) {
   RefreshTitle();
+  ShowRecordInControls();
+  if (coming.valid()) ShowFirstImage();
   LoadLibrary(globals_, prompts_, this, std::move(coming));
   RebuildTree();
-  ShowRecordInControls();
+  ShowProjector();
+}
+
+// Nothing can be done in the window before the library is there.
+void ProjectorPanelEditor::ShowFirstImage() {
+  constexpr int kLongest = 500;  // ms; an image that nobody sees is not waited for
+  show();
+  QTimer patience;
+  patience.setSingleShot(true);
+  patience.start(kLongest);
+  while (patience.isActive() && !windowHandle()->isExposed())
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
 void ProjectorPanelEditor::OpenNamedFile(QString commandLine, const QStringList& others) {

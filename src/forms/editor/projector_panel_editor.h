@@ -51,7 +51,8 @@ class ProjectorPanelEditor : public QMainWindow {
   ProjectorPanelEditor(Globals& globals, UserPrompts& prompts, QSettings& settings, EditorWindows windows);
   ~ProjectorPanelEditor() override;
 
-  // Shows a new configuration and the library: the one that is on its way, or what the data folder holds now.
+  // Shows a new configuration and the library: the one that is on its way, which the window need not wait for
+  // to be seen, or what the data folder holds now.
   void Form_Load(LibraryComing coming = {});
   // What stands on the command line, perhaps in double quotes: a *.BVC is opened, a *.BVD imported. Endings
   // in lower case and files that do not exist are left alone. `others` are only named in the status line.
@@ -85,6 +86,7 @@ class ProjectorPanelEditor : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  void ShowFirstImage();
   void SetUpToolbar();
   void ConnectControls();
   void RestoreWindow();
