@@ -53,6 +53,25 @@ bool SaysAbsent(const std::error_code& error) {
   return error.value() == ERROR_FILE_NOT_FOUND || error.value() == ERROR_PATH_NOT_FOUND;
 }
 
+// A file that goes with its last reader is refused as if there were no right to it; the status behind that
+// tells.
+constexpr auto kDeletePending = static_cast<LONG>(0xC0000056);
+const auto g_lastStatus = reinterpret_cast<LONG(NTAPI*)()>(
+    reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetLastNtStatus")));
+
+// Readers, indexers and virus scanners are in the way of a new name for a moment.
+template <class Call>
+std::error_code Patiently(const Call& call) {
+  constexpr int kMostTries = 25;
+  constexpr DWORD kBetweenTries = 20;  // ms
+  for (int tries = 1;; ++tries) {
+    const std::error_code error = Told(call());
+    const bool inUse = error.value() == ERROR_ACCESS_DENIED || error.value() == ERROR_SHARING_VIOLATION;
+    if (!inUse || tries == kMostTries) return error;
+    Sleep(kBetweenTries);
+  }
+}
+
 FileHandle Opened(const Path& path, DWORD access, DWORD shared, DWORD how, DWORD flags) {
   return FileHandle(CreateFileW(path.c_str(), access, shared, nullptr, how, flags, nullptr));
 }
@@ -119,12 +138,13 @@ std::error_code Protect(const Path& from, const Path&, Native file) {
 std::error_code Close(Native file) { return Told(CloseHandle(file)); }
 
 std::error_code Rename(const Path& from, const Path& to) {
-  return Told(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
+  return Patiently([&] {
+    return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+  });
 }
 
 std::error_code Remove(const Path& path) {
-  if (DeleteFileW(path.c_str()) != 0) return {};
-  const std::error_code error = Last();
+  const std::error_code error = Patiently([&] { return DeleteFileW(path.c_str()); });
   return SaysAbsent(error) ? std::error_code() : error;
 }
 
@@ -144,8 +164,10 @@ std::error_code Lock(const Path& path, FileHandle& file, bool& held) {
     file = std::move(opened);
     return {};
   }
+  const LONG status = g_lastStatus == nullptr ? 0 : g_lastStatus();
   const std::error_code error = Last();
-  held = error.value() == ERROR_SHARING_VIOLATION || error.value() == ERROR_DELETE_PENDING;
+  held = status == kDeletePending || error.value() == ERROR_SHARING_VIOLATION ||
+         error.value() == ERROR_DELETE_PENDING;
   return held ? std::error_code() : error;
 }
 
