@@ -18,8 +18,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// In the words of every system; Windows' own are in the code page of the country.
 CommandError NotStarted(const fs::path& program, const std::error_code& error) {
-  return CommandError(kUnusable, PathToUtf8(program), "cannot be started: " + error.message());
+  return CommandError(kUnusable, PathToUtf8(program),
+                      "cannot be started: " + error.default_error_condition().message());
 }
 
 }  // namespace

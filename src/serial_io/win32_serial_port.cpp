@@ -2,6 +2,7 @@
 
 #include "base/words.h"
 
+#include <QString>
 #include <QWinEventNotifier>
 
 #include <windows.h>
@@ -10,7 +11,6 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -56,7 +56,7 @@ OpenFailure FailureOf(DWORD error) {
     case ERROR_BUSY:
       return {Reason::Held};
     default:
-      return {Reason::Refused, std::system_category().message(static_cast<int>(error))};
+      return {Reason::Refused, qt_error_string(static_cast<int>(error)).toStdString()};
   }
 }
 
