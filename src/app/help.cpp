@@ -1,12 +1,12 @@
 #include "app/help.h"
 
 #include "base/file_access.h"
+#include "base/words.h"
 
 #ifdef _WIN32
 #include <windows.h>
 #else
 #include "app/help_window.h"
-#include "base/words.h"
 #endif
 
 #include <QApplication>
