@@ -32,7 +32,7 @@ Microseconds BusyTime() {
 
 // A wait that spins returns thousands of times in the shortest of these tests; a system that sleeps whole
 // milliseconds takes a few turns for a part of one.
-constexpr int kFewYields = 50;
+constexpr int kFewYields = 150;
 
 struct EventLoopWaitingTest : testing::Test {
   // How often the wait returned before it was over.

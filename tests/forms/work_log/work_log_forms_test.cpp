@@ -252,7 +252,7 @@ TEST_F(RoomsWindow, DownloadsAreWrittenDownAndTroubleWithTheLogIsToldOnce) {
 }
 
 TEST_F(WorkLogForms, TheSheetSaysWhatWasSentAndByWhom) {
-  const std::filesystem::path file = AddRoom("Room <1>");
+  const std::filesystem::path file = AddRoom("Room & 1");
   AddDownload(file);
   SheetForm form(ReadConfiguration(file), file, Log, Prompts, Settings);
   Child<QLineEdit>(form, "By").setText(QStringLiteral("A & B"));
@@ -267,7 +267,7 @@ TEST_F(WorkLogForms, TheSheetSaysWhatWasSentAndByWhom) {
   const std::string text = sheet.toPlainText().toStdString();
   const std::string digits = HexDigits(Sha256(BuildPanelImage(ReadConfiguration(file))));
   for (const std::string& part :
-       {std::string("Commissioning sheet: Room <1>"), std::string("Commissioned by: A & B"), digits,
+       {std::string("Commissioning sheet: Room & 1"), std::string("Commissioned by: A & B"), digits,
         std::string("What this sheet describes is what was sent last."),
         std::string("It can be locked; the code is"), std::string("COM2 9600,n,8,2"),
         std::string("23 41 31 3D 50 57 2C 31 0D 0A")}) {
