@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -50,6 +51,9 @@ OpenFailure FailureOf(DWORD error) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
     case ERROR_DEV_NOT_EXIST:
+    case ERROR_GEN_FAILURE:  // an adapter that was pulled out, as its driver has it
+    case ERROR_DEVICE_NOT_CONNECTED:
+    case ERROR_DEVICE_REMOVED:
       return {Reason::Gone};
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
@@ -98,6 +102,12 @@ struct Win32SerialPort::Line {
     return File.Valid() && GetCommState(File.Get(), &control) != 0;
   }
 
+  // A device that went while it was opened has no type any more.
+  OpenFailure WhyNoLine() const {
+    if (GetFileType(File.Get()) == FILE_TYPE_UNKNOWN) return {OpenFailure::Reason::Gone};
+    return {OpenFailure::Reason::Refused, Say("it is no serial port")};
+  }
+
   void Start() {
     COMMTIMEOUTS timeouts{kReadInterval, 0, kReadTotal, 0, kWriteTotal};
     SetCommTimeouts(File.Get(), &timeouts);
@@ -119,7 +129,14 @@ struct Win32SerialPort::Line {
       control.fDtrControl = DTR_CONTROL_ENABLE;
       control.fRtsControl = RTS_CONTROL_ENABLE;
       set(control);
-      if (SetCommState(File.Get(), &control) == 0) Refused.push_back(which);
+      if (SetCommState(File.Get(), &control) != 0) return;
+      // Refused as a whole for something else, perhaps: what counts is what the line has now.
+      if (GetCommState(File.Get(), &control) == 0) {
+        DCB wished = control;
+        set(wished);
+        if (std::memcmp(&wished, &control, sizeof(control)) == 0) return;
+      }
+      Refused.push_back(which);
     };
     if (settings.Speed)
       change(LineParameter::Speed, [&](DCB& c) { c.BaudRate = static_cast<DWORD>(*settings.Speed); });
@@ -225,7 +242,7 @@ bool Win32SerialPort::Open() {
     return false;
   }
   if (!line->IsSerial()) {
-    failure_ = OpenFailure{OpenFailure::Reason::Refused, Say("it is no serial port")};
+    failure_ = line->WhyNoLine();
     return false;
   }
   line_ = std::move(line);
