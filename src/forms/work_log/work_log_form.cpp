@@ -143,7 +143,7 @@ void WorkLogForm::Entries_Select() {
                                                                : tr("There is no such download."));
     return;
   }
-  const QString device = QString::fromStdString(entry->Device);
+  const QString device = entry->Device == entry->Port ? QString() : QString::fromStdString(entry->Device);
   ui_->Details->setPlainText(
       tr("File: %1\nPanel: %2 on %3 at %4\nRecords: %5 of 64, retries: %6, %7 s\nOutcome: %8\nImage, "
          "SHA-256: %9")
