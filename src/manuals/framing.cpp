@@ -22,24 +22,27 @@ bool Says(Text folded, std::initializer_list<Text> words) {
   return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
 }
 
-// The control codes that the page names, in brackets or alone.
-std::map<std::uint8_t, int> NamedControls(const ManualPage& page) {
-  std::map<std::uint8_t, int> named;
-  for (const std::u16string& line : page.Lines) {
-    for (std::size_t at = 0; at < line.size(); ++at) {
-      if (const auto control = ControlAt(line, at)) {
-        ++named[control->Byte.Value];
-        at = control->End - 1;
-      }
-    }
-  }
-  return named;
-}
-
 // What a line says of answers is not said of commands.
 bool SpeaksOfAnswers(Text folded) {
   return Says(folded, {u"respon", u"repl", u"answer", u"antwort", u"reponse", u"respuesta", u"rispost",
                        u"acknowl", u"sends back", u"notif", u"返回", u"应答", u"回答"});
+}
+
+// The control codes that the page names, in brackets or alone; those behind ACK and NAK close answers.
+std::map<std::uint8_t, int> NamedControls(const ManualPage& page, bool ofAnswers) {
+  std::map<std::uint8_t, int> named;
+  for (const std::u16string& line : page.Lines) {
+    std::map<std::uint8_t, int> onLine;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+      if (const auto control = ControlAt(line, at)) {
+        ++onLine[control->Byte.Value];
+        at = control->End - 1;
+      }
+    }
+    if (!ofAnswers && (onLine[6] > 0 || onLine[21] > 0)) continue;
+    for (const auto& [value, times] : onLine) named[value] += times;
+  }
+  return named;
 }
 
 bool LineFeedFollows(Text folded) {
@@ -60,7 +63,7 @@ bool LineFeedFollows(Text folded) {
 
 Frame FrameOfText(const ManualPage& page) {
   const Text folded = page.Folded;
-  auto named = NamedControls(page);
+  auto named = NamedControls(page, true);
   Frame frame;
   if (named[2] > 0 && named[3] > 0) {
     frame.Before = {Control(2)};
@@ -83,7 +86,7 @@ Frame FrameOfText(const ManualPage& page) {
   }
   frame.Behind = {Control(13)};
   if (LineFeedFollows(folded)) frame.Behind.push_back(Control(10));
-  frame.Settled = named[13] > 0 || inWords;
+  frame.Settled = NamedControls(page, false)[13] > 0 || inWords;
   return frame;
 }
 
@@ -166,8 +169,8 @@ void Put(const Frame& frame, Code& code) {
 }  // namespace
 
 // Numbers that only repeat characters have their terminator elsewhere, like the characters.
-bool OnlyCharacters(const Code& code) {
-  return std::all_of(code.Bytes.begin(), code.Bytes.end(),
+bool OnlyCharacters(const Code& code, std::ptrdiff_t but = 0) {
+  return std::all_of(code.Bytes.begin(), code.Bytes.end() - but,
                      [](const CodeByte& byte) { return byte.Value >= 0x20 && byte.Value < 0x7F; });
 }
 
@@ -208,8 +211,13 @@ void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
   const bool bare = std::all_of(codes.begin(), codes.end(), [](const Code& code) {
     return code.How == Notation::Characters || code.Bytes.size() < 2 || OnlyCharacters(code);
   });
+  const bool closed = std::any_of(codes.begin(), codes.end(), [](const Code& code) {
+    return code.How == Notation::Hexadecimal && code.Bytes.size() > 2 && code.Bytes.back().Value < 0x20 &&
+           OnlyCharacters(code, 1);
+  });
   for (Code& code : codes) {
     const bool number = code.How == Notation::Hexadecimal;
+    if (number && closed && OnlyCharacters(code)) code.Framed = false;
     // The page names a terminator that this code does not have: perhaps it is printed without.
     if (number && (bare || (text.Settled && !Has(text, code.Bytes)))) code.Framed = false;
     if (number && !bare && !code.Framed) {

@@ -40,7 +40,8 @@ class LabelSeeker {
     if (p.IsText()) return p.Where.Line;
     return end ? codes_[p.Code].End().Line : codes_[p.Code].Begin().Line;
   }
-  std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true) const;
+  std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true,
+                                    bool pastCaptions = false) const;
   void CountSides();
   void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
@@ -71,11 +72,14 @@ class LabelSeeker {
   std::vector<std::optional<Side>> chainSides_;
   std::vector<bool> chainsClear_;  // both ends say the same
   bool supportColumn_ = false;
+  std::size_t rows_ = 0;   // codes with a label on their line
+  std::size_t cells_ = 0;  // codes with one above or below
   std::array<int, kSides> votes_{};
 };
 
 // The nearest text on that side with no code between.
-std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool pastHeadings) const {
+std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool pastHeadings,
+                                               bool pastCaptions) const {
   const bool back = side == Side::Left || side == Side::Above;
   constexpr std::size_t kFarthest = 4;
   std::size_t at = code;
@@ -89,7 +93,7 @@ std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool
       continue;
     }
     if (!pieces_[at].Heading) return at;
-    if (!pastHeadings) return std::nullopt;
+    if (!pastHeadings && !(pastCaptions && pieces_[at].Caption)) return std::nullopt;
   }
   return std::nullopt;
 }
@@ -105,12 +109,13 @@ void LabelSeeker::CountSides() {
       if (says.What != Subject::None) ++votes;
       if (SlotOf(says)) votes += 2;
     }
+    ++(OnRow(at) ? rows_ : cells_);
     supportColumn_ |= SupportOf(at) == u"yes";
   }
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText() || OnRow(at)) continue;
     for (const Side side : {Side::Above, Side::Below}) {
-      const auto text = TextAt(at, side, false);
+      const auto text = TextAt(at, side, false, true);
       if (text && pieces_[*text].Says.What != Subject::None) votes_[static_cast<std::size_t>(side)] += 2;
     }
   }
@@ -231,8 +236,9 @@ std::vector<Finding> LabelSeeker::Seek() {
     const int most = std::max(votes_[a], votes_[b]);
     return most >= 3 && most >= 2 * std::min(votes_[a], votes_[b]);
   };
-  const bool rowClear = clear(0, 1);
-  const bool cellClear = std::abs(votes_[2] - votes_[3]) >= 3;
+  // Rows where the page has cells are labels that have run into the code of the next row.
+  const bool rowClear = clear(0, 1) && rows_ * 2 >= cells_;
+  const bool cellClear = clear(2, 3);
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
     auto headed = StateInRow(at);
@@ -276,7 +282,7 @@ std::vector<Finding> LabelSeeker::Seek() {
       continue;
     }
     Finding finding = Label(at, *text, side);
-    if (supportColumn_ && SupportOf(at) == u"no") finding.For.Unsupported = true;
+    if (supportColumn_ && SupportOf(at).substr(0, 3) == u"no") finding.For.Unsupported = true;
     if (onRow) HeedRows(at, finding);
     finding.Settled = asRest && finding.Doubt.empty() && !finding.What.LeadsLabel &&
                       (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));

@@ -27,6 +27,7 @@ struct Piece {
   Span Where;
   Function Says;           // of a text
   bool Heading = false;    // of a column: "Function", "Command"
+  bool Caption = false;    // a heading since it says nothing and stands again and again
   bool Numbered = false;   // "2.1 POWER ON"
   bool LeadsOver = false;  // a colon behind it
   bool Bracketed = false;  // adds to the label before it

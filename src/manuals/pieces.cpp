@@ -149,7 +149,7 @@ void FindCaptions(const ManualPage& page, std::vector<Piece>& pieces) {
   constexpr std::size_t kOften = 3;
   for (const auto& [text, places] : captions) {
     if (places.size() < kOften) continue;
-    for (const std::size_t at : places) pieces[at].Heading = true;
+    for (const std::size_t at : places) pieces[at].Heading = pieces[at].Caption = true;
   }
 }
 
