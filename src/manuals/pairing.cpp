@@ -1,6 +1,7 @@
 #include "manuals/pairing.h"
 
 #include "base/words.h"
+#include "manuals/chains.h"
 #include "manuals/columns.h"
 #include "manuals/prose.h"
 
@@ -16,10 +17,6 @@ namespace qdm {
 namespace {
 
 using Text = std::u16string_view;
-
-// Where the labels stand, seen from their codes.
-enum class Side { Left, Right, Above, Below };
-constexpr std::size_t kSides = 4;
 
 // Every place in `pieces` that is a code, with the texts around it.
 class LabelSeeker {
@@ -43,7 +40,6 @@ class LabelSeeker {
   std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true,
                                     bool pastCaptions = false) const;
   void CountSides();
-  void CountChains();
   std::optional<Finding> SecondInRow(std::size_t at) const;
   std::optional<Finding> StateInRow(std::size_t at) const;
   std::optional<Finding> OneOfSeveral(std::size_t at) const;
@@ -69,8 +65,7 @@ class LabelSeeker {
   const ManualPage& page_;
   const std::vector<Code>& codes_;
   std::vector<Piece> pieces_;
-  std::vector<std::optional<Side>> chainSides_;
-  std::vector<bool> chainsClear_;  // both ends say the same
+  Chains chains_;
   bool supportColumn_ = false;
   std::size_t rows_ = 0;   // codes with a label on their line
   std::size_t cells_ = 0;  // codes with one above or below
@@ -119,44 +114,8 @@ void LabelSeeker::CountSides() {
       if (text && pieces_[*text].Says.What != Subject::None) votes_[static_cast<std::size_t>(side)] += 2;
     }
   }
-  CountChains();
-}
-
-// Cells in which codes and labels take turns tell by their ends what comes first. An end counts where the
-// table ends, not where a label is lost.
-void LabelSeeker::CountChains() {
-  chainSides_.resize(pieces_.size());
-  chainsClear_.resize(pieces_.size());
-  const auto breaks = [this](std::size_t at) { return pieces_[at].Sentence || pieces_[at].Heading; };
-  std::size_t from = 0;
-  const auto close = [&](std::size_t first, std::size_t last) {
-    constexpr std::size_t kShortest = 5;
-    if (last - first < 2) return;
-    const bool startCounts = first == 0 || breaks(first - 1);
-    const bool endCounts = last + 1 == pieces_.size() || breaks(last + 1);
-    const Side byStart = pieces_[first].IsText() ? Side::Above : Side::Below;
-    const Side byEnd = pieces_[last].IsText() ? Side::Below : Side::Above;
-    if (startCounts) ++votes_[static_cast<std::size_t>(byStart)];
-    if (endCounts) ++votes_[static_cast<std::size_t>(byEnd)];
-    if (last - first + 1 < kShortest || (!startCounts && !endCounts)) return;
-    if (startCounts && endCounts && byStart != byEnd) return;
-    for (std::size_t at = first; at <= last; ++at) {
-      chainSides_[at] = startCounts ? byStart : byEnd;
-      chainsClear_[at] = startCounts && endCounts;
-    }
-  };
-  std::size_t last = 0;
-  for (std::size_t at = 1; at < pieces_.size(); ++at) {
-    if (pieces_[at].Bracketed && !breaks(last)) continue;
-    const bool turns =
-        !breaks(at) && !breaks(last) && pieces_[at].IsText() != pieces_[last].IsText() && !SameLine(last, at);
-    if (!turns) {
-      close(from, last);
-      from = at;
-    }
-    last = at;
-  }
-  if (!pieces_.empty()) close(from, last);
+  chains_ = FindChains(page_, codes_, pieces_);
+  for (std::size_t side = 0; side < kSides; ++side) votes_[side] += chains_.Votes[side];
 }
 
 // "Power On PWR1" before "@PWR1": the label ends before what the code repeats.
@@ -254,7 +213,7 @@ std::vector<Finding> LabelSeeker::Seek() {
       findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
       continue;
     }
-    std::optional<Side> ofChain = chainSides_[at];
+    std::optional<Side> ofChain = chains_.Sides[at];
     const auto above = TextAt(at, Side::Above, false);
     const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
     if (leadsOver) ofChain = Side::Above;
@@ -285,7 +244,7 @@ std::vector<Finding> LabelSeeker::Seek() {
     if (supportColumn_ && SupportOf(at).substr(0, 3) == u"no") finding.For.Unsupported = true;
     if (onRow) HeedRows(at, finding);
     finding.Settled = asRest && finding.Doubt.empty() && !finding.What.LeadsLabel &&
-                      (onRow ? rowClear : leadsOver || chainsClear_[at] || (side == cell && cellClear));
+                      (onRow ? rowClear : leadsOver || chains_.Clear[at] || (side == cell && cellClear));
     if (!finding.Settled && finding.Doubt.empty())
       finding.Doubt = Marked("which label belongs to which code is not certain");
     findings[pieces_[at].Code] = std::move(finding);
