@@ -34,6 +34,8 @@ void AddParenthesised(const ManualPage& page, std::vector<Code>& codes);
 
 // A word and its value in capitals behind a label: "Power on  PWR ON".
 void AddNamedValues(const ManualPage& page, std::vector<Code>& codes);
+// A word led by a sign and a value behind it, where the page has more than one value for the word: ":POWR 1".
+void AddSignedValues(const ManualPage& page, std::vector<Code>& codes);
 void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes);
 // Between labels in ideographs.
 void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes);

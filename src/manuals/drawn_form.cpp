@@ -63,7 +63,12 @@ Part ReadPart(Text text, bool first) {
   if (const auto control = ControlAt(text, 0); control && control->End == text.size())
     return {Literal, {control->Byte}};
   const std::u16string folded = FoldLetters(text);
-  if (const CodeBytes numbers = NumbersIn(text); !numbers.empty()) return {Literal, numbers};
+  const CodeBytes numbers = NumbersIn(text);
+  // "ESC (1Bh)"
+  if (const auto control = ControlAt(text, 0); control && numbers.size() == 1 &&
+                                               numbers.front().Value == control->Byte.Value)
+    return {Literal, {control->Byte}};
+  if (!numbers.empty()) return {Literal, numbers};
   if (IsSumName(folded)) return {Sum, {}};
   const std::size_t blank = text.rfind(u' ');
   if (first && blank != Text::npos && IsSymbol(Bare(text.substr(blank))))

@@ -181,7 +181,8 @@ bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
   const auto isSum = [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; };
   const bool control = form->Before.front().Kind == ByteKind::CNT;
   // STX and ETX alone are found without a drawing.
-  if (control && std::none_of(form->Behind.begin(), form->Behind.end(), isSum)) return false;
+  const bool stxAlone = form->Before.front().Value == 2 && form->Before.size() == 1;
+  if (stxAlone && control && std::none_of(form->Behind.begin(), form->Behind.end(), isSum)) return false;
   const auto begins = [&](const Code& code) {
     return code.Bytes.size() >= form->Before.size() &&
            SameValues(

@@ -82,6 +82,12 @@ void AddPlace(Code& code, const Span& place) {
   });
 }
 
+// The same, or a letter that extraction or a typist takes for the digit.
+bool ReadsAs(std::uint8_t number, std::uint8_t character) {
+  if (number == character) return true;
+  return (number == '0' && character == 'O') || (number == '1' && (character == 'l' || character == 'I'));
+}
+
 // Characters that the bytes beside them repeat are one code with them.
 void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
   constexpr std::size_t kMost = 1500;  // beyond that a page is no table
@@ -95,7 +101,7 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
     for (Code& number : numbers) {
       const bool within = std::search(number.Bytes.begin(), number.Bytes.end(), text.Bytes.begin(),
                                       text.Bytes.end(), [](const CodeByte& a, const CodeByte& b) {
-                                        return a.Value == b.Value;
+                                        return ReadsAs(a.Value, b.Value);
                                       }) != number.Bytes.end();
       const std::size_t apart = apartFrom(number, text);
       if (!within || (apart > 3 && number.Bytes.size() < 3)) continue;
@@ -111,12 +117,19 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
   std::erase_if(characters, repeats);
 }
 
-// The same bytes behind code after code are what the projector answers.
-void DropAnswers(std::vector<Code>& codes) {
+// The same bytes behind code after code are what the projector answers, and so are a row's own again.
+void DropAnswers(const ManualPage& page, std::vector<Code>& codes) {
   constexpr std::size_t kFewest = 3;
+  std::vector<std::size_t> echoes;
   std::map<std::u16string, std::vector<std::size_t>> behind;
   for (std::size_t i = 1; i < codes.size(); ++i) {
     const bool sameRow = codes[i].Begin().Line == codes[i - 1].Begin().Line;
+    const std::size_t end = codes[i - 1].End().To;
+    const bool beside = sameRow && codes[i].Begin().From >= end &&
+                        TrimSpace(std::u16string_view(page.Lines[codes[i].Begin().Line])
+                                      .substr(end, codes[i].Begin().From - end))
+                            .empty();
+    if (beside && SameValues(codes[i].Bytes, codes[i - 1].Bytes)) echoes.push_back(i);
     const bool whole = codes[i].How == Notation::Hexadecimal && codes[i - 1].How == Notation::Hexadecimal &&
                        codes[i].Bytes.size() > 1 && codes[i - 1].Bytes.size() > codes[i].Bytes.size();
     if (!sameRow || !whole) continue;
@@ -124,6 +137,7 @@ void DropAnswers(std::vector<Code>& codes) {
     behind[{values.begin(), values.end()}].push_back(i);
   }
   std::set<std::size_t> answers;
+  if (echoes.size() >= kFewest) answers.insert(echoes.begin(), echoes.end());
   for (const auto& [bytes, places] : behind) {
     if (places.size() >= kFewest) answers.insert(places.begin(), places.end());
   }
@@ -156,7 +170,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   codes.insert(codes.end(), std::make_move_iterator(characters.begin()),
                std::make_move_iterator(characters.end()));
   std::stable_sort(codes.begin(), codes.end(), Before);
-  DropAnswers(codes);
+  DropAnswers(page, codes);
   TakeLeads(page, codes);
   PutFrames(page, codes);
   CompleteCheckSums(page, codes);

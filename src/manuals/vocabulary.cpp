@@ -95,14 +95,15 @@ constexpr WordList kVocabulary[] = {
      u"off|hidden|video off mute|display mute|mute picture|"
      u"黑屏|空白|消隐|画面消隐|静像|画面静音|图像静音|影音静音|画像ミュート|映像ミュート|空屏|"
      u"ブランク|av静音|黑画面|画面ミュート|avミュート|消去|coupure "
-     u"image|masquage|bildunterdruckung|silenciar video|"
+     u"image|coupure de l'image|masquer|masquage|corte de imagen|bildunterdruckung|silenciar video|"
      u"video muet|image muette|silencio av|ocultar"},
     {Word::Shutter, u"shutter|dowser|douser|verschluss|obturateur|obturador|otturatore|快门|光闸|シャッター"},
     {Word::Picture,
      u"picture|image|bild|imagen|immagine|imagem|screen|ecran|pantalla|schermo|tela|画面|图像|映像"},
     {Word::PictureOn,
      u"picture on|shows the picture|show the picture|show picture|picture again|bild ein|bild an|image "
-     u"on|screen on|picture visible"},
+     u"on|screen on|picture visible|retour de l'image|retour image|bild sichtbar|bild "
+     u"wieder ein|bild einblenden|bild zeigen"},
     {Word::PictureOff,
      u"picture off|blanks the picture|blanks the image|blanks the screen|bild aus|image off|screen off"},
     {Word::Open, u"open|opens|opened|offnen|offen|ouvrir|ouvert|abrir|abierto|aprire|aperto|aberto|打开快门"},
