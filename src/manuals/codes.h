@@ -79,6 +79,10 @@ void SplitRuns(std::vector<Code>& codes);
 
 // Numbers of the column beside it are cut off a code that does not begin like the others.
 void CutNeighbours(std::vector<Code>& codes);
+void CutRepeats(std::vector<Code>& codes);
+
+// Of a row's codes that are closed alike the first is sent; what the projector answers stands behind it.
+void KeepFirstColumn(const ManualPage& page, std::vector<Code>& codes);
 
 // Commands that are written as characters: before a printed terminator, in parentheses, in quotation marks,
 // or as members of a family of like tokens.

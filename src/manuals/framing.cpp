@@ -1,11 +1,13 @@
 #include "manuals/framing.h"
 
+#include "manuals/code_sums.h"
 #include "manuals/drawn_form.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,6 +17,7 @@ namespace qdm {
 namespace {
 
 using Text = std::u16string_view;
+using Values8 = std::vector<std::uint8_t>;
 
 constexpr CodeByte Control(std::uint8_t value) { return {value, ByteKind::CNT}; }
 
@@ -205,7 +208,68 @@ bool PutDrawnForm(const ManualPage& page, std::vector<Code>& codes) {
   return true;
 }
 
+// What whole codes that end with their check sum have round the short ones, the sum as a VAR of value 0:
+// "10 01" in a table and A5 04 10 01 B0 as an example.
+std::optional<Frame> FrameOfSums(const std::vector<Code>& codes, std::size_t size) {
+  constexpr std::size_t kLongestTail = 2;
+  constexpr std::size_t kProof = 3;  // so many sums are no chance
+  std::set<Values8> shorts;
+  std::set<Values8> longer;
+  for (const Code& code : codes) {
+    if (code.How != Notation::Hexadecimal || code.Broken) continue;
+    if (code.Bytes.size() == size) shorts.insert(Values(code.Bytes));
+    if (code.Bytes.size() > size + 1 && code.Bytes.size() <= kLongestCode) longer.insert(Values(code.Bytes));
+  }
+  if (longer.empty()) return std::nullopt;
+  const std::size_t length = longer.begin()->size();
+  for (std::size_t tail = 0; tail <= kLongestTail && size + 1 + tail < length; ++tail) {
+    const auto before = static_cast<std::ptrdiff_t>(length - size - 1 - tail);
+    const Values8& like = *longer.begin();
+    const auto fits = [&](const Values8& code) {
+      return code.size() == length && std::equal(code.begin(), code.begin() + before, like.begin()) &&
+             std::equal(code.end() - static_cast<std::ptrdiff_t>(tail), code.end(),
+                        like.end() - static_cast<std::ptrdiff_t>(tail));
+    };
+    if (!std::all_of(longer.begin(), longer.end(), fits)) continue;
+    const auto known = [&](const Values8& code) {
+      return shorts.contains(Values8(code.begin() + before, code.begin() + before + static_cast<std::ptrdiff_t>(size)));
+    };
+    if (longer.size() < kProof && !std::all_of(longer.begin(), longer.end(), known)) continue;
+    for (const CheckSum check : kCheckSums) {
+      const bool right = std::all_of(longer.begin(), longer.end(), [&](const Values8& code) {
+        return IsRight(check, {code.data(), length - tail});
+      });
+      if (!right) continue;
+      Frame frame;
+      for (auto value = like.begin(); value != like.begin() + before; ++value)
+        frame.Before.push_back({*value, ByteKind::HEX});
+      frame.Behind.push_back({0, ByteKind::VAR});
+      for (std::size_t i = length - tail; i < length; ++i) frame.Behind.push_back({like[i], ByteKind::HEX});
+      return frame;
+    }
+  }
+  return std::nullopt;
+}
+
+// Short lists of numbers that all have one length; false where examples do not show what is round them.
+bool PutFrameOfSums(std::vector<Code>& codes) {
+  constexpr std::size_t kShortest = 2;
+  constexpr std::size_t kLongest = 4;
+  for (std::size_t size = kShortest; size <= kLongest; ++size) {
+    const auto frame = FrameOfSums(codes, size);
+    if (!frame) continue;
+    for (Code& code : codes) {
+      if (code.How != Notation::Hexadecimal || code.Broken || code.Bytes.size() != size) continue;
+      Put(*frame, code);
+      code.Broken = true;
+    }
+    return true;
+  }
+  return false;
+}
+
 void PutFrames(const ManualPage& page, std::vector<Code>& codes) {
+  if (PutFrameOfSums(codes)) return;
   if (PutDrawnForm(page, codes)) return;
   const Frame examples = FrameOfExamples(page, codes);
   const Frame text = FrameOfText(page);

@@ -154,6 +154,8 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   JoinWrapped(page, codes);
   SplitRuns(codes);
   CutNeighbours(codes);
+  CutRepeats(codes);
+  KeepFirstColumn(page, codes);
   TakeCharactersBeside(page, codes);
   JoinVertical(page, codes);
   TakeCharactersAbove(page, codes);
