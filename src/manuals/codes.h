@@ -42,6 +42,8 @@ struct Code {
   bool Computed = false;            // its check sum is not printed, only how it is made
   bool Gapped = false;              // its bytes stand in several columns
   bool Beside = false;              // what stands beside it could belong to it
+  CodeBytes Answer;                 // what is printed beside it as the projector's answer, IGN where it varies
+  std::vector<Span> AnswerAt;       // no labels
 
   const Span& Begin() const { return Where.front(); }
   const Span& End() const { return Where.back(); }
@@ -83,10 +85,14 @@ void CutRepeats(std::vector<Code>& codes);
 
 // Of a row's codes that are closed alike the first is sent; what the projector answers stands behind it.
 void KeepFirstColumn(const ManualPage& page, std::vector<Code>& codes);
+void KeepFirstCell(const ManualPage& page, std::vector<Code>& codes);
 
 // Commands that are written as characters: before a printed terminator, in parentheses, in quotation marks,
 // or as members of a family of like tokens.
 std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<Code>& numbers);
+
+// The same bytes behind code after code, and a row's own again, are what the projector answers.
+void TakeAnswers(const ManualPage& page, std::vector<Code>& codes);
 
 // What stands before command after command in the same cell belongs to them ("* 0 IR 001"); what else could
 // is noted.

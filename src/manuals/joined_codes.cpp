@@ -74,7 +74,6 @@ void CutRepeats(std::vector<Code>& codes) {
   for (Code& code : codes) {
     const std::size_t cut = cutOf(code);
     if (cut == 0 || times[code.Bytes[cut].Value] < kFewest) continue;
-    code.Where.front().From = code.Places[cut];
     code.Bytes.erase(code.Bytes.begin(), code.Bytes.begin() + static_cast<std::ptrdiff_t>(cut));
     code.Places.clear();
     code.Gapped = false;
@@ -134,52 +133,6 @@ void SplitRuns(std::vector<Code>& codes) {
     }
   }
   codes = std::move(split);
-}
-
-namespace {
-
-// Where the columns of a row end in which each begins with the first byte of all and ends with the last.
-std::vector<std::size_t> ColumnEnds(const Code& code) {
-  constexpr std::size_t kShortest = 3;
-  const std::uint8_t first = code.Bytes.front().Value;
-  const std::uint8_t last = code.Bytes.back().Value;
-  std::vector<std::size_t> ends;
-  if (first == last || code.Places.size() != code.Bytes.size()) return ends;
-  std::size_t from = 0;
-  for (std::size_t at = 0; at < code.Bytes.size(); ++at) {
-    const bool begins = code.Bytes[at].Value == first && code.Bytes[at].Kind != ByteKind::VAR;
-    if (begins != (at == from)) return {};
-    if (code.Bytes[at].Value != last || code.Bytes[at].Kind == ByteKind::VAR) continue;
-    if (at + 1 < from + kShortest) return {};
-    ends.push_back(at + 1);
-    from = at + 1;
-  }
-  return ends;
-}
-
-}  // namespace
-
-void KeepFirstColumn(const ManualPage& page, std::vector<Code>& codes) {
-  constexpr std::size_t kFewest = 3;
-  std::array<std::size_t, 256> rows{};  // by the byte that they begin with
-  const auto labelled = [&](const Code& code) {
-    const Span before = Trim(page, {code.Begin().Line, 0, code.Begin().From});
-    return before.From < before.To;
-  };
-  for (const Code& code : codes) {
-    if (labelled(code) && ColumnEnds(code).size() > 1) ++rows[code.Bytes.front().Value];
-  }
-  for (Code& code : codes) {
-    const std::vector<std::size_t> ends = ColumnEnds(code);
-    if (ends.size() < 2 || !labelled(code) || rows[code.Bytes.front().Value] < kFewest) continue;
-    code.Bytes.resize(ends.front());
-    code.Where.resize(1);
-    code.Where.front().To = code.Places[ends.front()];
-    code.Places.resize(ends.front());
-    code.Beside = true;
-    code.Broken = std::any_of(code.Bytes.begin(), code.Bytes.end(),
-                              [](const CodeByte& byte) { return byte.Kind == ByteKind::VAR; });
-  }
 }
 
 void JoinVertical(const ManualPage& page, std::vector<Code>& codes) {

@@ -14,8 +14,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
-#include <set>
 #include <utility>
 
 namespace qdm {
@@ -117,37 +115,6 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
   std::erase_if(characters, repeats);
 }
 
-// The same bytes behind code after code are what the projector answers, and so are a row's own again.
-void DropAnswers(const ManualPage& page, std::vector<Code>& codes) {
-  constexpr std::size_t kFewest = 3;
-  std::vector<std::size_t> echoes;
-  std::map<std::u16string, std::vector<std::size_t>> behind;
-  for (std::size_t i = 1; i < codes.size(); ++i) {
-    const bool sameRow = codes[i].Begin().Line == codes[i - 1].Begin().Line;
-    const std::size_t end = codes[i - 1].End().To;
-    const bool beside = sameRow && codes[i].Begin().From >= end &&
-                        TrimSpace(std::u16string_view(page.Lines[codes[i].Begin().Line])
-                                      .substr(end, codes[i].Begin().From - end))
-                            .empty();
-    if (beside && SameValues(codes[i].Bytes, codes[i - 1].Bytes)) echoes.push_back(i);
-    const bool whole = codes[i].How == Notation::Hexadecimal && codes[i - 1].How == Notation::Hexadecimal &&
-                       codes[i].Bytes.size() > 1 && codes[i - 1].Bytes.size() > codes[i].Bytes.size();
-    if (!sameRow || !whole) continue;
-    const std::vector<std::uint8_t> values = Values(codes[i].Bytes);
-    behind[{values.begin(), values.end()}].push_back(i);
-  }
-  std::set<std::size_t> answers;
-  if (echoes.size() >= kFewest) answers.insert(echoes.begin(), echoes.end());
-  for (const auto& [bytes, places] : behind) {
-    if (places.size() >= kFewest) answers.insert(places.begin(), places.end());
-  }
-  std::vector<Code> left;
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    if (!answers.contains(i)) left.push_back(std::move(codes[i]));
-  }
-  codes = std::move(left);
-}
-
 std::vector<Code> AllCodes(const ManualPage& page) {
   std::vector<Code> codes = FindNumberCodes(page);
   JoinByCrc(page, codes);
@@ -156,6 +123,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   CutNeighbours(codes);
   CutRepeats(codes);
   KeepFirstColumn(page, codes);
+  KeepFirstCell(page, codes);
   TakeCharactersBeside(page, codes);
   JoinVertical(page, codes);
   TakeCharactersAbove(page, codes);
@@ -172,7 +140,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   codes.insert(codes.end(), std::make_move_iterator(characters.begin()),
                std::make_move_iterator(characters.end()));
   std::stable_sort(codes.begin(), codes.end(), Before);
-  DropAnswers(page, codes);
+  TakeAnswers(page, codes);
   TakeLeads(page, codes);
   PutFrames(page, codes);
   CompleteCheckSums(page, codes);

@@ -176,6 +176,7 @@ std::vector<Piece> MakePieces(const ManualPage& page, const std::vector<Code>& c
   std::vector<Taken> taken;
   for (std::size_t i = 0; i < codes.size(); ++i) {
     for (std::size_t j = 0; j < codes[i].Where.size(); ++j) taken.push_back({codes[i].Where[j], i, j == 0});
+    for (const Span& answer : codes[i].AnswerAt) taken.push_back({answer, i, false});
   }
   std::sort(taken.begin(), taken.end(), [](const Taken& a, const Taken& b) {
     return std::pair(a.Where.Line, a.Where.From) < std::pair(b.Where.Line, b.Where.From);

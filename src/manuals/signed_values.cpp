@@ -1,7 +1,9 @@
 #include "manuals/character_readers.h"
+#include "manuals/functions.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <map>
 #include <set>
@@ -47,6 +49,8 @@ void AddSignedValues(const ManualPage& page, std::vector<Code>& codes) {
       if (!IsSignedWord(word) || tokens[i + 1].From != tokens[i].To + 1 || (!open && !IsValue(value))) continue;
       Code code = TextCode(page, {number, tokens[i].From, tokens[i + 1].To});
       code.Broken = open;
+      for (std::size_t at = word.size() + 1; open && at < code.Bytes.size(); ++at)
+        code.Bytes[at] = {static_cast<std::uint8_t>(value[0]), ByteKind::VAR};
       if (!open) values[std::u16string(word)].insert(std::u16string(value));
       words.emplace_back(word);
       found.push_back(std::move(code));
@@ -54,6 +58,38 @@ void AddSignedValues(const ManualPage& page, std::vector<Code>& codes) {
   }
   for (std::size_t i = 0; i < found.size(); ++i) {
     if (values[words[i]].size() >= kFewest) codes.push_back(std::move(found[i]));
+  }
+}
+
+void AddSmallRows(const ManualPage& page, std::vector<Code>& codes) {
+  constexpr std::size_t kLongestLine = 120;
+  constexpr std::size_t kMostWords = 3;
+  constexpr std::size_t kFewest = 2;
+  std::vector<Code> found;
+  std::vector<std::u16string> names;
+  std::map<std::u16string, std::set<std::u16string>> words;
+  std::set<int> slots;
+  const auto small = [](char16_t c) { return IsLower(c) || IsDigit(c) || c == u'?' || c == u'_'; };
+  const auto leads = [](char16_t c) { return c == u'.' || c == u'-' || c == u':' || c == u'|' || IsBlank(c); };
+  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+    const Text line = page.Lines[number];
+    const std::vector<Span> tokens = TokensOf(line, number);
+    std::size_t count = 0;
+    while (count < tokens.size() && All(page.At(tokens[count]), small)) ++count;
+    if (count < 2 || count > kMostWords || count == tokens.size() || line.size() > kLongestLine) continue;
+    if (!IsLower(page.At(tokens[0])[0]) || page.At(tokens[0]).size() < 2) continue;
+    std::size_t label = tokens[count - 1].To;
+    while (label < line.size() && leads(line[label])) ++label;
+    if (label == line.size() || !IsUpper(line[label])) continue;
+    const Code code = TextCode(page, {number, tokens[0].From, tokens[count - 1].To});
+    if (const auto slot = SlotOf(ClassifyLabel(line.substr(label)))) slots.insert(*slot);
+    names.emplace_back(page.At(tokens[0]));
+    words[names.back()].insert(std::u16string(page.At(code.Begin())));
+    found.push_back(code);
+  }
+  if (slots.size() < kFewest) return;
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    if (words[names[i]].size() >= kFewest) codes.push_back(std::move(found[i]));
   }
 }
 
