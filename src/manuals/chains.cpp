@@ -26,25 +26,22 @@ Column ColumnOf(Text heading) {
   return among(kLabels) ? Column::Labels : among(kCodes) ? Column::Codes : Column::Other;
 }
 
-// Where neighbouring headings put the labels; nothing where there are none or they contradict each other.
-std::optional<Side> SideByHeadings(const ManualPage& page, const std::vector<Piece>& pieces) {
-  std::optional<Side> side;
-  for (std::size_t at = 1; at < pieces.size(); ++at) {
-    if (!pieces[at].Heading || !pieces[at - 1].Heading) continue;
-    const Column first = ColumnOf(page.At(pieces[at - 1].Where));
-    const Column second = ColumnOf(page.At(pieces[at].Where));
-    if (first == second || first == Column::Other || second == Column::Other) continue;
-    const Side here = first == Column::Labels ? Side::Above : Side::Below;
-    if (side && *side != here) return std::nullopt;
-    side = here;
-  }
-  return side;
+// Where the two headings right before a chain put the labels; nothing where there are others than two.
+std::optional<Side> SideByHeadings(const ManualPage& page, const std::vector<Piece>& pieces,
+                                   std::size_t first) {
+  constexpr std::size_t kTwo = 2;
+  if (first < kTwo || (first > kTwo && pieces[first - 3].Heading)) return std::nullopt;
+  if (!pieces[first - 2].Heading || !pieces[first - 1].Heading) return std::nullopt;
+  const Column above = ColumnOf(page.At(pieces[first - 2].Where));
+  const Column below = ColumnOf(page.At(pieces[first - 1].Where));
+  if (above == below || above == Column::Other || below == Column::Other) return std::nullopt;
+  return above == Column::Labels ? Side::Above : Side::Below;
 }
 
 class ChainFinder {
  public:
   ChainFinder(const ManualPage& page, const std::vector<Code>& codes, const std::vector<Piece>& pieces)
-      : codes_(codes), pieces_(pieces), byHeadings_(SideByHeadings(page, pieces)) {}
+      : page_(page), codes_(codes), pieces_(pieces) {}
 
   Chains Find() {
     found_.Sides.resize(pieces_.size());
@@ -82,18 +79,19 @@ class ChainFinder {
     const Side byEnd = pieces_[last].IsText() ? Side::Below : Side::Above;
     if (startCounts) ++found_.Votes[static_cast<std::size_t>(byStart)];
     if (endCounts) ++found_.Votes[static_cast<std::size_t>(byEnd)];
-    const bool headed = byHeadings_ == byStart && byHeadings_ == byEnd;
-    if (last - first + 1 < kShortest || (!startCounts && !endCounts && !headed)) return;
+    const std::optional<Side> byHeadings = SideByHeadings(page_, pieces_, first);
+    const bool headed = byHeadings == byStart && byHeadings == byEnd;
+    if (last - first + 1 < kShortest || (!startCounts && !endCounts)) return;
     if (startCounts && endCounts && byStart != byEnd) return;
     for (std::size_t at = first; at <= last; ++at) {
-      found_.Sides[at] = headed ? *byHeadings_ : startCounts ? byStart : byEnd;
-      found_.Clear[at] = headed || (startCounts && endCounts && !byHeadings_);
+      found_.Sides[at] = startCounts ? byStart : byEnd;
+      found_.Clear[at] = headed || (startCounts && endCounts && !byHeadings);
     }
   }
 
+  const ManualPage& page_;
   const std::vector<Code>& codes_;
   const std::vector<Piece>& pieces_;
-  std::optional<Side> byHeadings_;
   Chains found_;
 };
 

@@ -37,8 +37,8 @@ class LabelSeeker {
     if (p.IsText()) return p.Where.Line;
     return end ? codes_[p.Code].End().Line : codes_[p.Code].Begin().Line;
   }
-  std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true,
-                                    bool pastCaptions = false) const;
+  std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true) const;
+  bool CouldLabel(std::size_t code, Side side) const;
   void CountSides();
   std::optional<Finding> SecondInRow(std::size_t at) const;
   std::optional<Finding> StateInRow(std::size_t at) const;
@@ -70,11 +70,11 @@ class LabelSeeker {
   std::size_t rows_ = 0;   // codes with a label on their line
   std::size_t cells_ = 0;  // codes with one above or below
   std::array<int, kSides> votes_{};
+  std::array<int, kSides> chances_{};  // codes that could have their labels there
 };
 
 // The nearest text on that side with no code between.
-std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool pastHeadings,
-                                               bool pastCaptions) const {
+std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool pastHeadings) const {
   const bool back = side == Side::Left || side == Side::Above;
   constexpr std::size_t kFarthest = 4;
   std::size_t at = code;
@@ -88,9 +88,23 @@ std::optional<std::size_t> LabelSeeker::TextAt(std::size_t code, Side side, bool
       continue;
     }
     if (!pieces_[at].Heading) return at;
-    if (!pastHeadings && !(pastCaptions && pieces_[at].Caption)) return std::nullopt;
+    if (!pastHeadings) return std::nullopt;
   }
   return std::nullopt;
+}
+
+// Whether a cell above or below names a function, past cells that say nothing ("none").
+bool LabelSeeker::CouldLabel(std::size_t code, Side side) const {
+  constexpr std::size_t kFarthest = 3;
+  std::size_t at = code;
+  for (std::size_t steps = 0; steps < kFarthest; ++steps) {
+    if (side == Side::Above ? at == 0 : at + 1 >= pieces_.size()) return false;
+    at = side == Side::Above ? at - 1 : at + 1;
+    const Piece& piece = pieces_[at];
+    if (!piece.IsText() || piece.Sentence || (piece.Heading && !piece.Caption)) return false;
+    if (piece.Says.What != Subject::None) return true;
+  }
+  return false;
 }
 
 void LabelSeeker::CountSides() {
@@ -110,7 +124,8 @@ void LabelSeeker::CountSides() {
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText() || OnRow(at)) continue;
     for (const Side side : {Side::Above, Side::Below}) {
-      const auto text = TextAt(at, side, false, true);
+      const auto text = TextAt(at, side, false);
+      if (CouldLabel(at, side)) ++chances_[static_cast<std::size_t>(side)];
       if (text && pieces_[*text].Says.What != Subject::None) votes_[static_cast<std::size_t>(side)] += 2;
     }
   }
@@ -197,7 +212,8 @@ std::vector<Finding> LabelSeeker::Seek() {
   };
   // Rows where the page has cells are labels that have run into the code of the next row.
   const bool rowClear = clear(0, 1) && rows_ * 2 >= cells_;
-  const bool cellClear = clear(2, 3);
+  const bool cellClear =
+      clear(2, 3) && std::max(chances_[2], chances_[3]) >= 2 * std::min(chances_[2], chances_[3]);
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
     auto headed = StateInRow(at);
