@@ -22,7 +22,7 @@ void SetAnswer(Code& code, CodeBytes answer, Span at) {
   for (CodeByte& byte : answer) {
     if (byte.Kind == ByteKind::VAR) byte = {0, ByteKind::IGN};
   }
-  code.Answer = std::move(answer);
+  if (code.Answer.empty()) code.Answer = std::move(answer);
   code.AnswerAt.push_back(at);
 }
 
@@ -61,7 +61,8 @@ void KeepFirstColumn(const ManualPage& page, std::vector<Code>& codes) {
     const std::vector<std::size_t> ends = ColumnEnds(code);
     if (ends.size() < 2 || !labelled(code) || rows[code.Bytes.front().Value] < kFewest) continue;
     const auto begin = code.Bytes.begin();
-    SetAnswer(code, {begin + static_cast<std::ptrdiff_t>(ends[0]), begin + static_cast<std::ptrdiff_t>(ends[1])},
+    SetAnswer(code,
+              {begin + static_cast<std::ptrdiff_t>(ends[0]), begin + static_cast<std::ptrdiff_t>(ends[1])},
               {code.Begin().Line, code.Places[ends.front()], code.Begin().To});
     code.Bytes.resize(ends.front());
     code.Where.resize(1);
@@ -95,10 +96,11 @@ void KeepFirstCell(const ManualPage& page, std::vector<Code>& codes) {
     at = end;
   }
   for (std::size_t together = 2; together <= kMost; ++together) {
-    if (others > 0 || groups[together].size() < kFewest || groups[together].size() < groups[1].size()) continue;
+    if (others > 0 || groups[together].size() < kFewest || groups[together].size() < groups[1].size())
+      continue;
     for (const std::size_t first : groups[together]) {
       codes[first].Beside = true;
-      for (std::size_t i = first + together - 1; i > first; --i) {
+      for (std::size_t i = first + 1; i < first + together; ++i) {
         SetAnswer(codes[first], codes[i].Bytes, codes[i].Begin());
         codes[i].Bytes.clear();
       }
@@ -131,6 +133,31 @@ bool IsOpenEcho(const Code& sent, const Code& code) {
 
 }  // namespace
 
+namespace {
+
+// Lists of numbers beside others, row after row below a heading that speaks of answers.
+std::vector<std::size_t> AnswerColumns(const ManualPage& page, const std::vector<Code>& codes) {
+  std::vector<std::size_t> found;
+  for (std::size_t i = 1; i < codes.size(); ++i) {
+    const bool numbers = codes[i].How == Notation::Hexadecimal && codes[i - 1].How == Notation::Hexadecimal;
+    const bool sameRow = codes[i].Begin().Line == codes[i - 1].End().Line;
+    if (numbers && sameRow && codes[i].Bytes.size() > 1 && StandsBeside(page, codes[i - 1], codes[i]))
+      found.push_back(i);
+  }
+  if (found.empty()) return found;
+  constexpr std::size_t kReach = 3;
+  const std::size_t first = codes[found.front()].Begin().Line;
+  for (std::size_t line = first - std::min(first, kReach); line < first; ++line) {
+    const std::u16string folded = FoldLetters(page.Lines[line].substr(0, 200));
+    for (const std::u16string_view word :
+         {u"reply", u"response", u"answer", u"antwort", u"reponse", u"respuesta"})
+      if (folded.find(word) != std::u16string::npos) return found;
+  }
+  return {};
+}
+
+}  // namespace
+
 void TakeAnswers(const ManualPage& page, std::vector<Code>& codes) {
   constexpr std::size_t kFewest = 3;
   std::map<std::u16string, std::vector<std::size_t>> behind;
@@ -150,6 +177,8 @@ void TakeAnswers(const ManualPage& page, std::vector<Code>& codes) {
     behind[{values.begin(), values.end()}].push_back(i);
   }
   std::set<std::size_t> answers;
+  if (const std::vector<std::size_t> column = AnswerColumns(page, codes); column.size() >= kFewest)
+    answers.insert(column.begin(), column.end());
   if (echoes.size() >= kFewest) {
     answers.insert(echoes.begin(), echoes.end());
     answers.insert(openEchoes.begin(), openEchoes.end());

@@ -13,11 +13,11 @@ using Text = std::u16string_view;
 enum class Column { Other, Labels, Codes };
 
 Column ColumnOf(Text heading) {
-  constexpr Text kLabels[] = {u"function", u"functions", u"item",     u"items",  u"option",  u"operation",
-                              u"action",   u"names",     u"funktion", u"button", u"key",     u"description",
+  constexpr Text kLabels[] = {u"function", u"functions", u"item",     u"items",  u"option", u"operation",
+                              u"action",   u"names",     u"funktion", u"button", u"key",    u"description",
                               u"fonction", u"funcion",   u"funzione", u"details"};
-  constexpr Text kCodes[] = {u"command", u"commands", u"code",       u"codes",    u"ascii",   u"hex",
-                             u"string",  u"send",     u"ascii code", u"hex code", u"befehl",  u"hexadecimal",
+  constexpr Text kCodes[] = {u"command", u"commands", u"code",       u"codes",    u"ascii",  u"hex",
+                             u"string",  u"send",     u"ascii code", u"hex code", u"befehl", u"hexadecimal",
                              u"data",    u"comando",  u"commande",   u"character"};
   const std::u16string folded = FoldLetters(heading);
   const auto among = [&](const auto& names) {

@@ -1,5 +1,5 @@
-// Cells of a torn table in which codes and labels take turns, one below the other: whether a label stands above
-// its code or below it shows at the ends of such a chain and in the order of the table's headings.
+// Cells of a torn table in which codes and labels take turns, one below the other: whether a label stands
+// above its code or below it shows at the ends of such a chain and in the order of the table's headings.
 #pragma once
 
 #include "manuals/pairing.h"

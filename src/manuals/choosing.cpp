@@ -232,6 +232,8 @@ void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, Manua
     command.ReadAs = HowRead(finding.What);
     command.String = SerialStringOf(finding.What.Bytes);
     command.CodeRanges = RangesOf(page, finding.What.Where);
+    command.Answer = SerialStringOf(finding.What.Answer);
+    command.AnswerRanges = RangesOf(page, finding.What.AnswerAt);
     command.LabelRanges = RangesOf(page, finding.Label);
     if (Usable(finding)) command.Slot = SlotOf(finding.For);
     reading.Commands.push_back(std::move(command));

@@ -42,8 +42,8 @@ struct Code {
   bool Computed = false;            // its check sum is not printed, only how it is made
   bool Gapped = false;              // its bytes stand in several columns
   bool Beside = false;              // what stands beside it could belong to it
-  CodeBytes Answer;                 // what is printed beside it as the projector's answer, IGN where it varies
-  std::vector<Span> AnswerAt;       // no labels
+  CodeBytes Answer;            // what is printed beside it as the projector's answer, IGN where it varies
+  std::vector<Span> AnswerAt;  // no labels
 
   const Span& Begin() const { return Where.front(); }
   const Span& End() const { return Where.back(); }

@@ -65,8 +65,8 @@ Part ReadPart(Text text, bool first) {
   const std::u16string folded = FoldLetters(text);
   const CodeBytes numbers = NumbersIn(text);
   // "ESC (1Bh)"
-  if (const auto control = ControlAt(text, 0); control && numbers.size() == 1 &&
-                                               numbers.front().Value == control->Byte.Value)
+  if (const auto control = ControlAt(text, 0);
+      control && numbers.size() == 1 && numbers.front().Value == control->Byte.Value)
     return {Literal, {control->Byte}};
   if (!numbers.empty()) return {Literal, numbers};
   if (IsSumName(folded)) return {Sum, {}};

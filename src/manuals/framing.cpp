@@ -163,8 +163,11 @@ void Put(const Frame& frame, Code& code) {
     code.Framed = true;
     return;
   }
-  code.Bytes.insert(code.Bytes.begin(), frame.Before.begin(), frame.Before.end());
-  code.Bytes.insert(code.Bytes.end(), frame.Behind.begin(), frame.Behind.end());
+  for (CodeBytes* bytes : {&code.Bytes, &code.Answer}) {
+    if (bytes->empty()) continue;
+    bytes->insert(bytes->begin(), frame.Before.begin(), frame.Before.end());
+    bytes->insert(bytes->end(), frame.Behind.begin(), frame.Behind.end());
+  }
   code.Composed = true;
   code.Framed = frame.Settled;
 }
@@ -232,7 +235,8 @@ std::optional<Frame> FrameOfSums(const std::vector<Code>& codes, std::size_t siz
     };
     if (!std::all_of(longer.begin(), longer.end(), fits)) continue;
     const auto known = [&](const Values8& code) {
-      return shorts.contains(Values8(code.begin() + before, code.begin() + before + static_cast<std::ptrdiff_t>(size)));
+      return shorts.contains(
+          Values8(code.begin() + before, code.begin() + before + static_cast<std::ptrdiff_t>(size)));
     };
     if (longer.size() < kProof && !std::all_of(longer.begin(), longer.end(), known)) continue;
     for (const CheckSum check : kCheckSums) {

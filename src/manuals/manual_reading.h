@@ -42,6 +42,8 @@ struct ManualCommand {
   SerialString String;
   std::vector<ManualRange> CodeRanges;   // where its bytes stand, in their order
   std::vector<ManualRange> LabelRanges;  // where its function stands
+  SerialString Answer;                   // printed beside it, IGN where it varies; empty where there is none
+  std::vector<ManualRange> AnswerRanges;
   // The string of a definition that it could be for: 1 for power on; nothing for all other functions.
   std::optional<int> Slot;
 };

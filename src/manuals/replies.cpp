@@ -2,6 +2,7 @@
 
 #include "manuals/codes.h"
 #include "manuals/functions.h"
+#include "manuals/reply_forms.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -87,6 +88,30 @@ std::optional<Answer> AcknowledgeCode(const ManualPage& page) {
     }
   }
   return found;
+}
+
+// 'Reply: "OK" <CR><LF>, or "ERR"': the first text in quotation marks and what closes it.
+std::optional<Answer> AcknowledgeQuoted(const ManualPage& page) {
+  constexpr std::size_t kLongest = 8;
+  for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+    const Text text = Text(page.Lines[line]).substr(0, 300);
+    const std::size_t open = text.find(u'"');
+    const std::size_t close = open == Text::npos ? open : text.find(u'"', open + 1);
+    if (close == Text::npos || close - open < 2 || close - open > kLongest) continue;
+    const std::u16string before = FoldLetters(text.substr(0, open));
+    const bool answers = Has(Text(before), {u"reply", u"replies", u"response", u"answer", u"antwort",
+                                            u"reponse", u"respuesta", u"risposta", u"acknowledg"});
+    if (!answers || Has(Text(before), kFailureWords)) continue;
+    Answer answer{Characters(text.substr(open + 1, close - open - 1)), {line, open + 1, close}, true};
+    for (std::size_t at = close + 1; at < text.size();) {
+      const auto control = ControlAt(text, at);
+      if (!control && !IsBlank(text[at]) && text[at] != u'+') break;
+      if (control) answer.Bytes.push_back(control->Byte);
+      at = answer.Where.To = control ? control->End : at + 1;
+    }
+    if (answer.Bytes.back().Value < 0x20) return answer;
+  }
+  return std::nullopt;
 }
 
 // "the projector sends ":"", "Return (Pass): P", "Normal response O K Return code (0DH)".
@@ -215,6 +240,23 @@ std::vector<std::uint8_t> EchoSuffix(const ManualReading& reading) {
   return pairs >= kFewest ? suffix : std::vector<std::uint8_t>();
 }
 
+// "ACK (06h) CR Data", a header that a whole answer follows: what is found is not all of it.
+bool GoesOn(const ManualPage& page, const Answer& answer) {
+  const Text text = page.Lines[answer.Where.Line];
+  const std::u16string folded = FoldLetters(text.substr(std::min(text.size(), answer.Where.To)));
+  for (const Text word : {u"data", u"parameter", u"status", u"value", u"[command", u"checksum"}) {
+    const std::size_t at = folded.find(word);
+    constexpr std::size_t kNear = 24;
+    if (at < kNear && Text(folded).substr(0, at).find_first_of(u".;:") == Text::npos) return true;
+  }
+  constexpr std::size_t kBack = 12;
+  for (std::size_t back = 1; back <= kBack && back <= answer.Where.Line; ++back) {
+    const std::u16string title = FoldLetters(TrimSpace(page.Lines[answer.Where.Line - back]));
+    if (title == u"header" || title == u"header code") return true;
+  }
+  return false;
+}
+
 std::optional<int> ReplySlot(int slot) {
   constexpr int kReplyOf = 10;
   constexpr int kBlankOffReply = 22;
@@ -224,38 +266,73 @@ std::optional<int> ReplySlot(int slot) {
 
 }  // namespace
 
+namespace {
+
+// One answer for all commands, where the page fixes one.
+std::optional<Answer> CommonAnswer(const ManualPage& page) {
+  auto answer = AcknowledgeText(page);
+  if (!answer) answer = AcknowledgeQuoted(page);
+  if (!answer) answer = AcknowledgeGlued(page);
+  if (!answer) answer = AcknowledgeCode(page);
+  if (!answer) answer = AcknowledgeBelow(page);
+  if (!answer) return std::nullopt;
+  if (GoesOn(page, *answer)) return std::nullopt;
+  answer->Sure = Has(Text(Around(page, answer->Where.Line)), kAnswerWords);
+  return answer;
+}
+
+CodeBytes SentBy(const ManualCommand& command) {
+  CodeBytes bytes;
+  for (std::size_t i = 0; i < command.String.BytesInUse(); ++i)
+    bytes.push_back({command.String.Values[i], static_cast<ByteKind>(command.String.Kinds[i])});
+  return bytes;
+}
+
+std::optional<std::size_t> LineOf(const ManualPage& page, const ManualCommand& command) {
+  if (command.CodeRanges.empty()) return std::nullopt;
+  const auto number = std::find(page.Numbers.begin(), page.Numbers.end(), command.CodeRanges.front().Line);
+  if (number == page.Numbers.end()) return std::nullopt;
+  return static_cast<std::size_t>(number - page.Numbers.begin());
+}
+
+// What the page draws as the answer to this command.
+std::optional<ManualReply> DrawnAnswer(const ManualPage& page, const ManualCommand& command) {
+  const auto line = LineOf(page, command);
+  const auto drawn = line ? FindDrawnReply(page, BytesOf(command), *line) : std::nullopt;
+  if (!drawn) return std::nullopt;
+  ManualReply reply;
+  reply.String = SerialStringOf(drawn->Bytes);
+  reply.Ranges = {{page.Numbers[drawn->Where.Line], drawn->Where.From, drawn->Where.To}};
+  return reply;
+}
+
+}  // namespace
+
 void FindReplies(const ManualPage& page, ManualReading& reading) {
   const bool echo = SaysEcho(page) || EchoesByExample(page, reading);
   const std::vector<std::uint8_t> suffix = echo ? EchoSuffix(reading) : std::vector<std::uint8_t>();
-  std::optional<Answer> answer;
-  if (!echo) {
-    answer = AcknowledgeText(page);
-    if (!answer) answer = AcknowledgeGlued(page);
-    if (!answer) answer = AcknowledgeCode(page);
-    if (!answer) answer = AcknowledgeBelow(page);
-    if (!answer) return;
-    const std::u16string around = Around(page, answer->Where.Line);
-    answer->Sure = Has(Text(around), kAnswerWords);
-  }
+  const std::optional<Answer> common = echo ? std::nullopt : CommonAnswer(page);
   for (const ManualSlot& slot : reading.Slots) {
     const auto to = ReplySlot(slot.Slot);
     if (!to) continue;
+    const ManualCommand& command = reading.Commands[slot.Choice];
     ManualReply reply;
-    reply.Slot = *to;
-    if (echo) {
-      const ManualCommand& command = reading.Commands[slot.Choice];
-      CodeBytes bytes;
-      for (std::size_t i = 0; i < command.String.BytesInUse(); ++i)
-        bytes.push_back({command.String.Values[i], static_cast<ByteKind>(command.String.Kinds[i])});
+    if (command.Answer.BytesInUse() > 0) {
+      reply = {0, command.Answer, command.AnswerRanges, slot.Sure};
+    } else if (echo) {
+      CodeBytes bytes = SentBy(command);
       for (const std::uint8_t value : suffix) bytes.push_back({value, ByteKind::CNT});
-      reply.String = SerialStringOf(bytes);
-      reply.Ranges = command.CodeRanges;
-      reply.Sure = slot.Sure;
+      reply = {0, SerialStringOf(bytes), command.CodeRanges, slot.Sure};
+    } else if (common) {
+      const Span& where = common->Where;
+      reply = {
+          0, SerialStringOf(common->Bytes), {{page.Numbers[where.Line], where.From, where.To}}, common->Sure};
+    } else if (const auto drawn = DrawnAnswer(page, command)) {
+      reply = *drawn;
     } else {
-      reply.String = SerialStringOf(answer->Bytes);
-      reply.Ranges = {{page.Numbers[answer->Where.Line], answer->Where.From, answer->Where.To}};
-      reply.Sure = answer->Sure;
+      continue;
     }
+    reply.Slot = *to;
     reading.Replies.push_back(std::move(reply));
   }
   std::sort(reading.Replies.begin(), reading.Replies.end(),

@@ -29,8 +29,8 @@ bool IsValue(Text token) {
 }
 bool IsPlaceholder(Text token) {
   constexpr std::size_t kLongest = 3;
-  return token.size() <= kLongest && token.find_first_not_of(token[0]) == Text::npos && IsWordPart(token[0]) &&
-         !IsDigit(token[0]);
+  return token.size() <= kLongest && token.find_first_not_of(token[0]) == Text::npos &&
+         IsWordPart(token[0]) && !IsDigit(token[0]);
 }
 
 }  // namespace
@@ -46,7 +46,8 @@ void AddSignedValues(const ManualPage& page, std::vector<Code>& codes) {
       const Text word = page.At(tokens[i]);
       const Text value = page.At(tokens[i + 1]);
       const bool open = IsPlaceholder(value);
-      if (!IsSignedWord(word) || tokens[i + 1].From != tokens[i].To + 1 || (!open && !IsValue(value))) continue;
+      if (!IsSignedWord(word) || tokens[i + 1].From != tokens[i].To + 1 || (!open && !IsValue(value)))
+        continue;
       Code code = TextCode(page, {number, tokens[i].From, tokens[i + 1].To});
       code.Broken = open;
       for (std::size_t at = word.size() + 1; open && at < code.Bytes.size(); ++at)
@@ -70,7 +71,9 @@ void AddSmallRows(const ManualPage& page, std::vector<Code>& codes) {
   std::map<std::u16string, std::set<std::u16string>> words;
   std::set<int> slots;
   const auto small = [](char16_t c) { return IsLower(c) || IsDigit(c) || c == u'?' || c == u'_'; };
-  const auto leads = [](char16_t c) { return c == u'.' || c == u'-' || c == u':' || c == u'|' || IsBlank(c); };
+  const auto leads = [](char16_t c) {
+    return c == u'.' || c == u'-' || c == u':' || c == u'|' || IsBlank(c);
+  };
   for (std::size_t number = 0; number < page.Lines.size(); ++number) {
     const Text line = page.Lines[number];
     const std::vector<Span> tokens = TokensOf(line, number);
