@@ -80,7 +80,7 @@ class ChainFinder {
     if (startCounts) ++found_.Votes[static_cast<std::size_t>(byStart)];
     if (endCounts) ++found_.Votes[static_cast<std::size_t>(byEnd)];
     const std::optional<Side> byHeadings = SideByHeadings(page_, pieces_, first);
-    const bool headed = byHeadings == byStart && byHeadings == byEnd;
+    const bool headed = byHeadings == byStart && (!endCounts || byEnd == byStart);
     if (last - first + 1 < kShortest || (!startCounts && !endCounts)) return;
     if (startCounts && endCounts && byStart != byEnd) return;
     for (std::size_t at = first; at <= last; ++at) {

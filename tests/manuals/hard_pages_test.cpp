@@ -276,7 +276,7 @@ const Page kCompleted[] = {
      "( Hex Values:\n"
      "37 37 22 0D\n"
      ")\n",
-     {"1 37 37 21 0D sure", "4 37 37 5F 76 31 0D sure", "8 37 37 22 0D sure"}},
+     {"1 37 37 21 0D", "4 37 37 5F 76 31 0D", "8 37 37 22 0D"}},
     {"a label behind other words on one line",
      "Remote codes Baud rate: 9600 Data bits: 8 Parity: None Stop bits: 1 Power On 38 30 31 73 21 0D Power "
      "Off 38 30 31 73 20 0D Freeze 38 30 31 73 25 0D\n",
