@@ -133,7 +133,7 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
   characters::AddCellPairs(page, candidates);
   characters::AddShownByNumbers(page, numbers, candidates);
   characters::AddSignedValues(page, candidates);
-  characters::AddSmallRows(page, candidates);
+  characters::AddWordRows(page, candidates);
   characters::AddCapitalRows(page, candidates);
   characters::AddNamedValues(page, candidates);
   characters::AddBetweenIdeographs(page, candidates);

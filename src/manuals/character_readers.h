@@ -36,8 +36,9 @@ void AddParenthesised(const ManualPage& page, std::vector<Code>& codes);
 void AddNamedValues(const ManualPage& page, std::vector<Code>& codes);
 // A word led by a sign and a value behind it, where the page has more than one value for the word: ":POWR 1".
 void AddSignedValues(const ManualPage& page, std::vector<Code>& codes);
-// "lamp on  Strikes the lamp": rows that begin with words in small letters, at least two of a name.
-void AddSmallRows(const ManualPage& page, std::vector<Code>& codes);
+// "lamp on  Strikes the lamp", "PWR ON Einschalten": rows that begin with words of one case, at least two of
+// a name.
+void AddWordRows(const ManualPage& page, std::vector<Code>& codes);
 void AddCapitalRows(const ManualPage& page, std::vector<Code>& codes);
 // Between labels in ideographs.
 void AddBetweenIdeographs(const ManualPage& page, std::vector<Code>& codes);

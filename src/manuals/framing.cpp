@@ -129,6 +129,10 @@ Frame FrameOfExamples(const ManualPage& page, const std::vector<Code>& codes) {
       const Bytes behind(found + static_cast<std::ptrdiff_t>(shorter.size()), longer.end());
       // What is sent back closed by a line feed is an answer, not an example.
       if (before.empty() && behind == u"\n" && shorter.back() == u'\r') continue;
+      // "AMUTE" is another word than "MUTE".
+      const bool word = (!before.empty() && IsLetter(before.back()) && IsLetter(shorter.front())) ||
+                        (!behind.empty() && IsLetter(behind.front()) && IsLetter(shorter.back()));
+      if (word) continue;
       frames[{before, behind}].insert(shorter);
     }
   }

@@ -97,10 +97,11 @@ std::size_t AddNumber(std::u16string_view text, std::size_t at, Seen& seen) {
   return end;
 }
 
-// "Input B": 2; 0 where no socket has a letter.
+// "Input B", "VGA B": 2; 0 where no socket has a letter.
 int SocketLetter(std::u16string_view text, std::size_t at, const Seen& seen) {
   const char16_t c = text[at];
-  if (seen.Last != Word::Input || seen.Channel > 0 || c < u'a' || c > u'd') return 0;
+  const bool socket = seen.Last == Word::Input || seen.Last == Word::Computer;
+  if (!socket || seen.Channel > 0 || seen.NumberOfInput > 0 || c < u'a' || c > u'd') return 0;
   const bool alone =
       !IsLatin(text[at - 1]) && (at + 1 >= text.size() || text[at + 1] == u' ' || text[at + 1] == u')');
   return alone ? c - u'a' + 1 : 0;
@@ -121,7 +122,7 @@ Seen Look(std::u16string_view label) {
   while (at < text.size()) {
     const char16_t c = text[at];
     if (const int socket = SocketLetter(text, at, seen)) {
-      seen.Channel = socket;
+      (seen.Last == Word::Computer ? seen.NumberOfInput : seen.Channel) = socket;
       ++at;
       continue;
     }

@@ -71,6 +71,10 @@ std::optional<Part> PartOf(Text text) {
     part.Bytes = {control->Byte};
     return part;
   }
+  if (text.size() == 1 && text[0] > 32 && text[0] < 127 && !IsWordPart(text[0])) {
+    part.Bytes = Characters(text);
+    return part;
+  }
   const std::u16string name = NameOf(text);
   const Kind kind = KindOf(name);
   if (kind == Kind::Unknown) return std::nullopt;
@@ -92,6 +96,8 @@ bool IsUsable(const Grammar& grammar) {
 
 // "Header ID SP Command SP Parameter CR"
 Grammar DrawnWithBlanks(Text line) {
+  // "Format of a command: * ID SP command"
+  if (const std::size_t colon = line.find(u": "); colon != Text::npos) line = line.substr(colon + 2);
   Grammar grammar;
   for (std::size_t from = 0; from < line.size();) {
     const std::size_t begin = std::min(line.find_first_not_of(u" \t", from), line.size());
@@ -169,9 +175,16 @@ class Explanations {
   }
 
  private:
-  // "1 (fixed)", "always "8901"".
+  // "1 (fixed)", "always "8901"", "00 = all projectors".
   static std::optional<CodeBytes> Stated(Text text) {
     const std::u16string folded = FoldLetters(text);
+    if (const std::size_t zeros = folded.find(u"00"); zeros != Text::npos) {
+      const Text behind = Text(folded).substr(zeros + 2, 16);
+      const bool alone =
+          (zeros == 0 || !IsWordPart(folded[zeros - 1])) && (behind.empty() || !IsWordPart(behind[0]));
+      if (alone && Says(behind, {u"all", u"every", u"broadcast", u"tous", u"todos", u"tutti"}))
+        return Characters(u"00");
+    }
     const bool fixed =
         Says(folded, {u"fixed", u"always", u"fest", u"immer", u"fixe", u"toujours", u"fijo", u"siempre"});
     if (!fixed) return std::nullopt;

@@ -117,9 +117,27 @@ class NameList {
     name.Label = label;
     name.Bytes = pairs_ ? PairsOf(characters) : Characters(characters);
     Explain(name, page_.At(label));
+    TakeValueOf(name);
     names_.push_back(std::move(name));
     begun_ = number;
     return true;
+  }
+
+  // "1 Power on" behind the name.
+  void TakeValueOf(Name& name) const {
+    constexpr std::size_t kLongest = 3;
+    const Text text = page_.At(name.Label);
+    const std::size_t blank = text.find(u' ');
+    if (pairs_ || blank == Text::npos || blank == 0 || blank > kLongest) return;
+    const Text token = text.substr(0, blank);
+    const bool sign = token == u"+" || token == u"-";
+    if (!sign && !std::all_of(token.begin(), token.end(), IsDigit)) return;
+    const Span at{name.Label.Line, name.Label.From, name.Label.From + blank};
+    const Span label = Trim(page_, {at.Line, at.To, name.Label.To});
+    const Function says = ClassifyLabel(page_.At(label));
+    if (!SlotOf(says)) return;
+    name.Values.push_back({Characters(token), at, label, says});
+    name.Says = {};
   }
 
   static CodeBytes PairsOf(Text digits) {

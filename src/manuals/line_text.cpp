@@ -1,5 +1,7 @@
 #include "manuals/line_text.h"
 
+#include "manuals/line_words.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -14,84 +16,7 @@
 namespace qdm {
 namespace {
 
-using Text = std::u16string_view;
-
-constexpr std::array kSpeeds = {1200, 2400, 4800, 9600, 14400, 19200, 38400, 57600, 115200};
-
-constexpr Text kSpeedWords[] = {u"baud",
-                                u"bps",
-                                u"bit/s",
-                                u"bits/s",
-                                u"bits per sec",
-                                u"bit per sec",
-                                u"波特率",
-                                u"ボーレート",
-                                u"通信速度",
-                                u"transfer rate",
-                                u"bit rate",
-                                u"bitrate",
-                                u"ubertragungsr",
-                                u"ubertragungsg",
-                                u"vitesse",
-                                u"velocidad",
-                                u"velocita",
-                                u"velocidade",
-                                u"data rate",
-                                u"传输速率",
-                                u"转送速度",
-                                u"転送速度",
-                                u"通讯速率",
-                                u"鲍率",
-                                u"transmission speed",
-                                u"transmission rate",
-                                u"communication speed",
-                                u"鮑率",
-                                u"debit",
-                                u"速率"};
-constexpr Text kParityWords[] = {u"parit", u"parid", u"校验", u"奇偶", u"パリティ", u"校驗", u"同位"};
-constexpr Text kStopWords[] = {u"stop bit",       u"stop-bit",     u"stopbit",        u"stop  bit",
-                               u"stoppbit",       u"stopp-bit",    u"stopp bit",      u"bit d'arret",
-                               u"bits d'arret",   u"bit de stop",  u"bits de stop",   u"bit de parada",
-                               u"bits de parada", u"bit di stop",  u"bit di arresto", u"停止位",
-                               u"ストップビット", u"stop  length", u"stop length",    u"停止比特",
-                               u"bit de paro",    u"bits de paro", u"stop:",          u"停止位元"};
-// What ends the search for a value: the next label of a list.
-constexpr Text kOtherWords[] = {
-    u"data bit",      u"data length", u"datenbit",         u"datenlange",      u"flow",
-    u"handshak",      u"数据位",      u"データ",           u"fluss",           u"longueur",
-    u"bits de datos", u"bit dati",    u"character length", u"bits de donnees", u"bit lengt",
-    u"longitud",      u"start bit",   u"startbit",         u"word length",     u"数据长度"};
-
-constexpr Text kStandardWords[] = {u"default", u"standard", u"factory",       u"werkseinst", u"initial",
-                                   u"默认",    u"defaut",   u"predeterminad", u"预设",       u"fabrica",
-                                   u"usine",   u"fabbrica", u"defecto",       u"出厂",       u"ab werk",
-                                   u"初期",    u"初始"};
-
-struct ParityWord {
-  Text Word;
-  LineParity Means;
-};
-constexpr ParityWord kParities[] = {
-    {u"none", LineParity::None},    {u"non", LineParity::None},     {u"no", LineParity::None},
-    {u"keine", LineParity::None},   {u"kein", LineParity::None},    {u"ohne", LineParity::None},
-    {u"aucune", LineParity::None},  {u"aucun", LineParity::None},   {u"sans", LineParity::None},
-    {u"ninguna", LineParity::None}, {u"ninguno", LineParity::None}, {u"nessuna", LineParity::None},
-    {u"nessuno", LineParity::None}, {u"nenhuma", LineParity::None}, {u"nenhum", LineParity::None},
-    {u"sin", LineParity::None},     {u"sem", LineParity::None},     {u"senza", LineParity::None},
-    {u"n", LineParity::None},       {u"无", LineParity::None},      {u"無", LineParity::None},
-    {u"なし", LineParity::None},    {u"否", LineParity::None},      {u"没有", LineParity::None},
-    {u"even", LineParity::Even},    {u"gerade", LineParity::Even},  {u"paire", LineParity::Even},
-    {u"pari", LineParity::Even},    {u"偶", LineParity::Even},      {u"odd", LineParity::Odd},
-    {u"ungerade", LineParity::Odd}, {u"impaire", LineParity::Odd},  {u"dispari", LineParity::Odd},
-    {u"impar", LineParity::Odd},    {u"null", LineParity::None},    {u"off", LineParity::None},
-    {u"absent", LineParity::None}};
-
-struct NumberWord {
-  Text Word;
-  int Value;
-};
-constexpr NumberWord kNumberWords[] = {{u"one", 1},  {u"two", 2}, {u"ein", 1}, {u"zwei", 2}, {u"un", 1},
-                                       {u"deux", 2}, {u"uno", 1}, {u"dos", 2}, {u"一", 1}};
+using namespace line_words;
 
 constexpr std::size_t kReach = 60;  // characters between a label and its value
 
@@ -222,6 +147,7 @@ class LineReader {
     return at < text_.size() && (text_[at] == u'1' || text_[at] == u'2') && IsWordEnd(text_, at + 1);
   }
   bool IsStandard(std::size_t from, std::size_t to) const;
+  bool OneOfSeveral(int speed, std::size_t at) const;
   bool IsStarred(std::size_t at) const;
   bool StarMeansStandard() const;
   void FindSpeeds();
@@ -325,11 +251,16 @@ bool LineReader::StopBefore(std::size_t at) {
 // "9600 (default)", "default: 9600".
 bool LineReader::IsStandard(std::size_t from, std::size_t to) const {
   constexpr std::size_t kNear = 16;
+  constexpr std::size_t kNearBefore = 24;
   const auto digit = [](char16_t c) { return IsDigit(c); };
-  Text behind = text_.substr(to, kNear);
-  behind = behind.substr(
-      0, static_cast<std::size_t>(std::find_if(behind.begin(), behind.end(), digit) - behind.begin()));
-  Text before = text_.substr(from > kNear ? from - kNear : 0, std::min(from, kNear));
+  // "38400 (default 9600)": what leads over to another number is said of that one.
+  Text behind = text_.substr(to, kNear + kNearBefore);
+  const std::size_t next = behind.find_first_of(u"0123456789");
+  behind = behind.substr(0, next == Text::npos ? kNear : next);
+  if (next != Text::npos && behind.find_first_of(u"),;/\n", FirstOf(behind, kStandardWords)) == Text::npos)
+    behind = {};
+  behind = behind.substr(0, kNear);
+  Text before = text_.substr(from - std::min(from, kNearBefore), std::min(from, kNearBefore));
   const auto last = std::find_if(before.rbegin(), before.rend(), digit);
   before = before.substr(static_cast<std::size_t>(before.rend() - last));
   if (before.find_first_of(u",;)") != Text::npos) before = {};  // belongs to another
@@ -349,6 +280,18 @@ bool LineReader::StarMeansStandard() const {
     if (FirstOf(text_.substr(at, kNote), kStandardWords) != Text::npos) return true;
   }
   return false;
+}
+
+// "2400 to 38400", "4800 / 9600": the slowest is no more likely than the others.
+bool LineReader::OneOfSeveral(int speed, std::size_t at) const {
+  constexpr int kUsual = 9600;
+  constexpr std::size_t kNear = 12;
+  const Text behind = text_.substr(at, kNear);
+  const Text between = behind.substr(0, behind.find_first_of(u"0123456789"));
+  if (between.size() == behind.size()) return false;
+  if (speed < kUsual && between.find(u'/') != Text::npos) return true;
+  return std::any_of(std::begin(kBetweenSpeeds), std::end(kBetweenSpeeds),
+                     [between](Text word) { return between.find(word) != Text::npos; });
 }
 
 // Speeds near a word that says so; where there is only one speed on a page that speaks of speeds, that one.
@@ -375,7 +318,8 @@ void LineReader::FindSpeeds() {
     const bool before = next != words.begin() && at - *std::prev(next) < kReach + 20;
     const bool behind = next != words.end() && *next - at < 12;
     constexpr std::size_t kLabel = 14;  // "baud rate ... "
-    if (before && !first && at - *std::prev(next) <= kLabel && text_.substr(*std::prev(next), 3) != u"bps")
+    if (before && !first && !OneOfSeveral(*speed, end) && at - *std::prev(next) <= kLabel &&
+        text_.substr(*std::prev(next), 3) != u"bps")
       first = speed;
     if (before || behind) {
       near.insert(*speed);

@@ -105,7 +105,8 @@ constexpr WordList kVocabulary[] = {
      u"on|screen on|picture visible|retour de l'image|retour image|bild sichtbar|bild "
      u"wieder ein|bild einblenden|bild zeigen"},
     {Word::PictureOff,
-     u"picture off|blanks the picture|blanks the image|blanks the screen|bild aus|image off|screen off"},
+     u"picture off|blank the picture|blank the image|blank the screen|blanks the picture|blanks the "
+     u"image|blanks the screen|bild aus|image off|screen off"},
     {Word::Open, u"open|opens|opened|offnen|offen|ouvrir|ouvert|abrir|abierto|aprire|aperto|aberto|打开快门"},
     {Word::Close,
      u"close|closes|closed|schliessen|geschlossen|fermer|ferme|cerrar|cerrado|chiudere|chiuso|fechar|"

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -62,37 +63,65 @@ void AddSignedValues(const ManualPage& page, std::vector<Code>& codes) {
   }
 }
 
-void AddSmallRows(const ManualPage& page, std::vector<Code>& codes) {
+namespace {
+
+struct WordRow {
+  Code Words;
+  std::u16string Name;
+  std::optional<int> Slot;
+};
+
+// Two or three words of one case that a line begins with, before a label in the other.
+std::optional<WordRow> WordRowOn(const ManualPage& page, std::size_t number, bool capitals) {
   constexpr std::size_t kLongestLine = 120;
   constexpr std::size_t kMostWords = 3;
-  constexpr std::size_t kFewest = 2;
-  std::vector<Code> found;
-  std::vector<std::u16string> names;
-  std::map<std::u16string, std::set<std::u16string>> words;
-  std::set<int> slots;
+  const Text line = page.Lines[number];
   const auto small = [](char16_t c) { return IsLower(c) || IsDigit(c) || c == u'?' || c == u'_'; };
+  const auto large = [](char16_t c) {
+    return IsUpper(c) || IsDigit(c) || c == u'?' || c == u'_' || c == u'+' || c == u'-';
+  };
   const auto leads = [](char16_t c) {
     return c == u'.' || c == u'-' || c == u':' || c == u'|' || IsBlank(c);
   };
-  for (std::size_t number = 0; number < page.Lines.size(); ++number) {
-    const Text line = page.Lines[number];
-    const std::vector<Span> tokens = TokensOf(line, number);
-    std::size_t count = 0;
-    while (count < tokens.size() && All(page.At(tokens[count]), small)) ++count;
-    if (count < 2 || count > kMostWords || count == tokens.size() || line.size() > kLongestLine) continue;
-    if (!IsLower(page.At(tokens[0])[0]) || page.At(tokens[0]).size() < 2) continue;
-    std::size_t label = tokens[count - 1].To;
-    while (label < line.size() && leads(line[label])) ++label;
-    if (label == line.size() || !IsUpper(line[label])) continue;
-    const Code code = TextCode(page, {number, tokens[0].From, tokens[count - 1].To});
-    if (const auto slot = SlotOf(ClassifyLabel(line.substr(label)))) slots.insert(*slot);
-    names.emplace_back(page.At(tokens[0]));
-    words[names.back()].insert(std::u16string(page.At(code.Begin())));
-    found.push_back(code);
-  }
-  if (slots.size() < kFewest) return;
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    if (words[names[i]].size() >= kFewest) codes.push_back(std::move(found[i]));
+  const std::vector<Span> tokens = TokensOf(line.substr(0, kLongestLine), number);
+  std::size_t count = 0;
+  while (count < tokens.size() &&
+         (capitals ? All(page.At(tokens[count]), large) : All(page.At(tokens[count]), small)))
+    ++count;
+  // "PW 1 POWER ON": a label in capitals begins behind the value.
+  if (capitals && count > 2 && SlotOf(ClassifyLabel(line.substr(tokens[2].From)))) count = 2;
+  if (count < 2 || count > kMostWords || count == tokens.size() || line.size() > kLongestLine)
+    return std::nullopt;
+  if (!IsLetter(page.At(tokens[0])[0]) || page.At(tokens[0]).size() < 2) return std::nullopt;
+  std::size_t label = tokens[count - 1].To;
+  while (label < line.size() && leads(line[label])) ++label;
+  if (label == line.size() || !(IsUpper(line[label]) || line[label] > 0x7F)) return std::nullopt;
+  return WordRow{TextCode(page, {number, tokens[0].From, tokens[count - 1].To}),
+                 std::u16string(page.At(tokens[0])), SlotOf(ClassifyLabel(line.substr(label)))};
+}
+
+}  // namespace
+
+void AddWordRows(const ManualPage& page, std::vector<Code>& codes) {
+  constexpr std::size_t kFewest = 2;
+  for (const bool capitals : {false, true}) {
+    std::vector<WordRow> rows;
+    std::map<std::u16string, std::set<std::u16string>> words;
+    std::set<int> slots;
+    for (std::size_t number = 0; number < page.Lines.size(); ++number) {
+      auto row = WordRowOn(page, number, capitals);
+      if (!row) continue;
+      // The name of an input is no command.
+      const Function says = ClassifyLabel(page.At(row->Words.Begin()));
+      if (capitals && SlotOf(says) && says.To == State::None) continue;
+      if (row->Slot) slots.insert(*row->Slot);
+      words[row->Name].insert(std::u16string(page.At(row->Words.Begin())));
+      rows.push_back(std::move(*row));
+    }
+    if (slots.size() < kFewest) continue;
+    for (WordRow& row : rows) {
+      if (words[row.Name].size() >= kFewest) codes.push_back(std::move(row.Words));
+    }
   }
 }
 
