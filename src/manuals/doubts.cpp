@@ -193,6 +193,44 @@ void DoubtTornPages(std::vector<Finding>& findings) {
   }
 }
 
+// What stands right before a text: signs and digits, "* 00" before "PW 1".
+bool IsLedThere(Text line, std::size_t at) {
+  if (at > 0 && line[at - 1] == u' ') --at;
+  std::size_t from = at;
+  while (from > 0 && !IsBlank(line[from - 1])) --from;
+  const Text before = line.substr(from, at - from);
+  constexpr Text kMarks = u":=\"'(-.,;|/+";  // these lead over to a command
+  return !before.empty() && kMarks.find(before.back()) == Text::npos &&
+         std::none_of(before.begin(), before.end(), [](char16_t c) { return IsLetter(c) || c > 0x7F; });
+}
+
+// Characters of a table that an example on the page gives with something before them.
+void DoubtLedExamples(const ManualPage& page, std::vector<Finding>& findings) {
+  constexpr std::size_t kShortest = 3;
+  const auto bare = [](const Finding& finding) {
+    return finding.What.How == Notation::Characters && !finding.What.Marked && !finding.What.Confirmed;
+  };
+  const auto ledElsewhere = [&](const Finding& finding) {
+    const Span& where = finding.What.Begin();
+    const Text text = page.At(where);
+    if (!bare(finding) || text.size() < kShortest) return false;
+    for (std::size_t line = 0; line < page.Lines.size(); ++line) {
+      const Text other = page.Lines[line];
+      for (std::size_t at = other.find(text); at != Text::npos; at = other.find(text, at + 1)) {
+        const std::size_t end = at + text.size();
+        const bool whole = end == other.size() || !IsWordPart(other[end]);
+        if (line != where.Line && whole && IsLedThere(other, at)) return true;
+      }
+    }
+    return false;
+  };
+  constexpr std::size_t kMost = 200;  // beyond that a page is no table
+  if (findings.size() > kMost || std::none_of(findings.begin(), findings.end(), ledElsewhere)) return;
+  for (Finding& finding : findings) {
+    if (bare(finding)) Doubt(finding, Marked("an example on the page has something before such characters"));
+  }
+}
+
 }  // namespace
 
 void DoubtFindings(const ManualPage& page, std::vector<Finding>& findings) {
@@ -200,6 +238,7 @@ void DoubtFindings(const ManualPage& page, std::vector<Finding>& findings) {
   HeedCheckSums(page, findings);
   DoubtDecimals(page, findings);
   DoubtMissingStart(page, findings);
+  DoubtLedExamples(page, findings);
 }
 
 }  // namespace qdm

@@ -169,6 +169,12 @@ bool IsPictureAlone(const Seen& seen) {
   return !dark && seen.Has(Word::PictureOn) != seen.Has(Word::PictureOff);
 }
 
+// "S-Video MUTE ON": the rows of two functions have run together.
+bool NamesTwo(const Seen& seen) {
+  const bool input = seen.Has(Word::SVideo) || seen.Has(Word::Computer) || seen.Has(Word::Digital);
+  return input && (seen.Has(Word::Blank) || seen.Has(Word::Shutter) || seen.Has(Word::Volume));
+}
+
 State StateOf(const Seen& seen, Subject what) {
   const bool on = seen.Has(Word::On) || seen.Has(Word::PowerOn);
   const bool off = seen.Has(Word::Off) || seen.Has(Word::PowerOff) || seen.Has(Word::Unmute);
@@ -258,7 +264,8 @@ Function ClassifyLabel(std::u16string_view label) {
   if (function.Number == 0 && function.What == Subject::None && seen.Words == 0 && seen.Numbers.size() == 1) {
     function.Number = seen.Numbers.front();
   }
-  function.Plain = seen.Unknown == 0 && !function.AlsoComponent && !unclear && !IsPictureAlone(seen);
+  function.Plain =
+      seen.Unknown == 0 && !function.AlsoComponent && !unclear && !IsPictureAlone(seen) && !NamesTwo(seen);
   return function;
 }
 

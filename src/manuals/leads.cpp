@@ -49,7 +49,10 @@ bool ValueFollows(Text line, const Code& code) {
   const bool number = !token.empty() && std::all_of(token.begin(), token.end(), IsDigit);
   const bool sign =
       token.size() == 1 && (IsSign(token[0]) && token[0] != u'-' && token[0] != u'(' && token[0] != u'/');
-  return number || sign;
+  const Function says = ClassifyLabel(token);  // "PWR ON"
+  const bool state = says.What == Subject::None && says.To != State::None && says.Unknown == 0 &&
+                     std::all_of(token.begin(), token.end(), IsUpper);
+  return number || sign || state;
 }
 
 }  // namespace
