@@ -234,6 +234,7 @@ void ChooseCommands(const ManualPage& page, std::vector<Finding> findings, Manua
     command.CodeRanges = RangesOf(page, finding.What.Where);
     command.Answer = SerialStringOf(finding.What.Answer);
     command.AnswerRanges = RangesOf(page, finding.What.AnswerAt);
+    command.AnswerWhole = !finding.What.Composed;
     command.LabelRanges = RangesOf(page, finding.Label);
     if (Usable(finding)) command.Slot = SlotOf(finding.For);
     reading.Commands.push_back(std::move(command));

@@ -44,6 +44,7 @@ struct ManualCommand {
   std::vector<ManualRange> LabelRanges;  // where its function stands
   SerialString Answer;                   // printed beside it, IGN where it varies; empty where there is none
   std::vector<ManualRange> AnswerRanges;
+  bool AnswerWhole = false;  // printed with its end
   // The string of a definition that it could be for: 1 for power on; nothing for all other functions.
   std::optional<int> Slot;
 };

@@ -318,7 +318,7 @@ void FindReplies(const ManualPage& page, ManualReading& reading) {
     const ManualCommand& command = reading.Commands[slot.Choice];
     ManualReply reply;
     if (command.Answer.BytesInUse() > 0) {
-      reply = {0, command.Answer, command.AnswerRanges, slot.Sure};
+      reply = {0, command.Answer, command.AnswerRanges, slot.Sure && command.AnswerWhole};
     } else if (echo) {
       CodeBytes bytes = SentBy(command);
       for (const std::uint8_t value : suffix) bytes.push_back({value, ByteKind::CNT});

@@ -89,7 +89,8 @@ std::optional<WordRow> WordRowOn(const ManualPage& page, std::size_t number, boo
          (capitals ? All(page.At(tokens[count]), large) : All(page.At(tokens[count]), small)))
     ++count;
   // "PW 1 POWER ON": a label in capitals begins behind the value.
-  if (capitals && count > 2 && SlotOf(ClassifyLabel(line.substr(tokens[2].From)))) count = 2;
+  if (capitals && count > 2 && count == tokens.size() && SlotOf(ClassifyLabel(line.substr(tokens[2].From))))
+    count = 2;
   if (count < 2 || count > kMostWords || count == tokens.size() || line.size() > kLongestLine)
     return std::nullopt;
   if (!IsLetter(page.At(tokens[0])[0]) || page.At(tokens[0]).size() < 2) return std::nullopt;
