@@ -73,6 +73,10 @@ void JoinVertical(const ManualPage& page, std::vector<Code>& codes);
 // Heads that end with the CRC of bytes elsewhere on the page are joined with them.
 void JoinByCrc(const ManualPage& page, std::vector<Code>& codes);
 
+// Columns of single bytes, the heads of all codes before all their tails, are joined where their check sums
+// leave one way to do so.
+void JoinBySums(const ManualPage& page, std::vector<Code>& codes);
+
 // The rest of a code that has run over its line is joined to it.
 void JoinWrapped(const ManualPage& page, std::vector<Code>& codes);
 

@@ -106,6 +106,9 @@ int ScoreOf(const std::vector<Piece>& pieces, const Column& labels, std::size_t 
   if (SlotOf(pieces[labels.Cells[first]].Says)) score += 2;
   if (first == 0) score += 3;
   if (first + count == labels.Cells.size()) score += 3;
+  // A column of the same length is hardly a part of a longer one.
+  constexpr int kWhole = 20;
+  if (count == labels.Cells.size()) score += kWhole;
   return score;
 }
 

@@ -118,6 +118,7 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
 std::vector<Code> AllCodes(const ManualPage& page) {
   std::vector<Code> codes = FindNumberCodes(page);
   JoinByCrc(page, codes);
+  JoinBySums(page, codes);
   JoinWrapped(page, codes);
   SplitRuns(codes);
   CutNeighbours(codes);

@@ -100,7 +100,11 @@ Form ReplyFormOn(Text line) {
 // How the bytes of a command fill the places of its drawing; more than one way is none.
 class Filling {
  public:
-  Filling(const Form& form, const SentBytes& sent) : form_(form), sent_(sent) { Try(0, 0); }
+  Filling(const Form& form, const SentBytes& sent) : form_(form), sent_(sent) {
+    const auto places = std::count_if(form.begin(), form.end(),
+                                      [](const Part& part) { return part.What != Part::Kind::Literal; });
+    if (places <= kMostPlaces && form.size() <= kMostParts) Try(0, 0);
+  }
 
   // What was sent for the part of that name.
   std::optional<CodeBytes> Of(const std::u16string& name) const {
@@ -116,9 +120,10 @@ class Filling {
 
  private:
   static constexpr std::size_t kMostParts = 16;
+  static constexpr std::ptrdiff_t kMostPlaces = 6;
 
   void Try(std::size_t part, std::size_t at) {
-    if (ways_ > 1 || form_.size() > kMostParts) return;
+    if (ways_ > 1) return;
     begins_[part] = at;
     if (part == form_.size()) {
       if (at != sent_.size()) return;
