@@ -22,9 +22,9 @@ TEST(ReadLineSettings, UnderstandsListsSentencesAndShortForms) {
       {"19.2 kBaud, even parity, stop 2", "19200 even 2"},
       {"Baudrate9600bps Databit8bit Paritynone Stopbit1bit", "9600 none 1"},
       {"Baud rate 9600bps / 19200bps*\n* Factory setting", "19200 - -"},
-      {"Velocidad: 9600 / 19200 bps (ajuste de f\xC3\xA1"
-       "brica: 19200)",
-       "19200 - -"},
+      {"Velocidad: 9600 / 19200 bps (ajuste de fábrica: 19200)", "19200 - -"},
+      {"Baud rate 2400 to 38400 (default 9600)", "9600 - -"},
+      {"Baud rate 2400 to 38400", "- - -"},
       {"Bit rate\n4800 bps\nStop\n1 bit", "4800 - 1"},
       {"Baud rate: 9600\nData length: 8 bits\nParity: None\nStop bit: 1", "9600 none 1"},
       {"Baud rate ....... 19200 bps\nParity ....... No parity\nStop bit ....... One bit", "19200 none 1"},

@@ -57,9 +57,9 @@ INSTANTIATE_TEST_SUITE_P(Notations, ManualPages, testing::ValuesIn(kNotations));
 const Page kCharacters[] = {
     {"terminator in a footnote, characters beside numbers",
      "Function ASCII HEX\nPower On PON 50 4F 4E\nPower Off POF 50 4F 46\nVideo IVD 49 56 44\n"
-     "S-Video ISV 49 53 56\nPicture Mute On PM1 50 4D 31\nSound Mute On SM1 53 4D 31\n"
+     "S-Video ISV 49 53 56\nPicture Mute On PMl 50 4D 31\nSound Mute On SM1 53 4D 31\n"
      "Every command is followed by a carriage return (0Dh).\n",
-     {"1 50 4F 4E 0D sure", "4 49 56 44 0D sure", "5 50 4D 31 0D sure", "8 50 4F 46 0D sure",
+     {"1 50 4F 4E 0D sure", "4 49 56 44 0D sure", "5 50 4D 31 0D", "8 50 4F 46 0D sure",
       "23 49 53 56 0D sure"}},
     {"words and values behind their labels",
      "Power ON PWR ON\nPower OFF PWR OFF\nInput Computer SOURCE 11\nInput Video SOURCE 41\n"
@@ -77,9 +77,6 @@ const Page kCharacters[] = {
     {"a number behind quoted characters",
      "Power on: \"PON\" 0Dh\nPower off: 'P' 'O' 'F' 0Dh\nVideo input: \"VID\", 0x0D\n",
      {"1 50 4F 4E 0D sure", "4 56 49 44 0D sure", "8 50 4F 46 0D sure"}},
-    {"escapes",
-     "Power On: \\x02PON\\x03\nPower Off: \\x02POF\\x03\nVideo: VID 1\\r\n",
-     {"1 02 50 4F 4E 03", "4 56 49 44 20 31 0D", "8 02 50 4F 46 03"}},
     {"between ideographs",
      "开机PWR ON关机PWR OFF电脑1:SRC 11 视频 SRC 41 S视频 SRC 42\n命令以回车结束 (0DH)\n",
      {"1 50 57 52 20 4F 4E 0D", "2 53 52 43 20 31 31 0D", "4 53 52 43 20 34 31 0D",
@@ -96,10 +93,10 @@ const Page kCharacters[] = {
     {"blanks inside quotation marks",
      "Command \"POWR   1\"[CR] Power On\nCommand \"POWR   0\"[CR] Power Off\n",
      {"1 50 4F 57 52 20 20 20 31 0D sure", "8 50 4F 57 52 20 20 20 30 0D sure"}},
-    {"a sign in front, a class, a blank before the value",
-     "Power On        %7POWR 1\nPower Off       %7POWR 0\nAV Mute On      %7DARK 31\n"
-     "AV Mute Off     %7DARK 30\nEach command ends with CR (0Dh).\n",
-     {"1 25 37 50 4F 57 52 20 31 0D sure", "5 25 37 44 41 52 4B 20 33 31 0D sure",
+    {"a sign in front, a value, the same as its answer, queries",
+     "%7POWR 1 %7POWR 1 Power On\n%7POWR 0 %7POWR 0 Power Off\n%7POWR ? %7POWR n\n%7DARK 31 %7DARK 31 AV "
+     "Mute On\n%7DARK 30 %7DARK 30 AV Mute Off\nEach command ends with CR (0Dh).\n",
+     {"1 25 37 50 4F 57 52 20 31 0D sure", "5 25 37 44 41 52 4B 20 33 31 0D",
       "8 25 37 50 4F 57 52 20 30 0D sure", "24 25 37 44 41 52 4B 20 33 30 0D sure"}},
     {"answers beside the commands",
      "Power on: *POWER=ON<CR>  reply *ACK\nPower off: *POWER=OFF<CR> reply *ACK\nRGB: *INPUT=RGB<CR>\n",
@@ -198,6 +195,15 @@ const Page kComposed[] = {
      "04\nE9 F6\n04\n6A A4\nData\n01 00\n60 01\n01 00\n60 00\n01 00\n20 00\n01 00\n20 01\n01 00\n25 07\n",
      {"1 A1 B2 04 D8 36 01 00 60 01", "2 A1 B2 04 28 36 01 00 20 00", "4 A1 B2 04 E9 F6 01 00 20 01",
       "8 A1 B2 04 19 F6 01 00 60 00", "23 A1 B2 04 6A A4 01 00 25 07"}},
+    {"short codes and one whole example",
+     "Example: power on is A5 04 10 01 B0\nPower on 10 01\nPower off 10 00\nVideo 20 03\nThe last byte is "
+     "the "
+     "exclusive or of all others.\n",
+     {"1 A5 04 10 01 B0", "4 A5 04 20 03 82", "8 A5 04 10 00 B1"}},
+    {"heads above tails, joined by their sums",
+     "Power on\nPower off\nRGB\nVideo\nCode\n02H\n00H\n00H\n02H\n01H\n00H\n02H\n03H\n00H\n03H\n00H\n"
+     "00H\n02H\n01H\n04H\n01H\n02H\n08H\n01H\n06H\n0CH\n",
+     {"1 02 00 00 00 02", "2 02 03 00 01 02 08", "4 02 03 00 01 06 0C", "8 02 01 00 01 04"}},
     {"a column for each state",
      "Function     On              Off\nPower        FE 01 01 00     FE 01 02 FF\n"
      "Blank        FE 02 01 01     FE 02 02 00\nSound mute   FE 03 01 02     FE 03 02 01\n",
@@ -233,9 +239,6 @@ const Page kTraps[] = {
      "Power On 02 50 4F 4E 03\nOff (with confirmation message) 02 50 4F 46 03\n"
      "Power Off without confirmation 02 50 53 44 03\n",
      {"1 02 50 4F 4E 03 sure", "8 02 50 53 44 03 sure"}},
-    {"two commands for one function",
-     "Video 02 49 4E 35 03\nVideo 02 49 4E 33 03\nPower On 02 50 4F 4E 03\n",
-     {"1 02 50 4F 4E 03 sure", "4 02 49 4E 35 03"}},
     {"a check sum that is wrong",
      "Power On 02 10 00 12\nPower Off 02 11 00 13\nVideo 02 12 00 14\nS-Video 02 13 00 16\n",
      {"1 02 10 00 12 sure", "4 02 12 00 14 sure", "8 02 11 00 13 sure", "23 02 13 00 16"}},
@@ -255,17 +258,19 @@ const Page kTraps[] = {
     {"sockets that are numbered, not their kinds",
      "Input 1 (VGA): in 1<CR>\nInput 2 (Video): in 2<CR>\nMute picture: mu 1<CR>\nUnmute picture: mu 0<CR>\n",
      {"2 69 6E 20 31 0D sure", "4 69 6E 20 32 0D sure", "5 6D 75 20 31 0D", "24 6D 75 20 30 0D sure"}},
-    {"a picture that is on is not dark",
-     "Bild aus: 0x1B, 0x23, 0x01, 0x0D\nBild ein: 0x1B, 0x23, 0x00, 0x0D\n",
-     {"5 1B 23 01 0D", "24 1B 23 00 0D"}},
+    {"another word round a command",
+     "PWR ON Einschalten\nPWR OFF Ausschalten\nMUTE ON Bild dunkel\nMUTE OFF Bild wieder ein\nAMUTE ON Ton "
+     "aus\nAMUTE OFF Ton ein\nCR closes each.\n",
+     {"1 50 57 52 20 4F 4E 0D sure", "5 4D 55 54 45 20 4F 4E 0D", "8 50 57 52 20 4F 46 46 0D sure",
+      "24 4D 55 54 45 20 4F 46 46 0D"}},
     {"a line feed that only answers have",
      "PWN1 Power on\nPWN0 Power off\nINP1 VGA\nINP3 Video\nEach command ends with CR.\n"
      "The projector answers OK<CR><LF>.\n",
      {"1 50 57 4E 31 0D sure", "2 49 4E 50 31 0D sure", "4 49 4E 50 33 0D sure", "8 50 57 4E 30 0D sure"}},
-    {"a column of answers",
-     "Power on   4A 01 10 5B   4A 06 50\nPower off  4A 01 11 5C   4A 06 50\nVideo      4A 02 21 6D   4A 06 "
-     "50\n",
-     {"1 4A 01 10 5B sure", "4 4A 02 21 6D sure", "8 4A 01 11 5C sure"}},
+    {"columns of answers",
+     "Power on 3C 50 31 3E 3C 41 31 3E 3C 4E 3E\nPower off 3C 50 30 3E 3C 41 30 3E 3C 4E 3E\n"
+     "Video 3C 49 33 3E 3C 41 33 3E 3C 4E 3E\n",
+     {"1 3C 50 31 3E", "4 3C 49 33 3E", "8 3C 50 30 3E"}},
     {"a format without commands",
      "Header B1 + EF + 03 + 06 + 00 + CRC_low + CRC_high\nSetting code low high\n",
      {}},
