@@ -172,7 +172,8 @@ bool IsPictureAlone(const Seen& seen) {
 // "S-Video MUTE ON": the rows of two functions have run together.
 bool NamesTwo(const Seen& seen) {
   const bool input = seen.Has(Word::SVideo) || seen.Has(Word::Computer) || seen.Has(Word::Digital);
-  return input && (seen.Has(Word::Blank) || seen.Has(Word::Shutter) || seen.Has(Word::Volume));
+  const bool dark = seen.Has(Word::Blank) || seen.Has(Word::Shutter);
+  return (input && (dark || seen.Has(Word::Volume))) || (dark && seen.Has(Word::Sound));
 }
 
 State StateOf(const Seen& seen, Subject what) {

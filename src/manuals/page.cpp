@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 namespace qdm {
@@ -47,6 +48,41 @@ std::u16string FoldLetters(std::u16string_view text) {
   return folded;
 }
 
+namespace {
+
+// "12 PON Power on": the number that a row begins with, before a command in capitals and its label.
+std::optional<int> RowNumber(std::u16string_view line, std::size_t& end) {
+  constexpr std::size_t kMostDigits = 3;
+  int number = 0;
+  for (end = 0; end < line.size() && IsDigit(line[end]); ++end) number = number * 10 + (line[end] - u'0');
+  if (end == 0 || end > kMostDigits || end + 1 >= line.size() || line[end] != u' ') return std::nullopt;
+  const std::u16string_view rest = line.substr(end + 1);
+  const std::size_t blank = rest.find(u' ');
+  if (blank == std::u16string_view::npos || blank < 2 || !IsUpper(rest[0])) return std::nullopt;
+  const bool command = std::none_of(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(blank), IsLower);
+  return command && std::any_of(rest.begin(), rest.end(), IsLower) ? std::optional(number) : std::nullopt;
+}
+
+bool HeadsNumbers(std::u16string_view folded) {
+  return folded.starts_with(u"no ") || folded.starts_with(u"no.") || folded.starts_with(u"nr") ||
+         folded.starts_with(u"#") || folded.starts_with(u"n\u00B0");
+}
+
+// Rows that are counted below a heading "No." lose their numbers, not their columns.
+void BlankRowNumbers(ManualPage& page) {
+  for (std::size_t title = 0; title + 1 < page.Lines.size(); ++title) {
+    if (!HeadsNumbers(FoldLetters(page.Lines[title].substr(0, 4)))) continue;
+    int expected = 1;
+    for (std::size_t line = title + 1; line < page.Lines.size(); ++line, ++expected) {
+      std::size_t end = 0;
+      if (RowNumber(page.Lines[line], end) != expected) break;
+      std::fill_n(page.Lines[line].begin(), end, u' ');
+    }
+  }
+}
+
+}  // namespace
+
 ManualPage MakePage(std::u16string_view text) {
   ManualPage page;
   text = text.substr(0, kMostCharacters);
@@ -65,6 +101,7 @@ ManualPage MakePage(std::u16string_view text) {
     page.Lines.push_back(std::move(line));
     page.Numbers.push_back(number);
   }
+  BlankRowNumbers(page);
   return page;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <span>
@@ -143,9 +144,63 @@ std::optional<std::vector<Code>> Joined(const std::vector<Code>& codes, const Pl
   return std::nullopt;
 }
 
+// Lists of numbers that stand alone on lines that follow each other.
+std::vector<Places> Blocks(const ManualPage& page, const std::vector<Code>& codes) {
+  constexpr std::size_t kFewest = 4;
+  constexpr std::size_t kLongest = 6;
+  std::vector<Places> blocks;
+  Places block;
+  const auto close = [&] {
+    if (block.size() >= kFewest) blocks.push_back(block);
+    block.clear();
+  };
+  for (std::size_t at = 0; at < codes.size(); ++at) {
+    const Code& code = codes[at];
+    const Span line = Trim(page, {code.Begin().Line, 0, page.Lines[code.Begin().Line].size()});
+    const bool alone = code.Where.size() == 1 && line == code.Begin() && !code.Broken &&
+                       code.Bytes.size() > 1 && code.Bytes.size() <= kLongest;
+    const bool follows = !block.empty() && codes[block.back()].Begin().Line + 1 == code.Begin().Line;
+    if (!follows || !alone) close();
+    if (alone) block.push_back(at);
+  }
+  close();
+  return blocks;
+}
+
+CodeBytes Together(const Code& head, const Code& tail) {
+  CodeBytes bytes = head.Bytes;
+  bytes.insert(bytes.end(), tail.Bytes.begin(), tail.Bytes.end());
+  return bytes;
+}
+
+// Two blocks of the same length whose rows together end with their sums.
+bool JoinBlocks(const Places& heads, const Places& tails, std::vector<Code>& codes) {
+  if (heads.size() != tails.size()) return false;
+  const bool right = std::any_of(std::begin(kCheckSums), std::end(kCheckSums), [&](CheckSum check) {
+    return std::equal(heads.begin(), heads.end(), tails.begin(), [&](std::size_t head, std::size_t tail) {
+      return IsRight(check, Values(Together(codes[head], codes[tail])));
+    });
+  });
+  if (!right) return false;
+  for (std::size_t i = 0; i < heads.size(); ++i) {
+    Code& code = codes[heads[i]];
+    code.Bytes = Together(code, codes[tails[i]]);
+    code.Where.push_back(codes[tails[i]].Begin());
+    code.Places.clear();
+    code.Composed = code.Assembled = code.Proven = code.Framed = true;
+    codes[tails[i]].Bytes.clear();
+  }
+  std::erase_if(codes, [](const Code& code) { return code.Bytes.empty(); });
+  return true;
+}
+
 }  // namespace
 
 void JoinBySums(const ManualPage& page, std::vector<Code>& codes) {
+  const std::vector<Places> blocks = Blocks(page, codes);
+  for (std::size_t i = 1; i < blocks.size(); ++i) {
+    if (JoinBlocks(blocks[i - 1], blocks[i], codes)) return;
+  }
   const Places column = LongColumns(page, codes);
   if (column.size() < kShortestColumn || column.size() > kMostBytes) return;
   auto joined = Joined(codes, column);

@@ -95,14 +95,16 @@ constexpr WordList kVocabulary[] = {
      u"off|hidden|video off mute|display mute|mute picture|"
      u"黑屏|空白|消隐|画面消隐|静像|画面静音|图像静音|影音静音|画像ミュート|映像ミュート|空屏|"
      u"ブランク|av静音|黑画面|画面ミュート|avミュート|消去|coupure "
-     u"image|coupure de l'image|masquer|masquage|corte de imagen|bildunterdruckung|silenciar video|"
+     u"image|coupure de l'image|silenciar imagen|ocultar imagen|masquer|masquage|corte de "
+     u"imagen|bildunterdruckung|silenciar video|"
      u"video muet|image muette|silencio av|ocultar"},
     {Word::Shutter, u"shutter|dowser|douser|verschluss|obturateur|obturador|otturatore|快门|光闸|シャッター"},
     {Word::Picture,
      u"picture|image|bild|imagen|immagine|imagem|screen|ecran|pantalla|schermo|tela|画面|图像|映像"},
     {Word::PictureOn,
      u"picture on|shows the picture|show the picture|show picture|picture again|bild ein|bild an|image "
-     u"on|screen on|picture visible|retour de l'image|retour image|bild sichtbar|bild "
+     u"on|screen on|picture visible|retour de l'image|retour image|mostrar imagen|mostra immagine|bild "
+     u"sichtbar|bild "
      u"wieder ein|bild einblenden|bild zeigen"},
     {Word::PictureOff,
      u"picture off|blank the picture|blank the image|blank the screen|blanks the picture|blanks the "
@@ -122,7 +124,8 @@ constexpr WordList kVocabulary[] = {
      u"subir|aumentar|aumenta|aumentare|haut|mas|piu|mais|加|增加|增大|大|アップ|上げ|alto|su|+"},
     {Word::Down,
      u"down|minus|decrease|decreases|decrement|dec|lower|lowers|verringern|senken|reduce|"
-     u"diminuer|bajar|disminuir|diminuire|diminuir|bas|menos|meno|减|減|减小|减少|小|ダウン|下げ|baixo|"
+     u"diminuer|diminuisci|bajar|disminuir|diminuire|diminuir|bas|menos|meno|减|減|减小|减少|小|ダウン|下げ|"
+     u"baixo|"
      u"abaixar|giu"},
     {Word::Louder, u"louder|lauter|plus fort|mas alto|piu forte|mais alto"},
     {Word::Quieter, u"quieter|softer|leiser|moins fort|mas bajo|piu piano|mais baixo"},

@@ -71,6 +71,25 @@ struct WordRow {
   std::optional<int> Slot;
 };
 
+// "power=on Switches on": one word with a sign and a value.
+std::optional<WordRow> AssignmentOn(const ManualPage& page, std::size_t number) {
+  constexpr std::size_t kLongest = 20;
+  const Text line = page.Lines[number];
+  const std::vector<Span> tokens = TokensOf(line.substr(0, kLongest * 4), number);
+  if (tokens.size() < 2) return std::nullopt;
+  const Text token = page.At(tokens[0]);
+  const std::size_t sign = token.find(u'=');
+  const bool named =
+      sign != Text::npos && sign >= 2 && sign + 1 < token.size() &&
+      All(token.substr(0, sign), [](char16_t c) { return IsLower(c) || IsDigit(c) || c == u'_'; });
+  if (!named || token.size() > kLongest || !Any(line.substr(tokens[1].From), IsLetter)) return std::nullopt;
+  const Text value = token.substr(sign + 1);
+  if (!All(value, [](char16_t c) { return IsWordPart(c) || c == u'+' || c == u'-' || c == u'?'; }))
+    return std::nullopt;
+  return WordRow{TextCode(page, tokens[0]), std::u16string(token.substr(0, sign)),
+                 SlotOf(ClassifyLabel(line.substr(tokens[1].From)))};
+}
+
 // Two or three words of one case that a line begins with, before a label in the other.
 std::optional<WordRow> WordRowOn(const ManualPage& page, std::size_t number, bool capitals) {
   constexpr std::size_t kLongestLine = 120;
@@ -111,6 +130,7 @@ void AddWordRows(const ManualPage& page, std::vector<Code>& codes) {
     std::set<int> slots;
     for (std::size_t number = 0; number < page.Lines.size(); ++number) {
       auto row = WordRowOn(page, number, capitals);
+      if (!row && !capitals) row = AssignmentOn(page, number);
       if (!row) continue;
       // The name of an input is no command.
       const Function says = ClassifyLabel(page.At(row->Words.Begin()));

@@ -26,7 +26,6 @@ TEST(ReadLineSettings, UnderstandsListsSentencesAndShortForms) {
       {"Baud rate 2400 to 38400 (default 9600)", "9600 - -"},
       {"Baud rate 2400 to 38400", "- - -"},
       {"Bit rate\n4800 bps\nStop\n1 bit", "4800 - 1"},
-      {"Baud rate: 9600\nData length: 8 bits\nParity: None\nStop bit: 1", "9600 none 1"},
       {"Baud rate ....... 19200 bps\nParity ....... No parity\nStop bit ....... One bit", "19200 none 1"},
       {"no parity, 8 data bits, 2 stop bits. Baud rate 38400", "38400 none 2"},
       {"RS-232C 9,600 bps, even parity, Stop bit: 1 bit", "9600 even 1"},
@@ -35,7 +34,6 @@ TEST(ReadLineSettings, UnderstandsListsSentencesAndShortForms) {
       {"波特率: 9600 N 8 1", "9600 none 1"},
       {"波特率 19200 数据位 8 无校验 停止位 1", "19200 none 1"},
       {"Vitesse 9600\nParité: impaire\nBits d'arrêt: 2", "9600 odd 2"},
-      {"19200 baud 8E1", "19200 even 1"},
       {"Baud rate:\nParity\ncheck:\nData bit:\nStop bit:\nOther words\n9600\nNone\n8\n1\nNone",
        "9600 none 1"},
       {"Baud rate: 38400 bps (long cables: 9600 bps)", "38400 - -"},
@@ -44,7 +42,6 @@ TEST(ReadLineSettings, UnderstandsListsSentencesAndShortForms) {
       {"Setting 9200bps, 8N", "- none -"},
       {"Start bit: 1 Stop bit: 2", "- - 2"},
       {"Brightness 2400 lumens. Baud rate see page 4", "- - -"},
-      {"Send 7E 30 30 0D", "- - -"},
       {"", "- - -"},
   };
   for (const auto& [page, expected] : pages) EXPECT_EQ(Read(page), expected) << page;
