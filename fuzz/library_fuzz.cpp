@@ -6,6 +6,7 @@
 #include "projectors/projector_files.h"
 #include "projectors/projector_library.h"
 #include "projectors/projector_names.h"
+#include "support/no_patience.h"
 #include "support/temp_folder.h"
 
 #include <algorithm>
@@ -89,13 +90,6 @@ void Import(Definitions incoming, const Definitions& present) {
     const auto found = library.FindProjector(library[i]);
     Demand(found && *found <= i, "each element is found under its name");
   }
-}
-
-LibraryPatience NoPatience() {
-  LibraryPatience patience;
-  patience.Pause = [](LibraryPatience::Milliseconds) {};
-  patience.KeepWaiting = [](const std::string&, LibraryPatience::Milliseconds) { return false; };
-  return patience;
 }
 
 ProjectorLibrary LibraryIn(const std::filesystem::path& folder) {

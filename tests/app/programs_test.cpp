@@ -3,6 +3,7 @@
 #include "forms/projectors/library_fixture.h"
 #include "forms/projectors/projector_selector.h"
 #include "forms/shared/qt_text.h"
+#include "support/files.h"
 #include "support/slow_disk.h"
 
 #include <QProcess>
@@ -76,8 +77,7 @@ TEST_F(Programs, ASignalEndsTheEditorAndKeepsWhatIsNotSaved) {
   while (!std::filesystem::exists(settings)) ASSERT_FALSE(program_.waitForFinished(10));
   program_.terminate();
   EXPECT_EQ(ExitCode(), 0);
-  const Bytes text = ReadWholeFile(settings);
-  EXPECT_THAT(std::string(text.begin(), text.end()), testing::HasSubstr("[unsavedWork]"));
+  EXPECT_THAT(TextOfFile(settings), testing::HasSubstr("[unsavedWork]"));
   EXPECT_NO_THROW(ReadConfiguration(folder_ / "Unsaved.BVC"));
 }
 #endif

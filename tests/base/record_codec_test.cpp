@@ -1,7 +1,5 @@
 #include "projectors/projector_definition.h"
-#include "serial_strings/serial_string.h"
 #include "support/distinct_projector.h"
-#include "support/random_seed.h"
 
 #include <gmock/gmock.h>
 
@@ -31,25 +29,6 @@ TEST(ProjectorRecord, GoldenBytes) {
   ClearProjector(projector);
   EXPECT_EQ(projector.MinimumLevel, ProjectorDefinition{}.MinimumLevel);
   EXPECT_EQ(projector.Baudrate + projector.UsePowerDown, 0x1234 + 7) << "clearing leaves them alone";
-}
-
-TEST(ProjectorRecord, AnyBytesComeBackAsTheyWere) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
-  for (int round = 0; round < 10'000; ++round) {
-    const Bytes stored = RandomBytes(random, 2084);
-    ProjectorDefinition projector;
-    Decode(stored, projector);
-    ASSERT_EQ(Encode(projector), stored);
-    // What the program asks of a record never depends on its being sane.
-    for (const SerialString& string : projector.Strings) {
-      static_cast<void>(CompactText(string));
-      static_cast<void>(IgnoreMask(string));
-    }
-    static_cast<void>(SerialBytesUsed(projector));
-    static_cast<void>(CleanNames(projector));
-  }
 }
 
 TEST(ProjectorRecord, NamesAreCleanedOfControlCharactersAndOuterBlanks) {

@@ -22,13 +22,9 @@ struct BenchCommands : testing::Test {
   }
   static ProjectorDefinition Definition() {
     ProjectorDefinition projector = NamedProjector("ACME", "X 100");
-    const auto set = [&](Slot slot, const SerialString& string) {
-      projector.Strings[slot] = string;
-      projector.Available[slot] = kFlagSet;
-    };
-    set(kPowerOnSlot, Characters("ON\r"));
-    set(kPowerOnReplySlot, String({{'O'}, {'K'}, {'7', ByteKind::IGN}}));
-    set(kVolumeUpSlot, String({{'V'}, {0, ByteKind::VAR}, {13}}));
+    Define(projector, kPowerOnSlot, Characters("ON\r"));
+    Define(projector, kPowerOnReplySlot, String({{'O'}, {'K'}, {'7', ByteKind::IGN}}));
+    Define(projector, kVolumeUpSlot, String({{'V'}, {0, ByteKind::VAR}, {13}}));
     projector.MessageFormat = 1;
     projector.NumberOfBytes = 2;
     projector.MaximumLevel = 60;
@@ -108,12 +104,12 @@ TEST_F(BenchCommands, DescribeTellsWhatTheCodesHaveInCommonAndWhichBreakIt) {
   for (const Slot slot : {kPowerOnSlot, kPowerOffSlot, kData1Slot, kData2Slot, kVideoSlot, kBlankSlot}) {
     const auto code = static_cast<std::uint8_t>(slot * 29 + 7);
     const auto sum = static_cast<std::uint8_t>(0x02 + code + (slot == kBlankSlot ? 1 : 0));
-    configuration.Projector.Strings[slot] = String({{0x02}, {code}, {sum}});
-    configuration.Projector.Available[slot] = kFlagSet;
+    Define(configuration.Projector, slot, String({{0x02}, {code}, {sum}}));
   }
   EXPECT_THAT(qdm.Run({"describe", qdm.Write("room.BVC", configuration)}),
               Answers(0,
-                      AllOf(HasSubstr("\nAll six commands begin with 02.\n"),
+                      AllOf(HasSubstr("\nIt drives the projector ACME X 100.\n"),
+                            HasSubstr("\nAll six commands begin with 02.\n"),
                             HasSubstr("\nNote: Blank: last byte is 9B, the other five make it 9A.\n")),
                       ""));
 }

@@ -1,7 +1,7 @@
 // What bash completes is written down in its own language; it must be what the program's tables hold.
-#include "base/file_access.h"
 #include "config/panel_types.h"
 #include "line/speeds_and_parities.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 
@@ -16,8 +16,7 @@ std::string Joined(const Rows& rows, Member member, const std::string& separator
 }
 
 TEST(BashCompletion, OffersEveryRowOfTheTables) {
-  const Bytes file = ReadWholeFile(PathFromUtf8(QDM_SOURCE_DIR "/packaging/qdm.bash-completion"));
-  const std::string script(file.begin(), file.end());
+  const std::string script = TextOfFile(PathFromUtf8(QDM_SOURCE_DIR "/packaging/qdm.bash-completion"));
   EXPECT_THAT(script, testing::HasSubstr("--type) _qdm_words $'" +
                                          Joined(PanelTypes, &PanelType::ShortName, "\\n") + "'"));
   const std::string settings = "{" + Joined(LineSpeeds, &LineSpeed::Digits, ",") + "},{" +

@@ -1,4 +1,5 @@
 // compare, image and the command line itself, in process.
+#include "support/files.h"
 #include "support/qdm_runner.h"
 
 #include <iterator>
@@ -67,12 +68,9 @@ TEST(CommandLine, RefusesWhatItDoesNotKnowInOneLine) {
 }
 
 TEST(CommandLine, ExplainsItselfOnEveryLevelAndInManualAndCompletion) {
-  const auto textOf = [](const std::string& name) {
-    const Bytes bytes = ReadWholeFile(PathFromUtf8(QDM_SOURCE_DIR "/packaging/" + name));
-    return std::string(bytes.begin(), bytes.end());
-  };
-  const std::string completion = textOf("qdm.bash-completion");
-  const std::string manual = std::regex_replace(textOf("qdm.1"), std::regex(R"(\\-)"), "-");
+  const std::filesystem::path packaging = PathFromUtf8(QDM_SOURCE_DIR "/packaging");
+  const std::string completion = TextOfFile(packaging / "qdm.bash-completion");
+  const std::string manual = std::regex_replace(TextOfFile(packaging / "qdm.1"), std::regex(R"(\\-)"), "-");
   QdmRunner qdm;
   for (const std::string command :
        {"qdm", "qdm export", "qdm import", "qdm check", "qdm compare", "qdm image", "qdm projectors",

@@ -16,16 +16,7 @@ constexpr int kPatience = 30'000;  // milliseconds, for a machine under load
 
 struct LibraryInCompany : testing::Test {
   std::vector<std::string> Names(const std::string& file) const {
-    std::vector<std::string> names;
-    for (const ProjectorDefinition& p : ReadDefinitions(qdm.Folder / file)) {
-      names.push_back(p.Model.TrimmedUtf8() + " " + std::to_string(p.WarmUpTime));
-    }
-    return names;
-  }
-  ProjectorDefinition Timed(const char* model, std::int16_t warmUp) const {
-    ProjectorDefinition projector = NamedProjector("ACME", model);
-    projector.WarmUpTime = warmUp;
-    return projector;
+    return TimedModels(ReadDefinitions(qdm.Folder / file));
   }
   void WriteText(const char* name, std::string_view text) const {
     qdm.Write(name, Bytes(text.begin(), text.end()));
@@ -81,7 +72,7 @@ TEST_F(LibraryInCompany, OfManyProcessesAtOnceEachAdditionStays) {
   QString line;
   for (int i = 0; i < kProcesses; ++i) {
     const std::string name = "M" + std::to_string(i);
-    qdm.Write(name + ".BVD", std::vector{Timed(name.c_str(), 1)});
+    qdm.Write(name + ".BVD", std::vector{Timed(name, 1)});
     line += QStringLiteral("qdm projectors add M%1.BVD --data . >> log & ").arg(i);
   }
   EXPECT_EQ(Shell(line + QStringLiteral("wait")), 0);

@@ -1,4 +1,5 @@
 // find and download, in process, on simulated ports in virtual time.
+#include "support/panel_descriptions.h"
 #include "support/qdm_runner.h"
 
 namespace qdm {
@@ -8,12 +9,10 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 struct PanelCommands : testing::Test {
-  SimulatedPanel& Attach(int number, std::uint8_t model, const std::string& settings,
-                         const std::string& fault = "") {
-    SimulatedPanel::Description description{.Panel = {.Model = model, .Major = 1, .Minor = 3},
-                                            .Settings = settings};
-    if (!fault.empty()) description.Faults = {ParsePanelFault(fault)};
-    return qdm.Ports.AttachPanel(number, "ttySIM" + std::to_string(number), SimulatedPanel(description));
+  SimulatedPanel& Attach(int number, int type, const std::string& settings,
+                         const std::vector<std::string>& faults = {}) {
+    return qdm.Ports.AttachPanel(number, "ttySIM" + std::to_string(number),
+                                 SimulatedPanel(Described(type, settings, faults)));
   }
   Outcome Download(std::int16_t type = kQdm7, const std::vector<std::string>& port = {}) {
     std::vector<std::string> arguments = {"download", qdm.Write("room.BVC", UsableConfiguration(type))};
@@ -25,8 +24,8 @@ struct PanelCommands : testing::Test {
 };
 
 TEST_F(PanelCommands, FindListsPortsThatAreThereAndRestartsWhatAnswered) {
-  SimulatedPanel& panel = Attach(2, 1, "19200,e,8,2");
-  SimulatedPanel& amplifier = Attach(3, 4, "9600,n,8,2");
+  SimulatedPanel& panel = Attach(2, kQdm7, "19200,e,8,2");
+  SimulatedPanel& amplifier = Attach(3, kTlVox, "9600,n,8,2");
   qdm.Ports.AttachLine(7, "ttySIM7");
   const std::string lines = "COM2\tQDM7 1.3\t19200,e,8,2\nCOM3\tTL-VOX 1.3\t9600,n,8,2\nCOM7\tNo QDM found\n";
   EXPECT_THAT(qdm.Run({"find"}), Answers(0, lines, ""));
@@ -38,8 +37,8 @@ TEST_F(PanelCommands, FindListsPortsThatAreThereAndRestartsWhatAnswered) {
 }
 
 TEST_F(PanelCommands, DownloadProgramsTheOnePanelOfTheTypeAndShowsATerminalHow) {
-  SimulatedPanel& panel = Attach(4, 1, "38400,o,8,2");
-  Attach(5, 2, "9600,n,8,2");
+  SimulatedPanel& panel = Attach(4, kQdm7, "38400,o,8,2");
+  Attach(5, kQdm6, "9600,n,8,2");
   const auto done = AllOf(HasSubstr("QDM7 1.3 on COM4 at "), HasSubstr("The QDM panel has been programed\n"),
                           HasSubstr("64 of 64 records, 0 retries, "));
   EXPECT_THAT(Download(), Answers(0, done, ""));
@@ -50,14 +49,14 @@ TEST_F(PanelCommands, DownloadProgramsTheOnePanelOfTheTypeAndShowsATerminalHow) 
 }
 
 TEST_F(PanelCommands, DownloadTellsThatThePanelDidNotRestart) {
-  Attach(1, 1, "9600,n,8,2", "lose-restart");
+  Attach(1, kQdm7, "9600,n,8,2", {"lose-restart"});
   EXPECT_THAT(Download(), Answers(1, AllOf(HasSubstr("has been programed"), HasSubstr("failed to restart")),
                                   HasSubstr("did not restart")));
 }
 
 TEST_F(PanelCommands, DownloadLeavesEveryPanelRunningWhenItCannotChoose) {
-  SimulatedPanel& first = Attach(1, 1, "9600,n,8,2");
-  SimulatedPanel& second = Attach(2, 1, "19200,n,8,2");
+  SimulatedPanel& first = Attach(1, kQdm7, "9600,n,8,2");
+  SimulatedPanel& second = Attach(2, kQdm7, "19200,n,8,2");
   EXPECT_THAT(Download(), Answers(1,
                                   "COM1\tQDM7 1.3\t9600,n,8,2\nCOM2\tQDM7 1.3\t19200,n,8,2\n"
                                   "Choose one with --port\n",
@@ -70,7 +69,7 @@ TEST_F(PanelCommands, DownloadLeavesEveryPanelRunningWhenItCannotChoose) {
 }
 
 TEST_F(PanelCommands, AStopLeavesThePanelRestartedAndSaysWhereItStood) {
-  SimulatedPanel& panel = Attach(1, 1, "9600,n,8,2", "late-ack:%1:100");
+  SimulatedPanel& panel = Attach(1, kQdm7, "9600,n,8,2", {"late-ack:%1:100"});
   qdm.Time.At(qdm.Time.Now() + std::chrono::seconds(4), [this] { qdm.Stop.request_stop(); });
   EXPECT_THAT(Download(), Answers(1, HasSubstr("failed to program\n"), HasSubstr("interrupted after ")));
   EXPECT_GT(panel.RecordsWritten(), 0);

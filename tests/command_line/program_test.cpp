@@ -3,6 +3,7 @@
 #include "config/version.h"
 #include "panels/panel_image.h"
 #include "support/distinct_projector.h"
+#include "support/files.h"
 #include "support/qdm_runner.h"
 
 #include <QProcess>
@@ -121,8 +122,7 @@ TEST_F(QdmProgram, WritesTheCommissioningSheet) {
   const std::string digits = HexDigits(Sha256(BuildPanelImage(UsableConfiguration())));
   EXPECT_THAT(Program({"sheet", room, "-o", files.Path("sheet.pdf")}).Finish(), Answers(0, "", ""));
   EXPECT_THAT(Program({"sheet", room, "-o", files.Path("sheet.HTML")}).Finish(), Answers(0, "", ""));
-  const Bytes html = files.Read("sheet.HTML");
-  std::vector<std::string> texts = {std::string(html.begin(), html.end())};
+  std::vector<std::string> texts = {TextOfFile(files.Folder / "sheet.HTML")};
   if (const QString reader = QStandardPaths::findExecutable(QStringLiteral("pdftotext")); !reader.isEmpty()) {
     QProcess process;
     process.start(reader, {QString::fromStdString(files.Path("sheet.pdf")), QStringLiteral("-")});
@@ -143,8 +143,7 @@ TEST_F(QdmProgram, WritesTheCommissioningSheet) {
 // The libraries of Qt take longer to load than most files take to check.
 TEST_F(QdmProgram, NeedsNoQtForFilesAndSaysWhenItsOtherHalfIsMissing) {
   const std::filesystem::path program = PathFromUtf8(QDM_PROGRAM);
-  const Bytes code = ReadWholeFile(program);
-  EXPECT_THAT(std::string(code.begin(), code.end()), testing::Not(HasSubstr("QCoreApplication")));
+  EXPECT_THAT(TextOfFile(program), testing::Not(HasSubstr("QCoreApplication")));
 
   const std::filesystem::path alone = files.Folder / PathToUtf8(program.filename());
   std::filesystem::copy_file(program, alone);

@@ -1,4 +1,5 @@
 // log, status, describe, and what download writes down and asks first; in process, in virtual time.
+#include "support/panel_descriptions.h"
 #include "support/qdm_runner.h"
 #include "work_log/work_log.h"
 
@@ -8,14 +9,10 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Not;
 
 struct WorkLogCommands : testing::Test {
-  SimulatedPanel& Attach(int number, const std::string& fault = "") {
-    SimulatedPanel::Description description{.Panel = {.Model = 1, .Major = 1, .Minor = 3},
-                                            .Settings = "115200,o,8,2"};
-    if (!fault.empty()) description.Faults = {ParsePanelFault(fault)};
-    return qdm.Ports.AttachPanel(number, "ttySIM", SimulatedPanel(description));
+  SimulatedPanel& Attach(int number, const std::vector<std::string>& faults = {}) {
+    return qdm.Ports.AttachPanel(number, "ttySIM", SimulatedPanel(Described(kQdm7, "115200,o,8,2", faults)));
   }
   Microseconds TimeOf(const std::vector<std::string>& command, int status = 0) {
     const Microseconds start = qdm.Time.Now();
@@ -45,7 +42,7 @@ TEST_F(WorkLogCommands, ShowWhatWasSentAndHowFarTheRoomIs) {
   changed.RoomTimeout = 5;
   qdm.Write("Room 1.BVC", changed);
   EXPECT_THAT(qdm.Run({"status", room}), Answers(1, MatchesRegex(".*\tok\t.*Z\tchanged\n"), ""));
-  Attach(3, "die:20");
+  Attach(3, {"die:20"});
   EXPECT_EQ(qdm.Run({"download", room}).Status, 1);
   EXPECT_THAT(qdm.Run({"status", room, qdm.Path("none.BVC")}),
               Answers(2, MatchesRegex(".*\tunfinished\n"), SaysInOneLine("none.BVC")));
@@ -78,13 +75,6 @@ TEST_F(WorkLogCommands, ALogThatCannotBeWrittenIsToldOnceAndStopsNothing) {
               Answers(0, HasSubstr("has been programed"), SaysInOneLine("a new one has been begun.")));
   EXPECT_EQ(qdm.Read("WorkLog.DAMAGED"), Bytes(5000, 'x'));
   EXPECT_THAT(qdm.Run({"log"}), Answers(0, HasSubstr("\tRoom 1\t"), ""));
-}
-
-TEST_F(WorkLogCommands, DescribeSaysASentenceALine) {
-  EXPECT_THAT(qdm.Run({"describe", room}), Answers(0,
-                                                   AllOf(HasSubstr("It drives the projector ACME X 100.\n"),
-                                                         HasSubstr("\nNote: "), Not(HasSubstr("\n\n"))),
-                                                   ""));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "config/configuration_file.h"
 
 #include "support/distinct_configuration.h"
+#include "support/files.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -33,12 +34,8 @@ TEST(ConfigurationFile, AnyShorterFileIsRefusedWithBothSizes) {
     std::filesystem::resize_file(file, length);
     ASSERT_THROW(ReadConfiguration(file), FileError) << length;
   }
-  try {
-    ReadConfiguration(file);
-  } catch (const FileError& error) {
-    EXPECT_EQ(std::string(error.what()),
-              "cannot read " + PathToUtf8(file) + ": a configuration has 3161 bytes, this file has 1");
-  }
+  EXPECT_EQ(FailureOf([&] { ReadConfiguration(file); }),
+            "cannot read " + PathToUtf8(file) + ": a configuration has 3161 bytes, this file has 1");
   EXPECT_THROW(ReadConfiguration(folder / "none.BVC"), FileError);
 }
 

@@ -1,14 +1,13 @@
 #include "config/configuration_sentences.h"
 
-#include "base/file_access.h"
-#include "config/audio_routing.h"
 #include "config/configuration_file.h"
+#include "support/distinct_configuration.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <functional>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -16,67 +15,43 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using P = PanelConfiguration;
-
-struct Option {
-  std::string Name;
-  std::function<std::int16_t&(P&)> Field;
-  std::vector<int> Values;
-};
-
 // Every value that an option's control can give, the ends of numbers, and one that no control gives.
-const std::vector<Option> kOptions = {
-    {"OutputsOption", &P::OutputsOption, {0, 1, 2, 3, 4, 5}}, {"UpTime", &P::UpTime, {1, 255}},
-    {"DownTime", &P::DownTime, {1, 255}}, {"ScreenUseVolume", &P::ScreenUseVolume, {0, -1}},
-    {"AllowVolumeWhenOff", &P::AllowVolumeWhenOff, {0, -1}},
-    {"ControlInputOption", &P::ControlInputOption, {0, 1, 2, 3, 4}},
-    {"ControlInputActiveHigh", &P::ControlInputActiveHigh, {0, -1, 7}},
-    {"RoomTimeout", &P::RoomTimeout, {1, 255}}, {"ThresholdVoltage", &P::ThresholdVoltage, {0, 128, 255}},
-    {"LockOnFrontPanel", &P::LockOnFrontPanel, {0, -1}},
-    {"LockOnExternalPowerDown", &P::LockOnExternalPowerDown, {0, -1}},
-    {"LockOnRoomEmpty", &P::LockOnRoomEmpty, {0, -1}}, {"LockUsingButtons", &P::LockUsingButtons, {0, -1}},
-    {"LockAfterProjectorOffPeriod", &P::LockAfterProjectorOffPeriod, {0, 255}},
-    {"LockAfterRoomEmptyPeriod", &P::LockAfterRoomEmptyPeriod, {0, 255}},
-    {"NoButtonPowerDown", &P::NoButtonPowerDown, {0, 1, 10}}, {"LockOnNoButton", &P::LockOnNoButton, {0, -1}},
-    {"VolumeMin", &P::VolumeMin, {-45, 18}}, {"VolumeMax", &P::VolumeMax, {-6, 18}},
-    {"VolumeStep", &P::VolumeStep, {1, 6}}, {"PowerUpVolume", &P::PowerUpVolume, {-6, 18}},
-    {"AudioTurnsOnAmplifier", &P::AudioTurnsOnAmplifier, {0, -1}},
-    {"TLVOXpowerDownTime", &P::TLVOXpowerDownTime, {1, 15}},
-    {"AudioRouting",
-     &P::AudioRouting,
-     {PackAudioRouting(0, 0, 0), PackAudioRouting(1, 1, 1), PackAudioRouting(2, 2, 2),
-      PackAudioRouting(3, 3, 3)}},
-    {"LockSequence", [](P& c) -> auto& {return c.LockSequence[1];
-}  // namespace
-, { 0, 1, 2, 3, 4, 5, 6 }
-}  // namespace qdm
-, {"Baudrate", [](P& c) -> auto& {return c.Projector.Baudrate;
-}
-, { 0, 1, 2, 3, 4, 5 }
-}
-, {"Parity", [](P& c) -> auto& {return c.Projector.Parity;
-}
-, { 0, 1, 2, 3 }
-}
-, {"Stopbits", [](P& c) -> auto& {return c.Projector.Stopbits;
-}
-, { 0, -1 }
-}
-, {"InterCommandDelay", [](P& c) -> auto& {return c.Projector.InterCommandDelay;
-}
-, { 0, 255 }
-}
-, {"WarmUpTime", [](P& c) -> auto& {return c.Projector.WarmUpTime;
-}
-, { 0, 255 }
-}
-, {"CoolDownTime", [](P& c) -> auto& {return c.Projector.CoolDownTime;
-}
-, { 0, 255 }
-}
-, {"UsePC1", &P::UsePC1, {0, -1}}, {"UsePC2", &P::UsePC2, {0, -1}}, {"UseVideo", &P::UseVideo, {0, -1}},
-}
-;
+const std::pair<std::string, std::vector<int>> kOptions[] = {
+    {"OutputsOption", {0, 1, 2, 3, 4, 5}},
+    {"UpTime", {1, 255}},
+    {"DownTime", {1, 255}},
+    {"ScreenUseVolume", {0, -1}},
+    {"AllowVolumeWhenOff", {0, -1}},
+    {"ControlInputOption", {0, 1, 2, 3, 4}},
+    {"ControlInputActiveHigh", {0, -1, 7}},
+    {"RoomTimeout", {1, 255}},
+    {"ThresholdVoltage", {0, 128, 255}},
+    {"LockOnFrontPanel", {0, -1}},
+    {"LockOnExternalPowerDown", {0, -1}},
+    {"LockOnRoomEmpty", {0, -1}},
+    {"LockUsingButtons", {0, -1}},
+    {"LockAfterProjectorOffPeriod", {0, 255}},
+    {"LockAfterRoomEmptyPeriod", {0, 255}},
+    {"NoButtonPowerDown", {0, 1, 10}},
+    {"LockOnNoButton", {0, -1}},
+    {"VolumeMin", {-45, 18}},
+    {"VolumeMax", {-6, 18}},
+    {"VolumeStep", {1, 6}},
+    {"PowerUpVolume", {-6, 18}},
+    {"AudioTurnsOnAmplifier", {0, -1}},
+    {"TLVOXpowerDownTime", {1, 15}},
+    {"AudioRouting", {0x000, 0x111, 0x222, 0x333}},
+    {"LockSequence[1]", {0, 1, 2, 3, 4, 5, 6}},
+    {"Projector.Baudrate", {0, 1, 2, 3, 4, 5}},
+    {"Projector.Parity", {0, 1, 2, 3}},
+    {"Projector.Stopbits", {0, -1}},
+    {"Projector.InterCommandDelay", {0, 255}},
+    {"Projector.WarmUpTime", {0, 255}},
+    {"Projector.CoolDownTime", {0, 255}},
+    {"UsePC1", {0, -1}},
+    {"UsePC2", {0, -1}},
+    {"UseVideo", {0, -1}},
+};
 
 // With everything switched on, so that each option has its say.
 PanelConfiguration EverythingOn(std::int16_t type, std::int16_t outputs, std::int16_t input) {
@@ -111,28 +86,22 @@ std::string AllWords() {
     const PanelConfiguration other = EverythingOn(type, kOutputsVolume, kControlInputExternalPowerDown);
     text += "== type " + std::to_string(type) + "\n" + Listed(InWords(base)) + "-- other uses\n" +
             Listed(InWords(other), InWords(base).Sentences);
-    for (const Option& option : kOptions) {
-      for (const int value : option.Values) {
-        const bool ofOther = option.Name == "AllowVolumeWhenOff";
-        PanelConfiguration changed = ofOther ? other : base;
+    for (const auto& [option, values] : kOptions) {
+      for (const int value : values) {
+        PanelConfiguration changed = option == "AllowVolumeWhenOff" ? other : base;
         std::vector<std::string> before = InWords(changed).Sentences;
         std::ranges::copy(InWords(changed).Remarks, std::back_inserter(before));
-        option.Field(changed) = static_cast<std::int16_t>(value);
-        const std::string words = Listed(InWords(changed), before);
-        text += option.Name + " = " + std::to_string(value) + "\n" + words;
+        (option == "LockSequence[1]" ? changed.LockSequence[1] : WordNamed(changed, option)) =
+            static_cast<std::int16_t>(value);
+        text += option + " = " + std::to_string(value) + "\n" + Listed(InWords(changed), before);
       }
     }
   }
   return text;
 }
 
-// QDM_WRITE_GOLDEN=1 writes the file anew; read the difference before committing it.
 TEST(ConfigurationSentences, OfEveryOptionValueOfEveryTypeAreThoseThatWereRead) {
-  const std::filesystem::path golden = PathFromUtf8(QDM_SOURCE_DIR "/tests/config/golden/words.txt");
-  const std::string words = AllWords();
-  if (std::getenv("QDM_WRITE_GOLDEN") != nullptr) WriteFileSafely(golden, Bytes(words.begin(), words.end()));
-  const Bytes read = ReadWholeFile(golden);
-  EXPECT_EQ(words, std::string(read.begin(), read.end()));
+  ExpectGolden("config/golden/words.txt", AllWords());
 }
 
 TEST(ConfigurationSentences, RemarkOnWhatMakesNoSenseTogether) {

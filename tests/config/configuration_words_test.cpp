@@ -57,17 +57,6 @@ TEST(ConfigurationsInWords, DifferInTheWordsOfTheWindow) {
   EXPECT_THAT(Lines(before, same), IsEmpty());
 }
 
-TEST(ConfigurationsInWords, NameEveryFieldThatAWindowShows) {
-  PanelConfiguration other = DistinctConfiguration();
-  for (const auto& word : kConfigurationWords) {
-    other = DistinctConfiguration();
-    other.*word.Member = FlagOf(other.*word.Member == 0);
-    for (const DifferenceText& text : DifferencesInWords(DistinctConfiguration(), other)) {
-      EXPECT_NE(text.Field, word.Name);
-    }
-  }
-}
-
 TEST(Warnings, NameButtonsThatThePanelDoesNotHave) {
   PanelConfiguration configuration;
   configuration.LockSequence = {kVolumeUpButton, kPc1Button, kPowerButton, 9};

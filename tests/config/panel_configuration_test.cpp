@@ -4,11 +4,8 @@
 #include "projectors/difference_text.h"
 #include "projectors/record_difference.h"
 #include "support/distinct_configuration.h"
-#include "support/random_seed.h"
 
 #include <gmock/gmock.h>
-
-#include <map>
 
 namespace qdm {
 namespace {
@@ -30,51 +27,6 @@ TEST(ConfigurationRecord, EveryFieldHasItsPlaceInTheStoredForm) {
   PanelConfiguration decoded;
   Decode(expected, decoded);
   EXPECT_EQ(decoded, DistinctConfiguration());
-}
-
-TEST(ConfigurationRecord, AnyBytesComeBackAsTheyWere) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
-  for (int round = 0; round < 200; ++round) {
-    const Bytes stored = RandomBytes(random, 3161);
-    PanelConfiguration configuration;
-    Decode(stored, configuration);
-    ASSERT_EQ(Encode(configuration), stored);
-  }
-}
-
-TEST(ConfigurationRecord, NewResetsTheOptionsAndTheNamesAndNothingElse) {
-  PanelConfiguration configuration = DistinctConfiguration();
-  ResetToDefaults(configuration);
-
-  std::map<std::string_view, int> defaults;  // 0 where not named
-  defaults = {{"UpTime", 1},
-              {"DownTime", 1},
-              {"RoomTimeout", 1},
-              {"ThresholdVoltage", 128},
-              {"LockAfterProjectorOffPeriod", 1},
-              {"LockAfterRoomEmptyPeriod", 1},
-              {"Reserved1", DistinctWord(2128)},
-              {"VolumeMin", -45},
-              {"VolumeMax", 18},
-              {"VolumeStep", 1},
-              {"PowerUpVolume", 12},
-              {"AudioTurnsOnAmplifier", -1},
-              {"TLVOXpowerDownTime", 10},
-              {"AudioRouting", 513},
-              {"UsePC1", -1},
-              {"UsePC2", -1},
-              {"UseVideo", -1}};
-  for (const auto& word : kConfigurationWords) {
-    EXPECT_EQ(configuration.*word.Member, defaults[word.Name]) << word.Name;
-  }
-  EXPECT_THAT(configuration.LockSequence, ElementsAre(2, 2, 2, 2));
-  EXPECT_EQ(configuration.Spare, DistinctConfiguration().Spare);
-  ProjectorDefinition projector = DistinctProjector();
-  projector.Manufacturer = {};
-  projector.Model = {};
-  EXPECT_EQ(configuration.Projector, projector);
 }
 
 TEST(ConfigurationRecord, DifferencesReachIntoTheEmbeddedProjector) {

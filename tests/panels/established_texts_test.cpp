@@ -1,10 +1,15 @@
-// The texts that installers know, all of them in one list: tests/panels/golden/texts.txt.
-#include "base/file_access.h"
+// The texts and numbers that installers know, all of them in one list: tests/panels/golden/texts.txt.
+#include "config/option_ranges.h"
+#include "line/speeds_and_parities.h"
 #include "panels/identification.h"
 #include "panels/image_layout.h"
 #include "panels/programming.h"
+#include "projectors/difference_text.h"
+#include "projectors/field_captions.h"
 #include "projectors/record_difference.h"
 #include "serial_strings/serial_string.h"
+#include "support/distinct_configuration.h"
+#include "support/files.h"
 
 #include <gmock/gmock.h>
 
@@ -32,19 +37,56 @@ void AddLayout(std::ostream& out, ImageLayout layout) {
     out << offset << ", " << field.Width << ": " << field.Meaning << " (" << field.Sources << ")\n";
 }
 
+// What the codes of a definition's words mean, and what a new one has.
+void AddValues(std::ostream& out) {
+  for (const auto& word : kProjectorWords) {
+    out << word.Name << ": new " << ProjectorDefinition().*word.Member;
+    for (std::int16_t value = -1; value < 7; ++value) {
+      ProjectorDefinition other;
+      other.*word.Member = value;
+      for (const DifferenceText& text : DifferencesInWords(other, ProjectorDefinition()))
+        out << "; " << value << " " << text.First;
+    }
+    out << "\n";
+  }
+}
+
+void AddRanges(std::ostream& out) {
+  for (const OptionRange& range : kOptionRanges) {
+    PanelConfiguration changed;
+    ++(changed.*range.Field);
+    out << Differences(changed, PanelConfiguration()).at(0).Place.Field.Name << ": " << range.Low << ".."
+        << range.High << " " << range.Unit << ", " << range.Label << "\n";
+  }
+}
+
+// What NEW makes of a configuration in which everything was set.
+void AddNewConfiguration(std::ostream& out) {
+  PanelConfiguration fresh = DistinctConfiguration();
+  ResetToDefaults(fresh);
+  for (const DifferenceText& text : TextsOf(Differences(DistinctConfiguration(), fresh)))
+    out << text.Field << " = " << text.Second << "\n";
+}
+
 TEST(EstablishedTexts, StandAsTheyAlwaysHave) {
   std::ostringstream out;
   for (const LineSetting& setting : LineSettingsTable)
     out << setting.Settings << " " << SearchText(setting) << "\n";
+  for (const LineSpeed& speed : LineSpeeds)
+    out << speed.Code << " " << speed.BitsPerSecond << " " << speed.Digits << " " << speed.Caption << "\n";
+  for (const ParityChoice& parity : LineParities)
+    out << parity.Code << " " << parity.Letter << " " << parity.Caption << "\n";
   for (const std::string_view name : ControlCodeNames) out << name << "\n";
   for (const std::string_view name : CommandSlotNames) out << name << "\n";
   AddCaptions<ProjectorDefinition>(out);
   AddCaptions<PanelConfiguration>(out);
+  AddValues(out);
+  AddRanges(out);
+  AddNewConfiguration(out);
   AddLayout(out, kQdmLayout);
   AddLayout(out, kTlvoxLayout);
   out << FirmwareGate({.Model = 4, .Major = 1, .Minor = 2})->Text << "\n";
-  const Bytes golden = ReadWholeFile(QDM_SOURCE_DIR "/tests/panels/golden/texts.txt");
-  EXPECT_EQ(out.str(), std::string(golden.begin(), golden.end()));
+  ExpectGolden("panels/golden/texts.txt", out.str());
 }
 
 }  // namespace

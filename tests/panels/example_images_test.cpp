@@ -2,10 +2,10 @@
 #include "config/configuration_file.h"
 #include "panels/image_explanation.h"
 #include "projectors/projector_files.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <iomanip>
 #include <sstream>
 
@@ -33,8 +33,8 @@ TEST(ExampleImages, AreAsTheyWereAndCanCarryEveryExampleProjector) {
     if (entry.path().extension() != ".BVC") continue;
     ++configurations;
     PanelConfiguration configuration = ReadConfiguration(entry.path());
-    std::ifstream golden(source / "tests/panels/golden" / entry.path().stem().concat(".txt"));
-    EXPECT_EQ(Explained(configuration), std::string(std::istreambuf_iterator(golden), {})) << entry.path();
+    ExpectGolden(("panels/golden/" + PathToUtf8(entry.path().stem()) + ".txt").c_str(),
+                 Explained(configuration));
     for (const ProjectorDefinition& projector : library) {
       configuration.Projector = projector;
       EXPECT_NO_THROW(BuildPanelImage(configuration)) << entry.path() << projector.Model.TrimmedUtf8();

@@ -3,6 +3,8 @@
 #include "config/panel_configuration.h"
 #include "panels/image_layout.h"
 #include "support/distinct_configuration.h"
+#include "support/files.h"
+#include "support/strings.h"
 
 #include <gmock/gmock.h>
 
@@ -20,19 +22,10 @@ PanelConfiguration With(std::int16_t controllerType, const std::string& fields) 
   c.ControllerType = controllerType;
   c.Projector.VolumeBytePosition = 0;
   std::istringstream text(fields);
-  const auto set = [](const auto& words, std::string_view name, auto& record, std::int16_t value) {
-    const auto word = std::find_if(words.begin(), words.end(), [&](const auto& w) { return w.Name == name; });
-    ASSERT_NE(word, words.end()) << name;
-    record.*(word->Member) = value;
-  };
   for (std::string field; text >> field;) {
     const std::size_t equals = field.find('=');
-    const auto value = static_cast<std::int16_t>(std::stoi(field.substr(equals + 1), nullptr, 0));
-    if (field.starts_with("Projector.")) {
-      set(kProjectorWords, field.substr(10, equals - 10), c.Projector, value);
-    } else {
-      set(kConfigurationWords, field.substr(0, equals), c, value);
-    }
+    WordNamed(c, field.substr(0, equals)) =
+        static_cast<std::int16_t>(std::stoi(field.substr(equals + 1), nullptr, 0));
   }
   return c;
 }
@@ -40,18 +33,6 @@ PanelConfiguration With(std::int16_t controllerType, const std::string& fields) 
 std::vector<int> BytesOf(const PanelImage& image, std::size_t at, std::size_t count) {
   const auto from = image.begin() + static_cast<std::ptrdiff_t>(at);
   return {from, from + static_cast<std::ptrdiff_t>(count)};
-}
-
-SerialString StringOf(const std::vector<std::uint8_t>& bytes) {
-  SerialString string;
-  string.Count = static_cast<std::int16_t>(bytes.size());
-  std::copy(bytes.begin(), bytes.end(), string.Values.begin());
-  return string;
-}
-
-void Use(PanelConfiguration& c, std::size_t slot, const SerialString& string) {
-  c.Projector.Available[slot] = 1;  // any value but 0
-  c.Projector.Strings[slot] = string;
 }
 
 struct Placed {
@@ -141,13 +122,13 @@ TEST(PanelImage, StringsStandInThePanelsOrderRepliesWithTheirMask) {
   std::vector<int> expected;
   for (const int slot :
        {0, 1, 2, 3, 4, 23, 5, 24, 6, 7, 8, 9, 10, 11, 12, 13, 14, 21, 15, 22, 16, 17, 18, 19, 20}) {
-    SerialString string = StringOf({static_cast<std::uint8_t>(slot + 100)});
+    SerialString string = StringOf(Bytes{static_cast<std::uint8_t>(slot + 100)});
     for (const std::size_t place : {0U, 9U, 23U, 31U}) {
       string.Kinds[place] = static_cast<std::uint8_t>(ByteKind::IGN);
     }
     expected.push_back(slot == 3 ? 0 : 1);
     if (slot == 3) continue;  // not in use
-    Use(c, static_cast<std::size_t>(slot), string);
+    Define(c.Projector, static_cast<std::size_t>(slot), string);
     if (slot >= 10 && slot <= 22) expected.insert(expected.end(), {0x01, 0x02, 0x80, 0x80});
     expected.push_back(slot + 100);
   }
@@ -156,12 +137,7 @@ TEST(PanelImage, StringsStandInThePanelsOrderRepliesWithTheirMask) {
 }
 
 std::string Refusal(const PanelConfiguration& c) {
-  try {
-    BuildPanelImage(c);
-    return "taken";
-  } catch (const ImageError& error) {
-    return error.what();
-  }
+  return FailureOf([&] { BuildPanelImage(c); });
 }
 
 TEST(PanelImage, AValueThatIsNoByteIsRefusedByName) {
@@ -169,7 +145,8 @@ TEST(PanelImage, AValueThatIsNoByteIsRefusedByName) {
                                          "Projector.InterByteDelay",    "Projector.WarmUpTime",
                                          "Projector.CoolDownTime",      "Projector.Baudrate"};
   const auto expectByte = [](std::int16_t type, const std::string& name, const std::string& use = "") {
-    for (const char* value : {"0", "255"}) EXPECT_EQ(Refusal(With(type, use + name + "=" + value)), "taken");
+    for (const char* value : {"0", "255"})
+      EXPECT_EQ(Refusal(With(type, use + name + "=" + value)), "no failure");
     // -1 as a place means that it was never determined.
     for (const char* value : {"-2", "256", "-32768", "32767"}) {
       EXPECT_THAT(Refusal(With(type, use + name + "=" + value)),
@@ -239,7 +216,7 @@ TEST(PanelImage, StringsWithImpossibleCountsAreRefusedAndNeverReadBeyond) {
                                      {33, "a string has no more than 32 bytes"},
                                      {255, "a string has no more than 32 bytes"}}) {
       PanelConfiguration c = With(type, "");
-      Use(c, 10, SerialString{.Count = static_cast<std::int16_t>(count)});
+      Define(c.Projector, 10, SerialString{.Count = static_cast<std::int16_t>(count)});
       EXPECT_THAT(Refusal(c), StartsWith("Projector.Strings[10].Count (Serial enable reply) = " +
                                          std::to_string(count) + ": " + why));
     }
@@ -250,10 +227,10 @@ TEST(PanelImage, TheTableMayEndAtTheLastByteAndNotBehindIt) {
   // 26 + 11 commands of 33 bytes + slot 9 + 2 replies of 37 + 10 unused = 473 and slot 9; slot 20 takes 37.
   PanelConfiguration c = With(kQdm7, "");
   for (const std::size_t slot : {0U, 1U, 2U, 3U, 4U, 23U, 5U, 24U, 6U, 7U, 8U, 10U, 11U, 20U}) {
-    Use(c, slot, StringOf(std::vector<std::uint8_t>(32, 0x33)));
+    Define(c.Projector, slot, StringOf(Bytes(32, 0x33)));
   }
   const auto withSlot9 = [&c](std::size_t bytes) -> PanelConfiguration& {
-    Use(c, 9, StringOf(std::vector<std::uint8_t>(bytes, 0x66)));
+    Define(c.Projector, 9, StringOf(Bytes(bytes, 0x66)));
     return c;
   };
   EXPECT_EQ(BytesOf(BuildPanelImage(withSlot9(0)), 510, 2), (std::vector<int>{0x33, 0xFF}));
@@ -264,7 +241,7 @@ TEST(PanelImage, TheTableMayEndAtTheLastByteAndNotBehindIt) {
   c.Projector.Strings[20].Count = 300;
   EXPECT_THAT(Refusal(withSlot9(32)), StartsWith("Projector.Strings[20].Count (External on) = 300: outside"));
   // An unused slot takes a byte: 464 + 9 + slot 12's 37 leave two.
-  Use(c, 12, StringOf(std::vector<std::uint8_t>(32, 0x44)));
+  Define(c.Projector, 12, StringOf(Bytes(32, 0x44)));
   EXPECT_THAT(Refusal(withSlot9(9)),
               StartsWith("Projector.Available[21] (External off) = 0: the command strings run past"));
 }

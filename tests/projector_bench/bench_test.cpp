@@ -5,7 +5,8 @@
 #include "projector_bench/timing.h"
 #include "projector_bench/wrong_settings.h"
 #include "support/bench_lines.h"
-#include "support/random_seed.h"
+#include "support/distinct_projector.h"
+#include "support/seeded_random.h"
 #include "support/strings.h"
 #include "support/virtual_time.h"
 
@@ -24,17 +25,13 @@ Bytes BytesOf(std::string_view text) { return Bytes(text.begin(), text.end()); }
 
 ProjectorDefinition Definition() {
   ProjectorDefinition projector;
-  const auto set = [&](Slot slot, const SerialString& string) {
-    projector.Strings[slot] = string;
-    projector.Available[slot] = kFlagSet;
-  };
-  set(kPowerOnSlot, Characters("ON\r"));
-  set(kPowerOnReplySlot, String({{'O'}, {'K'}, {'7', ByteKind::IGN}}));
-  set(kPowerOffSlot, Characters("OFF\r"));
-  set(kData1Slot, Characters("IN1\r"));
-  set(kData1ReplySlot, Characters("ok"));
-  set(kVideoSlot, Characters("IN"));  // the beginning of another
-  set(kVolumeUpSlot, String({{'V'}, {0, ByteKind::VAR}, {13}}));
+  Define(projector, kPowerOnSlot, Characters("ON\r"));
+  Define(projector, kPowerOnReplySlot, String({{'O'}, {'K'}, {'7', ByteKind::IGN}}));
+  Define(projector, kPowerOffSlot, Characters("OFF\r"));
+  Define(projector, kData1Slot, Characters("IN1\r"));
+  Define(projector, kData1ReplySlot, Characters("ok"));
+  Define(projector, kVideoSlot, Characters("IN"));  // the beginning of another
+  Define(projector, kVolumeUpSlot, String({{'V'}, {0, ByteKind::VAR}, {13}}));
   projector.Baudrate = 1;
   projector.MessageFormat = 1;
   projector.NumberOfBytes = 3;
@@ -256,9 +253,7 @@ void ExpectWithinTwoPercent(std::optional<Microseconds> measured, Microseconds t
 }
 
 TEST(Timing, ComesWithinTwoPercentOfTheTruth) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   const auto number = [&](int lowest, int highest) {
     return std::uniform_int_distribution(lowest, highest)(random);
   };

@@ -2,7 +2,8 @@
 
 #include "projector_bench/command_pattern.h"
 #include "serial_strings/sum_search.h"
-#include "support/random_seed.h"
+#include "support/distinct_projector.h"
+#include "support/seeded_random.h"
 #include "support/strings.h"
 
 #include <gmock/gmock.h>
@@ -23,12 +24,7 @@ constexpr Slot kPlaces[] = {kSerialEnableSlot, kPowerOnSlot, kData1Slot,    kDat
 
 ProjectorDefinition DefinitionOf(const std::vector<Bytes>& commands) {
   ProjectorDefinition projector;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    SerialString& string = projector.Strings[kPlaces[i]];
-    string.Count = static_cast<std::int16_t>(commands[i].size());
-    std::copy(commands[i].begin(), commands[i].end(), string.Values.begin());
-    projector.Available[kPlaces[i]] = kFlagSet;
-  }
+  for (std::size_t i = 0; i < commands.size(); ++i) Define(projector, kPlaces[i], StringOf(commands[i]));
   return projector;
 }
 
@@ -51,7 +47,7 @@ Bytes BytesOf(const SerialString& string) {
 // Chance makes one in some ten thousand families look faulty: a seed that differs would fail now and then.
 class RandomFamilies {
  public:
-  explicit RandomFamilies(unsigned usual) : random_(RandomSeed(usual).Value()) {}
+  explicit RandomFamilies(unsigned usual) : random_(usual) {}
 
   int Number(int lowest, int highest) { return std::uniform_int_distribution(lowest, highest)(random_); }
   Bytes Data(int length, int lowest = 0, int highest = 255) {
@@ -84,7 +80,7 @@ class RandomFamilies {
   }
 
  private:
-  std::mt19937 random_;
+  SeededRandom random_;
 };
 
 std::vector<SumForm> FormsOf(int bits) {
@@ -208,11 +204,8 @@ TEST(CodeCheck, SeesWhatPeopleForgetInTexts) {
 
 TEST(CodeCheck, TakesLevelsAndLongRepliesForWhatTheyAre) {
   ProjectorDefinition projector = Texts({"EN\r", "ON\r", "A\r", "B\r"});
-  const SerialString volume = String({{'V'}, {0, ByteKind::VAR}, {13}});
-  for (const Slot slot : {kVolumeUpSlot, kVolumeDownSlot}) {
-    projector.Strings[slot] = volume;
-    projector.Available[slot] = kFlagSet;
-  }
+  for (const Slot slot : {kVolumeUpSlot, kVolumeDownSlot})
+    Define(projector, slot, String({{'V'}, {0, ByteKind::VAR}, {13}}));
   EXPECT_THAT(FindingTexts(CheckCodes(projector)), IsEmpty());
   projector.RequiresReply[ReceivedIndex(kPowerOnReplySlot)] = kFlagSet;
   projector.Strings[kPowerOnReplySlot].Count = 32;

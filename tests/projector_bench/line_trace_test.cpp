@@ -1,5 +1,6 @@
 #include "projector_bench/line_trace.h"
 
+#include "support/bench_lines.h"
 #include "support/virtual_time.h"
 
 #include <gtest/gtest.h>
@@ -11,23 +12,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Loop : SerialPort {
-  Bytes Arrived;
-
-  void SetSettings(std::string_view) override {}
-  bool Open() override { return true; }
-  void Close() override {}
-  bool IsOpen() const override { return true; }
-  std::size_t BytesWaiting() override { return Arrived.size(); }
-  Bytes ReadAll() override { return std::exchange(Arrived, {}); }
-  bool Write(ByteView) override { return true; }
-};
-
 TEST(LineTrace, KeepsEveryByteWithItsTimeLateOnesToo) {
   VirtualTime time;
   LineTrace trace(time);
-  auto inner = std::make_unique<Loop>();
-  Loop& line = *inner;
+  auto inner = std::make_unique<BenchLine>(
+      time, [](std::uint8_t, const std::string&) { return std::pair(Bytes(), Microseconds(0)); });
+  BenchLine& line = *inner;
   TracedPort port(std::move(inner), trace);
   const auto at = [&](Microseconds pause) { time.Yield(time.Now() + pause); };
 
@@ -35,13 +25,13 @@ TEST(LineTrace, KeepsEveryByteWithItsTimeLateOnesToo) {
   trace.Restart();
   port.Write(Bytes{'P', 13});
   at(30ms);
-  line.Arrived = {'O'};
+  line.Hear("O");
   port.Poll();
   at(2ms);
-  line.Arrived = {'K', 13};
+  line.Hear("K\r");
   EXPECT_EQ(port.ReadAll(), (Bytes{'O', 'K', 13})) << "what was taken in before waits";
   at(1500ms);
-  line.Arrived = {0xFF};
+  line.Hear("\xFF");
   port.Poll();
 
   std::string text;

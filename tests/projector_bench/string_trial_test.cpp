@@ -1,6 +1,8 @@
 #include "projector_bench/string_trial.h"
 
 #include "serial_strings/serial_string.h"
+#include "support/bench_lines.h"
+#include "support/strings.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
@@ -14,41 +16,22 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 // Keeps what was written, and when.
-class RecordingPort : public SerialPort {
- public:
-  RecordingPort(Waiting& time, std::size_t gone) : time_(time), gone_(gone) {}
+struct RecordedLine {
+  explicit RecordedLine(Waiting& clock, std::size_t gone = 99) : Time(clock), Gone(gone) {}
 
-  void SetSettings(std::string_view) override {}
-  bool Open() override { return true; }
-  void Close() override {}
-  bool IsOpen() const override { return Sent.size() < gone_; }
-  std::size_t BytesWaiting() override { return Waiting_.size(); }
-  Bytes ReadAll() override { return std::exchange(Waiting_, {}); }
-  bool Write(ByteView bytes) override {
-    for (const std::uint8_t byte : bytes) {
-      Sent.push_back(byte);
-      SentAt.push_back(std::chrono::duration_cast<std::chrono::milliseconds>(time_.Now() - start_));
-    }
-    return true;
-  }
-
+  Waiting& Time;
+  std::size_t Gone;  // after that many bytes
+  Microseconds Start = Time.Now();
   Bytes Sent;
   std::vector<std::chrono::milliseconds> SentAt;
-  Bytes Waiting_;
-
- private:
-  Waiting& time_;
-  Microseconds start_ = time_.Now();
-  std::size_t gone_;  // after that many bytes
+  BenchLine Port{
+      Time, [this](std::uint8_t byte, const std::string&) {
+        Sent.push_back(byte);
+        SentAt.push_back(std::chrono::duration_cast<std::chrono::milliseconds>(Time.Now() - Start));
+        Port.Present = Sent.size() < Gone;
+        return std::pair(Bytes(), Microseconds(0));
+      }};
 };
-
-SerialString StringOf(const Bytes& values, std::size_t variable = 99) {
-  SerialString string;
-  string.Count = static_cast<std::int16_t>(values.size());
-  std::copy(values.begin(), values.end(), string.Values.begin());
-  if (variable < 32) string.Kinds[variable] = static_cast<std::uint8_t>(ByteKind::VAR);
-  return string;
-}
 
 TEST(StringTrial, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
   struct Case {
@@ -70,36 +53,36 @@ TEST(StringTrial, SettingsFollowTheDefinitionAndWriteOddParityWithAZero) {
 
 TEST(StringTrial, PausesAfterEachByteAndAfterEachCharacterOfTheLevel) {
   VirtualTime time;
-  RecordingPort port(time, 99);
-  const SerialString string = StringOf({'V', 0, 13}, 1);
+  RecordedLine line(time);
+  const SerialString string = String({{'V'}, {0, ByteKind::VAR}, {13}});
   ASSERT_EQ(VariableBytePositionOf(string), 2);
-  SendString(port, {string, 2, Bytes{'0', '7'}, 10ms}, time, {});
-  EXPECT_THAT(port.Sent, ElementsAre('V', '0', '7', 13));
-  EXPECT_THAT(port.SentAt, ElementsAre(0ms, 10ms, 20ms, 40ms));
+  SendString(line.Port, {string, 2, Bytes{'0', '7'}, 10ms}, time, {});
+  EXPECT_THAT(line.Sent, ElementsAre('V', '0', '7', 13));
+  EXPECT_THAT(line.SentAt, ElementsAre(0ms, 10ms, 20ms, 40ms));
 }
 
 TEST(StringTrial, EndsQuietlyWhenThePortGoesAwayOrTheUserStops) {
   VirtualTime time;
-  RecordingPort port(time, 2);
-  SendString(port, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 1ms}, time, {});
-  EXPECT_THAT(port.Sent, ElementsAre(1, 2));
+  RecordedLine line(time, 2);
+  SendString(line.Port, {StringOf(Bytes{1, 2, 3, 4}), 0, std::nullopt, 1ms}, time, {});
+  EXPECT_THAT(line.Sent, ElementsAre(1, 2));
 
   std::stop_source stop;
-  RecordingPort other(time, 99);
+  RecordedLine other(time);
   time.At(time.Now() + 15ms, [&stop] { stop.request_stop(); });
-  SendString(other, {StringOf({1, 2, 3, 4}), 0, std::nullopt, 10ms}, time, stop.get_token());
+  SendString(other.Port, {StringOf(Bytes{1, 2, 3, 4}), 0, std::nullopt, 10ms}, time, stop.get_token());
   EXPECT_THAT(other.Sent, ElementsAre(1, 2));
 }
 
 TEST(StringTrial, TakesRepliesOfOneTo31Bytes) {
   VirtualTime time;
-  RecordingPort port(time, 99);
-  EXPECT_FALSE(TakeReply(port, ByteKind::HEX));
-  port.Waiting_ = Bytes(32, 'x');
-  EXPECT_FALSE(TakeReply(port, ByteKind::HEX));
-  EXPECT_TRUE(port.Waiting_.empty()) << "a reply that is too long must not come back with the next";
-  port.Waiting_ = Bytes(31, 'x');
-  const auto reply = TakeReply(port, ByteKind::HEX);
+  RecordedLine line(time);
+  EXPECT_FALSE(TakeReply(line.Port, ByteKind::HEX));
+  line.Port.Hear(std::string(32, 'x'));
+  EXPECT_FALSE(TakeReply(line.Port, ByteKind::HEX));
+  EXPECT_TRUE(line.Port.ReadAll().empty()) << "a reply that is too long must not come back with the next";
+  line.Port.Hear(std::string(31, 'x'));
+  const auto reply = TakeReply(line.Port, ByteKind::HEX);
   ASSERT_TRUE(reply);
   EXPECT_EQ(reply->Count, 31);
   EXPECT_EQ(reply->Values[30], 'x');
@@ -108,8 +91,7 @@ TEST(StringTrial, TakesRepliesOfOneTo31Bytes) {
 }
 
 TEST(StringTrial, KeepsControlCodesOfATextByTheirNames) {
-  SerialString reply = StringOf({'O', 13, 10, 13});
-  reply.Kinds[3] = static_cast<std::uint8_t>(ByteKind::IGN);
+  const SerialString reply = String({{'O'}, {13}, {10}, {13, ByteKind::IGN}});
   EXPECT_EQ(CompactText(ReplyToKeep(reply)), "O,CRc,LFc,Ignore");
 }
 

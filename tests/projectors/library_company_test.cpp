@@ -2,7 +2,9 @@
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
 #include "support/distinct_projector.h"
-#include "support/random_seed.h"
+#include "support/files.h"
+#include "support/no_patience.h"
+#include "support/seeded_random.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
@@ -20,36 +22,13 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-ProjectorDefinition Timed(std::string_view model, int warmUp) {
-  ProjectorDefinition projector = NamedProjector("ACME", model);
-  projector.WarmUpTime = static_cast<std::int16_t>(warmUp);
-  return projector;
-}
-
-// "One 5": model and warm-up time.
-std::vector<std::string> Contents(const std::vector<ProjectorDefinition>& elements) {
-  std::vector<std::string> contents;
-  for (const ProjectorDefinition& p : elements) {
-    contents.push_back(p.Model.TrimmedUtf8() + " " + std::to_string(p.WarmUpTime));
-  }
-  return contents;
-}
-
-// Time that passes at once, and a lock that is given up at once.
-LibraryPatience NoPatience() {
-  LibraryPatience patience;
-  patience.Pause = [](LibraryPatience::Milliseconds) {};
-  patience.KeepWaiting = [](const std::string&, LibraryPatience::Milliseconds) { return false; };
-  return patience;
-}
-
 struct LibraryCompany : testing::Test {
   ProjectorLibrary Loaded() const {
     ProjectorLibrary library;
     LoadProjectorDatabase(folder.Path(), library, NoPatience());
     return library;
   }
-  std::vector<std::string> OnDisk() const { return Contents(Loaded().Elements()); }
+  std::vector<std::string> OnDisk() const { return TimedModels(Loaded().Elements()); }
   void Put(const std::vector<ProjectorDefinition>& elements) const {
     ProjectorLibrary library;
     for (const ProjectorDefinition& element : elements) library.Append(element);
@@ -76,12 +55,15 @@ TEST_F(LibraryCompany, WhatOneSideAddsDeletesOrChangesIsTaken) {
   EXPECT_EQ(Save(theirs).Taken, 0U);
   EXPECT_TRUE(ChangedOnDisk(folder.Path(), ours));
 
-  const LibrarySaved saved = Save(ours);
+  EXPECT_THAT(TimedModels(ours.ChangedElements()), ElementsAre("OursChange 20", "OursNew 6"));
+  LibraryAfterSave after;
+  const LibrarySaved saved = SaveProjectorDatabase(folder.Path(), ours, after, NoPatience());
+  after.TakePlaceOf(ours);
   EXPECT_THAT(saved.Conflicts, IsEmpty());
   EXPECT_EQ(saved.Taken, 3U);
   EXPECT_THAT(OnDisk(),
               ElementsAre("Kept 1", "OursChange 20", "theirschange 30", "OursNew 6", "TheirsNew 7"));
-  EXPECT_EQ(Contents(ours.Elements()), OnDisk());
+  EXPECT_EQ(TimedModels(ours.Elements()), OnDisk());
   EXPECT_FALSE(ours.Changed() || ChangedOnDisk(folder.Path(), ours));
 }
 
@@ -109,9 +91,7 @@ TEST_F(LibraryCompany, AConflictIsHandedOverAndNothingWrittenUntilItIsSettled) {
 }
 
 TEST_F(LibraryCompany, MergesOfRandomLibrariesLoseNothingThatNeitherSideDeleted) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   const auto grown = [&](std::vector<ProjectorDefinition> from) {
     for (int change = 0; change < 6; ++change) {
       const std::size_t at = random() % (from.size() + 1);
@@ -164,12 +144,8 @@ TEST_F(LibraryCompany, ALockThatIsHeldForTenSecondsIsToldWithItsOwner) {
   LibraryPatience patience;
   LibraryPatience::Milliseconds waited{0};
   patience.Pause = [&waited](LibraryPatience::Milliseconds time) { waited += time; };
-  try {
-    SaveProjectorDatabase(folder.Path(), library, patience);
-    FAIL() << "saved under somebody else's lock";
-  } catch (const InUseError& error) {
-    EXPECT_THAT(error.Reason(), testing::MatchesRegex("in use by .* \\(process .+\\)"));
-  }
+  EXPECT_THAT(FailureOf([&] { SaveProjectorDatabase(folder.Path(), library, patience); }),
+              testing::MatchesRegex(".*: in use by .* \\(process .+\\)"));
   EXPECT_EQ(waited, std::chrono::seconds(10));
 }
 

@@ -4,22 +4,24 @@
 
 #include "projectors/library_file.h"
 #include "projectors/projector_files.h"
-#include "support/random_seed.h"
+#include "support/files.h"
+#include "support/seeded_random.h"
 #include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
-#include <functional>
 #include <random>
 #include <string>
 
 #ifndef _WIN32
+#include "support/another_user.h"
+
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #endif
@@ -55,15 +57,6 @@ int GenerationIn(const fs::path& folder, std::size_t definitions = kDefinitions)
   const int generation = library[0].Stopbits;
   EXPECT_EQ(library.Elements(), LibraryOf(definitions, generation).Elements());
   return generation;
-}
-
-std::string FailureOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const FileError& error) {
-    return error.what();
-  }
-  return "no failure";
 }
 
 struct FolderState {
@@ -152,8 +145,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 
 TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
   constexpr int kKills = 100;
-  const RandomSeed seed;
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   const TempFolder folder;
   void* shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   ASSERT_NE(shared, MAP_FAILED);
@@ -181,45 +173,13 @@ TEST(LibrarySafety, AKillAtAnyMomentLeavesTheOldOrTheNewLibrary) {
     killedInASave += started != finished ? 1 : 0;
     generation = GenerationIn(folder.Path());
     ASSERT_TRUE(generation == finished || generation == started)
-        << "kill " << kill << " of " << seed.Text() << ": loaded " << generation << ", last finished "
-        << finished << ", last started " << started;
-    ASSERT_FALSE(HasFailure()) << "kill " << kill << " of " << seed.Text();
+        << "kill " << kill << ": loaded " << generation << ", last finished " << finished << ", last started "
+        << started;
+    ASSERT_FALSE(HasFailure()) << "kill " << kill;
   }
   munmap(shared, sizeof(Progress));
   EXPECT_GT(killedInASave, kKills / 2) << "the kills miss the saves";
 }
-
-// A disk with room for `bytes` more in one file.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &oldLimit_);
-    const rlimit limit{bytes, oldLimit_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &oldLimit_);
-    std::signal(SIGXFSZ, oldHandler_);
-  }
-
- private:
-  rlimit oldLimit_{};
-  void (*oldHandler_)(int);
-};
-
-// No right to write is binding for everybody but root.
-class AnotherUser {
- public:
-  AnotherUser() : wasRoot_(geteuid() == 0) {
-    if (wasRoot_ && seteuid(65534) != 0) ADD_FAILURE() << "root cannot become another user";
-  }
-  ~AnotherUser() {
-    if (wasRoot_ && seteuid(0) != 0) ADD_FAILURE() << "root cannot come back";
-  }
-
- private:
-  bool wasRoot_;
-};
 
 constexpr fs::perms kToLookInto = fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
                                   fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec;
@@ -243,40 +203,25 @@ class UnwritableLibrary : public testing::Test {
     return files;
   }
 
-  void ExpectFailuresNameFileAnd(const std::string& reason, const std::string& save,
-                                 const std::string& exporting) const {
-    EXPECT_EQ(save, "cannot write " + PathToUtf8(files_.Library) + ": " + reason);
-    EXPECT_EQ(exporting, "cannot write " + PathToUtf8(exported_) + ": " + reason);
-    EXPECT_TRUE(Contents() == before_) << "a file was changed, added or removed";
-  }
-
   TempFolder folder_;
   ProjectorFiles files_{folder_.Path()};
   fs::path exported_ = folder_ / "Exported.BVD";
   Files before_;
 };
 
-TEST_F(UnwritableLibrary, StaysAsItWasWhenTheDiskIsFull) {
-  std::string save;
-  std::string exporting;
-  {
-    const FullDisk full(1'000'000);
-    save = FailureOf([&] { WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
-    exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(kDefinitions, 3).Elements()); });
+TEST_F(UnwritableLibrary, StaysAsItWasWhenTheDiskIsFullOrTheFolderClosed) {
+  using Case = std::tuple<FileStep, int, std::string>;
+  for (const auto& [fails, error, reason] : {Case{FileStep::Write, ENOSPC, "No space left on device"},
+                                             Case{FileStep::Create, EACCES, "Permission denied"}}) {
+    const FileStepHookScope hook(
+        [fails = fails, error = error](FileStep step, const fs::path&) { return step == fails ? error : 0; });
+    const ProjectorLibrary library = LibraryOf(kDefinitions, 3);
+    EXPECT_EQ(FailureOf([&] { WriteProjectorDatabase(folder_.Path(), library); }),
+              "cannot write " + PathToUtf8(files_.Library) + ": " + reason);
+    EXPECT_EQ(FailureOf([&] { ExportDefinitions(exported_, library.Elements()); }),
+              "cannot write " + PathToUtf8(exported_) + ": " + reason);
   }
-  ExpectFailuresNameFileAnd("File too large", save, exporting);
-}
-
-TEST_F(UnwritableLibrary, StaysAsItWasInAFolderWithoutWritePermission) {
-  fs::permissions(folder_.Path(), kToLookInto);
-  std::string save;
-  std::string exporting;
-  {
-    const AnotherUser user;
-    save = FailureOf([&] { WriteProjectorDatabase(folder_.Path(), LibraryOf(kDefinitions, 3)); });
-    exporting = FailureOf([&] { ExportDefinitions(exported_, LibraryOf(1, 3).Elements()); });
-  }
-  ExpectFailuresNameFileAnd("Permission denied", save, exporting);
+  EXPECT_TRUE(Contents() == before_) << "a file was changed, added or removed";
 }
 
 // The file may come back, from a network folder or out of another program's hands: an empty library must not

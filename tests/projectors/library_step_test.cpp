@@ -1,7 +1,8 @@
 #include "projectors/library_step.h"
 
 #include "support/distinct_projector.h"
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
+#include "support/undo_walk.h"
 
 #include <gmock/gmock.h>
 
@@ -20,9 +21,7 @@ std::size_t HashOf(const ProjectorLibrary& library) {
 }
 
 TEST(LibraryStep, TenThousandEditsAreUndoneByteForByteAndDoneAgain) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   ProjectorLibrary library;
   for (const char* model : {"A", "B", "C"}) library.Append(NamedProjector("ACME", model));
   library.MarkUnchanged({});
@@ -44,15 +43,12 @@ TEST(LibraryStep, TenThousandEditsAreUndoneByteForByteAndDoneAgain) {
     steps.push_back(recording.Take());
     states.push_back(HashOf(library));
   }
-  for (std::size_t step = steps.size(); step-- > 0;) {
-    steps[step].Undo(library);
-    ASSERT_EQ(HashOf(library), states[step]) << "undoing step " << step;
-  }
+  std::size_t done = steps.size();
+  ExpectBackAndForth(
+      states, [&] { steps[--done].Undo(library); }, [&] { steps[done++].Redo(library); },
+      [&] { return HashOf(library); });
+  for (std::size_t step = steps.size(); step-- > 0;) steps[step].Undo(library);
   EXPECT_FALSE(library.Changed());
-  for (std::size_t step = 0; step < steps.size(); ++step) {
-    steps[step].Redo(library);
-    ASSERT_EQ(HashOf(library), states[step + 1]) << "doing step " << step << " again";
-  }
 }
 
 }  // namespace

@@ -19,14 +19,7 @@ const Message kRestored{"Projector configuration file damaged!\r\nRestoring proj
 const Message kLost{"Projector configuration file damaged!\r\n all projector configurations have been lost!",
                     "Brevan QDM Editor", MessageIcon::None};
 
-Bytes Stored(std::initializer_list<ProjectorDefinition> definitions) {
-  Bytes bytes;
-  for (const ProjectorDefinition& definition : definitions) {
-    const Bytes record = Encode(definition);
-    bytes.insert(bytes.end(), record.begin(), record.end());
-  }
-  return bytes;
-}
+Bytes Stored(std::vector<ProjectorDefinition> definitions) { return EncodeDefinitions(definitions); }
 
 ProjectorLibrary LibraryOf(std::initializer_list<ProjectorDefinition> definitions) {
   ProjectorLibrary library;
@@ -102,6 +95,7 @@ TEST_F(ProjectorFilesTest, WithTheBackupDamagedTooAllIsLostAndSaidOnce) {
     EXPECT_THAT(Load(), ElementsAre(kRestored, kLost));
     EXPECT_FALSE(library.Loaded() || fs::exists(files.Library) || fs::exists(files.Backup));
   }
+  EXPECT_TRUE(fs::exists(folder / "Projectors.DAMAGED2"));
 }
 
 TEST_F(ProjectorFilesTest, SavingKeepsThePreviousStateAsBackup) {
@@ -131,6 +125,9 @@ TEST_F(ProjectorFilesTest, ImportAppendsNewSkipsEqualAndAsksAboutDifferentOnes) 
   ProjectorDefinition different = NamedProjector("acme", "two");
   different.CoolDownTime = 99;
   std::vector<std::pair<std::string, std::size_t>> asked;
+  ProjectorDefinition otherThree = three;
+  otherThree.Baudrate = 4;
+  EXPECT_EQ(CountConflicts({three, otherThree, different, sameButNotes, three}, library), 2U);
   const ImportResult result = ImportDefinitions(
       {NamedProjector("", "x"), three, sameButNotes, different, NamedProjector("zeta", "Four"), three},
       library, [&](const ProjectorDefinition& incoming, std::size_t index) {

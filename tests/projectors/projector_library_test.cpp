@@ -1,7 +1,7 @@
 #include "projectors/projector_library.h"
 
 #include "support/distinct_projector.h"
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
 
 #include <gmock/gmock.h>
 
@@ -23,9 +23,7 @@ TEST(ProjectorLibrary, FindsTheFirstOfAnyCaseOverTheWholeNames) {
 }
 
 TEST(ProjectorLibrary, TheIndexAgreesWithASearchFromTheFirstElementThroughAnyChanges) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   ProjectorLibrary library;
   const auto anyProjector = [&random] {
     const std::string model = std::to_string(random() % 60);

@@ -2,21 +2,18 @@
 // a pseudo-terminal at its other end.
 #include "panels/frame.h"
 #include "panels/panel_search.h"
-#include "panels/programming.h"
 #include "serial_io/port_list.h"
 #include "serial_io/pseudo_terminal_panel.h"
 #include "support/event_loop.h"
+#include "support/programming_recorder.h"
 #include "support/scaled_waiting.h"
 
 #include <gmock/gmock.h>
-
-#include <functional>
 
 namespace qdm {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
 
 // The procedures' half second takes a twentieth of one here.
 constexpr int kFaster = 10;
@@ -28,17 +25,6 @@ PanelImage VariedImage() {
   for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(255 - i * 7 % 256);
   return image;
 }
-
-struct Told : ProgrammingObserver {
-  void Connecting() override {}
-  void RecordsAcknowledged(int records) override {
-    if (whenAcknowledged) whenAcknowledged(records);
-  }
-  void Tell(const Message& message) override { messages.push_back(message.Text); }
-
-  std::vector<std::string> messages;
-  std::function<void(int)> whenAcknowledged;
-};
 
 struct PanelOnPseudoTerminal : testing::Test {
   void Attach(const std::vector<std::string>& faults = {}, const char* settings = "9600,n,8,2",
@@ -55,8 +41,14 @@ struct PanelOnPseudoTerminal : testing::Test {
   }
 
   ProgrammingResult Program(Waiting& time) {
-    told.messages.clear();
-    return ProgramPanel(*port, "9600,n,8,2", kType, image, time, stop.get_token(), told);
+    user.Told.clear();
+    return ProgramPanel(*port, "9600,n,8,2", kType, image, time, stop.get_token(), user);
+  }
+
+  std::string Texts() const {
+    std::string texts;
+    for (const Message& message : user.Told) texts += message.Text + "|";
+    return texts;
   }
 
   EventLoopWaiting wall;
@@ -66,7 +58,7 @@ struct PanelOnPseudoTerminal : testing::Test {
   std::unique_ptr<PseudoTerminalPanel> device;
   std::unique_ptr<SerialPort> port;
   const PanelImage image = VariedImage();
-  Told told;
+  ProgrammingRecorder user;
 };
 
 TEST_F(PanelOnPseudoTerminal, IsFoundAtItsSpeedWhateverElseIsOnThePorts) {
@@ -114,7 +106,7 @@ TEST_F(PanelOnPseudoTerminal, TakesAWholeImageAtTheTrueSpeedOfItsLine) {
   EXPECT_TRUE(result.Programmed && result.Restarted);
   EXPECT_EQ(result.Retries, 0);
   EXPECT_EQ(panel->Memory(), image);
-  EXPECT_THAT(told.messages, ElementsAre("The QDM panel has been programed"));
+  EXPECT_EQ(Texts(), "The QDM panel has been programed|");
   EXPECT_GT(wall.Now() - start, TimeOfBytes(bytes, ParseLineSettings("9600,n,8,2")));
 }
 
@@ -127,7 +119,7 @@ TEST_F(PanelOnPseudoTerminal, IsProgrammedThroughPassingFaults) {
     EXPECT_EQ(result.Records, kRecords) << fault;
     EXPECT_GE(result.Retries, 1) << fault;
     EXPECT_EQ(panel->Memory(), image) << fault;
-    EXPECT_THAT(told.messages, ElementsAre("The QDM panel has been programed")) << fault;
+    EXPECT_EQ(Texts(), "The QDM panel has been programed|") << fault;
   }
 }
 
@@ -136,20 +128,19 @@ TEST_F(PanelOnPseudoTerminal, ThatDiesAtRecordFortyFailsToProgramAndToRestart) {
   const ProgrammingResult result = Program(scaled);
   EXPECT_TRUE(result.Connected);
   EXPECT_EQ(result.Records, 39);
-  EXPECT_THAT(told.messages,
-              ElementsAre("The QDM panel failed to program", "The QDM panel failed to restart"));
+  EXPECT_EQ(Texts(), "The QDM panel failed to program|The QDM panel failed to restart|");
   EXPECT_FALSE(port->IsOpen());
 }
 
 TEST_F(PanelOnPseudoTerminal, UnpluggedInTheMiddleFailsWithoutWaitingForIt) {
   Attach();
-  told.whenAcknowledged = [this](int records) {
+  user.WhenAcknowledged = [this](int records) {
     if (records == 20) device.reset();
   };
   const ProgrammingResult result = Program(scaled);
   EXPECT_FALSE(result.Programmed);
   EXPECT_EQ(result.Records, 20);
-  EXPECT_THAT(told.messages, testing::Contains("The QDM panel failed to program"));
+  EXPECT_THAT(Texts(), testing::HasSubstr("The QDM panel failed to program|"));
   EXPECT_FALSE(port->IsOpen());
 }
 

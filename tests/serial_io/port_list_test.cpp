@@ -1,5 +1,6 @@
 #include "serial_io/port_list.h"
 #include "serial_io/pseudo_terminal.h"
+#include "support/another_user.h"
 
 #include <QTemporaryDir>
 #include <QtGlobal>
@@ -92,33 +93,16 @@ TEST(PortList, PortsAreThoseOfTheMomentTheyAreAskedFor) {
   EXPECT_EQ(ports->DeviceName(3), "");
 }
 
-// Root may open everything; elsewhere this changes nothing.
-struct AsOrdinaryUser {
-  static constexpr uid_t kNobody = 65534;
-
-  AsOrdinaryUser() {
-    if (wasRoot) {
-      EXPECT_EQ(::seteuid(kNobody), 0);
-    }
-  }
-  ~AsOrdinaryUser() {
-    if (wasRoot) {
-      EXPECT_EQ(::seteuid(0), 0);
-    }
-  }
-  const bool wasRoot = ::geteuid() == 0;
-};
-
 TEST(PortList, TellsWhichGroupOpensAPortThatIsClosedToTheUser) {
   const QTemporaryDir folder;
   ASSERT_EQ(::chmod(FolderOf(folder).c_str(), 0755), 0);
   const fs::path device = FolderOf(folder) / "ttyUSB0";
   MakeFile(device);
   if (::geteuid() == 0) {
-    ASSERT_EQ(::chown(device.c_str(), AsOrdinaryUser::kNobody, ::getegid()), 0);
+    ASSERT_EQ(::chown(device.c_str(), AnotherUser::kNobody, ::getegid()), 0);
   }
   fs::create_symlink(device, FolderOf(folder) / "by-id");
-  const AsOrdinaryUser user;
+  const AnotherUser user;
   // Closed to its owner, to whom this test belongs, open to its group.
   ASSERT_EQ(::chmod(device.c_str(), 0060), 0);
   using Reason = OpenFailure::Reason;

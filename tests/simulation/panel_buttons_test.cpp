@@ -3,14 +3,14 @@
 
 #include "config/configuration_file.h"
 #include "panels/image_reading.h"
-#include "panels/programming.h"
 #include "projector_bench/bench_line.h"
 #include "projector_bench/line_trace.h"
 #include "projector_bench/stand_in.h"
-#include "projectors/projector_files.h"
 #include "projectors/projector_volume.h"
 #include "simulation/simulated_line.h"
 #include "support/bench_lines.h"
+#include "support/panel_descriptions.h"
+#include "support/programming_recorder.h"
 #include "support/virtual_time.h"
 
 #include <gmock/gmock.h>
@@ -22,43 +22,23 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const std::filesystem::path kExamples = QDM_SOURCE_DIR "/examples";
-
-// With the definition that the library has under the projector's names.
 std::vector<PanelConfiguration> Examples() {
-  const std::vector<ProjectorDefinition> library = ReadDefinitions(kExamples / "Projectors.DEF");
   std::vector<PanelConfiguration> examples;
-  for (const auto& entry : std::filesystem::directory_iterator(kExamples)) {
-    if (entry.path().extension() != ".BVC") continue;
-    PanelConfiguration example = ReadConfiguration(entry.path());
-    for (const ProjectorDefinition& projector : library) {
-      const ProjectorDefinition& named = example.Projector;
-      if (projector.Manufacturer != named.Manufacturer || projector.Model != named.Model) continue;
-      example.Projector = projector;
-      examples.push_back(example);
-    }
+  for (const auto& entry : std::filesystem::directory_iterator(QDM_SOURCE_DIR "/examples")) {
+    if (entry.path().extension() == ".BVC") examples.push_back(ReadConfiguration(entry.path()));
   }
   return examples;
 }
 
-struct NobodyWatches : ProgrammingObserver {
-  void Connecting() override {}
-  void RecordsAcknowledged(int) override {}
-  void Tell(const Message&) override {}
-};
-
 // A panel of the configuration's type on COM1 and its projector port on COM2.
 struct Desk {
   explicit Desk(const PanelConfiguration& configuration)
-      : Panel(Ports.AttachPanel(
-            1, "panel",
-            SimulatedPanel({.Panel = {.Model = PanelTypeOf(configuration.ControllerType)->ModelCode(),
-                                      .Major = 1,
-                                      .Minor = 3}}))) {
+      : Panel(Ports.AttachPanel(1, "panel",
+                                SimulatedPanel(Described(configuration.ControllerType, "9600,n,8,2")))) {
     Ports.AttachProjectorPort(2, "projector");
   }
   void Program(const PanelConfiguration& configuration) {
-    NobodyWatches observer;
+    ProgrammingRecorder observer;
     const auto port = Ports.Port(1);
     EXPECT_TRUE(ProgramPanel(*port, "9600,n,8,2", configuration.ControllerType,
                              BuildPanelImage(configuration), Time, {}, observer)
@@ -104,10 +84,7 @@ TEST(PanelButtons, EveryCommandOfEveryExampleArrivesAsTheDefinitionHasIt) {
     EXPECT_EQ(buttons->LineSettings(), BenchLineSettings(projector));
     // As fast as the panel's delays let it.
     StandIn standIn(projector);
-    BenchLine line(desk.Time, [&](std::uint8_t byte, const std::string&) {
-      standIn.Receive({&byte, 1}, desk.Time.Now());
-      return std::pair(standIn.TakeAnswers(desk.Time.Now()), Microseconds(0));
-    });
+    BenchLine line(desk.Time, AnswersOf(standIn, desk.Time));
     buttons->Press(standIn.Expected(), line, desk.Time, {});
     standIn.Advance(desk.Time.Now() + 1s);
     EXPECT_EQ(standIn.Expected(), buttons->Available());

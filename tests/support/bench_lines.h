@@ -4,12 +4,14 @@
 #include "line/line_settings.h"
 #include "line/serial_port.h"
 #include "line/waiting.h"
+#include "projector_bench/stand_in.h"
 
 #include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace qdm {
 
@@ -22,11 +24,13 @@ class BenchLine : public SerialPort {
 
   std::string Settings;
   bool Present = true;
+  std::vector<LineParameter> Refused;
 
   // What comes from the far end by itself.
   void Hear(std::string_view text) { waiting_.insert(waiting_.end(), text.begin(), text.end()); }
 
   void SetSettings(std::string_view settings) override { Settings = settings; }
+  std::vector<LineParameter> RefusedSettings() const override { return Refused; }
   bool Open() override { return Present; }
   void Close() override {}
   bool IsOpen() const override { return Present; }
@@ -57,5 +61,13 @@ class BenchLine : public SerialPort {
   std::deque<std::pair<Microseconds, Bytes>> coming_;
   Bytes waiting_;
 };
+
+// The stand-in at the far end.
+inline BenchLine::Far AnswersOf(StandIn& standIn, Waiting& time) {
+  return [&standIn, &time](std::uint8_t byte, const std::string&) {
+    standIn.Receive({&byte, 1}, time.Now());
+    return std::pair(standIn.TakeAnswers(time.Now()), Microseconds(0));
+  };
+}
 
 }  // namespace qdm

@@ -2,10 +2,12 @@
 // fails the test and is closed; so does a step that is left over.
 #pragma once
 
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QPointer>
 #include <QTimer>
+#include <QToolBar>
 #include <QtTest>
 
 #include <gtest/gtest.h>
@@ -56,6 +58,17 @@ Widget& Child(QWidget& form, const char* name) {
   auto* child = form.findChild<Widget*>(QLatin1String(name));
   if (child == nullptr) throw std::runtime_error(std::string("no ") + name);
   return *child;
+}
+
+inline void ShowActive(QWidget& form) {
+  form.show();
+  form.activateWindow();
+  QCoreApplication::processEvents();
+}
+
+// The button of a command in the form's toolbar.
+inline QWidget* ButtonOf(QWidget& form, const char* action) {
+  return Child<QToolBar>(form, "Toolbar1").widgetForAction(&Child<QAction>(form, action));
 }
 
 inline void Click(QWidget& form, const char* button) {

@@ -4,6 +4,11 @@
 #include "config/panel_configuration.h"
 #include "support/distinct_projector.h"
 
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
 namespace qdm {
 
 inline const std::vector<WordPlace<PanelConfiguration>> kConfigurationWords = {
@@ -47,6 +52,19 @@ inline PanelConfiguration DistinctConfiguration() {
   for (std::size_t i = 0; i < 4; ++i) configuration.LockSequence[i] = DistinctWord(2116 + 2 * i);
   for (std::size_t i = 0; i < 1007; ++i) configuration.Spare[i] = DistinctByte(2154 + i);
   return configuration;
+}
+
+// The word of that name: "UpTime", "Projector.WarmUpTime".
+inline std::int16_t& WordNamed(PanelConfiguration& configuration, std::string_view name) {
+  constexpr std::string_view kOfProjector = "Projector.";
+  const auto find = [](const auto& words, std::string_view wanted, auto& record) -> std::int16_t& {
+    const auto named = [wanted](const auto& word) { return word.Name == wanted; };
+    const auto word = std::find_if(words.begin(), words.end(), named);
+    if (word == words.end()) throw std::runtime_error("no " + std::string(wanted));
+    return record.*(word->Member);
+  };
+  if (!name.starts_with(kOfProjector)) return find(kConfigurationWords, name, configuration);
+  return find(kProjectorWords, name.substr(kOfProjector.size()), configuration.Projector);
 }
 
 }  // namespace qdm

@@ -5,6 +5,7 @@
 #include "projectors/projector_definition.h"
 
 #include <random>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -101,6 +102,25 @@ inline ProjectorDefinition NamedProjector(std::string_view manufacturer, std::st
   projector.Manufacturer.AssignUtf8(manufacturer);
   projector.Model.AssignUtf8(model);
   return projector;
+}
+
+// One of ACME's, told from its namesakes by the warm-up time; and a library of such: "One 5".
+inline ProjectorDefinition Timed(std::string_view model, int warmUp) {
+  ProjectorDefinition projector = NamedProjector("ACME", model);
+  projector.WarmUpTime = static_cast<std::int16_t>(warmUp);
+  return projector;
+}
+inline std::vector<std::string> TimedModels(const std::vector<ProjectorDefinition>& library) {
+  std::vector<std::string> models;
+  for (const ProjectorDefinition& p : library)
+    models.push_back(p.Model.TrimmedUtf8() + " " + std::to_string(p.WarmUpTime));
+  return models;
+}
+
+// In use, with those bytes.
+inline void Define(ProjectorDefinition& projector, std::size_t slot, const SerialString& string) {
+  projector.Available[slot] = kFlagSet;
+  projector.Strings[slot] = string;
 }
 
 }  // namespace qdm

@@ -10,9 +10,10 @@
 namespace qdm {
 
 inline SimulatedPanel::Description Described(int controllerType, std::string settings,
-                                             const std::vector<std::string>& faults = {}) {
+                                             const std::vector<std::string>& faults = {},
+                                             std::uint8_t major = 1, std::uint8_t minor = 3) {
   SimulatedPanel::Description description;
-  description.Panel.Model = PanelTypeOf(controllerType)->ModelCode();
+  description.Panel = {PanelTypeOf(controllerType)->ModelCode(), major, minor};
   description.Settings = std::move(settings);
   for (const std::string& fault : faults) description.Faults.push_back(ParsePanelFault(fault));
   return description;

@@ -69,4 +69,11 @@ class SlowDisk {
   const FileStepHookScope hook_;
 };
 
+// What the window says when that call takes so long during the action.
+inline std::string ToldOfSlowDisk(FileStep step, const char* part, const std::function<void()>& action) {
+  const SlowDisk disk(step, part);
+  action();
+  return disk.Told();
+}
+
 }  // namespace qdm

@@ -1,8 +1,10 @@
 // Serial strings for tests: String({{'P', ASC}, {13, CNT}}).
 #pragma once
 
+#include "base/record_codec.h"
 #include "serial_strings/serial_string.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <ostream>
 #include <string_view>
@@ -24,12 +26,13 @@ inline SerialString String(std::initializer_list<OneByte> bytes) {
   return string;
 }
 
-inline SerialString Characters(std::string_view text) {
+inline SerialString StringOf(ByteView bytes) {
   SerialString string;
-  for (const char c : text)
-    string.Values.at(static_cast<std::size_t>(string.Count++)) = static_cast<std::uint8_t>(c);
+  string.Count = static_cast<std::int16_t>(bytes.size());
+  std::copy(bytes.begin(), bytes.end(), string.Values.begin());
   return string;
 }
+inline SerialString Characters(std::string_view text) { return StringOf(Bytes(text.begin(), text.end())); }
 
 inline void PrintTo(const SerialString& string, std::ostream* out) {
   *out << string.Count << " bytes \"" << CompactText(string) << '"';

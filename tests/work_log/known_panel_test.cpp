@@ -1,8 +1,8 @@
 #include "work_log/known_panel.h"
 
-#include "panels/programming.h"
 #include "simulation/simulated_line.h"
 #include "support/panel_descriptions.h"
+#include "support/programming_recorder.h"
 #include "support/virtual_time.h"
 
 #include <gtest/gtest.h>
@@ -54,17 +54,12 @@ TEST_F(AskingFirst, TakesOneExchangeUntilRecordsFlow) {
   EXPECT_EQ(time.Now() - start, kReplyTimeout);
   EXPECT_EQ(slot.Settings(), "115200,o,8,2");
 
-  struct : ProgrammingObserver {
-    void Connecting() override { ADD_FAILURE() << "it has answered already"; }
-    void RecordsAcknowledged(int) override {}
-    void Tell(const Message& message) override { Told = message.Text; }
-    std::string Told;
-  } observer;
+  ProgrammingRecorder observer;
   PanelImage image{};
   image[11] = 0x21;
   const ProgrammingResult result = ProgramAnsweringPanel(*slot.Port, image, time, {}, observer);
   EXPECT_TRUE(result.Connected && result.Programmed && result.Restarted);
-  EXPECT_EQ(observer.Told, "The QDM panel has been programed");
+  EXPECT_EQ(observer.Told.at(0).Text, "The QDM panel has been programed");
   EXPECT_EQ(panel.Memory(), image);
   EXPECT_FALSE(slot.Port->IsOpen());
 }

@@ -82,16 +82,6 @@ TEST_F(WorkLogs, GiveBackEveryFieldAndTheConfigurationNewestFirst) {
   EXPECT_EQ(Log.ConfigurationOf(99), std::nullopt);
 }
 
-// Neither a year nor many later downloads take anything away.
-TEST_F(WorkLogs, KeepEverything) {
-  WorkLogEntry old = EntryFor("101");
-  old.Began -= std::chrono::days(3 * 365);
-  const std::int64_t first = Log.Add(old, ConfigurationNumbered(1));
-  for (int n = 2; n < 50; ++n) Log.Add(EntryFor("101"), ConfigurationNumbered(n));
-  EXPECT_EQ(Log.Entries().size(), 49U);
-  EXPECT_EQ(Log.ConfigurationOf(first), ConfigurationNumbered(1));
-}
-
 // A text file, the beginning and the end of a log, another database, a page of zeros in the middle.
 TEST_F(WorkLogs, DamagedOnesAreSetAsideWholeAndBegunAnew) {
   Log.Add(EntryFor("101"), ConfigurationNumbered(1));

@@ -2,6 +2,7 @@
 
 #include "panels/image_reading.h"
 #include "projector_bench/bench_line.h"
+#include "support/no_patience.h"
 
 #include <gtest/gtest.h>
 
@@ -19,13 +20,6 @@ constexpr const char* kProgramed = "The QDM panel has been programed";
 constexpr const char* kFailed = "The QDM panel failed to program";
 constexpr const char* kNotConnected = "Could not connect to QDM panel";
 constexpr const char* kNotRestarted = "The QDM panel failed to restart";
-
-LibraryPatience NoPatience() {
-  LibraryPatience patience;
-  patience.Pause = [](LibraryPatience::Milliseconds) {};
-  patience.KeepWaiting = [](const std::string&, LibraryPatience::Milliseconds) { return false; };
-  return patience;
-}
 
 }  // namespace
 

@@ -2,7 +2,8 @@
 // of them, and one again.
 #include "world/world.h"
 
-#include "support/random_seed.h"
+#include "support/programming_recorder.h"
+#include "support/seeded_random.h"
 
 #include <gmock/gmock.h>
 
@@ -44,12 +45,12 @@ std::unique_ptr<World> Lived(std::uint64_t seed) {
 }
 
 TEST(Worlds, KeepWhatMustHoldWhateverHappens) {
-  const RandomSeed first;
+  const SeededRandom first;
   const int worlds = FromEnvironment("QDM_WORLDS", 300);
   int programmed = 0;
   std::map<std::string, int> untrue;
   for (int i = 0; i < worlds; ++i) {
-    const std::uint64_t seed = first.Value() + static_cast<std::uint64_t>(i);
+    const std::uint64_t seed = first.Seed() + static_cast<std::uint64_t>(i);
     const std::unique_ptr<World> world = Lived(seed);
     ASSERT_THAT(world->Wrong, IsEmpty()) << "script/world --seed " << seed;
     programmed += world->Programmed;
@@ -57,8 +58,7 @@ TEST(Worlds, KeepWhatMustHoldWhateverHappens) {
     ++untrue[NamesOf(world->Seen)];
     std::cout << "seed " << seed << ": \"programed\" was untrue:" << NamesOf(world->Seen) << "\n";
   }
-  std::cout << worlds << " worlds from seed " << first.Value() << ", \"programed\" " << programmed
-            << " times";
+  std::cout << worlds << " worlds from seed " << first.Seed() << ", \"programed\" " << programmed << " times";
   for (const auto& [why, times] : untrue) std::cout << ", untrue by" << why << " " << times;
   std::cout << "\n";
 }
@@ -71,22 +71,6 @@ TEST(Worlds, ShowTheLimitsOfTheProtocol) {
 }
 #endif
 
-// Stops when two records are acknowledged.
-struct TwoRecords : ProgrammingObserver {
-  int Acknowledged = 0;
-  std::stop_source Stop;
-  std::function<void()> Done;
-
-  void Connecting() override {}
-  void RecordsAcknowledged(int records) override {
-    Acknowledged = records;
-    if (records < 2) return;
-    Stop.request_stop();
-    Done();
-  }
-  void Tell(const Message&) override {}
-};
-
 TEST(Worlds, EveryThreeFaultsOfARecordsExchangeFoolNobodyButByTheKnownLimits) {
   PanelImage image;
   for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(i * 37 + 1);
@@ -98,10 +82,15 @@ TEST(Worlds, EveryThreeFaultsOfARecordsExchangeFoolNobodyButByTheKnownLimits) {
     SimulatedPanel panel(Described(kQdm7, "9600,n,8,2"));
     ProtocolLimits limits;
     WorldLine line(&panel, time, chances, {.EveryByte = false}, limits, [] { return true; });
-    TwoRecords observer;
-    observer.Done = [&line] { line.LeaveAlone(); };
-    ProgramAnsweringPanel(line, image, time, observer.Stop.get_token(), observer);
-    const bool held = std::equal(image.begin(), image.begin() + kRecordDataBytes * observer.Acknowledged,
+    std::stop_source stop;
+    ProgrammingRecorder observer;
+    observer.WhenAcknowledged = [&](int records) {
+      if (records < 2) return;
+      stop.request_stop();
+      line.LeaveAlone();
+    };
+    ProgramAnsweringPanel(line, image, time, stop.get_token(), observer);
+    const bool held = std::equal(image.begin(), image.begin() + kRecordDataBytes * observer.Progress.back(),
                                  panel.Memory().begin());
     ASSERT_TRUE(held || limits.Any()) << "run " << runs;
     if (!held) ++fooled[NamesOf(limits)];

@@ -2,6 +2,7 @@
 #include "forms/bench/projector_bench_form.h"
 
 #include "support/bench_lines.h"
+#include "support/distinct_projector.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
 #include "support/strings.h"
@@ -25,16 +26,12 @@ using testing::HasSubstr;
 
 ProjectorDefinition Definition() {
   ProjectorDefinition projector;
-  const auto set = [&](Slot slot, const char* text) {
-    projector.Strings[slot] = Characters(text);
-    projector.Available[slot] = kFlagSet;
-  };
-  set(kPowerOnSlot, "ON\r");
-  set(kPowerOnReplySlot, "OK");
-  set(kPowerOffSlot, "OFF\r");
-  set(kData1Slot, "IN1\r");
-  set(kData2Slot, "IN2");
-  set(kVideoSlot, "IN3\r");
+  Define(projector, kPowerOnSlot, Characters("ON\r"));
+  Define(projector, kPowerOnReplySlot, Characters("OK"));
+  Define(projector, kPowerOffSlot, Characters("OFF\r"));
+  Define(projector, kData1Slot, Characters("IN1\r"));
+  Define(projector, kData2Slot, Characters("IN2"));
+  Define(projector, kVideoSlot, Characters("IN3\r"));
   return projector;
 }
 
@@ -170,8 +167,7 @@ TEST_F(ProjectorBenchForm, ComputesTheCheckSumOfACommandThatBreaksTheFamily) {
   for (const Slot slot : {kPowerOnSlot, kPowerOffSlot, kData1Slot, kData2Slot, kVideoSlot, kBlankSlot}) {
     const auto code = static_cast<std::uint8_t>(slot * 29 + 7);
     const auto sum = static_cast<std::uint8_t>(0x02 + code + (slot == kBlankSlot ? 1 : 0));
-    projector.Strings[slot] = String({{0x02}, {code}, {sum}});
-    projector.Available[slot] = kFlagSet;
+    Define(projector, slot, String({{0x02}, {code}, {sum}}));
   }
   ProjectorBench bench(projector, ports, time, prompts, settings);
   auto* findings = bench.findChild<QTableWidget*>(QStringLiteral("Findings"));

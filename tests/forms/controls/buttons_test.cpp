@@ -1,4 +1,5 @@
 #include "forms/controls/buttons.h"
+#include "support/dialog_script.h"
 
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -13,11 +14,7 @@ struct Picker {
   Buttons Control;
   QSignalSpy Changed{&Control, &Buttons::Changed};
 
-  Picker() {
-    Control.show();
-    Control.activateWindow();
-    QCoreApplication::processEvents();
-  }
+  Picker() { ShowActive(Control); }
   QRadioButton* Option1(int index) const {
     return Control.findChild<QRadioButton*>(QStringLiteral("Option1_%1").arg(index));
   }

@@ -4,8 +4,10 @@
 #include "forms/shared/globals.h"
 #include "panels/frame.h"
 #include "support/closed_ports.h"
+#include "support/dialog_script.h"
 #include "support/fake_prompts.h"
 #include "support/form_time.h"
+#include "support/panel_descriptions.h"
 #include "work_log/known_panel.h"
 
 #include <QLabel>
@@ -27,14 +29,8 @@ constexpr const char* kProgramed = "The QDM panel has been programed";
 constexpr const char* kFailed = "The QDM panel failed to program";
 constexpr const char* kNoRestart = "The QDM panel failed to restart";
 
-SimulatedPanel PanelWith(Identification who, std::string settings, PanelFaults faults = {}) {
-  return SimulatedPanel({.Panel = who, .Settings = std::move(settings), .Faults = std::move(faults)});
-}
-
-PanelFaults Faults(std::initializer_list<const char*> texts) {
-  PanelFaults faults;
-  for (const char* text : texts) faults.push_back(ParsePanelFault(text));
-  return faults;
+SimulatedPanel PanelWith(int type, const char* settings, const std::vector<std::string>& faults = {}) {
+  return SimulatedPanel(Described(type, settings, faults));
 }
 
 // The window over simulated ports, from just after loading on.
@@ -50,16 +46,14 @@ struct Session {
     Configuration.ControllerType = controllerType;
     Configuration.Projector.VolumeBytePosition = 0;
     Form = std::make_unique<Download>(Shared, Configuration, Ports, Time, Prompts);
-    Form->show();
-    Form->activateWindow();
-    QCoreApplication::processEvents();
+    ShowActive(*Form);
   }
   void Search() { Form->Timer1_Timer(); }
   void AttachAllFour() {
-    Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "19200,e,8,2"));
-    Ports.AttachPanel(2, "ttyUSB1", PanelWith({2, 1, 3}, "9600,n,8,2"));
-    Ports.AttachPanel(3, "ttyUSB2", PanelWith({3, 2, 0}, "115200,o,8,2"));
-    Ports.AttachPanel(4, "ttyUSB3", PanelWith({4, 1, 3}, "9600,o,8,2"));
+    Ports.AttachPanel(1, "ttyUSB0", PanelWith(kQdm7, "19200,e,8,2"));
+    Ports.AttachPanel(2, "ttyUSB1", PanelWith(kQdm6, "9600,n,8,2"));
+    Ports.AttachPanel(3, "ttyUSB2", SimulatedPanel(Described(kQdm4, "115200,o,8,2", {}, 2, 0)));
+    Ports.AttachPanel(4, "ttyUSB3", PanelWith(kTlVox, "9600,o,8,2"));
     Ports.AttachLine(5, "ttyS0");
   }
 
@@ -134,7 +128,7 @@ TEST(DownloadForm, TellsInTheRowWhyAPortDidNotOpenAndSearchesAgain) {
 // An adapter that comes or goes after the search changes no row.
 TEST(DownloadForm, APanelKeepsTheDeviceOnWhichItWasFound) {
   Session session;
-  session.Ports.AttachPanel(1, "ttyUSB1", PanelWith({1, 1, 3}, "9600,n,8,2"));
+  session.Ports.AttachPanel(1, "ttyUSB1", PanelWith(kQdm7, "9600,n,8,2"));
   session.Search();
   session.Ports.Made.at(1)->UnplugAt(session.Time.Now());
   session.Ports.AttachLine(1, "ttyUSB0");
@@ -159,7 +153,7 @@ TEST(DownloadForm, ProgramNowEndsTheSearchAndRestartsBeforeItProgramsThePanel) {
 TEST(DownloadForm, StopAsksAndRestartsThePanelBeforeItTellsAnything) {
   for (const bool yes : {false, true}) {
     Session session;
-    session.Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "9600,n,8,2", Faults({"late-ack:%1:100"})));
+    session.Ports.AttachPanel(1, "ttyUSB0", PanelWith(kQdm7, "9600,n,8,2", {"late-ack:%1:100"}));
     session.Search();
     session.Prompts.Answers = {yes};
     int restartsWhenTold = 0;
@@ -176,8 +170,8 @@ TEST(DownloadForm, StopAsksAndRestartsThePanelBeforeItTellsAnything) {
 
 TEST(DownloadForm, ProgramsThePanelThatIsClickedOrChosenByKeysButNotByOneMeantForStopFinding) {
   Session session;
-  session.Ports.AttachPanel(1, "ttyUSB0", PanelWith({1, 1, 3}, "9600,n,8,2"));
-  session.Ports.AttachPanel(3, "ttyUSB1", PanelWith({1, 1, 4}, "9600,n,8,2"));
+  session.Ports.AttachPanel(1, "ttyUSB0", PanelWith(kQdm7, "9600,n,8,2"));
+  session.Ports.AttachPanel(3, "ttyUSB1", PanelWith(kQdm7, "9600,n,8,2"));
   session.Search();
   QTest::keyClick(session.Option1(0), Qt::Key_Space);
   EXPECT_EQ(session.Prompts.Shown.size(), 0U) << "it came too soon";
@@ -205,7 +199,7 @@ KnownPanel Yesterday(const char* settings) {
 TEST(DownloadForm, AsksAKnownPanelFirstAndEveryPortWhereItDoesNotAnswer) {
   for (const bool answers : {true, false}) {
     Session session;
-    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith({1, 1, 3}, answers ? "115200,o,8,2" : "9600,n,8,2"));
+    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith(kQdm7, answers ? "115200,o,8,2" : "9600,n,8,2"));
     session.Ports.AttachLine(5, "ttyS0");
     session.Form->Offer(Yesterday("115200,o,8,2"));
     session.Time.Plan(milliseconds(100), [&] {
@@ -223,12 +217,12 @@ TEST(DownloadForm, AsksAKnownPanelFirstAndEveryPortWhereItDoesNotAnswer) {
 }
 
 TEST(DownloadForm, ProgramNowOnAKnownPanelNeedsOneExchangeUntilRecordsFlow) {
-  for (const Identification who : {Identification{1, 1, 3}, Identification{2, 1, 3}}) {
+  for (const int type : {kQdm7, kQdm6}) {
     Session session;
-    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith(who, "19200,e,8,2"));
+    session.Ports.AttachPanel(3, "ttyUSB0", PanelWith(type, "19200,e,8,2"));
     session.Form->Offer(Yesterday("19200,e,8,2"));
     session.Click<QToolButton>("ProgramNow_2");
-    const bool meant = who.Model == 1;
+    const bool meant = type == kQdm7;
     EXPECT_EQ(session.Ports.PanelAt(3)->RecordsWritten(), meant ? kRecords : 0) << "a QDM 6 is not";
     EXPECT_EQ(session.Time.Elapsed() < milliseconds(510), meant);
     EXPECT_EQ(session.Ports.PanelAt(3)->Restarts(), 1);
@@ -237,7 +231,7 @@ TEST(DownloadForm, ProgramNowOnAKnownPanelNeedsOneExchangeUntilRecordsFlow) {
 
 TEST(DownloadForm, ShowsABoxForEverythingThatIsToldAndLetsTheUserTryAgain) {
   Session session;
-  session.Ports.AttachPanel(7, "ttyUSB0", PanelWith({1, 1, 3}, "38400,n,8,2", Faults({"no-restart-ack"})));
+  session.Ports.AttachPanel(7, "ttyUSB0", PanelWith(kQdm7, "38400,n,8,2", {"no-restart-ack"}));
   session.Search();
   session.ClickOption(6);
   EXPECT_EQ(session.Texts(), (std::vector<std::string>{kNoRestart, kProgramed, kNoRestart}));
@@ -260,8 +254,7 @@ TEST(DownloadForm, MayBeClosedOrDeletedInTheMiddle) {
   for (const bool programming : {false, true}) {
     for (const bool deleted : {false, true}) {
       Session session;
-      session.Ports.AttachPanel(1, "ttyUSB0",
-                                PanelWith({1, 1, 3}, "9600,e,8,2", Faults({"late-ack:%1:400"})));
+      session.Ports.AttachPanel(1, "ttyUSB0", PanelWith(kQdm7, "9600,e,8,2", {"late-ack:%1:400"}));
       if (programming) session.Search();
       session.Time.Plan(milliseconds(programming ? 5000 : 600),
                         [&] { deleted ? session.Form.reset() : void(session.Form->close()); });

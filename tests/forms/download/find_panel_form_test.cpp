@@ -3,6 +3,7 @@
 #include "forms/download/my_comm.h"
 #include "support/closed_ports.h"
 #include "support/form_time.h"
+#include "support/panel_descriptions.h"
 
 #include <QClipboard>
 #include <QLabel>
@@ -52,18 +53,16 @@ struct Session {
   std::string Instruction() const {
     return Form->findChild<QLabel*>(QStringLiteral("Instruction"))->text().toStdString();
   }
-  SimulatedPanel& Attach(int port, const char* device, Identification who, const char* settings,
-                         const PanelFaults& faults = {}) {
-    return Ports.AttachPanel(port, device,
-                             SimulatedPanel({.Panel = who, .Settings = settings, .Faults = faults}));
-  }
 };
 
 TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTimeAndRestartsWhatItFound) {
   Session session;
-  SimulatedPanel& panel = session.Attach(1, "ttyUSB0", {1, 1, 3}, "19200,e,8,2");
-  SimulatedPanel& amplifier = session.Attach(4, "ttyUSB2", {4, 1, 2}, "115200,o,8,2");
-  session.Attach(5, "ttyUSB3", {3, 1, 2}, "9600,n,8,2", {ParsePanelFault("no-restart-ack")});
+  SimulatedPanel& panel =
+      session.Ports.AttachPanel(1, "ttyUSB0", SimulatedPanel(Described(kQdm7, "19200,e,8,2")));
+  SimulatedPanel& amplifier =
+      session.Ports.AttachPanel(4, "ttyUSB2", SimulatedPanel(Described(kTlVox, "115200,o,8,2", {}, 1, 2)));
+  session.Ports.AttachPanel(5, "ttyUSB3",
+                            SimulatedPanel(Described(kQdm4, "9600,n,8,2", {"no-restart-ack"}, 1, 2)));
   session.Ports.AttachLine(9, "ttyS0");
   session.Ports.AttachLine(11, "ttyS1");
   session.Ports.Closed = {{11, {OpenFailure::Reason::Held, "minicom (4711)"}}};
@@ -82,7 +81,7 @@ TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTimeAndRestartsWhatItFound) 
 
 TEST(FindPanel, ClaimsNothingOfWhatItWasStoppedBefore) {
   Session session;
-  session.Attach(1, "ttyUSB0", {1, 1, 3}, "115200,o,8,2");
+  session.Ports.AttachPanel(1, "ttyUSB0", SimulatedPanel(Described(kQdm7, "115200,o,8,2")));
   session.Open();
   session.Time.Plan(milliseconds(2500), [&] { QTest::keyClick(session.Form.get(), Qt::Key_Escape); });
   session.RunAll();

@@ -1,7 +1,8 @@
 #include "forms/editor/configuration_history.h"
 
 #include "support/distinct_configuration.h"
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
+#include "support/undo_walk.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +10,7 @@ namespace qdm {
 namespace {
 
 TEST(ConfigurationHistory, GoesBackAndForthThroughAnyEdits) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   PanelConfiguration now;
   ConfigurationHistory history([&now](const PanelConfiguration& past) { now = past; });
   history.Begin(now);
@@ -26,13 +25,9 @@ TEST(ConfigurationHistory, GoesBackAndForthThroughAnyEdits) {
     history.Note(now, ConfigurationHistory::Change::Step);
     if (now != states.back()) states.push_back(now);
   }
-  for (std::size_t i = states.size() - 1; i-- > 0;) {
-    history.Undo();
-    ASSERT_TRUE(now == states[i]) << i;
-  }
-  EXPECT_FALSE(history.Steps().canUndo());
-  while (history.Steps().canRedo()) history.Redo();
-  EXPECT_TRUE(now == states.back());
+  ExpectBackAndForth(
+      states, [&] { history.Undo(); }, [&] { history.Redo(); }, [&] { return now; });
+  EXPECT_FALSE(history.Steps().canRedo());
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 #include "forms/controls/integer_entry.h"
 #include "forms/editor/editor_fixture.h"
 #include "forms/editor/unsaved_work.h"
-#include "forms/projectors/projector_tree.h"
 #include "support/slow_disk.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QToolBar>
-#include <QToolButton>
 
 #include <map>
 
@@ -48,11 +45,7 @@ TEST_F(EditorFiles, ImportsTheDefinitionsOfItsCommandLine) {
   EXPECT_THAT(InMemory(), ElementsAre("ACME / X 1 = 2", "ACME / X 2 = 3"));
   EXPECT_EQ(OnDisk(), InMemory()) << "nothing else would save them";
   EXPECT_EQ(Title(), kStartTitle);
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1")
-                .Model()
-                .ElementsOf(Child<ProjectorTree>(*window_, "TreeView1").Model().index(0, 0))
-                .size(),
-            2U);
+  EXPECT_EQ(Tree().Model().ElementsOf(Tree().Model().index(0, 0)).size(), 2U);
   EXPECT_EQ(Status(), "Imported from New.BVD (" + folder_.Path().string() + "): 1 added, 1 replaced");
   Child<QAction>(*window_, "SORT").trigger();
   Start();
@@ -73,7 +66,7 @@ TEST_F(EditorFiles, OpensAFile) {
   EXPECT_EQ(Status(), "Opened Hall.BVC (" + folder_.Path().string() + ")");
   EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 1");
   EXPECT_EQ(Child<QPlainTextEdit>(*window_, "NotesText").toPlainText(), QStringLiteral("Behind the lectern"));
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").SelectedElement(), 0U);
+  EXPECT_EQ(Tree().SelectedElement(), 0U);
   EXPECT_EQ(Child<IntegerEntry>(*window_, "VolumeMin").Value(), -12);
   EXPECT_FALSE(window_->Modified());
 }
@@ -134,10 +127,7 @@ TEST_F(EditorFiles, AsksForANameOnlyWhenThereIsNone) {
   Start();
   Press("SAVE");
   EXPECT_THAT(Boxes(), ElementsAre("Cannot proceed, no projector has been defined!"));
-  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
-  tree.expandAll();
-  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 1"))).center());
+  ClickProjector("ACME", "X 1");
   prompts_.Files = {Path("First.BVC")};
   Press("SAVE");
   Press("SAVE");
@@ -189,13 +179,7 @@ TEST_F(EditorFiles, AsksBeforeItGivesUpChanges) {
          Press("OPEN");
        },
        "Other"},
-      {"a recent file",
-       [&] {
-         const auto* open = qobject_cast<QToolButton*>(
-             Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
-         open->menu()->actions().at(1)->trigger();
-       },
-       "Other"},
+      {"a recent file", [&] { RecentFiles().at(1)->trigger(); }, "Other"},
       {"a dropped file", [&] { Drop(other); }, "Other"},
       {"the close box", [&] { window_->close(); }, "Room"},
   };
@@ -302,11 +286,7 @@ TEST_F(EditorFiles, SaysWhatTakesSoLongWheneverItTouchesAFile) {
          Press("EXIT");
        }},
   };
-  for (const auto& c : cases) {
-    const SlowDisk disk(c.Step, c.Path);
-    c.Do();
-    EXPECT_THAT(disk.Told(), testing::StartsWith(c.Told));
-  }
+  for (const auto& c : cases) EXPECT_THAT(ToldOfSlowDisk(c.Step, c.Path, c.Do), testing::StartsWith(c.Told));
 }
 
 TEST_F(EditorFiles, RemembersTheLastTenFiles) {
@@ -324,9 +304,7 @@ TEST_F(EditorFiles, RemembersTheLastTenFiles) {
   Start();
   EXPECT_EQ(RecentNames(), expected) << "also next time";
   std::filesystem::remove(folder_ / "Room 12.BVC");
-  const auto* open = qobject_cast<QToolButton*>(
-      Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
-  open->menu()->actions().constFirst()->trigger();
+  RecentFiles().constFirst()->trigger();
   EXPECT_EQ(prompts_.Shown.back().Title, "Sorry");
   EXPECT_EQ(RecentNames().front(), "Room 11.BVC") << "a file that is gone leaves the list";
 }

@@ -5,6 +5,7 @@
 #include "config/version.h"
 #include "forms/editor/projector_panel_editor.h"
 #include "forms/projectors/library_fixture.h"
+#include "forms/projectors/projector_tree.h"
 #include "forms/shared/qt_text.h"
 
 #include <QLabel>
@@ -70,14 +71,20 @@ class EditorFixture : public LibraryFixture {
     prompts_.Shown.clear();
     return texts;
   }
+  QList<QAction*> RecentFiles() const {
+    return qobject_cast<QToolButton*>(ButtonOf(*window_, "OPEN"))->menu()->actions();
+  }
   Lines RecentNames() const {
     Lines names;
-    const auto* open = qobject_cast<QToolButton*>(
-        Child<QToolBar>(*window_, "Toolbar1").widgetForAction(&Child<QAction>(*window_, "OPEN")));
-    for (const QAction* action : open->menu()->actions()) {
+    for (const QAction* action : RecentFiles())
       names.push_back(action->text().section(QStringLiteral("  "), 1).toStdString());
-    }
     return names;
+  }
+  ProjectorTree& Tree() const { return Child<ProjectorTree>(*window_, "TreeView1"); }
+  void ClickProjector(const char* manufacturer, const char* model) {
+    Tree().expandAll();
+    const QModelIndex index = Tree().Model().IndexOf(Named(manufacturer, model));
+    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualRect(index).center());
   }
   void Drop(const QString& fileName) {
     QMimeData data;

@@ -8,9 +8,8 @@
 #include "forms/controls/integer_entry.h"
 #include "support/dialog_script.h"
 #include "support/distinct_configuration.h"
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -284,18 +283,6 @@ TEST_F(Options, KeepWhatIsDisabledAndSayWhy) {
   }
 }
 
-TEST_F(Options, AreHeardAsTheyAreSeen) {
-  const char* const names[][2] = {{"ScreenDownTime", "Screen Down"},
-                                  {"VolumeMax", "dB Maximum"},
-                                  {"NoButtonTimeOut", "Turn off after no button presses for"},
-                                  {"OutputsOption_1", "Outputs: Use to control screen"}};
-  for (const auto& [control, name] : names) {
-    EXPECT_EQ(Get<QWidget>(control).accessibleName().toStdString(), name);
-  }
-  auto* picture = Get<Buttons>("Buttons1_0").findChild<QWidget*>(QStringLiteral("Option1_2"));
-  EXPECT_EQ(QAccessible::queryAccessibleInterface(picture)->role(), QAccessible::RadioButton);
-}
-
 TEST_F(Options, StoreNoPowerDownAsZero) {
   record_.NoButtonPowerDown = 6;
   Show();
@@ -327,9 +314,7 @@ TEST_F(Options, StoreWhatNothingIsChosenFor) {
 
 // Any bits may come from a file: they are shown without harm, and what has been stored once stays as it is.
 TEST_F(Options, TakeAnyRecord) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   for (int round = 0; round < 50; ++round) {
     Decode(RandomBytes(random, kStoredConfigurationSize), record_);
     Show();

@@ -1,7 +1,6 @@
 #include "forms/controls/integer_entry.h"
 #include "forms/editor/editor_fixture.h"
 #include "forms/editor/unsaved_work.h"
-#include "forms/projectors/projector_tree.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -137,14 +136,12 @@ TEST_F(Editor, StartsANewConfiguration) {
 TEST_F(Editor, TakesTheProjectorThatIsLit) {
   Put({Named("ACME", "X 1", 1), Named("ACME", "X 2", 2), Named("ZETA", "Z", 3)});
   Start();
-  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
+  ProjectorTree& tree = Tree();
   QTest::keyClicks(&Child<QWidget>(*window_, "Filter"), QStringLiteral("x"));
   ASSERT_EQ(tree.Model().rowCount(), 1);
   QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(tree.Model().index(0, 0)).center());
   EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = \nModel = ") << "a manufacturer changes nothing";
-  tree.expandAll();
-  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 2"))).center());
+  ClickProjector("ACME", "X 2");
   EXPECT_EQ(Label("ProjectorLabel"), "Manufacturer = ACME\nModel = X 2");
   EXPECT_EQ(window_->Configuration().Projector, globals_.ProjectorDatabase[1]);
   EXPECT_TRUE(window_->Modified());
@@ -174,10 +171,7 @@ TEST_F(Editor, UndoesAndRedoesWhatTheUserDid) {
   EXPECT_TRUE(Child<QLabel>(*window_, "UnsavedMark").isVisible()) << "while a number is being typed";
   QTest::keyClicks(&entry, QStringLiteral("5"));
   Press("SAVE");
-  auto& tree = Child<ProjectorTree>(*window_, "TreeView1");
-  tree.expandAll();
-  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                    tree.visualRect(tree.Model().IndexOf(Named("ACME", "X 2"))).center());
+  ClickProjector("ACME", "X 2");
   const struct {
     const char* Undone;
     int UpTime;
@@ -245,7 +239,7 @@ TEST_F(Editor, ReadsTheLibraryAgainWhenItComesToTheFront) {
   QApplication::sendEvent(window_.get(), &event);
   QCoreApplication::processEvents();
   EXPECT_THAT(InMemory(), ElementsAre("ACME / X 1 = 1", "ZETA / Z = 3"));
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").SelectedElement(), 0U) << "the lit model stays";
+  EXPECT_EQ(Tree().SelectedElement(), 0U) << "the lit model stays";
 }
 
 TEST_F(Editor, AddsAnUnknownProjectorToTheLibraryAtOnce) {
@@ -257,7 +251,7 @@ TEST_F(Editor, AddsAnUnknownProjectorToTheLibraryAtOnce) {
   Start(file);
   EXPECT_THAT(OnDisk(), ElementsAre("ACME / X 1 = 5"));
   EXPECT_EQ(InMemory(), OnDisk());
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").Model().rowCount(), 1);
+  EXPECT_EQ(Tree().Model().rowCount(), 1);
   EXPECT_EQ(window_->Configuration().Projector, configuration.Projector)
       << "the file's own copy stays as it is";
   EXPECT_FALSE(window_->Modified());
@@ -293,7 +287,7 @@ TEST_F(Editor, OffersTheNewVersionAfterEditingProjectors) {
   };
   Press("EDITPROJECTOR");  // gone from the library: none either
   EXPECT_EQ(Boxes().size(), 2U);
-  EXPECT_EQ(Child<ProjectorTree>(*window_, "TreeView1").Model().index(0, 0).data(), QStringLiteral("ZETA"));
+  EXPECT_EQ(Tree().Model().index(0, 0).data(), QStringLiteral("ZETA"));
 }
 
 }  // namespace

@@ -37,11 +37,7 @@ constexpr const char* kPage =
 
 class FromManual : public testing::Test {
  protected:
-  FromManual() : form_(prompts_) {
-    form_.show();
-    form_.activateWindow();
-    QCoreApplication::processEvents();
-  }
+  FromManual() : form_(prompts_) { ShowActive(form_); }
 
   template <class Widget>
   Widget& Find(const char* name) {

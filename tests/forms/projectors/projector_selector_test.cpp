@@ -49,8 +49,7 @@ class Selector : public FourProjectors {
   }
   void Press(const char* key, const std::vector<DialogScript::Step>& steps = {}) {
     const DialogScript script(steps);
-    QTest::mouseClick(Child<QToolBar>(form_, "Toolbar1").widgetForAction(&Child<QAction>(form_, key)),
-                      Qt::LeftButton);
+    QTest::mouseClick(ButtonOf(form_, key), Qt::LeftButton);
   }
   // The enabled commands in the toolbar's order.
   std::string Enabled() {
@@ -316,19 +315,13 @@ TEST_F(Selector, ClosesWithoutAskingWhereNothingWasChangedAndSaysWhyItWasNotSave
 }
 
 TEST_F(Selector, SaysWhatTakesSoLongAndWhoHoldsTheLibraryAndLetsTheUserGiveUp) {
-  prompts_.Files = {QString::fromStdString((folder_ / "ACME.BVD").string())};
+  const QString file = QString::fromStdString((folder_ / "ACME.BVD").string());
+  prompts_.Files = {file, file};
   Select("ACME");
-  {
-    const SlowDisk disk(FileStep::Flush, ".qdm-");
-    Child<QAction>(form_, "EXPORT").trigger();
-    EXPECT_EQ(disk.Told(), "Still writing ACME.BVD.");
-  }
-  prompts_.Files = {QString::fromStdString((folder_ / "ACME.BVD").string())};
-  {
-    const SlowDisk disk(FileStep::Read, "ACME.BVD");
-    Child<QAction>(form_, "IMPORT").trigger();
-    EXPECT_EQ(disk.Told(), "Still reading ACME.BVD.");
-  }
+  EXPECT_EQ(ToldOfSlowDisk(FileStep::Flush, ".qdm-", [this] { Child<QAction>(form_, "EXPORT").trigger(); }),
+            "Still writing ACME.BVD.");
+  EXPECT_EQ(ToldOfSlowDisk(FileStep::Read, "ACME.BVD", [this] { Child<QAction>(form_, "IMPORT").trigger(); }),
+            "Still reading ACME.BVD.");
   {
     const ImpatientScope impatient;
     const auto held = FileLock::Try(files_.Lock);
@@ -343,9 +336,8 @@ TEST_F(Selector, SaysWhatTakesSoLongAndWhoHoldsTheLibraryAndLetsTheUserGiveUp) {
     EXPECT_THAT(globals_.LibraryNotice, testing::HasSubstr("in use by")) << "nothing was changed";
   }
   form_.show();
-  const SlowDisk disk(FileStep::Flush, "Projectors.TMP");
-  form_.close();
-  EXPECT_EQ(disk.Told(), "Still saving the projector data base.");
+  EXPECT_EQ(ToldOfSlowDisk(FileStep::Flush, "Projectors.TMP", [this] { form_.close(); }),
+            "Still saving the projector data base.");
 }
 
 }  // namespace

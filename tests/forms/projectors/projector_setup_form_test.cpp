@@ -7,9 +7,11 @@
 #include "library_fixture.h"
 #include "projectors/definition_setup.h"
 #include "serial_strings/serial_string.h"
+#include "support/dialog_script.h"
 #include "support/distinct_projector.h"
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
 #include "support/strings.h"
+#include "support/undo_walk.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -41,9 +43,7 @@ class ProjectorSetup : public LibraryFixture {
     };
     const SlotWindows windows{.Edit = [run](QWidget* parent, int) { run(parent); }, .Test = run};
     form_ = std::make_unique<ProjectorSetupForm>(globals_, prompts_, windows);
-    form_->show();
-    form_->activateWindow();
-    QCoreApplication::processEvents();
+    ShowActive(*form_);
   }
   // The commands that every definition has, each of one byte.
   void OpenStorable() {
@@ -112,8 +112,11 @@ TEST_F(ProjectorSetup, StoresWhatItShowsUnchangedAndValuesOutOfRangeAsTheControl
   Open();
   EXPECT_EQ(Find<QComboBox>("Manufacturer")->count(), 2) << "each manufacturer once";
   EXPECT_EQ(Find<NotesBox>("Notes")->toPlainText(), QStringLiteral("two\nlines"));
-  prompts_.Answers = {true};
+  prompts_.Answers = {false, true};
   Press("Done");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(prompts_.LastText(), "Projector ACME / Señor 5 already exists do you wish to over-write it?");
+  Key(Find<QLineEdit>("Model"), Qt::Key_S, Qt::ControlModifier);
   ASSERT_FALSE(form_->isVisible());
   stored.VolumeBytePosition = VariableBytePositionOf(stored.Strings[6]);
   EXPECT_EQ(globals_.ProjectorDatabase[2], stored);
@@ -199,21 +202,6 @@ TEST_F(ProjectorSetup, DoneStoresWhatTheControlsHoldOnceNothingIsRefused) {
   EXPECT_EQ(Line(stored), "ACME / A1 = 0");
   EXPECT_THAT((std::array{stored.Baudrate, stored.Parity, stored.Stopbits}), ElementsAre(4, 2, 1));
   EXPECT_THAT((std::array{stored.WarmUpTime, stored.CoolDownTime}), ElementsAre(30, 90));
-}
-
-TEST_F(ProjectorSetup, AsksBeforeItOverwritesAnotherDefinition) {
-  Put({Named("ACME", "A1", 1), Named("ACME", "B2", 2)});
-  OpenStorable();
-  Replace(Find<QLineEdit>("Model"), "b2");
-  prompts_.Answers = {false};
-  Press("Done");
-  EXPECT_TRUE(form_->isVisible());
-  EXPECT_EQ(prompts_.LastText(), "Projector ACME / b2 already exists do you wish to over-write it?");
-  EXPECT_THAT(InMemory(), ElementsAre("ACME / A1 = 1", "ACME / B2 = 2"));
-  prompts_.Answers = {true};
-  Key(Find<QLineEdit>("Model"), Qt::Key_S, Qt::ControlModifier);
-  EXPECT_FALSE(form_->isVisible());
-  EXPECT_THAT(InMemory(), ElementsAre("ACME / A1 = 1", "ACME / b2 = 7"));
 }
 
 TEST_F(ProjectorSetup, CancelAsksOnlyWhenSomethingHasChanged) {
@@ -378,9 +366,7 @@ TEST_F(ProjectorSetup, ANewMakerStaysWhatWasTypedAndARefusalLeadsToItsString) {
 
 // The form's model alone: typed and single changes, all of it undone and done again.
 TEST(DefinitionHistory, TenThousandEditsAreUndoneByteForByteAndDoneAgain) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   DefinitionHistory history;
   ProjectorDefinition shown = DistinctProjector();
   history.Begin(shown);
@@ -406,14 +392,8 @@ TEST(DefinitionHistory, TenThousandEditsAreUndoneByteForByteAndDoneAgain) {
     states.push_back(shown);
   }
   EXPECT_GT(states.size(), 7000U);
-  for (std::size_t step = states.size() - 1; step-- > 0;) {
-    history.Stack().undo();
-    ASSERT_EQ(shown, states[step]) << "undoing step " << step;
-  }
-  for (std::size_t step = 1; step < states.size(); ++step) {
-    history.Stack().redo();
-    ASSERT_EQ(shown, states[step]) << "doing step " << step << " again";
-  }
+  ExpectBackAndForth(
+      states, [&] { history.Stack().undo(); }, [&] { history.Stack().redo(); }, [&] { return shown; });
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 #include "forms/strings/edit_step.h"
 
-#include "support/random_seed.h"
+#include "support/seeded_random.h"
 #include "support/strings.h"
+#include "support/undo_walk.h"
 
 #include <QUndoStack>
 
@@ -13,9 +14,7 @@ namespace qdm {
 namespace {
 
 TEST(EditStep, TenThousandRandomEditsAreUndoneAndRedoneByteForByte) {
-  const RandomSeed seed;
-  SCOPED_TRACE(seed.Text());
-  std::mt19937 random(seed.Value());
+  SeededRandom random;
   const auto below = [&random](std::size_t end) { return random() % end; };
   const auto kind = [&] { return static_cast<std::uint8_t>(below(kByteKinds)); };
   const auto text = [&] {
@@ -48,14 +47,8 @@ TEST(EditStep, TenThousandRandomEditsAreUndoneAndRedoneByteForByte) {
     states.push_back(now);
   }
   ASSERT_EQ(states.size(), static_cast<std::size_t>(stack.count()) + 1);
-  for (std::size_t i = states.size() - 1; i > 0; --i) {
-    stack.undo();
-    ASSERT_EQ(now, states[i - 1]) << i;
-  }
-  for (std::size_t i = 1; i < states.size(); ++i) {
-    stack.redo();
-    ASSERT_EQ(now, states[i]) << i;
-  }
+  ExpectBackAndForth(
+      states, [&] { stack.undo(); }, [&] { stack.redo(); }, [&] { return now; });
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "forms/controls/integer_entry.h"
 #include "projectors/projector_volume.h"
+#include "support/dialog_script.h"
 #include "support/fake_prompts.h"
 
 #include <QLabel>
@@ -25,9 +26,7 @@ class VolumeEditorFormTest : public testing::Test {
   void Open(const VolumeFormat& format) {
     StoreVolumeFormat(Projector, format);
     Form = std::make_unique<VolumeEditorForm>(Projector, Prompts);
-    Form->show();
-    Form->activateWindow();
-    QCoreApplication::processEvents();
+    ShowActive(*Form);
   }
   template <class Widget>
   Widget* The(const char* name) {

@@ -1,4 +1,3 @@
-#include "base/file_access.h"
 #include "config/configuration_file.h"
 #include "forms/work_log/download_recorder.h"
 #include "forms/work_log/rooms_form.h"
@@ -11,6 +10,7 @@
 #include "simulation/simulated_line.h"
 #include "support/dialog_script.h"
 #include "support/fake_prompts.h"
+#include "support/files.h"
 #include "support/form_time.h"
 #include "support/panel_descriptions.h"
 #include "support/temp_folder.h"
@@ -94,8 +94,7 @@ TEST_F(WorkLogWindow, FiltersByAllWordsAndSortsByColumns) {
   EXPECT_EQ(titles().size(), 4U) << "times as they are shown";
   Prompts.Files = {QString::fromStdString(PathToUtf8(Folder / "log.csv"))};
   Click(form, "Export");
-  const Bytes csv = ReadWholeFile(Folder / "log.csv");
-  EXPECT_THAT(std::string(csv.begin(), csv.end()),
+  EXPECT_THAT(TextOfFile(Folder / "log.csv"),
               AllOf(HasSubstr(",Hörsaal,QDM7 1.3,COM2,\"9600,n,8,2\",0,0,done,"), HasSubstr(",\"'=1, 2\",")));
 }
 
@@ -177,10 +176,7 @@ TEST_F(RoomsWindow, WalksThroughTheRoomsAndWaitsForEachPanel) {
 
   // Programming is not stopped unasked.
   Ports.AttachLine(6, "");
-  Ports.AttachPanel(
-      5, "ttySIM",
-      SimulatedPanel(
-          {.Panel = {1, 1, 3}, .Settings = "9600,n,8,2", .Faults = {ParsePanelFault("late-ack:%1:100")}}));
+  Ports.AttachPanel(5, "ttySIM", SimulatedPanel(Described(kQdm7, "9600,n,8,2", {"late-ack:%1:100"})));
   Prompts.Answers = {false};
   Time.Plan(std::chrono::seconds(4), [&] { Click(form, "Stopper"); });
   Click(form, "ProgramNext");
@@ -213,9 +209,7 @@ TEST_F(RoomsWindow, TakesOneChangedDefinitionIntoItsRoomsAfterShowingWhatChanges
   Click(form, "TakeDefinitions");
   EXPECT_EQ(ReadConfiguration(files[2]).Projector, Library[1]);
   EXPECT_FALSE(Child<QWidget>(form, "TakeDefinitions").isEnabled());
-  form.show();
-  form.activateWindow();
-  QCoreApplication::processEvents();
+  ShowActive(form);
   auto& table = Child<QTableWidget>(form, "Table");
   table.setCurrentCell(0, 0);
   table.setFocus();
@@ -260,10 +254,8 @@ TEST_F(WorkLogForms, TheSheetSaysWhatWasSentAndByWhom) {
                    QString::fromStdString(PathToUtf8(Folder / "none/sheet.pdf"))};
   Click(form, "SaveHtml");
   EXPECT_EQ(CommissionedBy(Settings), QStringLiteral("A & B"));
-  const Bytes html = ReadWholeFile(Folder / "sheet.HTML");
   QTextDocument sheet;
-  sheet.setHtml(
-      QString::fromUtf8(reinterpret_cast<const char*>(html.data()), static_cast<qsizetype>(html.size())));
+  sheet.setHtml(QString::fromStdString(TextOfFile(Folder / "sheet.HTML")));
   const std::string text = sheet.toPlainText().toStdString();
   const std::string digits = HexDigits(Sha256(BuildPanelImage(ReadConfiguration(file))));
   for (const std::string& part :
