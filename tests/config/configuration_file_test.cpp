@@ -53,5 +53,21 @@ TEST(ConfigurationFile, TheTitleIsTheNameWithoutFolderAndEnding) {
   for (const auto& [file, title] : cases) EXPECT_EQ(TitleOfFile(file), title);
 }
 
+TEST(ConfigurationFile, LookedAtAgainTellsWhatOthersDid) {
+  using State = ConfigurationOnDisk::State;
+  const TempFolder folder;
+  const auto file = folder / "x.BVC";
+  PanelConfiguration opened;
+  const auto state = [&] { return LookAgain(file, opened).Is; };
+  EXPECT_EQ(state(), State::Gone);
+  WriteConfiguration(file, opened, OldTail::Dropped);
+  EXPECT_EQ(state(), State::AsItWas);
+  opened.UpTime = 9;
+  EXPECT_EQ(state(), State::Changed);
+  EXPECT_EQ(LookAgain(file, opened).Theirs, PanelConfiguration());
+  WriteAndFlush(file, Bytes{1});
+  EXPECT_EQ(state(), State::NoConfiguration);
+}
+
 }  // namespace
 }  // namespace qdm

@@ -1,4 +1,5 @@
 // The texts and numbers that installers know, all of them in one list: tests/panels/golden/texts.txt.
+#include "config/configuration_rules.h"
 #include "config/option_ranges.h"
 #include "line/speeds_and_parities.h"
 #include "panels/identification.h"
@@ -80,6 +81,10 @@ TEST(EstablishedTexts, StandAsTheyAlwaysHave) {
   for (const std::string_view name : CommandSlotNames) out << name << "\n";
   AddCaptions<ProjectorDefinition>(out);
   AddCaptions<PanelConfiguration>(out);
+  for (const int use : {0, 1, 2, 3, 4}) {
+    for (const OutputTimeLabels& labels : {LabelsWhenShown(use), LabelsWhenEdited(use)})
+      out << use << ": " << labels.Up << ", " << labels.Down << "\n";
+  }
   AddValues(out);
   AddRanges(out);
   AddNewConfiguration(out);

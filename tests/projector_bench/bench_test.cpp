@@ -6,6 +6,7 @@
 #include "projector_bench/wrong_settings.h"
 #include "support/bench_lines.h"
 #include "support/distinct_projector.h"
+#include "support/files.h"
 #include "support/seeded_random.h"
 #include "support/strings.h"
 #include "support/virtual_time.h"
@@ -137,6 +138,23 @@ TEST_F(StandInTest, IsBusyLateWrongOrSilentOnRequest) {
   standIn.Switches.Silent = true;
   Say("IN1\r");
   EXPECT_TRUE(standIn.TakeAnswers(now + 1s).empty());
+}
+
+// What people read of the bench: golden/texts.txt.
+TEST_F(StandInTest, TellsEverythingInItsWords) {
+  std::string told;
+  Say("ON\r");
+  Say("V042\r", 2ms);
+  Say("xyz");
+  Silence(500ms);
+  told += ListText(standIn, 1h);
+  for (const SlotFacts& slot : kSlots) {
+    if (slot.Role == SlotRole::Command)
+      told.append(NameOfSlot(slot.Place)).append(" ").append(EffectOf(slot.Place)) += '\n';
+  }
+  for (int i = 0; i < 4; ++i) told.append(NameOf(static_cast<ProbeVerdict>(i))) += '\n';
+  told.append(WhatToCheckWhenSilent()) += '\n';
+  ExpectGolden("projector_bench/golden/texts.txt", told);
 }
 
 TEST(SettingsFinder, AProjectorIsFoundAtEachOfTheThirtySettings) {

@@ -1,4 +1,5 @@
 #include "projectors/definition_setup.h"
+#include "projectors/projector_volume.h"
 #include "support/distinct_projector.h"
 #include "support/strings.h"
 
@@ -112,6 +113,19 @@ TEST(DefinitionSetup, StoresUnderItsNamesAndAsksBeforeItOverwrites) {
   StoreDefinition(library, changed);
   ASSERT_EQ(library.Size(), 2U);
   EXPECT_EQ(library[0], changed);
+}
+
+TEST(DefinitionSetup, AReplyAndAVolumeFormatAreStoredInTheirFields) {
+  ProjectorDefinition projector;
+  TakeAsExpectedReply(projector, kVideoSlot, Characters("ok"));
+  EXPECT_EQ(projector.Strings[kVideoReplySlot], Characters("ok"));
+  EXPECT_EQ(projector.RequiresReply[4], kFlagSet);
+  for (const LevelFormat format :
+       {LevelFormat::HexInAscii, LevelFormat::DecimalInAscii, LevelFormat::RawBytes}) {
+    const VolumeFormat stored{100, -2, 3, 50, format == LevelFormat::RawBytes, 4, format, true};
+    StoreVolumeFormat(projector, stored);
+    EXPECT_EQ(VolumeFormatOf(projector), stored);
+  }
 }
 
 }  // namespace

@@ -39,5 +39,18 @@ TEST(ProjectorNames, PastingTakesNamesThatAreFreeAndTheClipboardKeepsThem) {
   EXPECT_EQ(clipboard, library[1]);
 }
 
+TEST(ProjectorNames, RenamingTakesOnlyNamesThatAreFreeOrItsOwn) {
+  ProjectorLibrary library;
+  for (const char* model : {"X 1", "X 2"}) library.Append(NamedProjector("ACME", model));
+  const auto renamed = [&library](std::u16string_view model) {
+    return RenameElement(library, 0, TypedName(u"acme"), TypedName(model));
+  };
+  EXPECT_EQ(renamed(u"x 2"), (Message{"Projector ACME / x 2 already exists cannot rename to this name!",
+                                      "Sorry cannot rename", MessageIcon::Exclamation}));
+  EXPECT_EQ(library[0], NamedProjector("ACME", "X 1"));
+  EXPECT_EQ(renamed(u"x 1"), std::nullopt);
+  EXPECT_EQ(library[0], NamedProjector("ACME", "x 1"));
+}
+
 }  // namespace
 }  // namespace qdm

@@ -85,6 +85,18 @@ TEST(VolumeFormat, LevelsBecomeTheirBytes) {
   EXPECT_EQ(Sent(highFirst, 0x1FE), "\x01\xFE");
 }
 
+TEST(VolumeFormat, StepsStayWithinTheRangeAndWithinAWord) {
+  VolumeFormat format = Range(-5, 20, 2, DecimalInAscii);
+  format.VolumeStep = 8;
+  EXPECT_EQ(LevelUp(format, 4), 12);
+  EXPECT_EQ(LevelUp(format, 15), 20);
+  EXPECT_EQ(LevelDown(format, 4), -4);
+  EXPECT_EQ(LevelDown(format, 2), -5);
+  format.VolumeStep = -1;  // walks the other way, as ever
+  EXPECT_EQ(LevelUp(format, -32768), -32768);
+  EXPECT_EQ(LevelDown(format, 32767), 32767);
+}
+
 TEST(VolumeFormat, PreviewShowsWhatIsSent) {
   VolumeFormat format = Range(-1, 300, 4, RawBytes);
   EXPECT_EQ(PreviewLevel(format, -1).DemoText, "255,255,255,255 or FF,FF,FF,FF");

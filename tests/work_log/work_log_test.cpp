@@ -4,6 +4,7 @@
 #include "config/configuration_file.h"
 #include "panels/panel_image.h"
 #include "support/temp_folder.h"
+#include "work_log/known_panel.h"
 #include "work_log/room_status.h"
 
 #include <gmock/gmock.h>
@@ -214,6 +215,21 @@ TEST(RoomStates, FollowTheNewestAttemptAndTheImage) {
   EXPECT_EQ(stateAfter({Done}).State, RoomState::Changed);
   configuration.Projector.Model = {};
   EXPECT_FALSE(stateAfter({Done}).IsDone());
+}
+
+TEST(RoomStates, AndOutcomesHaveTheirWords) {
+  std::string words;
+  for (int i = 0; i < 4; ++i) words.append(StateText(static_cast<RoomState>(i))).append("; ");
+  for (int i = 0; i < 6; ++i) words.append(OutcomeText(static_cast<DownloadOutcome>(i))).append("; ");
+  EXPECT_EQ(words,
+            "current; changed; never; unfinished; done; not restarted; failed; not connected; interrupted; "
+            "unknown; ");
+}
+
+TEST(PortNumbers, AreThoseOfTheSixteenPorts) {
+  const std::pair<const char*, int> cases[] = {{"COM1", 1},  {"COM16", 16}, {"COM17", 0}, {"COM0", 0},
+                                               {"COM-1", 0}, {"COM", 0},    {"LPT1", 0},  {"", 0}};
+  for (const auto& [port, number] : cases) EXPECT_EQ(PortNumberOf(port), number) << port;
 }
 
 }  // namespace
