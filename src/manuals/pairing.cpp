@@ -37,6 +37,15 @@ class LabelSeeker {
     if (p.IsText()) return p.Where.Line;
     return end ? codes_[p.Code].End().Line : codes_[p.Code].Begin().Line;
   }
+  // Where the page's labels stand, and whether it leaves a doubt about that.
+  struct Habits {
+    Side Row = Side::Left;
+    Side Cell = Side::Above;
+    bool RowClear = false;
+    bool CellClear = false;
+  };
+  Habits HabitsOfPage() const;
+  Finding Seek(std::size_t at, const Habits& habits) const;
   std::optional<std::size_t> TextAt(std::size_t code, Side side, bool pastHeadings = true) const;
   bool CouldLabel(std::size_t code, Side side) const;
   void CountSides();
@@ -202,72 +211,74 @@ std::optional<std::size_t> LabelSeeker::TextInstead(std::size_t at, std::size_t 
   return up && SlotOf(pieces_[*up].Says) ? up : std::nullopt;
 }
 
-std::vector<Finding> LabelSeeker::Seek() {
-  std::vector<Finding> findings(codes_.size());
-  const Side row = votes_[0] >= votes_[1] ? Side::Left : Side::Right;
-  const Side cell = votes_[2] >= votes_[3] ? Side::Above : Side::Below;
+LabelSeeker::Habits LabelSeeker::HabitsOfPage() const {
   const auto clear = [this](std::size_t a, std::size_t b) {
     const int most = std::max(votes_[a], votes_[b]);
     return most >= 3 && most >= 2 * std::min(votes_[a], votes_[b]);
   };
+  Habits habits;
+  habits.Row = votes_[0] >= votes_[1] ? Side::Left : Side::Right;
+  habits.Cell = votes_[2] >= votes_[3] ? Side::Above : Side::Below;
   // Rows where the page has cells are labels that have run into the code of the next row.
-  const bool rowClear = clear(0, 1) && rows_ * 2 >= cells_;
-  const bool cellClear =
+  habits.RowClear = clear(0, 1) && rows_ * 2 >= cells_;
+  habits.CellClear =
       clear(2, 3) && std::max(chances_[2], chances_[3]) >= 2 * std::min(chances_[2], chances_[3]);
+  return habits;
+}
+
+std::vector<Finding> LabelSeeker::Seek() {
+  const Habits habits = HabitsOfPage();
+  std::vector<Finding> findings(codes_.size());
   for (std::size_t at = 0; at < pieces_.size(); ++at) {
     if (pieces_[at].IsText()) continue;
-    auto headed = StateInRow(at);
-    if (!headed) headed = SecondInRow(at);
-    if (!headed) headed = OneOfSeveral(at);
-    if (headed) {
-      findings[pieces_[at].Code] = std::move(*headed);
-      continue;
-    }
-    const bool onRow = OnRow(at);
-    // Right behind another code it is no cell of its own.
-    if (!onRow && at > 0 && !pieces_[at - 1].IsText() && SameLine(at - 1, at)) {
-      findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
-      continue;
-    }
-    std::optional<Side> ofChain = chains_.Sides[at];
-    const auto above = TextAt(at, Side::Above, false);
-    const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
-    if (leadsOver) ofChain = Side::Above;
-    Side side = onRow ? row : ofChain.value_or(cell);
-    if (codes_[pieces_[at].Code].LeadsLabel) side = Side::Right;
-    auto text = TextAt(at, side);
-    bool asRest = true;
-    if (onRow && text && IsSilent(*text)) {
-      if (const auto other = TextInstead(at, *text, row)) {
-        text = other;
-        asRest = false;
-      }
-    }
-    if (!text && onRow) {  // the page's side is empty here
-      side = side == Side::Left ? Side::Right : Side::Left;
-      text = TextAt(at, side);
-      asRest = false;
-    }
-    if (!text && onRow) {
-      side = cell;
-      text = TextAt(at, side);
-    }
-    if (!text) {
-      findings[pieces_[at].Code].What = codes_[pieces_[at].Code];
-      continue;
-    }
-    Finding finding = Label(at, *text, side);
-    if (supportColumn_ && SupportOf(at).substr(0, 3) == u"no") finding.For.Unsupported = true;
-    if (onRow) HeedRows(at, finding);
-    finding.Settled = asRest && finding.Doubt.empty() && !finding.What.LeadsLabel &&
-                      (onRow ? rowClear : leadsOver || chains_.Clear[at] || (side == cell && cellClear));
-    if (!finding.Settled && finding.Doubt.empty())
-      finding.Doubt = Marked("which label belongs to which code is not certain");
-    findings[pieces_[at].Code] = std::move(finding);
+    auto found = StateInRow(at);
+    if (!found) found = SecondInRow(at);
+    if (!found) found = OneOfSeveral(at);
+    findings[pieces_[at].Code] = found ? std::move(*found) : Seek(at, habits);
   }
   SpreadStackedHeadings(findings);
   HeedMarks(findings);
   return findings;
+}
+
+Finding LabelSeeker::Seek(std::size_t at, const Habits& habits) const {
+  const Code& code = codes_[pieces_[at].Code];
+  Finding finding;
+  finding.What = code;
+  const bool onRow = OnRow(at);
+  // Right behind another code it is no cell of its own.
+  if (!onRow && at > 0 && !pieces_[at - 1].IsText() && SameLine(at - 1, at)) return finding;
+  const auto above = TextAt(at, Side::Above, false);
+  const bool leadsOver = !onRow && above && pieces_[*above].LeadsOver;
+  const Side ofCell = leadsOver ? Side::Above : chains_.Sides[at].value_or(habits.Cell);
+  Side side = code.LeadsLabel ? Side::Right : onRow ? habits.Row : ofCell;
+  auto text = TextAt(at, side);
+  bool asRest = true;
+  if (onRow && text && IsSilent(*text)) {
+    if (const auto other = TextInstead(at, *text, habits.Row)) {
+      text = other;
+      asRest = false;
+    }
+  }
+  if (!text && onRow) {  // the page's side is empty here
+    side = side == Side::Left ? Side::Right : Side::Left;
+    text = TextAt(at, side);
+    asRest = false;
+  }
+  if (!text && onRow) {
+    side = habits.Cell;
+    text = TextAt(at, side);
+  }
+  if (!text) return finding;
+  finding = Label(at, *text, side);
+  if (supportColumn_ && SupportOf(at).substr(0, 3) == u"no") finding.For.Unsupported = true;
+  if (onRow) HeedRows(at, finding);
+  const bool cellClear = leadsOver || chains_.Clear[at] || (side == habits.Cell && habits.CellClear);
+  finding.Settled =
+      asRest && finding.Doubt.empty() && !finding.What.LeadsLabel && (onRow ? habits.RowClear : cellClear);
+  if (!finding.Settled && finding.Doubt.empty())
+    finding.Doubt = Marked("which label belongs to which code is not certain");
+  return finding;
 }
 
 // What else stands on the row: that the model does not have it, or a title of other things ("Picture mode").
