@@ -222,10 +222,10 @@ TEST_F(Editor, TellsWhatItCannotShowAndWhatCannotBePressed) {
   EXPECT_THAT(opened_, ElementsAre("download"));
   prompts_.Files = {std::nullopt, std::nullopt};
   Press("OPEN");
-  EXPECT_EQ(prompts_.Folder.toStdString(), folder_.Path().string()) << "of the current file";
+  EXPECT_EQ(ToPath(prompts_.Folder), folder_.Path()) << "of the current file";
   Press("NEW");
   Press("OPEN");
-  EXPECT_EQ(prompts_.Folder.toStdString(), folder_.Path().string()) << "of the last one";
+  EXPECT_EQ(ToPath(prompts_.Folder), folder_.Path()) << "of the last one";
 }
 
 TEST_F(Editor, ReadsTheLibraryAgainWhenItComesToTheFront) {
