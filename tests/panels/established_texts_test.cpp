@@ -46,7 +46,7 @@ void AddValues(std::ostream& out) {
       ProjectorDefinition other;
       other.*word.Member = value;
       for (const DifferenceText& text : DifferencesInWords(other, ProjectorDefinition()))
-        out << "; " << value << " " << text.First;
+        out << "; " << value << " " << text.First << " not " << text.Second;
     }
     out << "\n";
   }

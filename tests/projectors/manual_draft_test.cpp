@@ -44,6 +44,7 @@ TEST(ManualDraft, OffersWhatTheReadingFoundAndTicksWhatIsSure) {
   const ManualPiece& first = draft.Pieces().front();
   EXPECT_EQ(first.Slot, kPowerOnSlot);
   EXPECT_EQ(first.Range.Line, 2U);
+  EXPECT_EQ(first.Meaning, "\"Power on\": 50h,57h,31h,0Dh (50 57 31 0D)");
 }
 
 TEST(ManualDraft, ADecisionLastsAsLongAsThePageGivesItsBytes) {
