@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace qdm {
 namespace {
@@ -19,29 +21,42 @@ struct Column {
   std::vector<std::size_t> Cells;
 };
 
+class ColumnMaker {
+ public:
+  bool Empty() const { return column_.Cells.empty(); }
+  void Take(std::size_t at) {
+    if (Empty()) column_.From = at;
+    column_.Cells.push_back(at);
+  }
+  // A column that is too short is none.
+  void Close(std::size_t at) {
+    column_.To = at;
+    if (column_.Cells.size() >= kShortestCodeColumn) made_.push_back(column_);
+    column_ = {};
+  }
+  std::vector<Column> Made() && { return std::move(made_); }
+
+ private:
+  Column column_;
+  std::vector<Column> made_;
+};
+
 bool IsCell(const Piece& piece) { return piece.IsText() && !piece.Heading && !piece.Sentence; }
 
 // Codes on lines of their own that follow each other with nothing between.
 std::vector<Column> CodeColumns(const std::vector<Piece>& pieces) {
-  std::vector<Column> columns;
-  Column column;
-  const auto close = [&](std::size_t at) {
-    column.To = at;
-    if (column.Cells.size() >= kShortestCodeColumn) columns.push_back(column);
-    column = {};
-  };
+  ColumnMaker columns;
   std::size_t rowOfLabel = Piece::kText;
   for (std::size_t at = 0; at < pieces.size(); ++at) {
     if (pieces[at].IsText()) {
-      close(at);
+      columns.Close(at);
       rowOfLabel = pieces[at].Where.Line;
     } else if (pieces[at].Where.Line != rowOfLabel) {
-      if (column.Cells.empty()) column.From = at;
-      column.Cells.push_back(at);
+      columns.Take(at);
     }
   }
-  close(pieces.size());
-  return columns;
+  columns.Close(pieces.size());
+  return std::move(columns).Made();
 }
 
 // "Power" above "On" and "Off", "Input" above its kinds.
@@ -53,24 +68,17 @@ bool IsTitle(const Piece& piece, const Piece& next) {
 
 // Texts between codes, headings and sentences; a bracket belongs to the cell before it.
 std::vector<Column> LabelColumns(const std::vector<Piece>& pieces, bool titles) {
-  std::vector<Column> columns;
-  Column column;
-  const auto close = [&](std::size_t at) {
-    column.To = at;
-    if (column.Cells.size() >= kShortestCodeColumn) columns.push_back(column);
-    column = {};
-  };
+  ColumnMaker columns;
   for (std::size_t at = 0; at < pieces.size(); ++at) {
     if (!IsCell(pieces[at])) {
-      close(at);
-    } else if (!pieces[at].Bracketed || column.Cells.empty()) {
+      columns.Close(at);
+    } else if (!pieces[at].Bracketed || columns.Empty()) {
       if (!titles && at + 1 < pieces.size() && IsTitle(pieces[at], pieces[at + 1])) continue;
-      if (column.Cells.empty()) column.From = at;
-      column.Cells.push_back(at);
+      columns.Take(at);
     }
   }
-  close(pieces.size());
-  return columns;
+  columns.Close(pieces.size());
+  return std::move(columns).Made();
 }
 
 // The state below a title is that of the title's function.
