@@ -115,6 +115,8 @@ bool IsAbandoned(const Path& path) { return native_files::IsAbandoned(path); }
 
 std::string OwnerOf(const Path& path) { return native_files::OwnerOf(path); }
 
+Path SpellingOf(const Path& path) { return native_files::SpellingOf(path); }
+
 Path TargetOf(const Path& path) {
   constexpr int kMostLinks = 40;
   Path target = path;

@@ -128,6 +128,9 @@ std::error_code Lock(const Path& path, FileHandle& file, bool& held);
 bool IsAbandoned(const Path& path);
 // The user that a file belongs to; empty when the system does not tell.
 std::string OwnerOf(const Path& path);
+// The path as it is spelled on the disk, where case does not tell two files apart; the path itself elsewhere,
+// and for a file that is not there.
+Path SpellingOf(const Path& path);
 // Where a symbolic link points, also one to nothing; the path itself when it is none.
 Path TargetOf(const Path& path);
 

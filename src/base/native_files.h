@@ -34,5 +34,6 @@ std::error_code FlushFolder(const Path& folder);
 std::error_code Lock(const Path& path, FileHandle& file, bool& held);
 bool IsAbandoned(const Path& path);
 std::string OwnerOf(const Path& path);
+Path SpellingOf(const Path& path);
 
 }  // namespace qdm::native_files

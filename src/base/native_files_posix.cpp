@@ -251,4 +251,6 @@ std::string OwnerOf(const Path& path) {
   return user != nullptr ? user->pw_name : "user " + std::to_string(status.st_uid);
 }
 
+Path SpellingOf(const Path& path) { return path; }
+
 }  // namespace qdm::native_files

@@ -6,6 +6,7 @@
 #include <limits>
 #include <span>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -200,6 +201,18 @@ std::string OwnerOf(const Path& path) {
   }
   LocalFree(descriptor);
   return text;
+}
+
+Path SpellingOf(const Path& path) {
+  constexpr std::size_t kLongest = 32768;
+  constexpr std::wstring_view kServer = L"\\\\?\\UNC\\";
+  constexpr std::wstring_view kDrive = L"\\\\?\\";
+  const FileHandle opened = Opened(path, 0, kSharedByAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  if (!opened.IsOpen()) return path;
+  std::wstring name(kLongest, L'\0');
+  name.resize(GetFinalPathNameByHandleW(opened.Get(), name.data(), kLongest, FILE_NAME_NORMALIZED));
+  if (name.starts_with(kServer)) return L"\\\\" + name.substr(kServer.size());
+  return name.starts_with(kDrive) ? Path(name.substr(kDrive.size())) : path;
 }
 
 }  // namespace qdm::native_files

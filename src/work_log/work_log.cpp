@@ -2,6 +2,7 @@
 
 #include "base/file_access.h"
 #include "base/file_lock.h"
+#include "base/file_system.h"
 #include "base/words.h"
 #include "work_log/database.h"
 
@@ -144,12 +145,8 @@ fs::path WorkLogFolder(const std::optional<fs::path>& named, const fs::path& use
 
 std::string RoomOfFile(const fs::path& file) {
   std::error_code error;
-  fs::path whole = fs::weakly_canonical(fs::absolute(file, error), error);
-  if (error) whole = file;
-#ifdef _WIN32  // where case does not tell two files apart
-  whole = fs::path(UpperCase(whole.u16string()));
-#endif
-  return PathToUtf8(whole);
+  const fs::path whole = fs::weakly_canonical(fs::absolute(file, error), error);
+  return PathToUtf8(file_system::SpellingOf(error ? file : whole));
 }
 
 WorkLog::WorkLog(const fs::path& folder) : file_(folder / "WorkLog.db") {}
