@@ -13,11 +13,6 @@
 namespace qdm {
 namespace {
 
-bool AloneOnLine(const ManualPage& page, const Code& code) {
-  const Span& where = code.Begin();
-  return Trim(page, {where.Line, 0, page.Lines[where.Line].size()}) == where;
-}
-
 void SetAnswer(Code& code, CodeBytes answer, Span at) {
   for (CodeByte& byte : answer) {
     if (byte.Kind == ByteKind::VAR) byte = {0, ByteKind::IGN};
@@ -79,7 +74,7 @@ void KeepFirstCell(const ManualPage& page, std::vector<Code>& codes) {
   constexpr std::size_t kShortest = 3;
   constexpr std::size_t kMost = 3;
   const auto cell = [&](const Code& code) {
-    return code.Where.size() == 1 && code.Bytes.size() >= kShortest && AloneOnLine(page, code);
+    return code.Where.size() == 1 && code.Bytes.size() >= kShortest && StandsAlone(page, code.Begin());
   };
   std::array<std::vector<std::size_t>, kMost + 1> groups;  // their first cells, by how many stand together
   std::size_t others = 0;
@@ -115,7 +110,7 @@ namespace {
 bool StandsBeside(const ManualPage& page, const Code& before, const Code& code) {
   const Span& end = before.End();
   const Span& begin = code.Begin();
-  if (begin.Line == end.Line + 1) return AloneOnLine(page, before) && AloneOnLine(page, code);
+  if (begin.Line == end.Line + 1) return StandsAlone(page, before.Begin()) && StandsAlone(page, code.Begin());
   if (begin.Line != end.Line || begin.From < end.To) return false;
   const Span between{begin.Line, end.To, begin.From};
   return page.At(between).find_first_not_of(u" \t|") == std::u16string_view::npos;

@@ -13,7 +13,8 @@
 namespace qdm {
 namespace {
 
-bool AloneOnLine(const ManualPage& page, const Code& code) {
+// A sign in front and one behind are nothing.
+bool NearlyAlone(const ManualPage& page, const Code& code) {
   const Span& where = code.Begin();
   const Span line = Trim(page, {where.Line, 0, page.Lines[where.Line].size()});
   const std::u16string_view text = page.Lines[where.Line];
@@ -85,7 +86,7 @@ void JoinWrapped(const ManualPage& page, std::vector<Code>& codes) {
   std::vector<Code> joined;
   for (Code& code : codes) {
     const bool follows =
-        !joined.empty() && joined.back().End().Line + 1 == code.Begin().Line && AloneOnLine(page, code);
+        !joined.empty() && joined.back().End().Line + 1 == code.Begin().Line && NearlyAlone(page, code);
     if (!follows || code.Marked != joined.back().Marked) {
       joined.push_back(std::move(code));
       continue;
@@ -140,7 +141,7 @@ void JoinVertical(const ManualPage& page, std::vector<Code>& codes) {
   std::size_t at = 0;
   while (at < codes.size()) {
     std::size_t end = at;
-    const auto single = [&](const Code& code) { return code.Bytes.size() == 1 && AloneOnLine(page, code); };
+    const auto single = [&](const Code& code) { return code.Bytes.size() == 1 && NearlyAlone(page, code); };
     while (end < codes.size() && single(codes[end]) &&
            (end == at || codes[end].Begin().Line - codes[end - 1].Begin().Line == 1))
       ++end;

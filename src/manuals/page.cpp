@@ -54,7 +54,8 @@ namespace {
 std::optional<int> RowNumber(std::u16string_view line, std::size_t& end) {
   constexpr std::size_t kMostDigits = 3;
   int number = 0;
-  for (end = 0; end < line.size() && IsDigit(line[end]); ++end) number = number * 10 + (line[end] - u'0');
+  for (end = 0; end < line.size() && end <= kMostDigits && IsDigit(line[end]); ++end)
+    number = number * 10 + (line[end] - u'0');
   if (end == 0 || end > kMostDigits || end + 1 >= line.size() || line[end] != u' ') return std::nullopt;
   const std::u16string_view rest = line.substr(end + 1);
   const std::size_t blank = rest.find(u' ');
@@ -110,6 +111,10 @@ Span Trim(const ManualPage& page, Span span) {
   while (span.From < span.To && IsBlank(line[span.From])) ++span.From;
   while (span.To > span.From && IsBlank(line[span.To - 1])) --span.To;
   return span;
+}
+
+bool StandsAlone(const ManualPage& page, const Span& span) {
+  return Trim(page, {span.Line, 0, page.Lines[span.Line].size()}) == span;
 }
 
 }  // namespace qdm

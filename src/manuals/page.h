@@ -50,5 +50,7 @@ inline int HexDigit(char16_t c) {
 
 // Blanks and tabs at both ends taken off.
 Span Trim(const ManualPage& page, Span span);
+// Nothing else is on its line.
+bool StandsAlone(const ManualPage& page, const Span& span);
 
 }  // namespace qdm

@@ -20,9 +20,8 @@ using Places = std::vector<std::size_t>;  // among the codes
 constexpr std::size_t kShortestColumn = 8;
 constexpr std::size_t kMostBytes = 400;
 
-bool AloneOnLine(const ManualPage& page, const Code& code) {
-  return code.Bytes.size() == 1 && code.Marked &&
-         Trim(page, {code.Begin().Line, 0, page.Lines[code.Begin().Line].size()}) == code.Begin();
+bool IsCellOfColumn(const ManualPage& page, const Code& code) {
+  return code.Bytes.size() == 1 && code.Marked && StandsAlone(page, code.Begin());
 }
 
 // Single bytes, a line each, in columns that are too long for one code.
@@ -36,7 +35,7 @@ Places LongColumns(const ManualPage& page, const std::vector<Code>& codes) {
   for (std::size_t at = 0; at < codes.size(); ++at) {
     const bool follows = !column.empty() && codes[column.back()].Begin().Line + 1 == codes[at].Begin().Line;
     if (!follows) close();
-    if (AloneOnLine(page, codes[at])) column.push_back(at);
+    if (IsCellOfColumn(page, codes[at])) column.push_back(at);
   }
   close();
   return found;
@@ -156,8 +155,7 @@ std::vector<Places> Blocks(const ManualPage& page, const std::vector<Code>& code
   };
   for (std::size_t at = 0; at < codes.size(); ++at) {
     const Code& code = codes[at];
-    const Span line = Trim(page, {code.Begin().Line, 0, page.Lines[code.Begin().Line].size()});
-    const bool alone = code.Where.size() == 1 && line == code.Begin() && !code.Broken &&
+    const bool alone = code.Where.size() == 1 && StandsAlone(page, code.Begin()) && !code.Broken &&
                        code.Bytes.size() > 1 && code.Bytes.size() <= kLongest;
     const bool follows = !block.empty() && codes[block.back()].Begin().Line + 1 == code.Begin().Line;
     if (!follows || !alone) close();
