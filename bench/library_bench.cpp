@@ -74,16 +74,6 @@ double ImportTime(std::size_t count, std::size_t first) {
   });
 }
 
-PanelConfiguration FullRoom() {
-  PanelConfiguration room;
-  room.ControllerType = kQdm7;
-  room.Projector.VolumeBytePosition = 0;
-  room.Projector.Available.fill(kFlagSet);
-  for (SerialString& string : room.Projector.Strings) string.Count = 16;
-  for (std::size_t slot = 0; slot < 2; ++slot) room.Projector.Strings[slot].Count = 0;
-  return room;
-}
-
 }  // namespace
 
 void MeasureLibrary(Table& table) {

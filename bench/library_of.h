@@ -1,6 +1,7 @@
-// Libraries to measure with: definitions as installers have them, with strings and notes.
+// Libraries and rooms to measure with: definitions as installers have them, with strings and notes.
 #pragma once
 
+#include "config/panel_configuration.h"
 #include "projectors/projector_library.h"
 
 #include <cstddef>
@@ -34,6 +35,22 @@ inline ProjectorLibrary LibraryOf(std::size_t count, std::size_t manufacturers =
   library.Reserve(count);
   for (std::size_t i = 0; i < count; ++i) library.Append(Definition(i, manufacturers));
   return library;
+}
+
+// Every record of its image is sent.
+inline PanelConfiguration FullRoom() {
+  PanelConfiguration room;
+  room.ControllerType = kQdm7;
+  room.Projector.Manufacturer.AssignUtf8("ACME");
+  room.Projector.Model.AssignUtf8("X 100");
+  room.Projector.VolumeBytePosition = 0;
+  room.Projector.Available.fill(kFlagSet);
+  for (SerialString& string : room.Projector.Strings) {
+    string.Count = 16;
+    string.Values.fill(0x41);
+  }
+  for (std::size_t slot = 0; slot < 2; ++slot) room.Projector.Strings[slot].Count = 0;
+  return room;
 }
 
 }  // namespace qdm::bench

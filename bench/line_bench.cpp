@@ -4,6 +4,7 @@
 #include "config/configuration_file.h"
 #include "forms/download/download_form.h"
 #include "forms/shared/globals.h"
+#include "library_of.h"
 #include "measure.h"
 #include "paced_panel.h"
 #include "panels/panel_search.h"
@@ -27,21 +28,6 @@ namespace {
 
 constexpr int kDownloads = 3;
 constexpr int kSearches = 3;
-
-PanelConfiguration FullRoom() {
-  PanelConfiguration room;
-  room.ControllerType = kQdm7;
-  room.Projector.Manufacturer.AssignUtf8("ACME");
-  room.Projector.Model.AssignUtf8("X 100");
-  room.Projector.VolumeBytePosition = 0;
-  room.Projector.Available.fill(kFlagSet);
-  for (SerialString& string : room.Projector.Strings) {
-    string.Count = 16;
-    string.Values.fill(0x41);
-  }
-  for (std::size_t slot = 0; slot < 2; ++slot) room.Projector.Strings[slot].Count = 0;
-  return room;
-}
 
 // Nobody is there to close a box.
 class NoBoxes : public QtPrompts {

@@ -16,20 +16,20 @@
 namespace qdm::bench {
 namespace {
 
-class SteadyTime : public Waiting {
- public:
-  Microseconds Now() const override {
-    return std::chrono::duration_cast<Microseconds>(std::chrono::steady_clock::now().time_since_epoch());
-  }
-  void Yield(Microseconds) override {}
-  void WakeAt(Microseconds) override {}
-};
-
 constexpr Microseconds kLook{100'000};  // how often it looks whether it is to end
 
 }  // namespace
 
 struct PacedPanel::Line {
+  class SteadyTime : public Waiting {
+   public:
+    Microseconds Now() const override {
+      return std::chrono::duration_cast<Microseconds>(std::chrono::steady_clock::now().time_since_epoch());
+    }
+    void Yield(Microseconds) override {}
+    void WakeAt(Microseconds) override {}
+  };
+
   explicit Line(const PanelImage& image)
       : First(ProgramRecord(image, 0)), Last(ProgramRecord(image, kRecords - 1)) {
     Wire.OnWritten([this](ByteView bytes, Microseconds through) { Note(bytes, through); });

@@ -16,7 +16,7 @@ constexpr std::size_t kLongestValue = 4;
 bool IsName(Text token) {
   return token.size() <= kLongestName && Any(token, IsLetter) && All(token, IsWordPart);
 }
-bool IsValue(Text token) {
+bool IsCellValue(Text token) {
   return token.size() <= kLongestValue && All(token, IsWordPart) && Any(token, IsDigit);
 }
 
@@ -33,7 +33,7 @@ void AddCellPairs(const ManualPage& page, std::vector<Code>& codes) {
     if (line.size() > kLongestLine) continue;
     const std::vector<Span> tokens = TokensOf(line, number);
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
-      if (!IsName(page.At(tokens[i])) || !IsValue(page.At(tokens[i + 1]))) continue;
+      if (!IsName(page.At(tokens[i])) || !IsCellValue(page.At(tokens[i + 1]))) continue;
       const bool edge = i == 0 || i + 2 == tokens.size();
       const Text label = i == 0 ? line.substr(tokens[1].To) : line.substr(0, tokens[i].From);
       if (!edge || ClassifyLabel(label).What == Subject::None) continue;

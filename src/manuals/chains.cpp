@@ -11,9 +11,9 @@ namespace {
 
 using Text = std::u16string_view;
 
-enum class Column { Other, Labels, Codes };
+enum class ColumnHeading { Other, Labels, Codes };
 
-Column ColumnOf(Text heading) {
+ColumnHeading HeadingOf(Text heading) {
   constexpr Text kLabels[] = {u"function", u"functions", u"item",     u"items",  u"option", u"operation",
                               u"action",   u"names",     u"funktion", u"button", u"key",    u"description",
                               u"fonction", u"funcion",   u"funzione", u"details"};
@@ -24,7 +24,7 @@ Column ColumnOf(Text heading) {
   const auto among = [&](const auto& names) {
     return std::find(std::begin(names), std::end(names), folded) != std::end(names);
   };
-  return among(kLabels) ? Column::Labels : among(kCodes) ? Column::Codes : Column::Other;
+  return among(kLabels) ? ColumnHeading::Labels : among(kCodes) ? ColumnHeading::Codes : ColumnHeading::Other;
 }
 
 // Where the two headings right before a chain put the labels; nothing where there are others than two.
@@ -33,10 +33,10 @@ std::optional<Side> SideByHeadings(const ManualPage& page, const std::vector<Pie
   constexpr std::size_t kTwo = 2;
   if (first < kTwo || (first > kTwo && pieces[first - 3].Heading)) return std::nullopt;
   if (!pieces[first - 2].Heading || !pieces[first - 1].Heading) return std::nullopt;
-  const Column above = ColumnOf(page.At(pieces[first - 2].Where));
-  const Column below = ColumnOf(page.At(pieces[first - 1].Where));
-  if (above == below || above == Column::Other || below == Column::Other) return std::nullopt;
-  return above == Column::Labels ? Side::Above : Side::Below;
+  const ColumnHeading above = HeadingOf(page.At(pieces[first - 2].Where));
+  const ColumnHeading below = HeadingOf(page.At(pieces[first - 1].Where));
+  if (above == below || above == ColumnHeading::Other || below == ColumnHeading::Other) return std::nullopt;
+  return above == ColumnHeading::Labels ? Side::Above : Side::Below;
 }
 
 class ChainFinder {

@@ -59,14 +59,6 @@ Code TextCode(const ManualPage& page, Span where) {
 
 namespace {
 
-bool Before(const Code& a, const Code& b) {
-  return std::pair(a.Begin().Line, a.Begin().From) < std::pair(b.Begin().Line, b.Begin().From);
-}
-
-}  // namespace
-
-namespace {
-
 using Text = std::u16string_view;
 
 // What the page says of a pair of letters: "XX = 00 reaches all", "nn : ID of the projector, 00 is taken by
@@ -159,7 +151,7 @@ std::vector<Code> FindCharacterCodes(const ManualPage& page, const std::vector<C
     taken[{where.Line, where.From}] = where.To;
     kept.push_back(std::move(code));
   }
-  std::stable_sort(kept.begin(), kept.end(), Before);
+  std::stable_sort(kept.begin(), kept.end(), StandsBefore);
   for (Code& code : kept) ResolveAddress(page, code);
   return kept;
 }

@@ -10,15 +10,15 @@
 namespace qdm {
 namespace {
 
-using Run = std::vector<Span>;
+using CharacterRun = std::vector<Span>;
 
 // Lines that hold one character, one below the other.
 // With `blanks`, an empty line between them is a cell that is empty.
-std::vector<Run> SingleCharacters(const ManualPage& page, bool blanks) {
+std::vector<CharacterRun> SingleCharacters(const ManualPage& page, bool blanks) {
   constexpr std::size_t kShortest = 12;
   constexpr std::size_t kLongest = 2000;
-  std::vector<Run> runs;
-  Run run;
+  std::vector<CharacterRun> runs;
+  CharacterRun run;
   for (std::size_t line = 0; line <= page.Lines.size(); ++line) {
     const bool inside = line < page.Lines.size();
     const Span span = inside ? Trim(page, {line, 0, page.Lines[line].size()}) : Span{};
@@ -36,7 +36,7 @@ std::vector<Run> SingleCharacters(const ManualPage& page, bool blanks) {
   return runs;
 }
 
-std::vector<Code> RowsOf(const ManualPage& page, const Run& run, std::size_t width) {
+std::vector<Code> RowsOf(const ManualPage& page, const CharacterRun& run, std::size_t width) {
   const std::size_t rows = run.size() / width;
   std::vector<Code> codes(rows);
   for (std::size_t row = 0; row < rows; ++row) {
@@ -55,9 +55,9 @@ std::vector<Code> RowsOf(const ManualPage& page, const Run& run, std::size_t wid
   return codes;
 }
 
-std::vector<Code> AllRows(const ManualPage& page, const std::vector<Run>& runs, std::size_t width) {
+std::vector<Code> AllRows(const ManualPage& page, const std::vector<CharacterRun>& runs, std::size_t width) {
   std::vector<Code> codes;
-  for (const Run& run : runs) {
+  for (const CharacterRun& run : runs) {
     if (run.size() % width != 0) continue;
     for (Code& code : RowsOf(page, run, width)) codes.push_back(std::move(code));
   }
@@ -72,7 +72,7 @@ void AddCharacterColumns(const ManualPage& page, std::vector<Code>& codes) {
   int best = 0;
   std::vector<Code> found;
   for (const bool blanks : {false, true}) {
-    const std::vector<Run> runs = SingleCharacters(page, blanks);
+    const std::vector<CharacterRun> runs = SingleCharacters(page, blanks);
     for (std::size_t width = kNarrowest; width <= kWidest && !runs.empty(); ++width) {
       std::vector<Code> rows = AllRows(page, runs, width);
       std::erase_if(rows, [](const Code& row) { return row.Where.empty(); });

@@ -8,7 +8,7 @@ namespace qdm {
 namespace {
 
 constexpr std::size_t kShortestCode = 4;
-constexpr std::size_t kLongestCode = 20;
+constexpr std::size_t kLongestSummed = 20;
 
 // The fewest bytes that each step takes win: a longer piece would hide a code that is whole.
 std::vector<std::size_t> SplitBy(CheckSum check, std::span<const std::uint8_t> run) {
@@ -17,7 +17,8 @@ std::vector<std::size_t> SplitBy(CheckSum check, std::span<const std::uint8_t> r
   std::vector<std::size_t> next(run.size() + 1, kNone);
   for (std::size_t from = run.size(); from-- > 0;) {
     if (run[from] != run[0]) continue;
-    for (std::size_t length = kShortestCode; length <= std::min(kLongestCode, run.size() - from); ++length) {
+    for (std::size_t length = kShortestCode; length <= std::min(kLongestSummed, run.size() - from);
+         ++length) {
       const std::size_t end = from + length;
       if (end != run.size() && next[end] == kNone) continue;
       if (!IsRight(check, run.subspan(from, length)) || pieces[end] + 1 <= pieces[from]) continue;

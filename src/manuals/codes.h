@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qdm {
@@ -50,6 +51,11 @@ struct Code {
 };
 
 inline constexpr std::size_t kLongestCode = 32;
+
+// On the page.
+inline bool StandsBefore(const Code& a, const Code& b) {
+  return std::pair(a.Begin().Line, a.Begin().From) < std::pair(b.Begin().Line, b.Begin().From);
+}
 
 // A byte as the page writes it: where it ends, and whether a mark ("0x", "h") makes it one.
 struct WrittenByte {

@@ -14,11 +14,11 @@
 namespace qdm {
 namespace {
 
-constexpr std::size_t kFewestJoins = 4;  // fewer could be chance
-constexpr std::size_t kMost = 100;       // heads and blocks of a page
+constexpr std::size_t kFewestJoins = 4;   // fewer could be chance
+constexpr std::size_t kMostBlocks = 100;  // heads and blocks of a page
 constexpr std::size_t kShortestData = 4;
 constexpr std::size_t kLongestData = 8;
-constexpr std::size_t kLongestHead = 8;
+constexpr std::size_t kLongestCrcHead = 8;
 
 // The bytes of a line that holds nothing else.
 CodeBytes BytesAlone(const ManualPage& page, std::size_t number) {
@@ -73,7 +73,7 @@ class Joiner {
 
   std::vector<Block> DataBlocks(std::size_t length) const {
     std::vector<Block> blocks;
-    for (std::size_t from = 0; from < lines_.size() && blocks.size() < kMost; ++from) {
+    for (std::size_t from = 0; from < lines_.size() && blocks.size() < kMostBlocks; ++from) {
       Block block{from, from, {}};
       while (block.To < lines_.size() && !lines_[block.To].empty() && block.Bytes.size() < length) {
         block.Bytes.insert(block.Bytes.end(), lines_[block.To].begin(), lines_[block.To].end());
@@ -87,9 +87,9 @@ class Joiner {
   std::vector<Match> Matches(std::size_t length, bool lowFirst) const {
     const std::vector<Block> blocks = DataBlocks(length);
     std::map<std::uint16_t, std::vector<Match>> byStart;
-    for (std::size_t i = 0; i < std::min(codes_.size(), kMost); ++i) {
+    for (std::size_t i = 0; i < std::min(codes_.size(), kMostBlocks); ++i) {
       const CodeBytes& bytes = codes_[i].Bytes;
-      if (bytes.size() < 2 || bytes.size() > kLongestHead || codes_[i].Broken) continue;
+      if (bytes.size() < 2 || bytes.size() > kLongestCrcHead || codes_[i].Broken) continue;
       const std::uint8_t first = bytes[bytes.size() - 2].Value;
       const std::uint8_t last = bytes.back().Value;
       const auto crc = static_cast<std::uint16_t>(lowFirst ? first | last << 8 : first << 8 | last);
@@ -119,7 +119,7 @@ class Joiner {
   Block HeadOf(const Code& code) const {
     Block head{code.Begin().Line, code.End().Line + 1, code.Bytes};
     while (head.From > 0 && !lines_[head.From].empty() && !lines_[head.From - 1].empty() &&
-           head.Bytes.size() + lines_[head.From - 1].size() < kLongestHead &&
+           head.Bytes.size() + lines_[head.From - 1].size() < kLongestCrcHead &&
            !used_.contains(head.From - 1)) {
       --head.From;
       head.Bytes.insert(head.Bytes.begin(), lines_[head.From].begin(), lines_[head.From].end());

@@ -11,11 +11,7 @@ namespace {
 
 using Text = std::u16string_view;
 
-bool Says(Text folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
-}
-
-struct Part {
+struct DrawnPart {
   enum class Kind { Literal, Place, Sum, Unclear } What = Kind::Unclear;
   CodeBytes Bytes;
 };
@@ -55,8 +51,8 @@ bool IsPlaceName(Text folded) {
                        u"valor",   u"dato",  u"命令",     u"参数",     u"数据",   u"指令"});
 }
 
-Part ReadPart(Text text, bool first) {
-  using enum Part::Kind;
+DrawnPart ReadPart(Text text, bool first) {
+  using enum DrawnPart::Kind;
   text = Bare(text);
   if (text.empty()) return {};
   if (IsSymbol(text)) return {Literal, Characters(text)};
@@ -98,9 +94,9 @@ std::vector<Text> PartsOf(Text line) {
   // "STX Command ETX BCC": blanks part names of which each is known.
   std::vector<Text> found = parts([&](std::size_t at) { return IsBlank(line[at]); });
   constexpr std::size_t kFewest = 3;
-  constexpr std::size_t kMost = 8;
+  constexpr std::size_t kMostPlaces = 8;
   const bool names =
-      found.size() >= kFewest && found.size() <= kMost &&
+      found.size() >= kFewest && found.size() <= kMostPlaces &&
       std::all_of(found.begin(), found.end(), [](Text name) {
         const std::u16string folded = FoldLetters(name);
         const auto control = ControlAt(name, 0);
@@ -118,21 +114,21 @@ std::optional<DrawnForm> FormOn(Text line) {
   CodeBytes pending;
   bool first = true;
   for (const Text text : PartsOf(line)) {
-    const Part part = ReadPart(text, first);
+    const DrawnPart part = ReadPart(text, first);
     first = false;
     switch (part.What) {
-      case Part::Kind::Unclear:
+      case DrawnPart::Kind::Unclear:
         return std::nullopt;
-      case Part::Kind::Place:
+      case DrawnPart::Kind::Place:
         (form.Places == 0 ? form.Before : form.Between) = pending;
         pending.clear();
         ++form.Places;
         break;
-      case Part::Kind::Sum:
+      case DrawnPart::Kind::Sum:
         if (form.Places == 0) return std::nullopt;
         pending.push_back({0, ByteKind::VAR});
         break;
-      case Part::Kind::Literal:
+      case DrawnPart::Kind::Literal:
         pending.insert(pending.end(), part.Bytes.begin(), part.Bytes.end());
         break;
     }
@@ -175,7 +171,7 @@ std::optional<DrawnForm> StatedForm(Text line) {
   return form.Before.empty() ? std::nullopt : std::optional(form);
 }
 
-bool SpeaksOfReply(Text line) {
+bool DescribesReply(Text line) {
   return Says(FoldLetters(line), {u"respon", u"reply", u"answer", u"antwort", u"repons", u"respuesta"});
 }
 
@@ -183,7 +179,7 @@ bool SpeaksOfReply(Text line) {
 
 std::optional<DrawnForm> FindDrawnForm(const ManualPage& page) {
   for (const std::u16string& line : page.Lines) {
-    if (SpeaksOfReply(line)) continue;
+    if (DescribesReply(line)) continue;
     if (auto form = FormOn(line)) return form;
     if (auto form = StatedForm(line)) return form;
   }

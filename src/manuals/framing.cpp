@@ -21,10 +21,6 @@ using Values8 = std::vector<std::uint8_t>;
 
 constexpr CodeByte Control(std::uint8_t value) { return {value, ByteKind::CNT}; }
 
-bool Says(Text folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
-}
-
 // What a line says of answers is not said of commands.
 bool SpeaksOfAnswers(Text folded) {
   return Says(folded, {u"respon", u"repl", u"answer", u"antwort", u"reponse", u"respuesta", u"rispost",
@@ -108,25 +104,25 @@ bool IsBesideAnother(const ManualPage& page, const Code& before, const Code& cod
 
 Frame FrameOfExamples(const ManualPage& page, const std::vector<Code>& codes) {
   constexpr std::size_t kMost = 300;
-  using Bytes = std::u16string;  // one a byte: compares well
+  using Packed = std::u16string;  // one a byte: compares well
   const auto textOf = [](const Code& code) {
     const std::vector<std::uint8_t> values = Values(code.Bytes);
-    return Bytes(values.begin(), values.end());
+    return Packed(values.begin(), values.end());
   };
-  std::set<Bytes> all;
+  std::set<Packed> all;
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const Code& code = codes[i];
     if (i > 0 && IsBesideAnother(page, codes[i - 1], code)) continue;
     if (!code.Broken && code.Bytes.size() <= kLongestCode && all.size() < kMost) all.insert(textOf(code));
   }
-  std::map<std::pair<Bytes, Bytes>, std::set<Bytes>> frames;
-  for (const Bytes& longer : all) {
-    for (const Bytes& shorter : all) {
+  std::map<std::pair<Packed, Packed>, std::set<Packed>> frames;
+  for (const Packed& longer : all) {
+    for (const Packed& shorter : all) {
       if (shorter.size() >= longer.size() || longer.size() < 4) continue;
       const auto found = std::search(longer.begin(), longer.end(), shorter.begin(), shorter.end());
       if (found == longer.end()) continue;
-      const Bytes before(longer.begin(), found);
-      const Bytes behind(found + static_cast<std::ptrdiff_t>(shorter.size()), longer.end());
+      const Packed before(longer.begin(), found);
+      const Packed behind(found + static_cast<std::ptrdiff_t>(shorter.size()), longer.end());
       // What is sent back closed by a line feed is an answer, not an example.
       if (before.empty() && behind == u"\n" && shorter.back() == u'\r') continue;
       // "AMUTE" is another word than "MUTE".

@@ -19,12 +19,6 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr std::size_t kLongestLine = 200;
-
-bool Says(Text folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
-}
-
 bool IsSpaceOrMark(char16_t c) { return !IsWordPart(c) && c < 0x80; }
 
 // A name as it is compared: letters and digits in lower case.
@@ -34,14 +28,14 @@ std::u16string NameOf(Text text) {
   return name;
 }
 
-struct Part {
+struct NamedPart {
   enum class Kind { Name, Value, Fixed } What = Kind::Fixed;
   std::u16string Named;  // what the page has to explain
   CodeBytes Bytes;
 };
-using Grammar = std::vector<Part>;
+using Grammar = std::vector<NamedPart>;
 
-bool IsName(const Part& part) { return part.What == Part::Kind::Name; }
+bool IsName(const NamedPart& part) { return part.What == NamedPart::Kind::Name; }
 
 enum class Kind { Unknown, Place, Value, Frame };
 
@@ -64,8 +58,8 @@ Kind KindOf(const std::u16string& name) {
 }
 
 // One part of a drawn command; nothing where the word is no such part.
-std::optional<Part> PartOf(Text text) {
-  Part part;
+std::optional<NamedPart> PartOf(Text text) {
+  NamedPart part;
   const auto control = ControlAt(text, 0);
   if (control && control->End == text.size()) {
     part.Bytes = {control->Byte};
@@ -78,20 +72,20 @@ std::optional<Part> PartOf(Text text) {
   const std::u16string name = NameOf(text);
   const Kind kind = KindOf(name);
   if (kind == Kind::Unknown) return std::nullopt;
-  part.What = kind == Kind::Place   ? Part::Kind::Name
-              : kind == Kind::Value ? Part::Kind::Value
-                                    : Part::Kind::Fixed;
+  part.What = kind == Kind::Place   ? NamedPart::Kind::Name
+              : kind == Kind::Value ? NamedPart::Kind::Value
+                                    : NamedPart::Kind::Fixed;
   if (kind == Kind::Frame) part.Named = name;
   return part;
 }
 
 bool IsUsable(const Grammar& grammar) {
-  const auto count = [&](Part::Kind what) {
+  const auto count = [&](NamedPart::Kind what) {
     return std::count_if(grammar.begin(), grammar.end(),
-                         [what](const Part& part) { return part.What == what; });
+                         [what](const NamedPart& part) { return part.What == what; });
   };
-  return count(Part::Kind::Name) == 1 && count(Part::Kind::Value) <= 1 && grammar.size() >= 3 &&
-         grammar.front().What == Part::Kind::Fixed;
+  return count(NamedPart::Kind::Name) == 1 && count(NamedPart::Kind::Value) <= 1 && grammar.size() >= 3 &&
+         grammar.front().What == NamedPart::Kind::Fixed;
 }
 
 // "Header ID SP Command SP Parameter CR"
@@ -136,18 +130,18 @@ Grammar DrawnWithSigns(Text line) {
   Grammar grammar;
   for (std::size_t at = first; at < line.size();) {
     if (const auto control = ControlAt(line, at)) {
-      grammar.push_back({Part::Kind::Fixed, {}, {control->Byte}});
+      grammar.push_back({NamedPart::Kind::Fixed, {}, {control->Byte}});
       at = control->End;
       if (at < line.size()) return {};
     } else if (IsLetter(line[at])) {
       std::size_t end = at;
       while (end < line.size() && IsLetter(line[end])) ++end;
       const auto part = PartOf(line.substr(at, end - at));
-      if (!part || part->What == Part::Kind::Fixed) return {};
+      if (!part || part->What == NamedPart::Kind::Fixed) return {};
       grammar.push_back(*part);
       at = end;
     } else if (kSigns.find(line[at]) != Text::npos) {
-      grammar.push_back({Part::Kind::Fixed, {}, Characters(line.substr(at, 1))});
+      grammar.push_back({NamedPart::Kind::Fixed, {}, Characters(line.substr(at, 1))});
       ++at;
     } else {
       return {};
@@ -165,7 +159,7 @@ class Explanations {
   std::optional<CodeBytes> BytesOf(const std::u16string& name) const {
     for (std::size_t line = 0; line < page_.Lines.size(); ++line) {
       const Text text = page_.Lines[line];
-      if (text.size() > kLongestLine) continue;
+      if (text.size() > grammar::kLongestLine) continue;
       const std::size_t colon = std::min(text.find(u':'), text.size());
       if (NameOf(text.substr(0, colon)) != name) continue;
       if (auto bytes = Stated(text.substr(std::min(colon + 1, text.size())))) return bytes;
@@ -218,7 +212,7 @@ class Explanations {
     constexpr std::size_t kReach = 10;
     for (std::size_t at = line; at < std::min(page_.Lines.size(), line + kReach); ++at) {
       const Text text = page_.Lines[at];
-      const std::u16string folded = FoldLetters(text.substr(0, kLongestLine));
+      const std::u16string folded = FoldLetters(text.substr(0, grammar::kLongestLine));
       if (KindOf(NameOf(Text(folded).substr(0, folded.find(u':')))) != Kind::Unknown) return std::nullopt;
       if (auto bytes = Stated(text)) return bytes;
       const bool command = Says(folded, {u"control command", u"operatingcommand", u"operating command",
@@ -239,16 +233,17 @@ class Explanations {
   const ManualPage& page_;
 };
 
-class Composer {
+class GrammarComposer {
  public:
-  Composer(const ManualPage& page, std::vector<Finding>& findings) : page_(page), findings_(findings) {}
+  GrammarComposer(const ManualPage& page, std::vector<Finding>& findings)
+      : page_(page), findings_(findings) {}
 
   void Compose() {
     FindGrammars();
     if (!withValue_ && !alone_) return;
     const Grammar& any = withValue_ ? *withValue_ : *alone_;
     const auto first =
-        std::find_if(any.begin(), any.end(), [](const Part& part) { return !part.Bytes.empty(); });
+        std::find_if(any.begin(), any.end(), [](const NamedPart& part) { return !part.Bytes.empty(); });
     const bool pairs = first != any.end() && first->Bytes.front().Kind == ByteKind::HEX;
     const std::size_t known = findings_.size();
     for (const grammar::Name& name : grammar::ReadNames(page_, pairs, findings_)) UseName(name);
@@ -267,26 +262,28 @@ class Composer {
   void FindGrammars() {
     const Explanations explanations(page_);
     for (const std::u16string& line : page_.Lines) {
-      if (line.size() > kLongestLine || Says(FoldLetters(line), {u"respon", u"answer", u"notif", u"reply"}))
+      if (line.size() > grammar::kLongestLine ||
+          Says(FoldLetters(line), {u"respon", u"answer", u"notif", u"reply"}))
         continue;
       for (Grammar (*read)(Text) : {DrawnWithBlanks, DrawnWithSizes, DrawnWithSigns}) {
         Grammar grammar = read(TrimSpace(line));
         if (!IsUsable(grammar) || !Resolve(explanations, grammar)) continue;
-        const bool valued = std::any_of(grammar.begin(), grammar.end(),
-                                        [](const Part& part) { return part.What == Part::Kind::Value; });
+        const bool valued = std::any_of(grammar.begin(), grammar.end(), [](const NamedPart& part) {
+          return part.What == NamedPart::Kind::Value;
+        });
         auto& place = valued ? withValue_ : alone_;
         // "*command=+<CR>" has a value, only no place for it.
         const bool signs =
             !valued &&
             std::any_of(std::next(std::find_if(grammar.begin(), grammar.end(), IsName)), grammar.end(),
-                        [](const Part& part) { return part.Bytes.front().Kind == ByteKind::ASC; });
+                        [](const NamedPart& part) { return part.Bytes.front().Kind == ByteKind::ASC; });
         if (!place && !signs) place = std::move(grammar);
       }
     }
   }
 
   static bool Resolve(const Explanations& explanations, Grammar& grammar) {
-    for (Part& part : grammar) {
+    for (NamedPart& part : grammar) {
       if (part.Named.empty()) continue;
       const auto bytes = explanations.BytesOf(part.Named);
       if (!bytes) return false;
@@ -321,10 +318,10 @@ class Composer {
     if (!SlotOf(says)) return;
     Finding finding;
     Code& code = finding.What;
-    for (const Part& part : grammar) {
-      const CodeBytes& bytes = part.What == Part::Kind::Name    ? name.Bytes
-                               : part.What == Part::Kind::Value ? value.Bytes
-                                                                : part.Bytes;
+    for (const NamedPart& part : grammar) {
+      const CodeBytes& bytes = part.What == NamedPart::Kind::Name    ? name.Bytes
+                               : part.What == NamedPart::Kind::Value ? value.Bytes
+                                                                     : part.Bytes;
       code.Bytes.insert(code.Bytes.end(), bytes.begin(), bytes.end());
     }
     code.How = name.Bytes.front().Kind == ByteKind::HEX ? Notation::Hexadecimal : Notation::Characters;
@@ -346,7 +343,7 @@ class Composer {
 }  // namespace
 
 void ComposeByGrammar(const ManualPage& page, std::vector<Finding>& findings) {
-  Composer(page, findings).Compose();
+  GrammarComposer(page, findings).Compose();
 }
 
 }  // namespace qdm

@@ -16,12 +16,6 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr std::size_t kLongestLine = 200;
-
-bool Says(Text folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
-}
-
 // "31:Turnsonthepower", "3=composite video, 4=S-video": a short value and its meaning, up to the next mark.
 std::vector<Value> ValuesOn(const ManualPage& page, std::size_t number, std::size_t from, bool pairs) {
   const Text line = page.Lines[number];

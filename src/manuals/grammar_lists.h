@@ -4,9 +4,12 @@
 
 #include "manuals/pairing.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace qdm::grammar {
+
+inline constexpr std::size_t kLongestLine = 200;  // characters; a longer one is prose
 
 struct Value {
   CodeBytes Bytes;

@@ -18,7 +18,7 @@ namespace {
 
 using namespace line_words;
 
-constexpr std::size_t kReach = 60;  // characters between a label and its value
+constexpr std::size_t kLineReach = 60;  // characters between a label and its value
 
 bool IsWordEnd(Text text, std::size_t at) {
   return at >= text.size() || !(IsWordPart(text[at]) || (text[at] >= 0xDF && text[at] < 0x250));
@@ -131,7 +131,7 @@ class LineReader {
   }
   // What may hold the value of a label that ends at `from`: up to the next label.
   Text Reach(std::size_t from) const {
-    Text reach = text_.substr(from, kReach);
+    Text reach = text_.substr(from, kLineReach);
     reach = reach.substr(0, FirstOf(reach, kSpeedWords));
     reach = reach.substr(0, FirstOf(reach, kStopWords));
     reach = reach.substr(0, FirstOf(reach, kOtherWords));
@@ -315,7 +315,7 @@ void LineReader::FindSpeeds() {
     if (!speed) continue;
     all.insert(*speed);
     const auto next = std::lower_bound(words.begin(), words.end(), at);
-    const bool before = next != words.begin() && at - *std::prev(next) < kReach + 20;
+    const bool before = next != words.begin() && at - *std::prev(next) < kLineReach + 20;
     const bool behind = next != words.end() && *next - at < 12;
     constexpr std::size_t kLabel = 14;  // "baud rate ... "
     if (before && !first && !OneOfSeveral(*speed, end) && at - *std::prev(next) <= kLabel &&
@@ -406,7 +406,7 @@ void LineReader::FindValueBlock() {
     return digits;
   }();
   for (std::size_t at = text_.find(speed); at != Text::npos; at = text_.find(speed, at + 1)) {
-    const Text block = text_.substr(at + speed.size(), kReach);
+    const Text block = text_.substr(at + speed.size(), kLineReach);
     std::optional<LineParity> parity;
     std::optional<int> stop;
     bool bits = false;

@@ -19,10 +19,6 @@
 namespace qdm {
 namespace {
 
-bool Before(const Code& a, const Code& b) {
-  return std::pair(a.Begin().Line, a.Begin().From) < std::pair(b.Begin().Line, b.Begin().From);
-}
-
 // The characters of a code right beside its numbers belong to it: "PON 50 4F 4E".
 void TakeCharactersBeside(const ManualPage& page, std::vector<Code>& numbers) {
   for (Code& code : numbers) {
@@ -108,7 +104,7 @@ void Confirm(std::vector<Code>& numbers, std::vector<Code>& characters) {
     if (!nearest) return false;
     nearest->Confirmed = true;
     const std::size_t apart = apartFrom(*nearest, text);
-    const bool beside = apart == 0 || (apart == 1 && Before(text, *nearest));
+    const bool beside = apart == 0 || (apart == 1 && StandsBefore(text, *nearest));
     if (beside) AddPlace(*nearest, text.Begin());
     return beside || SameValues(nearest->Bytes, text.Bytes);
   };
@@ -140,7 +136,7 @@ std::vector<Code> AllCodes(const ManualPage& page) {
   });
   codes.insert(codes.end(), std::make_move_iterator(characters.begin()),
                std::make_move_iterator(characters.end()));
-  std::stable_sort(codes.begin(), codes.end(), Before);
+  std::stable_sort(codes.begin(), codes.end(), StandsBefore);
   TakeAnswers(page, codes);
   TakeLeads(page, codes);
   PutFrames(page, codes);

@@ -144,7 +144,7 @@ bool StartsWithName(Text line, std::size_t at, Text name, bool anyCase) {
 }
 
 // A run that is being read.
-struct Run {
+struct NumberRun {
   Code Made;
   std::size_t From = 0;
   std::size_t To = 0;
@@ -202,7 +202,7 @@ bool BeginsAnother(Text line, std::size_t end, std::size_t next, const CodeBytes
 }
 
 // "ka 01 01[CR]": pairs that a name right before them and a named terminator make characters.
-bool EndsCharacters(Text line, const Run& run) {
+bool EndsCharacters(Text line, const NumberRun& run) {
   const CodeBytes& bytes = run.Made.Bytes;
   if (bytes.size() < 2 || bytes.back().Kind != ByteKind::CNT || bytes.back().Value != 13) return false;
   const bool bare = std::all_of(bytes.begin(), bytes.end() - 1,
@@ -217,7 +217,7 @@ bool EndsCharacters(Text line, const Run& run) {
          HexDigit(line[run.From]) >= 0;
 }
 
-void Close(Run& run, Text text, std::size_t line, std::vector<Code>& codes) {
+void Close(NumberRun& run, Text text, std::size_t line, std::vector<Code>& codes) {
   Code& code = run.Made;
   const std::size_t count = code.Bytes.size();
   const bool numbers = std::any_of(code.Bytes.begin(), code.Bytes.end(),
@@ -302,7 +302,7 @@ std::optional<Hole> HoleAt(Text line, std::size_t at, const Code& code) {
 }
 
 void FindOnLine(Text line, std::size_t number, std::vector<Code>& codes) {
-  Run run;
+  NumberRun run;
   std::size_t at = 0;
   while (at < line.size()) {
     if (run.Made.Bytes.empty() && BeginsNumber(line, at)) {

@@ -42,6 +42,12 @@ char16_t FoldLetter(char16_t c) {
   return c;
 }
 
+bool Says(std::u16string_view folded, std::initializer_list<std::u16string_view> words) {
+  return std::any_of(words.begin(), words.end(), [&](std::u16string_view word) {
+    return folded.find(word) != std::u16string_view::npos;
+  });
+}
+
 std::u16string FoldLetters(std::u16string_view text) {
   std::u16string folded(text);
   std::transform(folded.begin(), folded.end(), folded.begin(), FoldLetter);

@@ -5,6 +5,7 @@
 #include "serial_strings/reading_attempt.h"
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,8 @@ char16_t PlainCharacter(char16_t c);
 // Lower case without accents.
 char16_t FoldLetter(char16_t c);
 std::u16string FoldLetters(std::u16string_view text);
+// A folded text has one of the words in it.
+bool Says(std::u16string_view folded, std::initializer_list<std::u16string_view> words);
 
 inline int HexDigit(char16_t c) {
   if (IsDigit(c)) return c - u'0';

@@ -13,45 +13,45 @@ namespace {
 using Text = std::u16string_view;
 using SentBytes = std::vector<std::uint8_t>;
 
-struct Part {
+struct ReplyPart {
   enum class Kind { Literal, Address, Sent, Varies } What = Kind::Literal;
   CodeBytes Bytes;
   std::u16string Name;
 };
-using Form = std::vector<Part>;
+using ReplyForm = std::vector<ReplyPart>;
 
 bool Among(Text word, std::initializer_list<Text> words) {
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
 // What one place of the drawing is called.
-std::optional<Part> PartOf(Text text) {
-  using enum Part::Kind;
+std::optional<ReplyPart> ReplyPartOf(Text text) {
+  using enum ReplyPart::Kind;
   text = TrimSpace(text);
   std::u16string name = FoldLetters(text);
-  if (text.empty() || Among(name, {u"sp", u"space"})) return Part{Literal, Characters(u" "), {}};
+  if (text.empty() || Among(name, {u"sp", u"space"})) return ReplyPart{Literal, Characters(u" "), {}};
   if (const auto control = ControlAt(text, 0); control && control->End == text.size())
-    return Part{Literal, {control->Byte}, {}};
-  if (name == u"cr") return Part{Literal, {{13, ByteKind::CNT}}, {}};
+    return ReplyPart{Literal, {control->Byte}, {}};
+  if (name == u"cr") return ReplyPart{Literal, {{13, ByteKind::CNT}}, {}};
   if (const auto number = NumberAt(text, 0); number && number->End == text.size())
-    return Part{Literal, {number->Byte}, {}};
-  if (Among(name, {u"ok", u"ok/ng", u"ok / ng"})) return Part{Literal, Characters(u"OK"), {}};
-  if (text.size() == 1 && text[0] > 32 && text[0] < 127) return Part{Literal, Characters(text), {}};
+    return ReplyPart{Literal, {number->Byte}, {}};
+  if (Among(name, {u"ok", u"ok/ng", u"ok / ng"})) return ReplyPart{Literal, Characters(u"OK"), {}};
+  if (text.size() == 1 && text[0] > 32 && text[0] < 127) return ReplyPart{Literal, Characters(text), {}};
   if (Among(name, {u"set id", u"setid", u"id", u"address", u"addr", u"adr", u"unit id", u"device id"}))
-    return Part{Address, {}, std::move(name)};
+    return ReplyPart{Address, {}, std::move(name)};
   if (Among(name,
             {u"command", u"cmd", u"data", u"parameter", u"param", u"value", u"befehl", u"daten", u"wert"}))
-    return Part{Sent, {}, std::move(name)};
+    return ReplyPart{Sent, {}, std::move(name)};
   if (Among(name,
             {u"status", u"result", u"state", u"check", u"checksum", u"sum", u"bcc", u"lrc", u"cks", u"cs"}))
-    return Part{Varies, {}, std::move(name)};
+    return ReplyPart{Varies, {}, std::move(name)};
   return std::nullopt;
 }
 
 // The parts of a drawing up to the line's end; empty where one of them is unknown.
-Form ReadForm(Text line, std::size_t at) {
+ReplyForm ReadForm(Text line, std::size_t at) {
   constexpr Text kBetween = u" \t+|,:.";
-  Form form;
+  ReplyForm form;
   while (at < line.size()) {
     if (kBetween.find(line[at]) != Text::npos) {
       ++at;
@@ -66,7 +66,8 @@ Form ReadForm(Text line, std::size_t at) {
     const std::size_t from = close != u'\0' ? at + 1 : at;
     Text inside = line.substr(from, end == Text::npos ? Text::npos : end - from);
     while (close == u'\0' && !inside.empty() && inside.back() == u'.') inside.remove_suffix(1);
-    const auto part = close == u'"' ? Part{Part::Kind::Literal, Characters(inside), {}} : PartOf(inside);
+    const auto part =
+        close == u'"' ? ReplyPart{ReplyPart::Kind::Literal, Characters(inside), {}} : ReplyPartOf(inside);
     if (!part) return {};
     form.push_back(*part);
     at = end == Text::npos ? line.size() : end + (close != u'\0' ? 1 : 0);
@@ -75,7 +76,7 @@ Form ReadForm(Text line, std::size_t at) {
 }
 
 // A drawing behind a word for an answer.
-Form ReplyFormOn(Text line) {
+ReplyForm ReplyFormOn(Text line) {
   constexpr std::size_t kReach = 60;
   constexpr std::size_t kFewest = 3;
   constexpr Text kAnswers[] = {u"ack",     u"reply",     u"response", u"answer",  u"antwort",
@@ -90,19 +91,20 @@ Form ReplyFormOn(Text line) {
   const std::size_t with = std::min(folded.find(u" with ", at), folded.find(u" mit ", at));
   if (with != Text::npos) at = folded.find(u' ', with + 1);
   while (at < line.size() && IsLower(line[at])) ++at;  // "answers"
-  Form form = ReadForm(line, at);
-  const bool places = std::any_of(form.begin(), form.end(),
-                                  [](const Part& part) { return part.What != Part::Kind::Literal; });
-  const bool fixed = !form.empty() && form.front().What == Part::Kind::Literal;
-  return form.size() >= kFewest && places && fixed ? form : Form();
+  ReplyForm form = ReadForm(line, at);
+  const bool places = std::any_of(
+      form.begin(), form.end(), [](const ReplyPart& part) { return part.What != ReplyPart::Kind::Literal; });
+  const bool fixed = !form.empty() && form.front().What == ReplyPart::Kind::Literal;
+  return form.size() >= kFewest && places && fixed ? form : ReplyForm();
 }
 
 // How the bytes of a command fill the places of its drawing; more than one way is none.
 class Filling {
  public:
-  Filling(const Form& form, const SentBytes& sent) : form_(form), sent_(sent) {
-    const auto places = std::count_if(form.begin(), form.end(),
-                                      [](const Part& part) { return part.What != Part::Kind::Literal; });
+  Filling(const ReplyForm& form, const SentBytes& sent) : form_(form), sent_(sent) {
+    const auto places = std::count_if(form.begin(), form.end(), [](const ReplyPart& part) {
+      return part.What != ReplyPart::Kind::Literal;
+    });
     if (places <= kMostPlaces && form.size() <= kMostParts) Try(0, 0);
   }
 
@@ -110,7 +112,7 @@ class Filling {
   std::optional<CodeBytes> Of(const std::u16string& name) const {
     if (ways_ != 1) return std::nullopt;
     for (std::size_t i = 0; i < form_.size(); ++i) {
-      if (form_[i].Name != name || form_[i].What == Part::Kind::Literal) continue;
+      if (form_[i].Name != name || form_[i].What == ReplyPart::Kind::Literal) continue;
       CodeBytes bytes;
       for (std::size_t at = found_[i]; at < found_[i + 1]; ++at) bytes.push_back({sent_[at], ByteKind::ASC});
       return bytes;
@@ -131,7 +133,7 @@ class Filling {
       found_ = begins_;
       return;
     }
-    if (form_[part].What == Part::Kind::Literal) {
+    if (form_[part].What == ReplyPart::Kind::Literal) {
       const SentBytes literal = Values(form_[part].Bytes);
       const bool here =
           sent_.size() - at >= literal.size() &&
@@ -144,15 +146,15 @@ class Filling {
       Try(part + 1, at + length);
   }
 
-  const Form& form_;
+  const ReplyForm& form_;
   const SentBytes& sent_;
   std::array<std::size_t, kMostParts + 1> begins_{};
   std::array<std::size_t, kMostParts + 1> found_{};
   int ways_ = 0;
 };
 
-bool InNumbers(const Form& form) {
-  return std::all_of(form.begin(), form.end(), [](const Part& part) {
+bool InNumbers(const ReplyForm& form) {
+  return std::all_of(form.begin(), form.end(), [](const ReplyPart& part) {
     return std::all_of(part.Bytes.begin(), part.Bytes.end(),
                        [](const CodeByte& byte) { return byte.Kind == ByteKind::HEX; });
   });
@@ -164,15 +166,15 @@ bool IsBroadcast(const CodeBytes& address) {
                      [](const CodeByte& byte) { return byte.Value == '0' || byte.Value == 0; });
 }
 
-std::optional<CodeBytes> Fill(const Form& form, const Filling& sent) {
+std::optional<CodeBytes> Fill(const ReplyForm& form, const Filling& sent) {
   CodeBytes bytes;
-  for (const Part& part : form) {
-    if (part.What == Part::Kind::Literal) {
+  for (const ReplyPart& part : form) {
+    if (part.What == ReplyPart::Kind::Literal) {
       bytes.insert(bytes.end(), part.Bytes.begin(), part.Bytes.end());
       continue;
     }
-    auto known = part.What == Part::Kind::Varies ? std::nullopt : sent.Of(part.Name);
-    if (known && part.What == Part::Kind::Address && IsBroadcast(*known))
+    auto known = part.What == ReplyPart::Kind::Varies ? std::nullopt : sent.Of(part.Name);
+    if (known && part.What == ReplyPart::Kind::Address && IsBroadcast(*known))
       std::fill(known->begin(), known->end(), CodeByte{0, ByteKind::IGN});
     // Among numbers a place is one byte; among characters its width is open.
     if (!known && !InNumbers(form)) return std::nullopt;
@@ -188,10 +190,10 @@ std::optional<DrawnReply> FindDrawnReply(const ManualPage& page, const SentBytes
   constexpr std::size_t kReach = 12;
   std::optional<DrawnReply> found;
   const std::size_t bracket = page.Lines[line].find(u'[');
-  const Form drawn = bracket == Text::npos ? Form() : ReadForm(page.Lines[line], bracket);
+  const ReplyForm drawn = bracket == Text::npos ? ReplyForm() : ReadForm(page.Lines[line], bracket);
   const Filling filling(drawn, sent);
   for (std::size_t at = 0; at < page.Lines.size(); ++at) {
-    const Form form = ReplyFormOn(page.Lines[at]);
+    const ReplyForm form = ReplyFormOn(page.Lines[at]);
     if (form.empty()) continue;
     // What a command's own drawing explains holds for it alone.
     if (!drawn.empty() && (at < line || at > line + kReach)) continue;

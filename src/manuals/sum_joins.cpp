@@ -17,7 +17,7 @@ namespace {
 using Values8 = std::vector<std::uint8_t>;
 using Places = std::vector<std::size_t>;  // among the codes
 
-constexpr std::size_t kShortestColumn = 8;
+constexpr std::size_t kShortestSummedColumn = 8;
 constexpr std::size_t kMostBytes = 400;
 
 bool IsCellOfColumn(const ManualPage& page, const Code& code) {
@@ -29,7 +29,7 @@ Places LongColumns(const ManualPage& page, const std::vector<Code>& codes) {
   Places found;
   Places column;
   const auto close = [&] {
-    if (column.size() >= kShortestColumn) found.insert(found.end(), column.begin(), column.end());
+    if (column.size() >= kShortestSummedColumn) found.insert(found.end(), column.begin(), column.end());
     column.clear();
   };
   for (std::size_t at = 0; at < codes.size(); ++at) {
@@ -200,7 +200,7 @@ void JoinBySums(const ManualPage& page, std::vector<Code>& codes) {
     if (JoinBlocks(blocks[i - 1], blocks[i], codes)) return;
   }
   const Places column = LongColumns(page, codes);
-  if (column.size() < kShortestColumn || column.size() > kMostBytes) return;
+  if (column.size() < kShortestSummedColumn || column.size() > kMostBytes) return;
   auto joined = Joined(codes, column);
   if (!joined) return;
   for (auto at = column.rbegin(); at != column.rend(); ++at)

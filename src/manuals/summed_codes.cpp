@@ -72,11 +72,6 @@ bool LacksSum(const Code& code) {
 
 bool IsWhole(const Code& code) { return code.How == Notation::Hexadecimal && !code.Broken; }
 
-bool Says(const ManualPage& page, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(),
-                     [&](Text word) { return page.Folded.find(word) != std::u16string::npos; });
-}
-
 // The whole codes of the page, each once; more of them would prove nothing more.
 std::vector<Bytes> WholeCodes(const std::vector<Code>& codes) {
   constexpr std::size_t kMost = 64;
@@ -116,40 +111,41 @@ std::optional<Way> ExampleWay(const std::vector<Code>& codes) {
 std::optional<Way> StatedCrc(const ManualPage& page) {
   Way way;
   way.Method = {.Kind = SumKind::Crc, .Bits = 16, .Reflected = true};
-  if (Says(page, {u"a001", u"8005", u"modbus", u"crc-16-ibm", u"crc16-ibm"})) {
+  if (Says(page.Folded, {u"a001", u"8005", u"modbus", u"crc-16-ibm", u"crc16-ibm"})) {
     way.Method.Polynomial = 0x8005;
-  } else if (Says(page, {u"1021", u"ccitt", u"xmodem"})) {
+  } else if (Says(page.Folded, {u"1021", u"ccitt", u"xmodem"})) {
     way.Method.Polynomial = 0x1021;
     way.Method.Reflected = false;
   } else {
     return std::nullopt;
   }
-  way.Method.Start = Says(page, {u"ffff", u"modbus"}) ? 0xFFFF : 0;
-  way.LowFirst = Says(page, {u"low byte first", u"lsb first", u"low first", u"modbus", u"crc_low", u"crcl",
-                             u"crc low"}) &&
-                 !Says(page, {u"high byte first", u"msb first"});
+  way.Method.Start = Says(page.Folded, {u"ffff", u"modbus"}) ? 0xFFFF : 0;
+  way.LowFirst = Says(page.Folded, {u"low byte first", u"lsb first", u"low first", u"modbus", u"crc_low",
+                                    u"crcl", u"crc low"}) &&
+                 !Says(page.Folded, {u"high byte first", u"msb first"});
   return way;
 }
 
 std::optional<Way> StatedWay(const ManualPage& page) {
   const bool fromSecond =
-      Says(page, {u"header excluded",   u"without the header", u"except the header", u"excluding the header",
-                  u"excluding header",  u"from the second",    u"except the first",  u"without the first",
-                  u"except 0x",         u"except stx",         u"without stx",       u"excluding stx",
-                  u"not included",      u"bytes 2 to",         u"byte 2 to",         u"starting with byte 2",
-                  u"from byte 2",       u"ohne das erste",     u"ab dem zweiten",    u"sauf le premier",
-                  u"excepto el primer", u"except the start"});
+      Says(page.Folded,
+           {u"header excluded",   u"without the header", u"except the header", u"excluding the header",
+            u"excluding header",  u"from the second",    u"except the first",  u"without the first",
+            u"except 0x",         u"except stx",         u"without stx",       u"excluding stx",
+            u"not included",      u"bytes 2 to",         u"byte 2 to",         u"starting with byte 2",
+            u"from byte 2",       u"ohne das erste",     u"ab dem zweiten",    u"sauf le premier",
+            u"excepto el primer", u"except the start"});
   const std::size_t start = fromSecond ? 1 : 0;
-  if (Says(page, {u"exclusive", u"exclusif", u"exclusiv", u"xor", u"ex-or", u"异或"}))
+  if (Says(page.Folded, {u"exclusive", u"exclusif", u"exclusiv", u"xor", u"ex-or", u"异或"}))
     return Way{{.Kind = SumKind::ExclusiveOr}, false, start};
-  if (Says(page, {u"two's compl", u"2's compl", u"twos compl", u"zweierkompl", u"complement a deux",
-                  u"complemento a dos", u"complemento a due", u"补码"}))
+  if (Says(page.Folded, {u"two's compl", u"2's compl", u"twos compl", u"zweierkompl", u"complement a deux",
+                         u"complemento a dos", u"complemento a due", u"补码"}))
     return Way{{.Kind = SumKind::NegatedSum}, false, start};
-  if (Says(page, {u"one's compl", u"1's compl", u"einerkompl", u"inverted sum"}))
+  if (Says(page.Folded, {u"one's compl", u"1's compl", u"einerkompl", u"inverted sum"}))
     return Way{{.Kind = SumKind::InvertedSum}, false, start};
-  if (Says(page, {u"crc"})) return StatedCrc(page);
-  if (Says(page, {u"sum of", u"somme", u"summe", u"suma ", u"somma", u"adding", u"added", u"addition",
-                  u"total", u"累加", u"求和", u"校验和"}) ||
+  if (Says(page.Folded, {u"crc"})) return StatedCrc(page);
+  if (Says(page.Folded, {u"sum of", u"somme", u"summe", u"suma ", u"somma", u"adding", u"added", u"addition",
+                         u"total", u"累加", u"求和", u"校验和"}) ||
       fromSecond)
     return Way{{.Kind = SumKind::Sum}, false, start};
   return std::nullopt;
@@ -181,7 +177,7 @@ void FillHole(const Way& way, Code& code) {
 
 void CompleteCheckSums(const ManualPage& page, std::vector<Code>& codes) {
   const bool named =
-      Says(page, {u"checksum", u"check sum", u"crc", u"bcc", u"lrc", u"prufsumme", u"somme de contr"});
+      Says(page.Folded, {u"checksum", u"check sum", u"crc", u"bcc", u"lrc", u"prufsumme", u"somme de contr"});
   const bool broken = std::any_of(codes.begin(), codes.end(), [](const Code& code) { return code.Broken; });
   if (broken && ShownWay(codes)) TakeBlanksForSums(codes);
   const bool lacking = std::any_of(codes.begin(), codes.end(), LacksSum);

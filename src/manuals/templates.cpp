@@ -67,17 +67,13 @@ std::vector<Bracket> BracketsOf(Text line) {
   return brackets;
 }
 
-bool Names(const std::u16string& folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
-}
-
 char16_t KindOf(Text inside, Text line, const Bracket& bracket) {
   const std::u16string folded = FoldLetters(inside);
   if (folded.find_first_not_of(u' ') == Text::npos) return u'_';
   if (inside.size() == 1) return u'L';
   if (ControlAt(line, bracket.From)) return u'C';
-  if (Names(folded, {u"id", u"address", u"adresse"})) return u'I';
-  if (Names(folded, {u"data", u"value", u"param", u"wert", u"xx"})) return u'D';
+  if (Says(folded, {u"id", u"address", u"adresse"})) return u'I';
+  if (Says(folded, {u"data", u"value", u"param", u"wert", u"xx"})) return u'D';
   return u'?';
 }
 
@@ -239,9 +235,9 @@ Function SubjectAbove(const ManualPage& page, std::size_t line, std::size_t reac
   return {};
 }
 
-class Composer {
+class TemplateComposer {
  public:
-  Composer(const ManualPage& page, const std::vector<Code>& codes)
+  TemplateComposer(const ManualPage& page, const std::vector<Code>& codes)
       : page_(page), codes_(codes), frame_(FrameOfText(page)) {}
 
   std::vector<Finding> Compose() {
@@ -343,7 +339,7 @@ class Composer {
   // "Field  Description": rows that begin with what goes into the place.
   void UseFields(const Form& form) {
     const std::u16string name = FoldLetters(page_.At(form.Where));
-    if (!Names(name, {u"input", u"sour", u"src", u"select", u"eingang", u"entr"})) return;
+    if (!Says(name, {u"input", u"sour", u"src", u"select", u"eingang", u"entr"})) return;
     std::vector<Value> fields;
     for (std::size_t line = form.Where.Line + 1; line < std::min(page_.Lines.size(), form.Where.Line + 30);
          ++line) {
@@ -408,7 +404,7 @@ class Composer {
 }  // namespace
 
 std::vector<Finding> ComposeCommands(const ManualPage& page, const std::vector<Code>& codes) {
-  return Composer(page, codes).Compose();
+  return TemplateComposer(page, codes).Compose();
 }
 
 }  // namespace qdm

@@ -17,7 +17,7 @@ namespace {
 bool IsLowerWord(Text text) { return text.size() >= 2 && All(text, IsLower); }
 
 // A value behind a command's name: a number, a state.
-bool IsValue(Text token) {
+bool IsValueBehindName(Text token) {
   if (All(token, [](char16_t c) { return HexDigit(c) >= 0; }) && token.size() <= 4 && Any(token, IsDigit))
     return true;
   const std::u16string folded = FoldLetters(token);
@@ -222,8 +222,9 @@ Span TextBefore(const ManualPage& page, Span region) {
   }
   const bool single = first + 1 < tokens.size();
   const auto word = [&](std::size_t i) { return All(page.At(tokens[i]), IsLower); };
-  while (!single && first > 0 && word(first - 1) == word(first) && IsValue(page.At(tokens[first])) &&
-         IsWordPart(line[tokens[first].From]) && tokens[first].From - tokens[first - 1].To == 1) {
+  while (!single && first > 0 && word(first - 1) == word(first) &&
+         IsValueBehindName(page.At(tokens[first])) && IsWordPart(line[tokens[first].From]) &&
+         tokens[first].From - tokens[first - 1].To == 1) {
     --first;
   }
   // "GET POWER": the word that makes it a query.

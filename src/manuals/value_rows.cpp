@@ -16,13 +16,13 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr std::size_t kLongestLine = 160;
+constexpr std::size_t kLongestRow = 160;
 
 // The cells of a row: parted by two blanks, tabs or bars.
 std::vector<Span> CellsOf(const ManualPage& page, std::size_t number) {
   const Text line = page.Lines[number];
   std::vector<Span> cells;
-  if (line.size() > kLongestLine) return cells;
+  if (line.size() > kLongestRow) return cells;
   std::size_t from = 0;
   for (std::size_t at = 0; at <= line.size(); ++at) {
     const bool parts =
@@ -102,10 +102,6 @@ std::vector<Row> RowsOf(const ManualPage& page) {
     }
   }
   return rows;
-}
-
-bool Says(Text folded, std::initializer_list<Text> words) {
-  return std::any_of(words.begin(), words.end(), [&](Text word) { return folded.find(word) != Text::npos; });
 }
 
 }  // namespace

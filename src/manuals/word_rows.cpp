@@ -23,7 +23,7 @@ bool IsSignedWord(Text token) {
 }
 
 // "1", "02", "+", "?"; "n" and "nn" stand for a value.
-bool IsValue(Text token) {
+bool IsRowValue(Text token) {
   constexpr std::size_t kLongest = 3;
   if (token.size() == 1 && Text(u"+-?").find(token[0]) != Text::npos) return true;
   return token.size() <= kLongest && All(token, IsDigit);
@@ -47,7 +47,7 @@ void AddSignedValues(const ManualPage& page, std::vector<Code>& codes) {
       const Text word = page.At(tokens[i]);
       const Text value = page.At(tokens[i + 1]);
       const bool open = IsPlaceholder(value);
-      if (!IsSignedWord(word) || tokens[i + 1].From != tokens[i].To + 1 || (!open && !IsValue(value)))
+      if (!IsSignedWord(word) || tokens[i + 1].From != tokens[i].To + 1 || (!open && !IsRowValue(value)))
         continue;
       Code code = TextCode(page, {number, tokens[i].From, tokens[i + 1].To});
       code.Broken = open;

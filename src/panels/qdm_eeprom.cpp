@@ -56,7 +56,7 @@ std::uint16_t Threshold(const ImageField& field, const C& c) {
              : kWithoutSensor;
 }
 
-std::uint16_t Locks(const ImageField&, const C& c) {
+std::uint16_t QdmLocks(const ImageField&, const C& c) {
   return LockByte(Bit(c.LockOnFrontPanel, 1) | Bit(c.LockOnExternalPowerDown, 2) | Bit(c.LockOnRoomEmpty, 4) |
                       Bit(c.LockUsingButtons, 8),
                   c);
@@ -85,7 +85,7 @@ std::uint16_t VolumeBytePosition(const ImageField& field, const C& c) {
   return FittingByte(field.Name, position, position);
 }
 
-constexpr ImageRow kRows[] = {
+constexpr ImageRow kQdmRows[] = {
     {0,
      {1, "OutputsOption", "use of the outputs (+ 64 lock without a button press)",
       "OutputsOption, ScreenUseVolume, AllowVolumeWhenOff, LockOnNoButton", Outputs}},
@@ -101,7 +101,7 @@ constexpr ImageRow kRows[] = {
     {6,
      {1, "NoButtonPowerDown", "locks (1 front panel, 2 external, 4 room, 8 buttons); time out x 16",
       "LockOnFrontPanel, LockOnExternalPowerDown, LockOnRoomEmpty, LockUsingButtons, NoButtonPowerDown",
-      Locks}},
+      QdmLocks}},
     {7, kLockAfterProjectorOff},
     {8, PlainByte<&C::LockAfterRoomEmptyPeriod>("LockAfterRoomEmptyPeriod", "lock timeout after room empty")},
     {9, kFirstButtons<QdmInputCode>},
@@ -126,10 +126,10 @@ constexpr ImageRow kRows[] = {
      {1, "Projector.VolumeBytePosition", "volume: place of the variable byte", "Projector.VolumeBytePosition",
       VolumeBytePosition}},
 };
-static_assert(StandApart(kRows));
+static_assert(StandApart(kQdmRows));
 
 }  // namespace
 
-constexpr ImageLayout kQdmLayout = kRows;
+constexpr ImageLayout kQdmLayout = kQdmRows;
 
 }  // namespace qdm

@@ -33,11 +33,11 @@ std::uint16_t Level(const ImageField& field, const C& c) {
   return FittingByte(field.Name, c.*Decibels, std::abs(below));
 }
 
-std::uint16_t Locks(const ImageField&, const C& c) {
+std::uint16_t TlvoxLocks(const ImageField&, const C& c) {
   return LockByte(Bit(c.LockOnFrontPanel, 1) | Bit(c.LockOnNoButton, 2) | Bit(c.LockUsingButtons, 8), c);
 }
 
-constexpr ImageRow kRows[] = {
+constexpr ImageRow kTlvoxRows[] = {
     {0,
      {1, "AudioInputs", "32 (+ 1 routed, 2 PC 1, 4 PC 2, 8 Video, 16 audio turns on)",
       "AudioRouting, UsePC1, UsePC2, UseVideo, AudioTurnsOnAmplifier", AudioInputs}},
@@ -53,7 +53,7 @@ constexpr ImageRow kRows[] = {
      {1, "PowerUpVolume", "power up volume in dB away from 18", "PowerUpVolume", Level<&C::PowerUpVolume>}},
     {2,
      {1, "NoButtonPowerDown", "locks (1 front panel, 2 no button, 8 buttons); time out x 16",
-      "LockOnFrontPanel, LockOnNoButton, LockUsingButtons, NoButtonPowerDown", Locks}},
+      "LockOnFrontPanel, LockOnNoButton, LockUsingButtons, NoButtonPowerDown", TlvoxLocks}},
     {3, kLockAfterProjectorOff},
     {4, kFirstButtons<TlvoxInputCode>},
     {5, kLastButtons<TlvoxInputCode>},
@@ -63,10 +63,10 @@ constexpr ImageRow kRows[] = {
     {9, kWarmUpTime},
     {10, kCoolDownTime},
 };
-static_assert(StandApart(kRows));
+static_assert(StandApart(kTlvoxRows));
 
 }  // namespace
 
-constexpr ImageLayout kTlvoxLayout = kRows;
+constexpr ImageLayout kTlvoxLayout = kTlvoxRows;
 
 }  // namespace qdm

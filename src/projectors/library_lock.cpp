@@ -10,7 +10,7 @@
 namespace qdm {
 namespace {
 
-constexpr LibraryPatience::Milliseconds kBetweenTries{20};
+constexpr LibraryPatience::Milliseconds kBetweenLooks{20};
 constexpr LibraryPatience::Milliseconds kLongestWait{10'000};
 
 FileLock Acquired(const ProjectorFiles& paths, const LibraryPatience& patience) {
@@ -22,8 +22,8 @@ FileLock Acquired(const ProjectorFiles& paths, const LibraryPatience& patience) 
       throw InUseError(paths.Library, "write",
                        owner.empty() ? Say("in use by another program") : Say("in use by %1", {owner}));
     }
-    patience.Pause(kBetweenTries);
-    waited += kBetweenTries;
+    patience.Pause(kBetweenLooks);
+    waited += kBetweenLooks;
   }
 }
 

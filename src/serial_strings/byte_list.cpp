@@ -16,8 +16,6 @@ namespace {
 using Text = std::u16string_view;
 
 constexpr Text kTightSeparators = u"-:./|_";  // between two digits each, with no blank or one behind
-constexpr Text kOpening = u"<[{(";
-constexpr Text kClosing = u">]})";
 
 bool IsOneOf(char16_t c, Text set) { return set.find(c) != Text::npos; }
 bool IsComma(char16_t c) { return c == u',' || c == u';'; }
@@ -59,7 +57,8 @@ class ListReader {
       list_.Tight = apart_ = true;
       return at + 1;
     }
-    if (!apart_ && !joined_ && !IsOneOf(c, kOpening) && !IsQuotationMark(c) && c != u'\\' && c != u'#') {
+    if (!apart_ && !joined_ && !IsOneOf(c, kOpeningBrackets) && !IsQuotationMark(c) && c != u'\\' &&
+        c != u'#') {
       list_.Read.Fail(at, Say("a blank or a comma is missing"));
     }
     ++list_.Items;
@@ -83,7 +82,7 @@ class ListReader {
   std::size_t ReadItem(std::size_t at) {
     if (IsQuotationMark(text_[at])) return ReadQuotation(at);
     // In brackets a name comes first: "<FF>" is a form feed.
-    const Unmarked inBrackets = unmarked_ == Unmarked::Hexadecimal && IsOneOf(text_[at], kOpening)
+    const Unmarked inBrackets = unmarked_ == Unmarked::Hexadecimal && IsOneOf(text_[at], kOpeningBrackets)
                                     ? Unmarked::HexadecimalAfterNames
                                     : unmarked_;
     if (const auto code = ReadCode(text_, at, inBrackets, true); code && EndsItem(code->End)) {
@@ -111,12 +110,13 @@ class ListReader {
 
   bool EndsWord(std::size_t at) const {
     const char16_t c = text_[at];
-    return IsBlank(c) || IsComma(c) || IsQuotationMark(c) || IsOneOf(c, kOpening) || c == u'+' || c == u'#' ||
-           IsOneOf(c, kTightSeparators);
+    return IsBlank(c) || IsComma(c) || IsQuotationMark(c) || IsOneOf(c, kOpeningBrackets) || c == u'+' ||
+           c == u'#' || IsOneOf(c, kTightSeparators);
   }
 
   bool EndsItem(std::size_t end) const {
-    if (end >= text_.size() || !IsWordPart(text_[end]) || IsOneOf(text_[end - 1], kClosing)) return true;
+    if (end >= text_.size() || !IsWordPart(text_[end]) || IsOneOf(text_[end - 1], kClosingBrackets))
+      return true;
     return text_[end] == u'0' && end + 1 < text_.size() && (text_[end + 1] | 0x20) == u'x';
   }
 

@@ -53,10 +53,10 @@ struct Mark {
   Text Letters;
   Base Numbers;
 };
-constexpr Mark kPrefixes[] = {
+constexpr Mark kBasePrefixes[] = {
     {u"0X", kHexadecimal}, {u"&H", kHexadecimal}, {u"$", kHexadecimal}, {u"0B", kBinary}};
 // "0d" and "1b" are hexadecimal wherever digits are not marked: a suffix needs two digits before it.
-constexpr Mark kSuffixes[] = {{u"D", kDecimal}, {u"B", kBinary}};
+constexpr Mark kBaseSuffixes[] = {{u"D", kDecimal}, {u"B", kBinary}};
 
 std::optional<NotedByte> ReadAs(Text digits, const Base& base) {
   return Noted(Number(digits, base.Digits, base.Room), base.Kind, true);
@@ -98,7 +98,7 @@ bool IsCapital(char16_t c) { return DigitOf(c) != kNoDigit && UpperCase(c) == c;
 std::optional<NotedByte> ReadNumber(Text text, Unmarked unmarked) {
   const std::u16string upper = UpperCase(text);
   const Text all = upper;
-  for (const Mark& prefix : kPrefixes) {
+  for (const Mark& prefix : kBasePrefixes) {
     if (!all.starts_with(prefix.Letters)) continue;
     if (const auto byte = ReadAs(all.substr(prefix.Letters.size()), prefix.Numbers)) return byte;
   }
@@ -107,7 +107,7 @@ std::optional<NotedByte> ReadNumber(Text text, Unmarked unmarked) {
   if (unmarked == Unmarked::Hexadecimal || unmarked == Unmarked::HexadecimalAfterNames) {
     if (const auto byte = Noted(Number(all, 16, 2), ByteKind::HEX, false)) return byte;
   }
-  for (const Mark& suffix : kSuffixes) {
+  for (const Mark& suffix : kBaseSuffixes) {
     if (all.size() < 3 || !all.ends_with(suffix.Letters)) continue;
     if (const auto byte = ReadAs(all.substr(0, all.size() - 1), suffix.Numbers)) return byte;
   }

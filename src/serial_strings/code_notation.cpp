@@ -150,12 +150,10 @@ std::optional<NotedCode> ReadInBracket(Text inner, Unmarked unmarked) {
 }
 
 std::optional<NotedCode> ReadBracket(Text text, std::size_t at, Unmarked unmarked) {
-  constexpr Text kOpening = u"<[{(";
-  constexpr Text kClosing = u">]})";
-  const std::size_t which = kOpening.find(text[at]);
+  const std::size_t which = kOpeningBrackets.find(text[at]);
   if (which == Text::npos) return std::nullopt;
   const Text near = text.substr(at, kLongestBracket + 2);
-  std::size_t end = near.find(kClosing[which]);
+  std::size_t end = near.find(kClosingBrackets[which]);
   // "<CR (0Dh)>" ends at its own bracket, "(CR (0Dh))" at the second one.
   if (which == 3 && end != Text::npos && near.substr(1, end - 1).find(u'(') != Text::npos) {
     end = near.find(u')', end + 1);

@@ -15,8 +15,6 @@ namespace {
 
 using Text = std::u16string_view;
 
-constexpr Text kOpening = u"<[{(";
-constexpr Text kClosing = u">]})";
 constexpr Text kOperators = u"+&,;_";
 
 struct Piece {
@@ -116,8 +114,9 @@ struct TidyText {
 
 // "[STX][P][O][N][ETX]": what stands in the same brackets as the codes beside it.
 std::u16string Unwrap(Text text, char16_t bracket) {
-  const std::size_t which = kOpening.find(bracket);
-  if (which == Text::npos || text.size() < 3 || text.front() != bracket || text.back() != kClosing[which]) {
+  const std::size_t which = kOpeningBrackets.find(bracket);
+  if (which == Text::npos || text.size() < 3 || text.front() != bracket ||
+      text.back() != kClosingBrackets[which]) {
     return std::u16string(text);
   }
   std::u16string inner;
@@ -125,7 +124,7 @@ std::u16string Unwrap(Text text, char16_t bracket) {
   for (const char16_t c : text) {
     if (c == bracket) ++depth;
     if (depth > 1 || (depth == 0 && !IsBlank(c))) return std::u16string(text);
-    if (c == kClosing[which]) --depth;
+    if (c == kClosingBrackets[which]) --depth;
     if (depth == 1 && c != bracket) inner += c;
   }
   return inner;

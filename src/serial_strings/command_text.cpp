@@ -59,8 +59,8 @@ std::string WithQuotes(const SerialString& string) {
   return text;
 }
 
-// Unused bytes do not count.
-bool SameBytes(const SerialString& a, const SerialString& b) {
+// Unused bytes do not count; kinds do.
+bool SameCodes(const SerialString& a, const SerialString& b) {
   const auto count = static_cast<std::ptrdiff_t>(a.BytesInUse());
   return a.BytesInUse() == b.BytesInUse() &&
          std::equal(a.Values.begin(), a.Values.begin() + count, b.Values.begin()) &&
@@ -75,7 +75,7 @@ std::string CommandText(const SerialString& string) {
   const std::string* doubtful = nullptr;                      // read back, but as one of several
   for (const std::string& text : texts) {
     const ParsedText parsed = ParseSerialText(FromUtf8(text));
-    if (parsed.Readings.empty() || !SameBytes(parsed.Readings.front().String, string)) continue;
+    if (parsed.Readings.empty() || !SameCodes(parsed.Readings.front().String, string)) continue;
     if (!parsed.NeedsChoice()) return text;
     if (doubtful == nullptr) doubtful = &text;
   }

@@ -118,8 +118,8 @@ std::optional<Folded> FoldInContext(Text text, std::size_t at) {
   if (c == 0xD7 && at > 0 && text[at - 1] == u'0')
     return Folded{u"x", Marked("a sign of multiplication became an x")};
   if (c == 0xA5 || c == 0x20A9) {
-    constexpr Text kEscapes = u"xXrn0123";
-    const bool isEscape = at + 1 < text.size() && kEscapes.find(text[at + 1]) != Text::npos;
+    constexpr Text kBehindBackslash = u"xXrn0123";
+    const bool isEscape = at + 1 < text.size() && kBehindBackslash.find(text[at + 1]) != Text::npos;
     if (isEscape) return Folded{u"\\", Marked("a currency sign became a backslash")};
   }
   if (c != u'&') return std::nullopt;

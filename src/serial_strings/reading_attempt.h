@@ -31,6 +31,10 @@ bool SameBytes(const SerialString& a, const SerialString& b);
 // The beginning of a text between quotation marks, for messages.
 std::string Quoted(std::u16string_view text);
 
+// Each opening bracket stands where its closing one does.
+inline constexpr std::u16string_view kOpeningBrackets = u"<[{(";
+inline constexpr std::u16string_view kClosingBrackets = u">]})";
+
 inline bool IsBlank(char16_t c) { return c == u' ' || (c >= 9 && c <= 13); }
 inline bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 inline bool IsLower(char16_t c) { return c >= u'a' && c <= u'z'; }

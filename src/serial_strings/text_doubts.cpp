@@ -101,11 +101,9 @@ std::optional<std::string> DoubtAtSign(Text text, std::size_t at) {
 
 // "<CMD>", "[data]": brackets around no code. Square, curly and round ones are often the command's own.
 std::optional<std::string> DoubtInBrackets(Text text, std::size_t at) {
-  constexpr Text kOpening = u"<[{(";
-  constexpr Text kClosing = u">]})";
-  const std::size_t which = kOpening.find(text[at]);
+  const std::size_t which = kOpeningBrackets.find(text[at]);
   if (which == Text::npos || ReadCode(text, at, Unmarked::HexadecimalAfterNames, true)) return std::nullopt;
-  const std::size_t end = text.find(kClosing[which], at);
+  const std::size_t end = text.find(kClosingBrackets[which], at);
   if (end == Text::npos || end == at + 1) return std::nullopt;
   const Text inner = text.substr(at + 1, end - at - 1);
   const bool isWhole = at == 0 && end + 1 == text.size();

@@ -427,11 +427,12 @@ bool ParsedText::OnlyDoubtful() const {
 }
 
 ParsedText ParseSerialText(Text text) {
-  if (text.empty()) return {{}, TextProblem{0, Say("there is no text")}, {}};
   if (text.size() > kLongestText) {
     return {{}, TextProblem{kLongestText, Say("more text than 32 bytes need")}, {}};
   }
   const FoldedText folded = FoldTypography(text);
+  if (folded.Text.empty())
+    return {{}, TextProblem{0, Say("there is no text")}, {}};  // or marks alone that are not seen
   const std::vector<Text> lines = SplitLines(folded.Text);
   if (lines.empty()) return ReadBlanks(folded.Text);
 

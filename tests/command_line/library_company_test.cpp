@@ -12,8 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr int kPatience = 30'000;  // milliseconds, for a machine under load
-
 struct LibraryInCompany : testing::Test {
   std::vector<std::string> Names(const std::string& file) const {
     return TimedModels(ReadDefinitions(qdm.Folder / file));

@@ -18,8 +18,6 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr int kPatience = 30'000;  // milliseconds, for a machine under load
-
 class Program {
  public:
   // `ports` as in QDM_PORTS: none when left out. (An empty variable counts as not set on Windows.)

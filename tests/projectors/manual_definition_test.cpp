@@ -8,13 +8,13 @@
 namespace qdm {
 namespace {
 
-constexpr std::u16string_view kPage =
+constexpr std::u16string_view kManualPage =
     u"Baud rate: 19200 Parity: even Stop bits: 2\n"
     u"Power On 02 50 4F 4E 03\nPower Off 02 50 4F 46 03\nRGB 02 52 47 31 03\nAV Mute On 02 42 4B 31 03\n"
     u"Video 02 49 4E 35 03\nVideo 02 49 4E 33 03\nAcknowledge ACK (06h)\n";
 
 ProjectorDefinition Filled(const ProjectorDefinition& projector, bool doubtful) {
-  return WithManual(projector, ChoicesOf(ReadManual(kPage), doubtful));
+  return WithManual(projector, ChoicesOf(ReadManual(kManualPage), doubtful));
 }
 
 TEST(WithManual, TakesWhatIsSureAndShowsIt) {

@@ -19,7 +19,7 @@ const std::u16string kPage =
     u"Video             49 4E 33 0D\n"
     u"mystery           4D 31 0D\n";
 
-std::string Bytes(const ManualDraft& draft, std::size_t slot) {
+std::string BytesOf(const ManualDraft& draft, std::size_t slot) {
   const ManualRow* row = draft.RowOf(slot);
   return row == nullptr ? "" : HexBytes(row->Candidate().String);
 }
@@ -38,7 +38,7 @@ TEST(ManualDraft, OffersWhatTheReadingFoundAndTicksWhatIsSure) {
   for (const ManualSlot& slot : draft.Reading().Slots) {
     EXPECT_EQ(Ticked(draft, static_cast<std::size_t>(slot.Slot)), slot.Sure) << slot.Slot;
   }
-  EXPECT_EQ(Bytes(draft, kPowerOffSlot), "50 57 30 0D");
+  EXPECT_EQ(BytesOf(draft, kPowerOffSlot), "50 57 30 0D");
   EXPECT_THAT(draft.NotFound(), Contains(kVolumeUpSlot));
   EXPECT_THAT(draft.NotFound(), Not(Contains(kPowerOnSlot)));
   const ManualPiece& first = draft.Pieces().front();
@@ -53,12 +53,12 @@ TEST(ManualDraft, ADecisionLastsAsLongAsThePageGivesItsBytes) {
   draft.Tick(kPowerOffSlot, false);
   draft.Read(kPage + u"\nVolume up  56 2B 0D\nVolume down  56 2D 0D\n");
   EXPECT_FALSE(Ticked(draft, kPowerOffSlot));
-  EXPECT_EQ(Bytes(draft, kVolumeUpSlot), "56 2B 0D");
+  EXPECT_EQ(BytesOf(draft, kVolumeUpSlot), "56 2B 0D");
 
   std::u16string corrected = kPage;
   corrected.replace(corrected.find(u"30 0D"), 2, u"32");
   draft.Read(corrected);
-  EXPECT_EQ(Bytes(draft, kPowerOffSlot), "50 57 32 0D");
+  EXPECT_EQ(BytesOf(draft, kPowerOffSlot), "50 57 32 0D");
   EXPECT_EQ(Ticked(draft, kPowerOffSlot), draft.RowOf(kPowerOffSlot)->Sure);
 }
 
@@ -66,12 +66,12 @@ TEST(ManualDraft, AMarkedPieceIsTakenAndFollowsItsText) {
   ManualDraft draft;
   draft.Read(kPage);
   EXPECT_FALSE(Mark(draft, kBlankSlot, kPage, u"4D 31 0D"));
-  EXPECT_EQ(Bytes(draft, kBlankSlot), "4D 31 0D");
+  EXPECT_EQ(BytesOf(draft, kBlankSlot), "4D 31 0D");
   EXPECT_TRUE(Ticked(draft, kBlankSlot));
 
   const std::u16string moved = u"RS-232\n\n" + kPage;
   draft.Read(moved);
-  ASSERT_EQ(Bytes(draft, kBlankSlot), "4D 31 0D");
+  ASSERT_EQ(BytesOf(draft, kBlankSlot), "4D 31 0D");
   EXPECT_THAT(draft.RowOf(kBlankSlot)->Candidate().Ranges, ElementsAre(ManualRange{8, 18, 26}));
   draft.Read(u"something else");
   EXPECT_EQ(draft.RowOf(kBlankSlot), nullptr);
@@ -86,7 +86,7 @@ TEST(ManualDraft, AMarkTakesTheRowOver) {
   ManualDraft draft;
   draft.Read(kPage);
   EXPECT_FALSE(Mark(draft, kPowerOnSlot, kPage, u"4D 31 0D"));
-  EXPECT_EQ(Bytes(draft, kPowerOnSlot), "4D 31 0D");
+  EXPECT_EQ(BytesOf(draft, kPowerOnSlot), "4D 31 0D");
   ASSERT_GT(draft.RowOf(kPowerOnSlot)->Candidates.size(), 1U) << "what was found stays an alternative";
   const std::vector<ManualCandidate> candidates = draft.RowOf(kPowerOnSlot)->Candidates;
   draft.Choose(kPowerOnSlot, candidates.size() - 1);

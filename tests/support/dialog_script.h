@@ -6,9 +6,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPointer>
+#include <QTest>
 #include <QTimer>
 #include <QToolBar>
-#include <QtTest>
 
 #include <gtest/gtest.h>
 

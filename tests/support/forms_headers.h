@@ -3,6 +3,6 @@
 
 #include "forms/shared/qt_headers.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <gmock/gmock.h>

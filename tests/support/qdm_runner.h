@@ -18,6 +18,8 @@
 
 namespace qdm {
 
+constexpr int kPatience = 30'000;  // milliseconds that another process may take, on a machine under load
+
 struct Outcome {
   int Status = -1;
   std::string Out;

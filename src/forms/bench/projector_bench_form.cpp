@@ -1,5 +1,6 @@
 #include "forms/bench/projector_bench_form.h"
 
+#include "forms/bench/bench_settings.h"
 #include "forms/bench/bench_table.h"
 #include "forms/controls/screen_fit.h"
 #include "forms/shared/port_words.h"
@@ -16,12 +17,6 @@
 #include <cstddef>
 
 namespace qdm {
-namespace {
-
-constexpr QLatin1String kPortSetting("SerialTest/Port");
-
-}  // namespace
-
 ProjectorBench::ProjectorBench(ProjectorDefinition& projector, SerialPorts& ports, Waiting& time,
                                UserPrompts& prompts, QSettings& settings, QWidget* parent)
     : QDialog(parent),

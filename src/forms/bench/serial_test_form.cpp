@@ -1,5 +1,6 @@
 #include "forms/bench/serial_test_form.h"
 
+#include "forms/bench/bench_settings.h"
 #include "forms/controls/option_keys.h"
 #include "forms/shared/fit_to_screen.h"
 #include "forms/shared/globals.h"
@@ -32,12 +33,11 @@ namespace qdm {
 namespace {
 
 constexpr std::size_t kCellsInRow = 16;
-constexpr QLatin1String kPortSetting("SerialTest/Port");
 constexpr QLatin1String kReplyTimeSetting("SerialTest/ReplyTime");  // ms
 constexpr int kTraceInterval = 10;                                  // ms
 enum TraceColumn { kTime, kDirection, kBytes, kCharacters };
 
-int Milliseconds(Microseconds time) {
+int WholeMilliseconds(Microseconds time) {
   return static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
 }
 
@@ -134,9 +134,9 @@ void SerialTestForm::Form_Load() {
   ShowLevel();
   ForgetReply();
   for (int number = 1; number <= kPortSlots; ++number) ui_->Port->addItem({}, number);
-  const int replyTime = settings_.value(kReplyTimeSetting, Milliseconds(kTrialReplyTime)).toInt();
-  ui_->ReplyTime->setRange(Milliseconds(kShortestReplyTime) / 1000.0,
-                           Milliseconds(kLongestReplyTime) / 1000.0);
+  const int replyTime = settings_.value(kReplyTimeSetting, WholeMilliseconds(kTrialReplyTime)).toInt();
+  ui_->ReplyTime->setRange(WholeMilliseconds(kShortestReplyTime) / 1000.0,
+                           WholeMilliseconds(kLongestReplyTime) / 1000.0);
   ui_->ReplyTime->setValue(replyTime / 1000.0);
   ReplyTime_Change();
   QPalette red = ui_->RefusedSettings->palette();

@@ -6,14 +6,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <optional>
 
 namespace qdm {
 namespace {
 
-constexpr int kLowest = std::numeric_limits<std::int16_t>::min();
-constexpr int kHighest = std::numeric_limits<std::int16_t>::max();
 constexpr qsizetype kWordDigits = 4;
 constexpr qsizetype kLongDigits = 8;
 

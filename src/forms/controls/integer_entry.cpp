@@ -6,13 +6,6 @@
 #include <optional>
 
 namespace qdm {
-namespace {
-
-constexpr int kLowest = std::numeric_limits<std::int16_t>::min();
-constexpr int kHighest = std::numeric_limits<std::int16_t>::max();
-
-}  // namespace
-
 IntegerEntry::IntegerEntry(QWidget* parent) : SpinEntry(parent) {
   SetValue(0);
   ShowRange();

@@ -8,6 +8,8 @@
 
 #include <QWidget>
 
+#include <cstdint>
+#include <limits>
 #include <optional>
 
 class QLineEdit;
@@ -47,6 +49,10 @@ class SpinEntry : public QWidget {
   void Edited();
 
  protected:
+  // Of the fields of a record.
+  static constexpr int kLowest = std::numeric_limits<std::int16_t>::min();
+  static constexpr int kHighest = std::numeric_limits<std::int16_t>::max();
+
   // The value with its limits applied, as every way of setting it does. Values of all three controls are
   // exact in a double.
   virtual double Limited(double value) const = 0;

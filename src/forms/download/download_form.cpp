@@ -33,7 +33,7 @@
 namespace qdm {
 namespace {
 
-constexpr int kStartDelay = 500;    // ms; lets the window be seen first
+constexpr int kSearchDelay = 500;   // ms; lets the window be seen first
 constexpr int kPaintInterval = 34;  // ms; at most 30 pictures a second
 constexpr Microseconds kReactionTime = std::chrono::milliseconds(700);
 
@@ -133,7 +133,7 @@ void Download::Form_Load() {
   const int hidden = ui_->Rows->sizeHint().height() - ui_->RowsArea->minimumHeight();
   constexpr int kWidth = 860;
   ResizeOnScreen(*this, QSize(kWidth, minimumSizeHint().height() + std::max(0, hidden)));
-  Timer1->start(kStartDelay);
+  Timer1->start(kSearchDelay);
 }
 
 void Download::Offer(const KnownPanel& known) {

@@ -14,7 +14,7 @@
 namespace qdm {
 namespace {
 
-enum Column { kOptionColumn, kDeviceColumn, kStatusColumn, kSettingColumn, kNoteColumn, kButtonColumn };
+enum PortColumn { kOptionColumn, kDeviceColumn, kStatusColumn, kSettingColumn, kNoteColumn, kButtonColumn };
 
 // In pixels; a device by-id has 70 letters and more.
 constexpr int kNarrowestDevice = 56;

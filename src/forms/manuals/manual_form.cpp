@@ -2,6 +2,7 @@
 
 #include "base/words.h"
 #include "forms/controls/screen_fit.h"
+#include "forms/manuals/manual_rows.h"
 #include "forms/manuals/page_reader.h"
 #include "forms/shared/qt_text.h"
 #include "forms/shared/user_prompts.h"
@@ -25,8 +26,6 @@ namespace {
 constexpr const char* kManualFileFilter = Marked("Manual (*.PDF *.TXT)|*.PDF *.TXT");
 // Shorter than the pause between two words, longer than the one between two letters.
 constexpr int kRestMilliseconds = 300;
-
-QString NameOf(std::size_t slot) { return Said(CommandSlotNames.at(slot)); }
 
 }  // namespace
 

@@ -15,8 +15,6 @@
 namespace qdm {
 namespace {
 
-QString NameOf(std::size_t slot) { return Said(CommandSlotNames.at(slot)); }
-
 QString TextOf(const ManualCandidate& candidate) {
   const QString text = QString::fromStdString(CompactText(candidate.String));
   const QString function = QString::fromStdString(candidate.Function).simplified();
@@ -24,6 +22,8 @@ QString TextOf(const ManualCandidate& candidate) {
 }
 
 }  // namespace
+
+QString NameOf(std::size_t slot) { return Said(CommandSlotNames.at(slot)); }
 
 ManualRows::ManualRows(QWidget* parent) : QWidget(parent) {
   auto* grid = new QGridLayout(this);

@@ -18,6 +18,9 @@ class QLabel;
 
 namespace qdm {
 
+// What the user calls a command slot.
+QString NameOf(std::size_t slot);
+
 class ManualRows : public QWidget {
   Q_OBJECT
 

@@ -1,14 +1,39 @@
-// Precompiled for every folder with windows: what nearly all of them include from Qt and the standard
-// library.
+// Precompiled for every folder with windows: what many of them include from Qt and the standard library.
 #pragma once
 
-#include <QtCore>
-#include <QtGui>
-#include <QtWidgets>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QScrollArea>
+#include <QSettings>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTableWidget>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeView>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <functional>
+#include <future>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>

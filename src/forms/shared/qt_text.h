@@ -15,6 +15,10 @@ inline QString ToQString(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+inline QString ToText(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
 // A word or a sentence of the core's tables in the user's language.
 inline QString Said(std::string_view english) { return QString::fromStdString(Say(english)); }
 

@@ -18,7 +18,6 @@
 namespace qdm {
 namespace {
 
-constexpr int kBytesPerRow = 8;
 constexpr int kMargin = 4;
 
 std::optional<EditKey> EditKeyOf(const QKeyEvent& event) {
@@ -137,8 +136,8 @@ bool MyTextBox::EditingKey(const QKeyEvent& key) {
 bool MyTextBox::MoveKey(int key) {
   const int step = key == Qt::Key_Left    ? -1
                    : key == Qt::Key_Right ? 1
-                   : key == Qt::Key_Up    ? -kBytesPerRow
-                   : key == Qt::Key_Down  ? kBytesPerRow
+                   : key == Qt::Key_Up    ? -kPerRow
+                   : key == Qt::Key_Down  ? kPerRow
                                           : 0;
   if (step != 0) Q_EMIT MoveRequest(step);
   return step != 0;

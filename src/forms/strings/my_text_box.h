@@ -18,6 +18,8 @@ class MyTextBox : public QWidget {
   Q_OBJECT
 
  public:
+  static constexpr int kPerRow = 8;  // of the boxes of a string
+
   explicit MyTextBox(QWidget* parent = nullptr);
 
   // What it is for, "Byte 3": what a screen reader says before kind and value.

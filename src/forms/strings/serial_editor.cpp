@@ -37,8 +37,6 @@
 namespace qdm {
 namespace {
 
-constexpr int kBytesPerRow = 8;
-
 QRect OnScreen(const QWidget& widget) { return {widget.mapToGlobal(QPoint(0, 0)), widget.size()}; }
 
 // Puts a string back where it was, however the block is left.
@@ -102,7 +100,7 @@ void SerialEditor::KeepWithDefinition() {
 void SerialEditor::MakeCells() {
   for (int i = 0; i < static_cast<int>(kMaximumStringBytes); ++i) {
     auto* cell = new ByteValueControl(i, this);
-    ui_->Cells->addWidget(cell, i / kBytesPerRow, i % kBytesPerRow);
+    ui_->Cells->addWidget(cell, i / MyTextBox::kPerRow, i % MyTextBox::kPerRow);
     ByteValueControl1.push_back(cell);
   }
 }

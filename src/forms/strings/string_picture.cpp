@@ -16,7 +16,7 @@
 namespace qdm {
 namespace {
 
-constexpr int kMargin = 4;
+constexpr int kPictureMargin = 4;
 
 // Separator, text and suffix of a byte. The characters that fonts have no picture for get one.
 QString PieceOf(const SerialString& string, std::size_t index) {
@@ -69,7 +69,7 @@ void StringPicture::SetFocusShown(bool shown) {
 
 void StringPicture::Measure() {
   const std::size_t count = string_.BytesInUse();
-  int x = kMargin;
+  int x = kPictureMargin;
   for (std::size_t i = 0; i < count; ++i) {
     edges_[i] = x;
     x += fontMetrics().horizontalAdvance(PieceOf(string_, i));
@@ -77,7 +77,7 @@ void StringPicture::Measure() {
   std::fill(edges_.begin() + static_cast<std::ptrdiff_t>(count), edges_.end(), x);
 }
 
-int StringPicture::TotalWidth() const { return edges_.back() + kMargin; }
+int StringPicture::TotalWidth() const { return edges_.back() + kPictureMargin; }
 
 int StringPicture::ByteAt(int x) const {
   const int place = x + offset_;

@@ -31,14 +31,10 @@ namespace qdm {
 namespace {
 
 const QString kFolderKey = QStringLiteral("rooms/folder");
-constexpr QSize kFirstSize(1000, 620);
+constexpr QSize kRoomsSize(1000, 620);
 
 enum Column { kRoom, kType, kProjector, kCheck, kLastSent, kState, kColumns };
-constexpr std::array<int, kColumns> kWidthsInCharacters = {26, 10, 28, 30, 22, 19};
-
-QString ToText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+constexpr std::array<int, kColumns> kRoomsWidths = {26, 10, 28, 30, 22, 19};
 
 std::string NameOf(const ProjectorDefinition& projector) {
   return projector.Manufacturer.TrimmedUtf8() + " " + projector.Model.TrimmedUtf8();
@@ -130,7 +126,7 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
       {tr("Room"), tr("Panel"), tr("Projector"), tr("Check"), tr("Last sent"), tr("State")});
   const int character = fontMetrics().averageCharWidth();
   for (int column = 0; column < kColumns; ++column) {
-    ui_->Table->setColumnWidth(column, kWidthsInCharacters[static_cast<std::size_t>(column)] * character);
+    ui_->Table->setColumnWidth(column, kRoomsWidths[static_cast<std::size_t>(column)] * character);
   }
   for (const int column : {kProjector, kCheck})
     ui_->Table->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
@@ -140,7 +136,7 @@ RoomsForm::RoomsForm(const RoomsTools& tools, QWidget* parent)
   ui_->Table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
   ui_->Splitter->setStretchFactor(1, 2);
-  resize(kFirstSize);
+  resize(kRoomsSize);
   FitToScreen(this);
   connect(ui_->Folder, &QPushButton::clicked, this, &RoomsForm::Folder_Click);
   connect(ui_->ProgramNext, &QPushButton::clicked, this, &RoomsForm::ProgramNext_Click);

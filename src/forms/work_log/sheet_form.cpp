@@ -23,7 +23,7 @@
 namespace qdm {
 namespace {
 
-constexpr QSize kFirstSize(820, 680);
+constexpr QSize kSheetSize(820, 680);
 constexpr const char* kPdfFilter = Marked("PDF (*.PDF)|*.PDF");
 constexpr const char* kHtmlFilter = Marked("Web page (*.HTML)|*.HTML");
 
@@ -84,7 +84,7 @@ SheetForm::SheetForm(const PanelConfiguration& configuration, const std::filesys
   for (auto* pages : preview_->findChildren<QGraphicsView*>())
     pages->setAccessibleName(tr("Pages of the sheet"));
   preview_->setZoomMode(QPrintPreviewWidget::FitToWidth);
-  resize(kFirstSize);
+  resize(kSheetSize);
   FitToScreen(this);
   By_Change();
 }

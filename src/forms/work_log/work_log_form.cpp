@@ -27,12 +27,12 @@
 namespace qdm {
 namespace {
 
-constexpr QSize kFirstSize(1000, 620);
+constexpr QSize kLogSize(1000, 620);
 constexpr int kFirstEntries = 500;
 constexpr int kRestAfter = 100;  // ms: by then the window has been painted
 constexpr std::size_t kAllEntries = std::numeric_limits<std::size_t>::max();
 constexpr const char* kCsvFilter = Marked("Comma-separated values (*.CSV)|*.CSV");
-constexpr std::array<int, WorkLogModel::kColumns> kWidthsInCharacters = {22, 28, 13, 9, 15, 11, 10, 15, 14};
+constexpr std::array<int, WorkLogModel::kColumns> kLogWidths = {22, 28, 13, 9, 15, 11, 10, 15, 14};
 
 Message Sorry(const QString& text) { return {text.toStdString(), Say("Sorry"), MessageIcon::Exclamation}; }
 
@@ -57,15 +57,15 @@ WorkLogForm::WorkLogForm(WorkLog& log, UserPrompts& prompts, ConfigurationComman
   ui_->Entries->setModel(model_);
   ui_->Entries->sortByColumn(WorkLogModel::Time, Qt::DescendingOrder);
   const int character = fontMetrics().averageCharWidth();
-  for (std::size_t column = 0; column < kWidthsInCharacters.size(); ++column) {
+  for (std::size_t column = 0; column < kLogWidths.size(); ++column) {
     const int number = static_cast<int>(column);
     const int caption = ui_->Entries->horizontalHeader()->sectionSizeHint(number);
-    ui_->Entries->setColumnWidth(number, std::max(caption, kWidthsInCharacters[column] * character));
+    ui_->Entries->setColumnWidth(number, std::max(caption, kLogWidths[column] * character));
   }
   ui_->Entries->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   ui_->Splitter->setStretchFactor(0, 3);
   ui_->Splitter->setStretchFactor(1, 2);
-  resize(kFirstSize);
+  resize(kLogSize);
   FitToScreen(this);
   connect(ui_->Filter, &QLineEdit::textChanged, this, &WorkLogForm::Filter_Change);
   connect(ui_->Entries->selectionModel(), &QItemSelectionModel::selectionChanged, this,

@@ -19,10 +19,6 @@
 namespace qdm {
 namespace {
 
-QString ToText(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 // Nearly all names are plain letters, for which QString's rules are not needed.
 void AppendLowerCase(std::string& to, std::string_view text) {
   const bool plain =

@@ -34,7 +34,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-ProjectorDefinition Definition() {
+ProjectorDefinition TestedDefinition() {
   ProjectorDefinition projector;
   projector.Baudrate = 1;
   projector.InterByteDelay = 10;
@@ -66,7 +66,7 @@ struct OnePort : SerialPorts {
   void Unplug() { Line->Present = Present = false; }
 
   Waiting& Time;
-  StandIn Projector{Definition()};
+  StandIn Projector{TestedDefinition()};
   Bytes Received;  // by the projector
   bool Present = true;
   std::vector<LineParameter> Refused;
@@ -105,7 +105,7 @@ class SerialTest : public testing::Test {
   OnePort ports_{time_};
   std::unique_ptr<SerialTestForm> form_;
 
-  SerialTest() { shared_.CurrentProjector = Definition(); }
+  SerialTest() { shared_.CurrentProjector = TestedDefinition(); }
 };
 
 TEST_F(SerialTest, TakesTheReplyAsExpectedAndForgetsItOnTheNextTest) {
@@ -237,7 +237,7 @@ class SerialTestOnPseudoTerminal : public SerialTest {
 
 TEST_F(SerialTestOnPseudoTerminal, AnswersOfEveryLengthArriveOrAreDroppedWhole) {
   for (const int length : {0, 1, 31, 32}) {
-    ProjectorDefinition definition = Definition();
+    ProjectorDefinition definition = TestedDefinition();
     SerialString& reply = definition.Strings[11];
     reply = StringOf(Bytes(static_cast<std::size_t>(length), 0xFE));
     projector_.emplace(definition);

@@ -18,7 +18,7 @@ namespace {
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 
-struct Session {
+struct FindSession {
   FormTime Time;
   ClosedPorts Ports{Time};
   std::unique_ptr<FindPanel> Form;
@@ -56,7 +56,7 @@ struct Session {
 };
 
 TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTimeAndRestartsWhatItFound) {
-  Session session;
+  FindSession session;
   SimulatedPanel& panel =
       session.Ports.AttachPanel(1, "ttyUSB0", SimulatedPanel(Described(kQdm7, "19200,e,8,2")));
   SimulatedPanel& amplifier =
@@ -80,7 +80,7 @@ TEST(FindPanel, SearchesEveryPortThatExistsAtTheSameTimeAndRestartsWhatItFound) 
 }
 
 TEST(FindPanel, ClaimsNothingOfWhatItWasStoppedBefore) {
-  Session session;
+  FindSession session;
   session.Ports.AttachPanel(1, "ttyUSB0", SimulatedPanel(Described(kQdm7, "115200,o,8,2")));
   session.Open();
   session.Time.Plan(milliseconds(2500), [&] { QTest::keyClick(session.Form.get(), Qt::Key_Escape); });
