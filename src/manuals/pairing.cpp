@@ -392,8 +392,9 @@ std::optional<Finding> LabelSeeker::OneOfSeveral(std::size_t at) const {
   while (first > 0 && at - first < kMost && codeAt(first - 1) && SameLine(first - 1, first)) --first;
   const bool several = first < at || (codeAt(at + 1) && SameLine(at, at + 1));
   const auto column = [&](std::size_t i) {
-    const Text line = page_.Lines[pieces_[i].Where.Line];
-    const std::size_t end = codes_[pieces_[i].Code].End().To;
+    const Span& code = codes_[pieces_[i].Code].End();
+    const Text line = page_.Lines[code.Line];
+    const std::size_t end = code.To;
     return line.substr(end, pieces_[i + 1].Where.From - end).find_first_of(u"|\t") != Text::npos ||
            line.substr(end, 2) == u"  ";
   };

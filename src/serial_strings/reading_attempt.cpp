@@ -11,8 +11,11 @@
 #include <utility>
 
 namespace qdm {
+namespace {
 
 using Text = std::u16string_view;
+
+}  // namespace
 
 void Attempt::Fail(std::size_t at, std::string why) {
   if (!Problem) Problem = {at, std::move(why)};
