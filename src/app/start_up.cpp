@@ -58,15 +58,13 @@ void MakeReadable(QApplication& application) {
   application.setPalette(palette);
 }
 
-void ShowAs(QApplication& application) {
-  QApplication::setApplicationDisplayName({});
-  QApplication::setDesktopFileName(QStringLiteral("qdm-editor"));
+// After the first image: all of them are decoded and sent at once. No window manager shows larger ones.
+void ShowIcon() {
   QIcon icon;
-  // No window manager shows larger ones, and all of them are decoded and sent before the window is.
   for (const int size : {16, 32, 48, 64}) {
     icon.addFile(QStringLiteral(":/icons/qdm-editor-%1.png").arg(size), QSize(size, size));
   }
-  application.setWindowIcon(icon);
+  QApplication::setWindowIcon(icon);
 }
 
 std::unique_ptr<Demonstration> MakeDemonstration(const StartArguments& arguments, UserPrompts& prompts) {
@@ -195,7 +193,8 @@ void TellException(ProjectorPanelEditor& editor, UserPrompts& prompts, const std
 
 int RunEditor(EditorApplication& application) {
   NameProgram();
-  ShowAs(application);
+  QApplication::setApplicationDisplayName({});
+  QApplication::setDesktopFileName(QStringLiteral("qdm-editor"));
   MakeReadable(application);
   FollowFocus(application);
   InitialiseResources();
@@ -231,6 +230,7 @@ int RunEditor(EditorApplication& application) {
   const EndOfSession end([&] { editor.KeepWork(); }, [&] { editor.LeaveUnasked(); });
   editor.Form_Load(std::move(library));
   editor.show();
+  ShowIcon();
   editor.OpenNamedFile(demonstration ? demonstration->Configuration() : arguments.File, arguments.Others);
   if (demonstration) {
     editor.ShowStatus(EditorApplication::tr(

@@ -17,6 +17,8 @@ void Must(sqlite3* connection, int result) {
 }  // namespace
 
 // Our own statements are right: what they cannot be run on (SQLITE_ERROR, no such table) is not our layout.
+DatabaseError DatabaseError::Damage(const std::string& reason) { return {SQLITE_CORRUPT, reason}; }
+
 bool DatabaseError::IsDamage() const {
   const int primary = code_ & 0xFF;
   return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_ERROR;
@@ -40,7 +42,7 @@ void Database::Run(const std::string& sql) {
 void Database::DemandSound() const {
   Statement check(*this, "PRAGMA integrity_check(1)");
   check.Step();
-  if (const std::string found = check.Text(); found != "ok") throw DatabaseError(SQLITE_CORRUPT, found);
+  if (const std::string found = check.Text(); found != "ok") throw DatabaseError::Damage(found);
 }
 
 std::int64_t Database::LastInserted() const { return sqlite3_last_insert_rowid(Get()); }

@@ -22,6 +22,9 @@ class DatabaseError : public std::runtime_error {
  public:
   DatabaseError(int code, const std::string& reason) : std::runtime_error(reason), code_(code) {}
 
+  // Of a file that says it is in order.
+  static DatabaseError Damage(const std::string& reason);
+
   // The file is no database, a broken one, or one with another layout than its version says.
   bool IsDamage() const;
 

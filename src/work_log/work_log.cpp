@@ -135,6 +135,20 @@ std::int64_t IdOfConfiguration(const Database& database, ByteView configuration)
   return find.Integer();
 }
 
+// Nothing when there is none, or its bytes are no longer those of its hash.
+std::optional<Bytes> StoredConfiguration(const Database& database, std::int64_t number) {
+  Statement select(database,
+                   "SELECT hash, bytes FROM configuration WHERE id = "
+                   "(SELECT configuration FROM download WHERE number = ?)");
+  select.Bind(number);
+  if (!select.Step()) return std::nullopt;
+  const Bytes hash = select.Blob();
+  Bytes bytes = select.Blob();
+  const Sha256Digest digest = Sha256(bytes);
+  if (!std::equal(hash.begin(), hash.end(), digest.begin(), digest.end())) return std::nullopt;
+  return bytes;
+}
+
 constexpr const char* kLockFile = "WorkLog.LCK";
 
 }  // namespace
@@ -201,8 +215,10 @@ std::int64_t WorkLog::Add(const WorkLogEntry& entry, ByteView configuration) {
     Columns(Writer{insert}, entry);
     insert.Step();
     const std::int64_t number = database.LastInserted();
-    // In a damaged file the row may hang where nobody finds it.
+    // In a damaged file the row may hang where nobody finds it, or a column may not be what it was made as.
     database.DemandSound();
+    if (StoredConfiguration(database, number) != Bytes(configuration.begin(), configuration.end()))
+      throw DatabaseError::Damage("what is written is not read back");
     transaction.Commit();
     return number;
   });
@@ -233,16 +249,7 @@ std::optional<Bytes> WorkLog::ConfigurationOf(std::int64_t number) {
     if (!FileExists(file_)) return std::nullopt;
     const Database database(file_, Database::Access::Existing, kPatience);
     DemandKnownLayout(database, file_, "read");
-    Statement select(database,
-                     "SELECT hash, bytes FROM configuration WHERE id = "
-                     "(SELECT configuration FROM download WHERE number = ?)");
-    select.Bind(number);
-    if (!select.Step()) return std::nullopt;
-    const Bytes hash = select.Blob();
-    Bytes bytes = select.Blob();
-    const Sha256Digest digest = Sha256(bytes);
-    if (!std::equal(hash.begin(), hash.end(), digest.begin(), digest.end())) return std::nullopt;
-    return bytes;
+    return StoredConfiguration(database, number);
   });
 }
 

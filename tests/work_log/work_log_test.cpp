@@ -97,10 +97,12 @@ TEST_F(WorkLogs, DamagedOnesAreSetAsideWholeAndBegunAnew) {
   Bytes otherLayout = whole;
   std::string text(otherLayout.begin(), otherLayout.end());
   for (std::size_t at = 0; (at = text.find("retries", at)) != std::string::npos; ++at) otherLayout[at] = 'X';
+  Bytes noKey = whole;  // configurations get no number any more
+  noKey[text.find("PRIMARY KEY", text.find("configuration(id"))] = 0xBB;
   Bytes lost = whole;
   lost[4096 + 4] = 0;  // the number of rows of the table that comes first
   int asides = 0;
-  for (const Bytes& damaged : {Bytes(5000, 'x'), cut(4096, whole.size()), zeroed, otherLayout, lost}) {
+  for (const Bytes& damaged : {Bytes(5000, 'x'), cut(4096, whole.size()), zeroed, otherLayout, noKey, lost}) {
     WriteFileSafely(Log.File(), damaged);
     Log.Add(EntryFor("102"), ConfigurationNumbered(2));
     EXPECT_THAT(Titles(), ElementsAre("102")) << asides;

@@ -30,7 +30,7 @@ QString NameOf(std::size_t button) { return Said(kLockButtonNames[button]); }
 // stands on the selection's colour, and the focus is drawn around it.
 class PictureButton : public QRadioButton {
  public:
-  using QRadioButton::QRadioButton;
+  PictureButton(const char* picture, QWidget* parent) : QRadioButton(parent), name_(picture) {}
 
  protected:
   bool hitButton(const QPoint& point) const override { return rect().contains(point); }
@@ -50,10 +50,20 @@ class PictureButton : public QRadioButton {
       painter.setBrush(Qt::NoBrush);
       painter.drawRoundedRect(frame.adjusted(2, 2, -2, -2), 3, 3);
     }
-    const int size = iconSize().width();
-    icon().paint(&painter, (width() - size) / 2, (height() - size) / 2, size, size, Qt::AlignCenter,
-                 isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    constexpr int kSize = kPictureSize;
+    Picture().paint(&painter, (width() - kSize) / 2, (height() - kSize) / 2, kSize, kSize, Qt::AlignCenter,
+                    isEnabled() ? QIcon::Normal : QIcon::Disabled);
   }
+
+ private:
+  // Decoded when it is seen: the editor's first image is without it.
+  const QIcon& Picture() {
+    if (picture_.isNull()) picture_ = QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(name_)));
+    return picture_;
+  }
+
+  const char* name_;
+  QIcon picture_;
 };
 
 }  // namespace
@@ -64,10 +74,8 @@ Buttons::Buttons(QWidget* parent) : QWidget(parent) {
   row->setSpacing(2);
   for (int i = 0; i < kButtons; ++i) {
     const auto place = static_cast<std::size_t>(i);
-    auto* button = new PictureButton(this);
+    auto* button = new PictureButton(kPictures[place], this);
     button->setObjectName(QStringLiteral("Option1_%1").arg(i));
-    button->setIcon(QIcon(QStringLiteral(":/icons/%1.png").arg(QLatin1String(kPictures[place]))));
-    button->setIconSize({kPictureSize, kPictureSize});
     button->setFixedSize(kPictureSize + 12, kPictureSize + 12);
     button->setToolTip(NameOf(place));
     button->setAccessibleName(NameOf(place));

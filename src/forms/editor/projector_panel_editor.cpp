@@ -50,16 +50,19 @@ QString NameAndFolder(const QString& fileName) {
 
 void ProjectorPanelEditor::Form_Load(LibraryComing coming) {
   RefreshTitle();
-  ShowRecordInControls();
   if (coming.valid()) ShowFirstImage();
+  ShowRecordInControls();
+  ui_->Options->show();
   LoadLibrary(globals_, prompts_, this, std::move(coming));
   RebuildTree();
   ShowProjector();
 }
 
-// Nothing can be done in the window before the library is there.
+// Nothing can be done in the window before the library is there. The option controls take as long to lay out
+// and to paint as all the rest, so they come with the second image.
 void ProjectorPanelEditor::ShowFirstImage() {
   constexpr int kLongest = 500;  // ms; an image that nobody sees is not waited for
+  ui_->Options->hide();
   show();
   QTimer patience;
   patience.setSingleShot(true);
