@@ -75,7 +75,9 @@ TEST(OptionStates, FollowTheSelections) {
        [](auto& e) { e.RoomSensor = e.LockOnRoomEmptyPeriod = true; }},
       {"front panel lock", [](auto& s) { s.LockOnFrontPanel = true; },
        [](auto& e) { e.LockOnFrontPanelPeriod = true; }},
+      {"PC 1", [](auto& s) { s.UsePC1 = true; }, [](auto& e) { e.PC1Audio = true; }},
       {"PC 2", [](auto& s) { s.UsePC2 = true; }, [](auto& e) { e.PC2Audio = true; }},
+      {"video", [](auto& s) { s.UseVideo = true; }, [](auto& e) { e.VideoAudio = true; }},
   };
   for (const auto& c : cases) {
     OptionSelections selected;

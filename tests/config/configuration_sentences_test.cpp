@@ -24,7 +24,7 @@ const std::pair<std::string, std::vector<int>> kOptions[] = {
     {"AllowVolumeWhenOff", {0, -1}},
     {"ControlInputOption", {0, 1, 2, 3, 4}},
     {"ControlInputActiveHigh", {0, -1, 7}},
-    {"RoomTimeout", {1, 255}},
+    {"RoomTimeout", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 255}},
     {"ThresholdVoltage", {0, 128, 255}},
     {"LockOnFrontPanel", {0, -1}},
     {"LockOnExternalPowerDown", {0, -1}},

@@ -13,6 +13,7 @@ TEST(PanelTypes, AreFoundByTheNamesThatPeopleType) {
   EXPECT_EQ(PanelTypeNamed("tl-vox")->Code, kTlVox);
   for (const char* name : {"", "QDM", "QDM 5", "TLVOX", "QDM 77"}) EXPECT_FALSE(PanelTypeNamed(name)) << name;
   EXPECT_EQ(CaptionsOfPanelTypes(" or "), "QDM 7, QDM 6, QDM 4 or TL-VOX");
+  EXPECT_EQ(CaptionsOfPanelTypes(), "QDM 7, QDM 6, QDM 4, TL-VOX");
 }
 
 // Records may hold any code: such a record is taken for a panel's.
