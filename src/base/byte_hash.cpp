@@ -21,18 +21,21 @@ std::uint64_t WordAt(const std::uint8_t* at, std::size_t bytes = sizeof(std::uin
 }  // namespace
 
 std::uint64_t HashOnward(std::uint64_t hash, ByteView piece) {
-  // Independent lanes, so that the processor works at all of them at once.
+  // Independent lanes, so that the processor works at all of them at once. A library is hashed whenever it is
+  // read: no place is looked up in the span, which would be checked each time.
   std::array<std::uint64_t, 4> lanes = {hash ^ piece.size(), kOdd, ~hash, 1};
   constexpr std::size_t kWord = sizeof(std::uint64_t);
   constexpr std::size_t kStride = lanes.size() * kWord;
-  std::size_t at = 0;
-  for (; at + kStride <= piece.size(); at += kStride) {
-    for (std::size_t lane = 0; lane < lanes.size(); ++lane) {
-      lanes[lane] = Mixed(lanes[lane], WordAt(&piece[at + lane * kWord]));
+  const std::uint8_t* at = piece.data();
+  std::size_t left = piece.size();
+  for (; left >= kStride; left -= kStride) {
+    for (std::uint64_t& lane : lanes) {
+      lane = Mixed(lane, WordAt(at));
+      at += kWord;
     }
   }
-  for (; at + kWord <= piece.size(); at += kWord) lanes[0] = Mixed(lanes[0], WordAt(&piece[at]));
-  if (at < piece.size()) lanes[1] = Mixed(lanes[1], WordAt(&piece[at], piece.size() - at));
+  for (; left >= kWord; left -= kWord, at += kWord) lanes[0] = Mixed(lanes[0], WordAt(at));
+  if (left > 0) lanes[1] = Mixed(lanes[1], WordAt(at, left));
   std::uint64_t mixed = 0;
   for (const std::uint64_t lane : lanes) mixed = Mixed(mixed, lane);
   return mixed ^ mixed >> 31;

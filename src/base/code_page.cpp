@@ -79,9 +79,9 @@ std::uint8_t StoredByteOf(char16_t character) {
 // point one by one. Ten thousand definitions have three million characters.
 void ToCharacters(const std::uint8_t* stored, std::span<char16_t> characters) {
   unsigned upperControls = 0;
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    characters[i] = stored[i];
-    upperControls |= (stored[i] & 0xE0U) == 0x80U ? 1U : 0U;
+  for (char16_t& character : characters) {
+    character = *stored++;
+    upperControls |= (character & 0xE0U) == 0x80U ? 1U : 0U;
   }
   if (upperControls == 0) return;
   for (char16_t& character : characters) character = CharacterOf(static_cast<std::uint8_t>(character));
@@ -89,9 +89,9 @@ void ToCharacters(const std::uint8_t* stored, std::span<char16_t> characters) {
 
 void ToStoredBytes(std::span<const char16_t> characters, std::uint8_t* stored) {
   unsigned others = 0;
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    const unsigned character = characters[i];
-    stored[i] = static_cast<std::uint8_t>(character & 0xFFU);
+  std::uint8_t* to = stored;
+  for (const unsigned character : characters) {
+    *to++ = static_cast<std::uint8_t>(character & 0xFFU);
     others |= character > 0xFFU || (character & 0xE0U) == 0x80U ? 1U : 0U;
   }
   if (others == 0) return;

@@ -10,9 +10,9 @@ namespace {
 
 // As nearly every name is: printable ASCII that does not begin with a blank.
 bool IsPlain(const FixedText<32>& name) {
-  bool plain = name.Characters.front() != u' ';
-  for (const char16_t character : name.Characters) plain = plain && character >= 0x20 && character < 0x7F;
-  return plain;
+  unsigned others = 0;
+  for (const char16_t character : name.Characters) others |= character - 0x20U < 0x5FU ? 0U : 1U;
+  return others == 0 && name.Characters.front() != u' ';
 }
 
 }  // namespace
