@@ -17,6 +17,7 @@
 #include <QStyle>
 #include <QTimer>
 #include <QToolButton>
+#include <QWindow>
 
 #include <algorithm>
 #include <cstdint>
@@ -237,6 +238,19 @@ void ProjectorPanelEditor::OpenDropped(const QString& fileName) {
   } else if (MayDiscard()) {
     OpenConfiguration(fileName);
   }
+}
+
+// Nothing can be done in the window before the library is there. The option controls take as long to lay out
+// and to paint as all the rest, so they come with the second image.
+void ProjectorPanelEditor::ShowFirstImage() {
+  constexpr int kLongest = 500;  // ms; an image that nobody sees is not waited for
+  ui_->Options->hide();
+  show();
+  QTimer patience;
+  patience.setSingleShot(true);
+  patience.start(kLongest);
+  while (patience.isActive() && !windowHandle()->isExposed())
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
 }  // namespace qdm

@@ -22,8 +22,6 @@
 #include <QScopedValueRollback>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTimer>
-#include <QWindow>
 
 #include <algorithm>
 #include <cstddef>
@@ -56,19 +54,6 @@ void ProjectorPanelEditor::Form_Load(LibraryComing coming) {
   LoadLibrary(globals_, prompts_, this, std::move(coming));
   RebuildTree();
   ShowProjector();
-}
-
-// Nothing can be done in the window before the library is there. The option controls take as long to lay out
-// and to paint as all the rest, so they come with the second image.
-void ProjectorPanelEditor::ShowFirstImage() {
-  constexpr int kLongest = 500;  // ms; an image that nobody sees is not waited for
-  ui_->Options->hide();
-  show();
-  QTimer patience;
-  patience.setSingleShot(true);
-  patience.start(kLongest);
-  while (patience.isActive() && !windowHandle()->isExposed())
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
 void ProjectorPanelEditor::OpenNamedFile(QString commandLine, const QStringList& others) {
