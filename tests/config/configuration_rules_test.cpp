@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <utility>
 
 namespace qdm {
 namespace {
@@ -92,6 +93,22 @@ TEST(OptionStates, FollowTheSelections) {
 
 TEST(OptionStates, SayWhatTheyNeedInTheOrderInWhichItIsChosen) {
   OptionSelections selected;
+  selected.OutputsOption = selected.ControlInputOption = -1;
+  const std::pair<bool OptionStates::*, const char*> needs[] = {
+      {&OptionStates::NoButtonTimeOut, "Turn off after no button presses for"},
+      {&OptionStates::LockNoButton, "Turn off after no button presses for"},
+      {&OptionStates::PowerDownTime, "Audio input turns on amplifier."},
+      {&OptionStates::ScreenTimes, "Use to control screen"},
+      {&OptionStates::ScreenUseVolume, "Use to control screen"},
+      {&OptionStates::LiftTimes, "Use to control projector lift      and screen"},
+      {&OptionStates::PowerAndScreenTimes, "Use to control projector power and screen"},
+      {&OptionStates::AllowVolumeWhenOff, "Use to control volume using ZRB-LX or similar"},
+      {&OptionStates::RoomSensor, "Use as room PIR power down"},
+      {&OptionStates::LockOnFrontPanelPeriod, "Lock on front panel off"},
+      {&OptionStates::PC1Audio, "PC 1 (Data 1) in use"},
+      {&OptionStates::PC2Audio, "PC 2 (Data 2) in use"},
+      {&OptionStates::VideoAudio, "Video in use"}};
+  for (const auto& [option, caption] : needs) EXPECT_EQ(NeedOf(StatesFor(selected), option), caption);
   const auto need = [&] { return NeedOf(StatesFor(selected), &OptionStates::LockOnRoomEmptyPeriod); };
   EXPECT_EQ(need(), "Use as room PIR power down");
   selected.ControlInputOption = kControlInputRoomPir;
